@@ -1,0 +1,63 @@
+# The library, once for each processor: the same sources, one file name, and (by the rules below) the same bits.
+#
+# Targets: vornsr (the baseline shared object), vornsr-static, and vornsr-x86-64-v3, vornsr-x86-64-v4.
+# A family is one pair of files; the lists of sources are the folders themselves.
+
+file(GLOB_RECURSE vornsr_sources CONFIGURE_DEPENDS
+    ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src/*.cpp)
+set(vornsr_map ${CMAKE_CURRENT_SOURCE_DIR}/abi/vornsr.map)
+set(vornsr_file libvornsrm7.so.5.1)
+
+# Bits: no contraction and no relaxed mathematics, ever. Needs: libc and libm, so no run-time library of C++.
+add_library(vornsr-flags INTERFACE)
+target_compile_options(vornsr-flags INTERFACE
+    -ffp-contract=off -fno-exceptions -fno-rtti -fno-threadsafe-statics -fno-asynchronous-unwind-tables
+    -fvisibility=hidden -fvisibility-inlines-hidden -fno-semantic-interposition
+    -Wall -Wextra -Wshadow -Wconversion -Wno-sign-conversion)
+if(VORNSR_SANITIZE)
+    target_compile_options(vornsr-flags INTERFACE -fsanitize=${VORNSR_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer -g1)
+endif()
+
+set(vornsr_march_m7 -march=x86-64 -msse3)
+set(vornsr_march_x86-64-v3 -march=x86-64-v3)
+set(vornsr_march_x86-64-v4 -march=x86-64-v4 -mprefer-vector-width=512)
+
+foreach(processor IN LISTS VORNSR_PROCESSORS)
+    set(objects vornsr-objects-${processor})
+    add_library(${objects} OBJECT ${vornsr_sources})
+    target_include_directories(${objects} PRIVATE
+        ${CMAKE_CURRENT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src)
+    target_compile_options(${objects} PRIVATE ${vornsr_march_${processor}})
+    target_link_libraries(${objects} PRIVATE vornsr-flags)
+
+    if(processor STREQUAL m7)
+        set(target vornsr)
+    else()
+        set(target vornsr-${processor})
+    endif()
+    add_library(${target} SHARED $<TARGET_OBJECTS:${objects}>)
+    set_target_properties(${target} PROPERTIES
+        LINKER_LANGUAGE C  # keeps the C++ run-time library out
+        NO_SONAME ON
+        PREFIX "" SUFFIX "" OUTPUT_NAME ${vornsr_file}
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/lib/${processor}
+        LINK_DEPENDS ${vornsr_map})
+    target_link_options(${target} PRIVATE
+        -Wl,-soname,${vornsr_file} -Wl,--version-script,${vornsr_map} -Wl,-Bsymbolic-functions -Wl,-z,now -Wl,-z,relro -Wl,--build-id=sha1)
+    if(VORNSR_SANITIZE)
+        target_link_options(${target} PRIVATE -fsanitize=${VORNSR_SANITIZE})
+    else()
+        target_link_options(${target} PRIVATE -Wl,-z,defs -static-libgcc)
+    endif()
+    target_link_libraries(${target} PRIVATE m)
+    target_include_directories(${target} INTERFACE
+        $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+endforeach()
+
+add_library(vornsr-static STATIC $<TARGET_OBJECTS:vornsr-objects-m7>)
+set_target_properties(vornsr-static PROPERTIES OUTPUT_NAME vornsrm7 EXPORT_NAME vornsr-static)
+target_link_libraries(vornsr-static INTERFACE m)
+target_include_directories(vornsr-static INTERFACE
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+
+add_library(vornsr::vornsr ALIAS vornsr)

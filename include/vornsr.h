@@ -1,0 +1,13 @@
+/* vornsr: signal-processing and statistics primitives for speech recognition. One header for the whole library. */
+#ifndef VORNSR_H
+#define VORNSR_H
+
+#include "vornsr/types.h"
+#include "vornsr/frame.h"
+#include "vornsr/scoring.h"
+#include "vornsr/estimation.h"
+#include "vornsr/features.h"
+#include "vornsr/signal.h"
+#include "vornsr/fft.h"
+
+#endif

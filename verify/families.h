@@ -1,0 +1,30 @@
+// The families of workloads, one file each.
+#pragma once
+
+#include <cstddef>
+
+#include "workload.h"
+
+namespace verify {
+
+struct Family {
+    const Workload* workloads;
+    std::size_t count;
+};
+
+Family frameWorkloads();
+Family logArithmeticWorkloads();
+Family gaussianWorkloads();
+Family estimationWorkloads();
+Family featureWorkloads();
+Family moveWorkloads();
+Family convertWorkloads();
+Family reductionWorkloads();
+Family fftWorkloads();
+
+inline const Family families[] = {
+    frameWorkloads(),   logArithmeticWorkloads(), gaussianWorkloads(), estimationWorkloads(), featureWorkloads(),
+    moveWorkloads(),    convertWorkloads(),       reductionWorkloads(), fftWorkloads(),
+};
+
+}  // namespace verify

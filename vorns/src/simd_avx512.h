@@ -1,0 +1,348 @@
+// The SIMD vocabulary, 64-byte registers (AVX-512 F, BW, DQ, VL).
+#pragma once
+
+#include "simd_avx2.h"
+
+namespace vorn {
+
+struct f32x16 {
+    static constexpr int lanes = 16;
+    using Element = float;
+    __m512 v;
+};
+struct f64x8 {
+    static constexpr int lanes = 8;
+    using Element = double;
+    __m512d v;
+};
+struct i64x8 {
+    static constexpr int lanes = 8;
+    using Element = std::int64_t;
+    __m512i v;
+};
+struct i32x16 {
+    static constexpr int lanes = 16;
+    using Element = std::int32_t;
+    __m512i v;
+};
+struct i16x32 {
+    static constexpr int lanes = 32;
+    using Element = std::int16_t;
+    __m512i v;
+};
+struct i8x64 {
+    static constexpr int lanes = 64;
+    using Element = std::int8_t;
+    __m512i v;
+};
+
+struct mask64x8 {
+    __mmask8 v;
+};
+struct mask32x16 {
+    __mmask16 v;
+};
+struct mask16x32 {
+    __mmask32 v;
+};
+
+// Loads, stores, constants.
+
+template <>
+VORN_INLINE f32x16 load<f32x16>(const float* p) {
+    return {_mm512_loadu_ps(p)};
+}
+VORN_INLINE void store(float* p, f32x16 a) { _mm512_storeu_ps(p, a.v); }
+template <>
+VORN_INLINE f32x16 splat<f32x16>(float x) {
+    return {_mm512_set1_ps(x)};
+}
+// Bypasses the cache; p is on a 64-byte address. Close a run of these with storeFence().
+VORN_INLINE void storeStream(float* p, f32x16 a) { _mm512_stream_ps(p, a.v); }
+template <>
+VORN_INLINE f64x8 load<f64x8>(const double* p) {
+    return {_mm512_loadu_pd(p)};
+}
+VORN_INLINE void store(double* p, f64x8 a) { _mm512_storeu_pd(p, a.v); }
+template <>
+VORN_INLINE f64x8 splat<f64x8>(double x) {
+    return {_mm512_set1_pd(x)};
+}
+// Bypasses the cache; p is on a 64-byte address. Close a run of these with storeFence().
+VORN_INLINE void storeStream(double* p, f64x8 a) { _mm512_stream_pd(p, a.v); }
+template <>
+VORN_INLINE i64x8 load<i64x8>(const std::int64_t* p) {
+    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
+}
+VORN_INLINE void store(std::int64_t* p, i64x8 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i64x8 splat<i64x8>(std::int64_t x) {
+    return {_mm512_set1_epi64(x)};
+}
+VORN_INLINE void storeStream(std::int64_t* p, i64x8 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i32x16 load<i32x16>(const std::int32_t* p) {
+    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
+}
+VORN_INLINE void store(std::int32_t* p, i32x16 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i32x16 splat<i32x16>(std::int32_t x) {
+    return {_mm512_set1_epi32(x)};
+}
+VORN_INLINE void storeStream(std::int32_t* p, i32x16 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i16x32 load<i16x32>(const std::int16_t* p) {
+    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
+}
+VORN_INLINE void store(std::int16_t* p, i16x32 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i16x32 splat<i16x32>(std::int16_t x) {
+    return {_mm512_set1_epi16(x)};
+}
+VORN_INLINE void storeStream(std::int16_t* p, i16x32 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i8x64 load<i8x64>(const std::int8_t* p) {
+    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
+}
+VORN_INLINE void store(std::int8_t* p, i8x64 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE i8x64 splat<i8x64>(std::int8_t x) {
+    return {_mm512_set1_epi8(x)};
+}
+VORN_INLINE void storeStream(std::int8_t* p, i8x64 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
+
+template <>
+VORN_INLINE f32x16 loadFirst<f32x16>(const float* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_ps(static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(float* p, f32x16 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_ps(p, static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+}
+template <>
+VORN_INLINE f64x8 loadFirst<f64x8>(const double* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_pd(static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(double* p, f64x8 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_pd(p, static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+}
+template <>
+VORN_INLINE i64x8 loadFirst<i64x8>(const std::int64_t* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_epi64(static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(std::int64_t* p, i64x8 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+}
+template <>
+VORN_INLINE i32x16 loadFirst<i32x16>(const std::int32_t* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_epi32(static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(std::int32_t* p, i32x16 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+}
+template <>
+VORN_INLINE i16x32 loadFirst<i16x32>(const std::int16_t* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_epi16(static_cast<__mmask32>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(std::int16_t* p, i16x32 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+}
+template <>
+VORN_INLINE i8x64 loadFirst<i8x64>(const std::int8_t* p, std::ptrdiff_t n) {
+    return {_mm512_maskz_loadu_epi8(static_cast<__mmask64>(_bzhi_u64(~0ull, static_cast<unsigned>(n))), p)};
+}
+VORN_INLINE void storeFirst(std::int8_t* p, i8x64 a, std::ptrdiff_t n) {
+    _mm512_mask_storeu_epi8(p, static_cast<__mmask64>(_bzhi_u64(~0ull, static_cast<unsigned>(n))), a.v);
+}
+
+// Arithmetic.
+
+VORN_INLINE f32x16 operator+(f32x16 a, f32x16 b) { return {_mm512_add_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 operator-(f32x16 a, f32x16 b) { return {_mm512_sub_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 operator*(f32x16 a, f32x16 b) { return {_mm512_mul_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 operator/(f32x16 a, f32x16 b) { return {_mm512_div_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 minOf(f32x16 a, f32x16 b) { return {_mm512_min_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 maxOf(f32x16 a, f32x16 b) { return {_mm512_max_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 sqrtOf(f32x16 a) { return {_mm512_sqrt_ps(a.v)}; }
+VORN_INLINE f32x16 operator&(f32x16 a, f32x16 b) { return {_mm512_and_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 operator|(f32x16 a, f32x16 b) { return {_mm512_or_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 operator^(f32x16 a, f32x16 b) { return {_mm512_xor_ps(a.v, b.v)}; }
+VORN_INLINE f32x16 absOf(f32x16 a) { return {_mm512_andnot_ps(_mm512_set1_ps(-0.0f), a.v)}; }
+VORN_INLINE f32x16 operator-(f32x16 a) { return {_mm512_xor_ps(_mm512_set1_ps(-0.0f), a.v)}; }
+VORN_INLINE f64x8 operator+(f64x8 a, f64x8 b) { return {_mm512_add_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 operator-(f64x8 a, f64x8 b) { return {_mm512_sub_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 operator*(f64x8 a, f64x8 b) { return {_mm512_mul_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 operator/(f64x8 a, f64x8 b) { return {_mm512_div_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 minOf(f64x8 a, f64x8 b) { return {_mm512_min_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 maxOf(f64x8 a, f64x8 b) { return {_mm512_max_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 sqrtOf(f64x8 a) { return {_mm512_sqrt_pd(a.v)}; }
+VORN_INLINE f64x8 operator&(f64x8 a, f64x8 b) { return {_mm512_and_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 operator|(f64x8 a, f64x8 b) { return {_mm512_or_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 operator^(f64x8 a, f64x8 b) { return {_mm512_xor_pd(a.v, b.v)}; }
+VORN_INLINE f64x8 absOf(f64x8 a) { return {_mm512_andnot_pd(_mm512_set1_pd(-0.0), a.v)}; }
+VORN_INLINE f64x8 operator-(f64x8 a) { return {_mm512_xor_pd(_mm512_set1_pd(-0.0), a.v)}; }
+VORN_INLINE i64x8 operator+(i64x8 a, i64x8 b) { return {_mm512_add_epi64(a.v, b.v)}; }
+VORN_INLINE i64x8 operator-(i64x8 a, i64x8 b) { return {_mm512_sub_epi64(a.v, b.v)}; }
+VORN_INLINE i64x8 operator&(i64x8 a, i64x8 b) { return {_mm512_and_si512(a.v, b.v)}; }
+VORN_INLINE i64x8 operator|(i64x8 a, i64x8 b) { return {_mm512_or_si512(a.v, b.v)}; }
+VORN_INLINE i64x8 operator^(i64x8 a, i64x8 b) { return {_mm512_xor_si512(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i64x8 andNot(i64x8 a, i64x8 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
+VORN_INLINE i32x16 operator+(i32x16 a, i32x16 b) { return {_mm512_add_epi32(a.v, b.v)}; }
+VORN_INLINE i32x16 operator-(i32x16 a, i32x16 b) { return {_mm512_sub_epi32(a.v, b.v)}; }
+VORN_INLINE i32x16 operator&(i32x16 a, i32x16 b) { return {_mm512_and_si512(a.v, b.v)}; }
+VORN_INLINE i32x16 operator|(i32x16 a, i32x16 b) { return {_mm512_or_si512(a.v, b.v)}; }
+VORN_INLINE i32x16 operator^(i32x16 a, i32x16 b) { return {_mm512_xor_si512(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i32x16 andNot(i32x16 a, i32x16 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
+VORN_INLINE i16x32 operator+(i16x32 a, i16x32 b) { return {_mm512_add_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 operator-(i16x32 a, i16x32 b) { return {_mm512_sub_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 operator&(i16x32 a, i16x32 b) { return {_mm512_and_si512(a.v, b.v)}; }
+VORN_INLINE i16x32 operator|(i16x32 a, i16x32 b) { return {_mm512_or_si512(a.v, b.v)}; }
+VORN_INLINE i16x32 operator^(i16x32 a, i16x32 b) { return {_mm512_xor_si512(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i16x32 andNot(i16x32 a, i16x32 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
+VORN_INLINE i8x64 operator+(i8x64 a, i8x64 b) { return {_mm512_add_epi8(a.v, b.v)}; }
+VORN_INLINE i8x64 operator-(i8x64 a, i8x64 b) { return {_mm512_sub_epi8(a.v, b.v)}; }
+VORN_INLINE i8x64 operator&(i8x64 a, i8x64 b) { return {_mm512_and_si512(a.v, b.v)}; }
+VORN_INLINE i8x64 operator|(i8x64 a, i8x64 b) { return {_mm512_or_si512(a.v, b.v)}; }
+VORN_INLINE i8x64 operator^(i8x64 a, i8x64 b) { return {_mm512_xor_si512(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i8x64 andNot(i8x64 a, i8x64 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
+VORN_INLINE i16x32 addSat(i16x32 a, i16x32 b) { return {_mm512_adds_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 subSat(i16x32 a, i16x32 b) { return {_mm512_subs_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 minOf(i16x32 a, i16x32 b) { return {_mm512_min_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 maxOf(i16x32 a, i16x32 b) { return {_mm512_max_epi16(a.v, b.v)}; }
+// Low and high halves of the 16 by 16 bit products.
+VORN_INLINE i16x32 mulLow(i16x32 a, i16x32 b) { return {_mm512_mullo_epi16(a.v, b.v)}; }
+VORN_INLINE i16x32 mulHigh(i16x32 a, i16x32 b) { return {_mm512_mulhi_epi16(a.v, b.v)}; }
+// Products of 16-bit lanes, neighbours added in 32 bits (two squares of -32768 wrap).
+VORN_INLINE i32x16 mulAddPairs(i16x32 a, i16x32 b) { return {_mm512_madd_epi16(a.v, b.v)}; }
+
+// Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
+
+VORN_INLINE i64x8 shiftLeft(i64x8 a, int count) { return {_mm512_sll_epi64(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i64x8 shiftRightLogical(i64x8 a, int count) { return {_mm512_srl_epi64(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i64x8 shiftLeft(i64x8 a) {
+    return {_mm512_slli_epi64(a.v, count)};
+}
+template <int count>
+VORN_INLINE i64x8 shiftRightLogical(i64x8 a) {
+    return {_mm512_srli_epi64(a.v, count)};
+}
+VORN_INLINE i32x16 shiftLeft(i32x16 a, int count) { return {_mm512_sll_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i32x16 shiftRightLogical(i32x16 a, int count) { return {_mm512_srl_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i32x16 shiftRight(i32x16 a, int count) { return {_mm512_sra_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i32x16 shiftLeft(i32x16 a) {
+    return {_mm512_slli_epi32(a.v, count)};
+}
+template <int count>
+VORN_INLINE i32x16 shiftRightLogical(i32x16 a) {
+    return {_mm512_srli_epi32(a.v, count)};
+}
+template <int count>
+VORN_INLINE i32x16 shiftRight(i32x16 a) {
+    return {_mm512_srai_epi32(a.v, count)};
+}
+VORN_INLINE i16x32 shiftLeft(i16x32 a, int count) { return {_mm512_sll_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i16x32 shiftRightLogical(i16x32 a, int count) { return {_mm512_srl_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i16x32 shiftRight(i16x32 a, int count) { return {_mm512_sra_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i16x32 shiftLeft(i16x32 a) {
+    return {_mm512_slli_epi16(a.v, count)};
+}
+template <int count>
+VORN_INLINE i16x32 shiftRightLogical(i16x32 a) {
+    return {_mm512_srli_epi16(a.v, count)};
+}
+template <int count>
+VORN_INLINE i16x32 shiftRight(i16x32 a) {
+    return {_mm512_srai_epi16(a.v, count)};
+}
+
+// Comparisons and selection.
+
+VORN_INLINE mask32x16 operator<(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_LT_OQ)}; }
+VORN_INLINE mask32x16 operator<=(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_LE_OQ)}; }
+VORN_INLINE mask32x16 operator>(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_GT_OQ)}; }
+VORN_INLINE mask32x16 operator>=(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_GE_OQ)}; }
+VORN_INLINE mask32x16 operator==(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_EQ_OQ)}; }
+VORN_INLINE mask32x16 operator!=(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_NEQ_UQ)}; }
+VORN_INLINE mask32x16 unordered(f32x16 a, f32x16 b) { return {_mm512_cmp_ps_mask(a.v, b.v, _CMP_UNORD_Q)}; }
+VORN_INLINE f32x16 select(mask32x16 m, f32x16 a, f32x16 b) { return {_mm512_mask_blend_ps(m.v, b.v, a.v)}; }
+VORN_INLINE mask64x8 operator<(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_LT_OQ)}; }
+VORN_INLINE mask64x8 operator<=(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_LE_OQ)}; }
+VORN_INLINE mask64x8 operator>(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_GT_OQ)}; }
+VORN_INLINE mask64x8 operator>=(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_GE_OQ)}; }
+VORN_INLINE mask64x8 operator==(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_EQ_OQ)}; }
+VORN_INLINE mask64x8 operator!=(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_NEQ_UQ)}; }
+VORN_INLINE mask64x8 unordered(f64x8 a, f64x8 b) { return {_mm512_cmp_pd_mask(a.v, b.v, _CMP_UNORD_Q)}; }
+VORN_INLINE f64x8 select(mask64x8 m, f64x8 a, f64x8 b) { return {_mm512_mask_blend_pd(m.v, b.v, a.v)}; }
+VORN_INLINE mask32x16 operator>(i32x16 a, i32x16 b) { return {_mm512_cmpgt_epi32_mask(a.v, b.v)}; }
+VORN_INLINE mask32x16 operator==(i32x16 a, i32x16 b) { return {_mm512_cmpeq_epi32_mask(a.v, b.v)}; }
+VORN_INLINE i32x16 select(mask32x16 m, i32x16 a, i32x16 b) { return {_mm512_mask_blend_epi32(m.v, b.v, a.v)}; }
+VORN_INLINE mask16x32 operator>(i16x32 a, i16x32 b) { return {_mm512_cmpgt_epi16_mask(a.v, b.v)}; }
+VORN_INLINE mask16x32 operator==(i16x32 a, i16x32 b) { return {_mm512_cmpeq_epi16_mask(a.v, b.v)}; }
+VORN_INLINE i16x32 select(mask16x32 m, i16x32 a, i16x32 b) { return {_mm512_mask_blend_epi16(m.v, b.v, a.v)}; }
+VORN_INLINE mask32x16 operator&(mask32x16 a, mask32x16 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
+VORN_INLINE mask32x16 operator|(mask32x16 a, mask32x16 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
+VORN_INLINE mask32x16 operator!(mask32x16 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
+VORN_INLINE bool any(mask32x16 a) { return a.v != 0; }
+VORN_INLINE bool all(mask32x16 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
+// Bit i is lane i.
+VORN_INLINE unsigned laneBits(mask32x16 a) { return a.v; }
+VORN_INLINE mask64x8 operator&(mask64x8 a, mask64x8 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
+VORN_INLINE mask64x8 operator|(mask64x8 a, mask64x8 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
+VORN_INLINE mask64x8 operator!(mask64x8 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
+VORN_INLINE bool any(mask64x8 a) { return a.v != 0; }
+VORN_INLINE bool all(mask64x8 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
+// Bit i is lane i.
+VORN_INLINE unsigned laneBits(mask64x8 a) { return a.v; }
+VORN_INLINE mask16x32 operator&(mask16x32 a, mask16x32 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
+VORN_INLINE mask16x32 operator|(mask16x32 a, mask16x32 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
+VORN_INLINE mask16x32 operator!(mask16x32 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
+VORN_INLINE bool any(mask16x32 a) { return a.v != 0; }
+VORN_INLINE bool all(mask16x32 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
+// Bit i is lane i.
+VORN_INLINE unsigned laneBits(mask16x32 a) { return a.v; }
+
+// Conversions.
+
+VORN_INLINE f32x16 toFloat(i32x16 a) { return {_mm512_cvtepi32_ps(a.v)}; }
+VORN_INLINE i32x16 roundToInt(f32x16 a) { return {_mm512_cvtps_epi32(a.v)}; }
+VORN_INLINE i32x16 truncToInt(f32x16 a) { return {_mm512_cvttps_epi32(a.v)}; }
+VORN_INLINE i32x16 bitsOf(f32x16 a) { return {_mm512_castps_si512(a.v)}; }
+VORN_INLINE i64x8 bitsOf(f64x8 a) { return {_mm512_castpd_si512(a.v)}; }
+VORN_INLINE f32x16 floatOf(i32x16 bits) { return {_mm512_castsi512_ps(bits.v)}; }
+VORN_INLINE f64x8 floatOf(i64x8 bits) { return {_mm512_castsi512_pd(bits.v)}; }
+VORN_INLINE f64x8 widenLow(f32x16 a) { return {_mm512_cvtps_pd(_mm512_castps512_ps256(a.v))}; }
+VORN_INLINE f64x8 widenHigh(f32x16 a) { return {_mm512_cvtps_pd(_mm512_extractf32x8_ps(a.v, 1))}; }
+VORN_INLINE f32x16 narrow(f64x8 low, f64x8 high) {
+    return {_mm512_insertf32x8(_mm512_castps256_ps512(_mm512_cvtpd_ps(low.v)), _mm512_cvtpd_ps(high.v), 1)};
+}
+VORN_INLINE i32x16 widenLow(i16x32 a) { return {_mm512_cvtepi16_epi32(_mm512_castsi512_si256(a.v))}; }
+VORN_INLINE i32x16 widenHigh(i16x32 a) { return {_mm512_cvtepi16_epi32(_mm512_extracti64x4_epi64(a.v, 1))}; }
+VORN_INLINE i16x32 narrowSat(i32x16 low, i32x16 high) {
+    return {
+        _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtsepi32_epi16(low.v)), _mm512_cvtsepi32_epi16(high.v), 1)};
+}
+VORN_INLINE f64x8 toDoubleLow(i32x16 a) { return {_mm512_cvtepi32_pd(_mm512_castsi512_si256(a.v))}; }
+VORN_INLINE f64x8 toDoubleHigh(i32x16 a) { return {_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(a.v, 1))}; }
+VORN_INLINE i32x16 roundToInt(f64x8 low, f64x8 high) {
+    return {_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtpd_epi32(low.v)), _mm512_cvtpd_epi32(high.v), 1)};
+}
+VORN_INLINE i32x16 truncToInt(f64x8 low, f64x8 high) {
+    return {_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvttpd_epi32(low.v)), _mm512_cvttpd_epi32(high.v), 1)};
+}
+
+// Parts and sums of the lanes.
+
+VORN_INLINE f32x8 lowHalf(f32x16 a) { return {_mm512_castps512_ps256(a.v)}; }
+VORN_INLINE f32x8 highHalf(f32x16 a) { return {_mm512_extractf32x8_ps(a.v, 1)}; }
+VORN_INLINE f64x4 lowHalf(f64x8 a) { return {_mm512_castpd512_pd256(a.v)}; }
+VORN_INLINE f64x4 highHalf(f64x8 a) { return {_mm512_extractf64x4_pd(a.v, 1)}; }
+VORN_INLINE i32x8 lowHalf(i32x16 a) { return {_mm512_castsi512_si256(a.v)}; }
+VORN_INLINE i32x8 highHalf(i32x16 a) { return {_mm512_extracti64x4_epi64(a.v, 1)}; }
+
+}  // namespace vorn

@@ -1,0 +1,401 @@
+// The SIMD vocabulary, 16-byte registers: the fixed types of every build, written for SSE3.
+#pragma once
+
+#include <immintrin.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#define VORN_INLINE inline __attribute__((always_inline))
+
+namespace vorn {
+
+struct f32x4 {
+    static constexpr int lanes = 4;
+    using Element = float;
+    __m128 v;
+};
+struct f64x2 {
+    static constexpr int lanes = 2;
+    using Element = double;
+    __m128d v;
+};
+struct i64x2 {
+    static constexpr int lanes = 2;
+    using Element = std::int64_t;
+    __m128i v;
+};
+struct i32x4 {
+    static constexpr int lanes = 4;
+    using Element = std::int32_t;
+    __m128i v;
+};
+struct i16x8 {
+    static constexpr int lanes = 8;
+    using Element = std::int16_t;
+    __m128i v;
+};
+struct i8x16 {
+    static constexpr int lanes = 16;
+    using Element = std::int8_t;
+    __m128i v;
+};
+
+// A mask of 32-bit or 64-bit lanes: all bits of a lane set, or none.
+struct mask32x4 {
+    __m128 v;
+};
+struct mask64x2 {
+    __m128d v;
+};
+struct mask16x8 {
+    __m128i v;
+};
+
+// Loads, stores, constants.
+
+template <class V>
+V load(const typename V::Element* p);
+template <class V>
+V loadFirst(const typename V::Element* p, std::ptrdiff_t n);
+template <class V>
+V splat(typename V::Element x);
+
+template <>
+VORN_INLINE f32x4 load<f32x4>(const float* p) {
+    return {_mm_loadu_ps(p)};
+}
+VORN_INLINE void store(float* p, f32x4 a) { _mm_storeu_ps(p, a.v); }
+template <>
+VORN_INLINE f32x4 splat<f32x4>(float x) {
+    return {_mm_set1_ps(x)};
+}
+// Bypasses the cache; p is on a 16-byte address. Close a run of these with storeFence().
+VORN_INLINE void storeStream(float* p, f32x4 a) { _mm_stream_ps(p, a.v); }
+template <>
+VORN_INLINE f64x2 load<f64x2>(const double* p) {
+    return {_mm_loadu_pd(p)};
+}
+VORN_INLINE void store(double* p, f64x2 a) { _mm_storeu_pd(p, a.v); }
+template <>
+VORN_INLINE f64x2 splat<f64x2>(double x) {
+    return {_mm_set1_pd(x)};
+}
+// Bypasses the cache; p is on a 16-byte address. Close a run of these with storeFence().
+VORN_INLINE void storeStream(double* p, f64x2 a) { _mm_stream_pd(p, a.v); }
+template <>
+VORN_INLINE i64x2 load<i64x2>(const std::int64_t* p) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
+}
+VORN_INLINE void store(std::int64_t* p, i64x2 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i64x2 splat<i64x2>(std::int64_t x) {
+    return {_mm_set1_epi64x(x)};
+}
+VORN_INLINE void storeStream(std::int64_t* p, i64x2 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i32x4 load<i32x4>(const std::int32_t* p) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
+}
+VORN_INLINE void store(std::int32_t* p, i32x4 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i32x4 splat<i32x4>(std::int32_t x) {
+    return {_mm_set1_epi32(x)};
+}
+VORN_INLINE void storeStream(std::int32_t* p, i32x4 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i16x8 load<i16x8>(const std::int16_t* p) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
+}
+VORN_INLINE void store(std::int16_t* p, i16x8 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i16x8 splat<i16x8>(std::int16_t x) {
+    return {_mm_set1_epi16(x)};
+}
+VORN_INLINE void storeStream(std::int16_t* p, i16x8 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i8x16 load<i8x16>(const std::int8_t* p) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
+}
+VORN_INLINE void store(std::int8_t* p, i8x16 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE i8x16 splat<i8x16>(std::int8_t x) {
+    return {_mm_set1_epi8(x)};
+}
+VORN_INLINE void storeStream(std::int8_t* p, i8x16 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
+VORN_INLINE void storeFence() { _mm_sfence(); }
+
+template <>
+VORN_INLINE f32x4 loadFirst<f32x4>(const float* p, std::ptrdiff_t n) {
+    float lane[4] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(float));
+    return load<f32x4>(lane);
+}
+VORN_INLINE void storeFirst(float* p, f32x4 a, std::ptrdiff_t n) {
+    float lane[4];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(float));
+}
+template <>
+VORN_INLINE f64x2 loadFirst<f64x2>(const double* p, std::ptrdiff_t n) {
+    double lane[2] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(double));
+    return load<f64x2>(lane);
+}
+VORN_INLINE void storeFirst(double* p, f64x2 a, std::ptrdiff_t n) {
+    double lane[2];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(double));
+}
+template <>
+VORN_INLINE i64x2 loadFirst<i64x2>(const std::int64_t* p, std::ptrdiff_t n) {
+    std::int64_t lane[2] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int64_t));
+    return load<i64x2>(lane);
+}
+VORN_INLINE void storeFirst(std::int64_t* p, i64x2 a, std::ptrdiff_t n) {
+    std::int64_t lane[2];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int64_t));
+}
+template <>
+VORN_INLINE i32x4 loadFirst<i32x4>(const std::int32_t* p, std::ptrdiff_t n) {
+    std::int32_t lane[4] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int32_t));
+    return load<i32x4>(lane);
+}
+VORN_INLINE void storeFirst(std::int32_t* p, i32x4 a, std::ptrdiff_t n) {
+    std::int32_t lane[4];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int32_t));
+}
+template <>
+VORN_INLINE i16x8 loadFirst<i16x8>(const std::int16_t* p, std::ptrdiff_t n) {
+    std::int16_t lane[8] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int16_t));
+    return load<i16x8>(lane);
+}
+VORN_INLINE void storeFirst(std::int16_t* p, i16x8 a, std::ptrdiff_t n) {
+    std::int16_t lane[8];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int16_t));
+}
+template <>
+VORN_INLINE i8x16 loadFirst<i8x16>(const std::int8_t* p, std::ptrdiff_t n) {
+    std::int8_t lane[16] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int8_t));
+    return load<i8x16>(lane);
+}
+VORN_INLINE void storeFirst(std::int8_t* p, i8x16 a, std::ptrdiff_t n) {
+    std::int8_t lane[16];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int8_t));
+}
+
+// Arithmetic.
+
+VORN_INLINE f32x4 operator+(f32x4 a, f32x4 b) { return {_mm_add_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 operator-(f32x4 a, f32x4 b) { return {_mm_sub_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 operator*(f32x4 a, f32x4 b) { return {_mm_mul_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 operator/(f32x4 a, f32x4 b) { return {_mm_div_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 minOf(f32x4 a, f32x4 b) { return {_mm_min_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 maxOf(f32x4 a, f32x4 b) { return {_mm_max_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 sqrtOf(f32x4 a) { return {_mm_sqrt_ps(a.v)}; }
+VORN_INLINE f32x4 operator&(f32x4 a, f32x4 b) { return {_mm_and_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 operator|(f32x4 a, f32x4 b) { return {_mm_or_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 operator^(f32x4 a, f32x4 b) { return {_mm_xor_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 absOf(f32x4 a) { return {_mm_andnot_ps(_mm_set1_ps(-0.0f), a.v)}; }
+VORN_INLINE f32x4 operator-(f32x4 a) { return {_mm_xor_ps(_mm_set1_ps(-0.0f), a.v)}; }
+VORN_INLINE f64x2 operator+(f64x2 a, f64x2 b) { return {_mm_add_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 operator-(f64x2 a, f64x2 b) { return {_mm_sub_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 operator*(f64x2 a, f64x2 b) { return {_mm_mul_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 operator/(f64x2 a, f64x2 b) { return {_mm_div_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 minOf(f64x2 a, f64x2 b) { return {_mm_min_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 maxOf(f64x2 a, f64x2 b) { return {_mm_max_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 sqrtOf(f64x2 a) { return {_mm_sqrt_pd(a.v)}; }
+VORN_INLINE f64x2 operator&(f64x2 a, f64x2 b) { return {_mm_and_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 operator|(f64x2 a, f64x2 b) { return {_mm_or_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 operator^(f64x2 a, f64x2 b) { return {_mm_xor_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 absOf(f64x2 a) { return {_mm_andnot_pd(_mm_set1_pd(-0.0), a.v)}; }
+VORN_INLINE f64x2 operator-(f64x2 a) { return {_mm_xor_pd(_mm_set1_pd(-0.0), a.v)}; }
+VORN_INLINE i64x2 operator+(i64x2 a, i64x2 b) { return {_mm_add_epi64(a.v, b.v)}; }
+VORN_INLINE i64x2 operator-(i64x2 a, i64x2 b) { return {_mm_sub_epi64(a.v, b.v)}; }
+VORN_INLINE i64x2 operator&(i64x2 a, i64x2 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORN_INLINE i64x2 operator|(i64x2 a, i64x2 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORN_INLINE i64x2 operator^(i64x2 a, i64x2 b) { return {_mm_xor_si128(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i64x2 andNot(i64x2 a, i64x2 b) { return {_mm_andnot_si128(a.v, b.v)}; }
+VORN_INLINE i32x4 operator+(i32x4 a, i32x4 b) { return {_mm_add_epi32(a.v, b.v)}; }
+VORN_INLINE i32x4 operator-(i32x4 a, i32x4 b) { return {_mm_sub_epi32(a.v, b.v)}; }
+VORN_INLINE i32x4 operator&(i32x4 a, i32x4 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORN_INLINE i32x4 operator|(i32x4 a, i32x4 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORN_INLINE i32x4 operator^(i32x4 a, i32x4 b) { return {_mm_xor_si128(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i32x4 andNot(i32x4 a, i32x4 b) { return {_mm_andnot_si128(a.v, b.v)}; }
+VORN_INLINE i16x8 operator+(i16x8 a, i16x8 b) { return {_mm_add_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 operator-(i16x8 a, i16x8 b) { return {_mm_sub_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 operator&(i16x8 a, i16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORN_INLINE i16x8 operator|(i16x8 a, i16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORN_INLINE i16x8 operator^(i16x8 a, i16x8 b) { return {_mm_xor_si128(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i16x8 andNot(i16x8 a, i16x8 b) { return {_mm_andnot_si128(a.v, b.v)}; }
+VORN_INLINE i8x16 operator+(i8x16 a, i8x16 b) { return {_mm_add_epi8(a.v, b.v)}; }
+VORN_INLINE i8x16 operator-(i8x16 a, i8x16 b) { return {_mm_sub_epi8(a.v, b.v)}; }
+VORN_INLINE i8x16 operator&(i8x16 a, i8x16 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORN_INLINE i8x16 operator|(i8x16 a, i8x16 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORN_INLINE i8x16 operator^(i8x16 a, i8x16 b) { return {_mm_xor_si128(a.v, b.v)}; }
+// Lanes of b where a has no bit.
+VORN_INLINE i8x16 andNot(i8x16 a, i8x16 b) { return {_mm_andnot_si128(a.v, b.v)}; }
+VORN_INLINE i16x8 addSat(i16x8 a, i16x8 b) { return {_mm_adds_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 subSat(i16x8 a, i16x8 b) { return {_mm_subs_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 minOf(i16x8 a, i16x8 b) { return {_mm_min_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 maxOf(i16x8 a, i16x8 b) { return {_mm_max_epi16(a.v, b.v)}; }
+// Low and high halves of the 16 by 16 bit products.
+VORN_INLINE i16x8 mulLow(i16x8 a, i16x8 b) { return {_mm_mullo_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 mulHigh(i16x8 a, i16x8 b) { return {_mm_mulhi_epi16(a.v, b.v)}; }
+// Products of 16-bit lanes, neighbours added in 32 bits (two squares of -32768 wrap).
+VORN_INLINE i32x4 mulAddPairs(i16x8 a, i16x8 b) { return {_mm_madd_epi16(a.v, b.v)}; }
+
+// Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
+
+VORN_INLINE i64x2 shiftLeft(i64x2 a, int count) { return {_mm_sll_epi64(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i64x2 shiftRightLogical(i64x2 a, int count) { return {_mm_srl_epi64(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i64x2 shiftLeft(i64x2 a) {
+    return {_mm_slli_epi64(a.v, count)};
+}
+template <int count>
+VORN_INLINE i64x2 shiftRightLogical(i64x2 a) {
+    return {_mm_srli_epi64(a.v, count)};
+}
+VORN_INLINE i32x4 shiftLeft(i32x4 a, int count) { return {_mm_sll_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i32x4 shiftRightLogical(i32x4 a, int count) { return {_mm_srl_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i32x4 shiftRight(i32x4 a, int count) { return {_mm_sra_epi32(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i32x4 shiftLeft(i32x4 a) {
+    return {_mm_slli_epi32(a.v, count)};
+}
+template <int count>
+VORN_INLINE i32x4 shiftRightLogical(i32x4 a) {
+    return {_mm_srli_epi32(a.v, count)};
+}
+template <int count>
+VORN_INLINE i32x4 shiftRight(i32x4 a) {
+    return {_mm_srai_epi32(a.v, count)};
+}
+VORN_INLINE i16x8 shiftLeft(i16x8 a, int count) { return {_mm_sll_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i16x8 shiftRightLogical(i16x8 a, int count) { return {_mm_srl_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+VORN_INLINE i16x8 shiftRight(i16x8 a, int count) { return {_mm_sra_epi16(a.v, _mm_cvtsi32_si128(count))}; }
+template <int count>
+VORN_INLINE i16x8 shiftLeft(i16x8 a) {
+    return {_mm_slli_epi16(a.v, count)};
+}
+template <int count>
+VORN_INLINE i16x8 shiftRightLogical(i16x8 a) {
+    return {_mm_srli_epi16(a.v, count)};
+}
+template <int count>
+VORN_INLINE i16x8 shiftRight(i16x8 a) {
+    return {_mm_srai_epi16(a.v, count)};
+}
+
+// Comparisons and selection.
+
+VORN_INLINE mask32x4 operator<(f32x4 a, f32x4 b) { return {_mm_cmplt_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator<=(f32x4 a, f32x4 b) { return {_mm_cmple_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator>(f32x4 a, f32x4 b) { return {_mm_cmpgt_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator>=(f32x4 a, f32x4 b) { return {_mm_cmpge_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator==(f32x4 a, f32x4 b) { return {_mm_cmpeq_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator!=(f32x4 a, f32x4 b) { return {_mm_cmpneq_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 unordered(f32x4 a, f32x4 b) { return {_mm_cmpunord_ps(a.v, b.v)}; }
+VORN_INLINE f32x4 select(mask32x4 m, f32x4 a, f32x4 b) {
+    return {_mm_or_ps(_mm_and_ps(m.v, a.v), _mm_andnot_ps(m.v, b.v))};
+}
+VORN_INLINE mask64x2 operator<(f64x2 a, f64x2 b) { return {_mm_cmplt_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator<=(f64x2 a, f64x2 b) { return {_mm_cmple_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator>(f64x2 a, f64x2 b) { return {_mm_cmpgt_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator>=(f64x2 a, f64x2 b) { return {_mm_cmpge_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator==(f64x2 a, f64x2 b) { return {_mm_cmpeq_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator!=(f64x2 a, f64x2 b) { return {_mm_cmpneq_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 unordered(f64x2 a, f64x2 b) { return {_mm_cmpunord_pd(a.v, b.v)}; }
+VORN_INLINE f64x2 select(mask64x2 m, f64x2 a, f64x2 b) {
+    return {_mm_or_pd(_mm_and_pd(m.v, a.v), _mm_andnot_pd(m.v, b.v))};
+}
+VORN_INLINE mask32x4 operator>(i32x4 a, i32x4 b) { return {_mm_castsi128_ps(_mm_cmpgt_epi32(a.v, b.v))}; }
+VORN_INLINE mask32x4 operator==(i32x4 a, i32x4 b) { return {_mm_castsi128_ps(_mm_cmpeq_epi32(a.v, b.v))}; }
+VORN_INLINE i32x4 select(mask32x4 m, i32x4 a, i32x4 b) {
+    return {_mm_or_si128(_mm_and_si128(_mm_castps_si128(m.v), a.v), _mm_andnot_si128(_mm_castps_si128(m.v), b.v))};
+}
+VORN_INLINE mask16x8 operator>(i16x8 a, i16x8 b) { return {_mm_cmpgt_epi16(a.v, b.v)}; }
+VORN_INLINE mask16x8 operator==(i16x8 a, i16x8 b) { return {_mm_cmpeq_epi16(a.v, b.v)}; }
+VORN_INLINE i16x8 select(mask16x8 m, i16x8 a, i16x8 b) {
+    return {_mm_or_si128(_mm_and_si128(m.v, a.v), _mm_andnot_si128(m.v, b.v))};
+}
+VORN_INLINE mask32x4 operator&(mask32x4 a, mask32x4 b) { return {_mm_and_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator|(mask32x4 a, mask32x4 b) { return {_mm_or_ps(a.v, b.v)}; }
+VORN_INLINE mask32x4 operator!(mask32x4 a) { return {_mm_xor_ps(a.v, _mm_castsi128_ps(_mm_set1_epi32(-1)))}; }
+VORN_INLINE bool any(mask32x4 a) { return _mm_movemask_ps(a.v) != 0; }
+VORN_INLINE bool all(mask32x4 a) { return _mm_movemask_ps(a.v) == 15; }
+// Bit i is lane i.
+VORN_INLINE unsigned laneBits(mask32x4 a) { return static_cast<unsigned>(_mm_movemask_ps(a.v)); }
+VORN_INLINE mask64x2 operator&(mask64x2 a, mask64x2 b) { return {_mm_and_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator|(mask64x2 a, mask64x2 b) { return {_mm_or_pd(a.v, b.v)}; }
+VORN_INLINE mask64x2 operator!(mask64x2 a) { return {_mm_xor_pd(a.v, _mm_castsi128_pd(_mm_set1_epi32(-1)))}; }
+VORN_INLINE bool any(mask64x2 a) { return _mm_movemask_pd(a.v) != 0; }
+VORN_INLINE bool all(mask64x2 a) { return _mm_movemask_pd(a.v) == 3; }
+// Bit i is lane i.
+VORN_INLINE unsigned laneBits(mask64x2 a) { return static_cast<unsigned>(_mm_movemask_pd(a.v)); }
+VORN_INLINE mask16x8 operator&(mask16x8 a, mask16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
+VORN_INLINE mask16x8 operator|(mask16x8 a, mask16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
+VORN_INLINE mask16x8 operator!(mask16x8 a) { return {_mm_xor_si128(a.v, _mm_set1_epi32(-1))}; }
+VORN_INLINE bool any(mask16x8 a) { return _mm_movemask_epi8(a.v) != 0; }
+
+// Conversions.
+
+VORN_INLINE f32x4 toFloat(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
+VORN_INLINE i32x4 roundToInt(f32x4 a) { return {_mm_cvtps_epi32(a.v)}; }
+VORN_INLINE i32x4 truncToInt(f32x4 a) { return {_mm_cvttps_epi32(a.v)}; }
+VORN_INLINE i32x4 bitsOf(f32x4 a) { return {_mm_castps_si128(a.v)}; }
+VORN_INLINE i64x2 bitsOf(f64x2 a) { return {_mm_castpd_si128(a.v)}; }
+VORN_INLINE f32x4 floatOf(i32x4 bits) { return {_mm_castsi128_ps(bits.v)}; }
+VORN_INLINE f64x2 floatOf(i64x2 bits) { return {_mm_castsi128_pd(bits.v)}; }
+// The lower and the upper half of the lanes, widened or narrowed.
+VORN_INLINE f64x2 widenLow(f32x4 a) { return {_mm_cvtps_pd(a.v)}; }
+VORN_INLINE f64x2 widenHigh(f32x4 a) { return {_mm_cvtps_pd(_mm_movehl_ps(a.v, a.v))}; }
+VORN_INLINE f32x4 narrow(f64x2 low, f64x2 high) { return {_mm_movelh_ps(_mm_cvtpd_ps(low.v), _mm_cvtpd_ps(high.v))}; }
+VORN_INLINE i32x4 widenLow(i16x8 a) { return {_mm_srai_epi32(_mm_unpacklo_epi16(a.v, a.v), 16)}; }
+VORN_INLINE i32x4 widenHigh(i16x8 a) { return {_mm_srai_epi32(_mm_unpackhi_epi16(a.v, a.v), 16)}; }
+// Saturates to 16 bits.
+VORN_INLINE i16x8 narrowSat(i32x4 low, i32x4 high) { return {_mm_packs_epi32(low.v, high.v)}; }
+VORN_INLINE f64x2 toDoubleLow(i32x4 a) { return {_mm_cvtepi32_pd(a.v)}; }
+VORN_INLINE f64x2 toDoubleHigh(i32x4 a) { return {_mm_cvtepi32_pd(_mm_unpackhi_epi64(a.v, a.v))}; }
+VORN_INLINE i32x4 roundToInt(f64x2 low, f64x2 high) {
+    return {_mm_unpacklo_epi64(_mm_cvtpd_epi32(low.v), _mm_cvtpd_epi32(high.v))};
+}
+VORN_INLINE i32x4 truncToInt(f64x2 low, f64x2 high) {
+    return {_mm_unpacklo_epi64(_mm_cvttpd_epi32(low.v), _mm_cvttpd_epi32(high.v))};
+}
+
+// Parts and sums of the lanes.
+
+VORN_INLINE float firstLane(f32x4 a) { return _mm_cvtss_f32(a.v); }
+VORN_INLINE double firstLane(f64x2 a) { return _mm_cvtsd_f64(a.v); }
+VORN_INLINE std::int32_t firstLane(i32x4 a) { return _mm_cvtsi128_si32(a.v); }
+// (lane 0 + lane 1) + (lane 2 + lane 3)
+VORN_INLINE float sumNeighbours(f32x4 a) {
+    const __m128 pairs = _mm_hadd_ps(a.v, a.v);
+    return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
+}
+// (lane 0 + lane 2) + (lane 1 + lane 3)
+VORN_INLINE float sumHalves(f32x4 a) {
+    const __m128 pairs = _mm_add_ps(a.v, _mm_movehl_ps(a.v, a.v));
+    return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
+}
+VORN_INLINE double sumLanes(f64x2 a) { return _mm_cvtsd_f64(_mm_add_sd(a.v, _mm_unpackhi_pd(a.v, a.v))); }
+// The sum of each row's lanes, (0 + 1) + (2 + 3), one row a lane.
+VORN_INLINE f32x4 sumNeighbours(f32x4 a, f32x4 b, f32x4 c, f32x4 d) {
+    return {_mm_hadd_ps(_mm_hadd_ps(a.v, b.v), _mm_hadd_ps(c.v, d.v))};
+}
+
+}  // namespace vorn

@@ -1,0 +1,43 @@
+// The two matrix layouts as one thing to a kernel: something that yields row r as a pointer.
+#pragma once
+
+#include <cstddef>
+
+namespace vorn {
+
+// D2: one block, rows a fixed stride of elements apart.
+template <class T>
+class RowBlock {
+public:
+    RowBlock(T* base, std::ptrdiff_t step) : base_(base), step_(step) {}
+    T* operator[](std::ptrdiff_t row) const { return base_ + row * step_; }
+    RowBlock from(std::ptrdiff_t row) const { return {base_ + row * step_, step_}; }
+
+private:
+    T* base_;
+    std::ptrdiff_t step_;
+};
+
+// D2L: an array of row pointers.
+template <class T>
+class RowList {
+public:
+    explicit RowList(T* const* rows) : rows_(rows) {}
+    T* operator[](std::ptrdiff_t row) const { return rows_[row]; }
+    RowList from(std::ptrdiff_t row) const { return RowList(rows_ + row); }
+
+private:
+    T* const* rows_;
+};
+
+template <class T>
+RowBlock<T> Rows(T* base, std::ptrdiff_t step) {
+    return {base, step};
+}
+
+template <class T>
+RowList<T> Rows(T* const* rows) {
+    return RowList<T>(rows);
+}
+
+}  // namespace vorn
