@@ -6,7 +6,6 @@
 file(GLOB_RECURSE vornsr_sources CONFIGURE_DEPENDS
     ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src/*.cpp)
 set(vornsr_map ${CMAKE_CURRENT_SOURCE_DIR}/abi/vornsr.map)
-set(vornsr_file libvornsrm7.so.5.1)
 
 # Bits: no contraction and no relaxed mathematics, ever. Needs: libc and libm, so no run-time library of C++.
 add_library(vornsr-flags INTERFACE)
@@ -38,12 +37,11 @@ foreach(processor IN LISTS VORNSR_PROCESSORS)
     add_library(${target} SHARED $<TARGET_OBJECTS:${objects}>)
     set_target_properties(${target} PROPERTIES
         LINKER_LANGUAGE C  # keeps the C++ run-time library out
-        NO_SONAME ON
-        PREFIX "" SUFFIX "" OUTPUT_NAME ${vornsr_file}
+        OUTPUT_NAME vornsrm7 VERSION 5.1 SOVERSION 5.1  # libvornsrm7.so.5.1 is the file and the soname
         LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/lib/${processor}
         LINK_DEPENDS ${vornsr_map})
     target_link_options(${target} PRIVATE
-        -Wl,-soname,${vornsr_file} -Wl,--version-script,${vornsr_map} -Wl,-Bsymbolic-functions -Wl,-z,now -Wl,-z,relro -Wl,--build-id=sha1)
+        -Wl,--version-script,${vornsr_map} -Wl,-Bsymbolic-functions -Wl,-z,now -Wl,-z,relro -Wl,--build-id=sha1)
     if(VORNSR_SANITIZE)
         target_link_options(${target} PRIVATE -fsanitize=${VORNSR_SANITIZE})
     else()
@@ -51,13 +49,13 @@ foreach(processor IN LISTS VORNSR_PROCESSORS)
     endif()
     target_link_libraries(${target} PRIVATE m)
     target_include_directories(${target} INTERFACE
-        $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+        $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 endforeach()
 
 add_library(vornsr-static STATIC $<TARGET_OBJECTS:vornsr-objects-m7>)
 set_target_properties(vornsr-static PROPERTIES OUTPUT_NAME vornsrm7 EXPORT_NAME vornsr-static)
 target_link_libraries(vornsr-static INTERFACE m)
 target_include_directories(vornsr-static INTERFACE
-    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:include>)
+    $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
 add_library(vornsr::vornsr ALIAS vornsr)
