@@ -47,6 +47,21 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
 
 /**
  * @defgroup conditioning Frame conditioning
+ * @brief Small steps on the samples of a frame.
+ *
+ * `vornsCompensateOffset_*` removes a constant offset by the first-order filter y(n) = x(n) - x(n-1) + val y(n-1), val just
+ * below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1), which the caller takes from the end of the
+ * block before. So a signal cut into blocks gives the same samples as the whole of it (in the 16-bit form up to the
+ * first sample of each block, which is formed in its own way). dst may be src.
+ *
+ * `32f`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this order.
+ *
+ * `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on val:
+ * - val within -1.0 to 1.0: integers. q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with
+ *   d = x(n) - x(n-1) saturated by itself, both to 16 bits. The shift is arithmetic: it truncates downward.
+ * - other val: y(n) = (x(n) - x(n-1)) + y(n-1) val in single, half with the sign of the value added, truncated, saturated.
+ *
+ * All results are exact by these rules. Checks, in this order: null, size (len at least 1).
  * @{
  */
 VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);
