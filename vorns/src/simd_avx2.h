@@ -356,4 +356,29 @@ VORN_INLINE i32x4 highHalf(i32x8 a) { return {_mm256_extracti128_si256(a.v, 1)};
 VORN_INLINE f32x8 join(f32x4 low, f32x4 high) { return {_mm256_set_m128(high.v, low.v)}; }
 VORN_INLINE f64x4 join(f64x2 low, f64x2 high) { return {_mm256_set_m128d(high.v, low.v)}; }
 
+// Table look-up inside the registers: each lane takes the entry of a table of four that its index (0 to 3) names. Not
+// in the baseline, which has no such instruction: ask with `requires`.
+
+template <class V, class Index>
+V lookup(const typename V::Element* four, Index index);
+
+template <>
+VORN_INLINE f32x4 lookup<f32x4>(const float* four, i32x4 index) {
+    return {_mm_permutevar_ps(_mm_loadu_ps(four), index.v)};
+}
+template <>
+VORN_INLINE f32x8 lookup<f32x8>(const float* four, i32x8 index) {
+    return {_mm256_permutevar_ps(_mm256_broadcast_ps(reinterpret_cast<const __m128*>(four)), index.v)};
+}
+template <>
+VORN_INLINE f64x4 lookup<f64x4>(const double* four, i64x4 index) {
+    const __m256i low = _mm256_shuffle_epi32(_mm256_add_epi64(index.v, index.v), 0xA0);
+    const __m256i halves = _mm256_add_epi32(low, _mm256_set1_epi64x(std::int64_t{1} << 32));
+    return {_mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(_mm256_loadu_pd(four)), halves))};
+}
+template <>
+VORN_INLINE f64x2 lookup<f64x2>(const double* four, i64x2 index) {
+    return lowHalf(lookup<f64x4>(four, i64x4{_mm256_castsi128_si256(index.v)}));
+}
+
 }  // namespace vorn

@@ -345,4 +345,15 @@ VORN_INLINE f64x4 highHalf(f64x8 a) { return {_mm512_extractf64x4_pd(a.v, 1)}; }
 VORN_INLINE i32x8 lowHalf(i32x16 a) { return {_mm512_castsi512_si256(a.v)}; }
 VORN_INLINE i32x8 highHalf(i32x16 a) { return {_mm512_extracti64x4_epi64(a.v, 1)}; }
 
+// Table look-up inside the registers: each lane takes the entry of a table of four that its index (0 to 3) names.
+
+template <>
+VORN_INLINE f32x16 lookup<f32x16>(const float* four, i32x16 index) {
+    return {_mm512_permutevar_ps(_mm512_broadcast_f32x4(_mm_loadu_ps(four)), index.v)};
+}
+template <>
+VORN_INLINE f64x8 lookup<f64x8>(const double* four, i64x8 index) {
+    return {_mm512_permutexvar_pd(index.v, _mm512_broadcast_f64x4(_mm256_loadu_pd(four)))};
+}
+
 }  // namespace vorn

@@ -393,6 +393,11 @@ VORN_INLINE float sumHalves(f32x4 a) {
     return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
 }
 VORN_INLINE double sumLanes(f64x2 a) { return _mm_cvtsd_f64(_mm_add_sd(a.v, _mm_unpackhi_pd(a.v, a.v))); }
+// The upper half of the lanes in the place of the lower one; the upper half stays.
+VORN_INLINE f32x4 upperToLower(f32x4 a) { return {_mm_movehl_ps(a.v, a.v)}; }
+VORN_INLINE f64x2 upperToLower(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
+// Lane 1 in all lanes.
+VORN_INLINE f32x4 splatSecond(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x55)}; }
 // The sum of each row's lanes, (0 + 1) + (2 + 3), one row a lane.
 VORN_INLINE f32x4 sumNeighbours(f32x4 a, f32x4 b, f32x4 c, f32x4 d) {
     return {_mm_hadd_ps(_mm_hadd_ps(a.v, b.v), _mm_hadd_ps(c.v, d.v))};
