@@ -39,8 +39,44 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
 
 /**
  * @defgroup deltas Deltas and accelerations
+ * @brief First and second differences of feature vectors along time, for utterances that arrive in blocks.
+ *
+ * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next and
+ * holds, side by side, the frame (columns 0 to width - 1), its delta (from width) and, in the `DeltaDelta` forms, its
+ * acceleration (from 2 width).
+ *
+ * Formula, for an utterance x(0) to x(T-1), with x(t) read as x(0) before it and as x(T-1) behind it. Window 2: with
+ * a = x(t+1) - x(t-1) and b = x(t+2) - x(t-2), delta(t) = ((a + b) + b) val, in single and in this order. The
+ * acceleration is the same operator on the deltas, with val2, the deltas likewise repeated beyond both ends.
+ *
+ * Blocks. mode is 0 or a sum of `vornDeltaFirst` (this block starts the utterance) and `vornDeltaLast` (this block ends
+ * it); its other bits are ignored. A first call writes frame 0 to row 0 of dst. Any other call expects dst to point L
+ * rows back: rows 0 to L-1 hold the last L rows of the call before, with all that it wrote there, and the new frames
+ * go to row L and on. So behind a first call the caller advances dst by height - L rows, behind any later call by
+ * height rows. With frames up to row r written, deltas stand complete up to row r - 2 and accelerations up to row r - 4;
+ * `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
+ * a whole utterance.
+ *
+ * | Functions | L, and the least height of a first call |
+ * |---|---|
+ * | `vornsDelta_Win2_*` | 4 |
+ * | `vornsDeltaDelta_Win2_*` | 6 |
+ *
+ * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call; width
+ * and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the rows of
+ * dst: leave the last L of them as they are between calls. src and dst must not overlap.
+ *
+ * Checks, in this order: null; size (width below 1, height negative, height 0 without `vornDeltaLast`); stride (dstStep
+ * below 2 width, 3 width with acceleration); size (`vornDeltaFirst` with height below L).
  * @{
  */
+
+/** Bits of the mode of a streaming call. */
+enum {
+    vornDeltaFirst = 1, /**< nothing comes before this block */
+    vornDeltaLast = 2   /**< nothing comes behind this block: finish the pending rows */
+};
+
 VornStatus vornsDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val, int mode);
 VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val1, Vorn32f val2, int mode);
 /** @} */

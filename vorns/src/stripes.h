@@ -129,4 +129,16 @@ VORN_INLINE void overStripes(std::ptrdiff_t width, Body body) {
     }
 }
 
+// The same with stripes of one vector, for bodies that hold much of a stripe at once. Here the last stripe may begin
+// early and share columns with the one before it: a second run over a column must leave the same result.
+template <class T, class Body>
+VORN_INLINE void overVectors(std::ptrdiff_t width, Body body) {
+    using V = Wide<T>;
+    constexpr std::ptrdiff_t lanes = V::lanes;
+    if (width < lanes) return overStripes<T>(width, body);
+    for (std::ptrdiff_t column = 0; column < width; column += lanes) {
+        body(VectorStripe<V, 1>(0), std::min(column, width - lanes));
+    }
+}
+
 }  // namespace vorn
