@@ -28,7 +28,7 @@ def expected_build():
     loader = "/lib64/ld-linux-x86-64.so.2"
     for line in run([loader, "--help"]).splitlines():
         words = line.split()
-        if words[:1] in (["x86-64-v4"], ["x86-64-v3"]) and "supported," in words[1:2] + words[2:3]:
+        if words[:2] in (["x86-64-v4", "(supported,"], ["x86-64-v3", "(supported,"]):
             return words[0]
     return None
 
