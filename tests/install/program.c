@@ -16,7 +16,7 @@ int main(void) {
     const Vorn32f scores[] = {-10.5f, -11.25f, -9.0f};
     Vorn32f total;
     LoadedObject loaded = {0, 0, 0, 0};
-    if (vornsLogSum_32f(scores, 3, &total) != vornStsNoErr) return 1;
+    if (vornsLogSum_32f(scores, &total, 3) != vornStsNoErr) return 1;
     printf("total=%.6f\n", total);
     dladdr(vornsrGetLibVersion(), &loaded);
     printf("library=%s\n", loaded.file ? loaded.file : "");

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Installs a build, compiles a C program against what was installed, and runs it.
 
-Checked: the headers compile as C99, pkg-config and find_package() find the library, the program computes what the formula
+Checked: the headers and the example of the README compile as C99, pkg-config and find_package() find the library, the program computes what the formula
 says, and the dynamic loader takes the widest build that this processor can run.
 """
 import argparse
@@ -14,6 +14,7 @@ import sys
 import tempfile
 
 SKIPPED = 77
+README = pathlib.Path(__file__).resolve().parents[2] / "README.md"
 
 
 def run(command, **options):
@@ -56,6 +57,9 @@ def main():
             flags = run(["pkg-config", f"--define-variable=prefix={root}", f"--define-variable=libdir={libdir}",
                          f"--define-variable=includedir={root}/include", "--cflags", "--libs", "vornsr"], env=environment)
             run([options.compiler, *strict, source, "-o", program, *flags.split(), "-ldl"])
+            readme = folder / "readme.c"
+            readme.write_text(README.read_text().split("```c\n")[1].split("```")[0])
+            run([options.compiler, *strict, readme, "-o", folder / "readme", *flags.split()])
         else:
             target = "vornsr::vornsr-static" if options.way == "static" else "vornsr::vornsr"
             project = folder / "project"
