@@ -345,6 +345,18 @@ VORN_INLINE i32x8 truncToInt(f64x4 low, f64x4 high) {
     return {_mm256_set_m128i(_mm256_cvttpd_epi32(high.v), _mm256_cvttpd_epi32(low.v))};
 }
 
+// Order of the lanes.
+
+VORN_INLINE i32x8 reverse(i32x8 a) {
+    return {_mm256_permutevar8x32_epi32(a.v, _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0))};
+}
+VORN_INLINE i64x4 reverse(i64x4 a) { return {_mm256_permute4x64_epi64(a.v, 0x1B)}; }
+VORN_INLINE i64x4 reversePairs(i64x4 a) { return {_mm256_permute4x64_epi64(a.v, 0x4E)}; }
+template <>
+VORN_INLINE i64x4 splatPair<i64x4>(std::int64_t even, std::int64_t odd) {
+    return {_mm256_set_epi64x(odd, even, odd, even)};
+}
+
 // Parts and sums of the lanes.
 
 VORN_INLINE f32x4 lowHalf(f32x8 a) { return {_mm256_castps256_ps128(a.v)}; }

@@ -336,6 +336,22 @@ VORN_INLINE i32x16 truncToInt(f64x8 low, f64x8 high) {
     return {_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvttpd_epi32(low.v)), _mm512_cvttpd_epi32(high.v), 1)};
 }
 
+// Order of the lanes. The forms with a full mask say the same as the plain ones, about which GCC 12 warns in its own
+// header (a register left undefined on purpose).
+
+VORN_INLINE i32x16 reverse(i32x16 a) {
+    return {_mm512_maskz_permutexvar_epi32(
+        0xFFFF, _mm512_setr_epi32(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+VORN_INLINE i64x8 reverse(i64x8 a) {
+    return {_mm512_maskz_permutexvar_epi64(0xFF, _mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+VORN_INLINE i64x8 reversePairs(i64x8 a) { return {_mm512_maskz_shuffle_i64x2(0xFF, a.v, a.v, 0x1B)}; }
+template <>
+VORN_INLINE i64x8 splatPair<i64x8>(std::int64_t even, std::int64_t odd) {
+    return {_mm512_set_epi64(odd, even, odd, even, odd, even, odd, even)};
+}
+
 // Parts and sums of the lanes.
 
 VORN_INLINE f32x8 lowHalf(f32x16 a) { return {_mm512_castps512_ps256(a.v)}; }
