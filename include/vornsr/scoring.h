@@ -62,7 +62,7 @@ VORN_BEGIN_DECLS
  * not-a-number in a counts as equal to b; two equal infinities give a not-a-number. Log-subtract: a difference that is
  * not a number is no error and counts as far apart.
  *
- * Literature: the log-add of scores is common in speech recognition since Kingsbury and Rayner (1971).
+ * Literature: addition in the logarithmic domain, Kingsbury and Rayner (1971).
  * @{
  */
 VornStatus vornsLogAdd_64f(const Vorn64f* src, Vorn64f* srcDst, int len, int hint);

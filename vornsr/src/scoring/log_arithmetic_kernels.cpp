@@ -20,7 +20,7 @@ namespace {
 template <class T>
 constexpr int terms = std::is_same_v<T, float> ? termsSingle : termsDouble;
 
-enum IntervalNumber { lowerInterval, middleInterval, upperInterval, intervals };
+enum IntervalNumber : int { lowerInterval, middleInterval, upperInterval, intervals };
 
 // Row `terms` holds the shift: the upper end of the interval, which d is counted from.
 template <class T>
@@ -134,9 +134,17 @@ private:
     Index interval_;
 };
 
+// One interval's coefficients for all lanes.
+template <class V, IntervalNumber interval>
+struct Uniform {
+    using T = typename V::Element;
+    V operator[](int row) const { return splat<V>(coefficient<T>(row, interval)); }
+};
+
 // m + f: in single one Horner chain, in double two, over the even and the odd rows in the square of t.
-template <class V>
-V addPolynomial(V m, V t, const Chosen<V>& p) {
+template <class V, class Coefficients>
+V addPolynomial(V m, V d, const Coefficients& p) {
+    const V t = d - p[terms<typename V::Element>];
     if constexpr (std::is_same_v<typename V::Element, float>) {
         V f = p[0];
         for (int row = 1; row < termsSingle; ++row) f = f * t + p[row];
@@ -152,17 +160,28 @@ V addPolynomial(V m, V t, const Chosen<V>& p) {
     }
 }
 
-template <Split split, class V>
+// How the lanes get their polynomials; the values are the same. Element-wise work wants the fewest operations: the
+// coefficients are chosen, and one polynomial is evaluated. In a running sum each step waits for the one before: all
+// three polynomials are evaluated beside one another, and the choice, which then delays nothing, comes last.
+enum class Choice { First, Last };
+
+template <Split split, Choice choice = Choice::First, class V>
 V logAdd(V a, V b) {
-    using T = typename V::Element;
-    using Limits = LogLimits<T>;
+    using Limits = LogLimits<typename V::Element>;
     const V m = maxOf(a, b);
     const V d = minOf(a, b) - m;
     const auto far = d < splat<V>(Limits::minExp);
     const V leader = select(m < splat<V>(Limits::small), splat<V>(Limits::zero), m);
     if (all(far)) return leader;
-    const Chosen<V> p(isAbove<split>(d, Limits::lowerSplit), isAbove<split>(d, Limits::upperSplit));
-    return select(far, leader, addPolynomial(m, d - p[terms<T>], p));
+    const auto aboveLower = isAbove<split>(d, Limits::lowerSplit), aboveUpper = isAbove<split>(d, Limits::upperSplit);
+    if constexpr (choice == Choice::First) {
+        return select(far, leader, addPolynomial(m, d, Chosen<V>(aboveLower, aboveUpper)));
+    } else {
+        const V upper = addPolynomial(m, d, Uniform<V, upperInterval>());
+        const V middle = addPolynomial(m, d, Uniform<V, middleInterval>());
+        const V lower = addPolynomial(m, d, Uniform<V, lowerInterval>());
+        return select(aboveUpper, upper, select(aboveLower, middle, select(far, leader, lower)));
+    }
 }
 
 // ---- Vectors.
@@ -189,14 +208,14 @@ void logAddVector(const typename Group::Element* src, typename Group::Element* s
 // The running sum of all lanes, with one more element.
 template <class V>
 V logAddElement(V sum, typename V::Element x) {
-    return logAdd<Split::Above>(sum, splat<V>(x));
+    return logAdd<Split::Above, Choice::Last>(sum, splat<V>(x));
 }
 
 f32x4 foldLanes(f32x4 sums) {
-    const f32x4 pair = logAdd<Split::Below>(sums, upperToLower(sums));
-    return logAdd<Split::Below>(pair, splatSecond(pair));
+    const f32x4 pair = logAdd<Split::Below, Choice::Last>(sums, upperToLower(sums));
+    return logAdd<Split::Below, Choice::Last>(pair, splatSecond(pair));
 }
-f64x2 foldLanes(f64x2 sums) { return logAdd<Split::Below>(sums, upperToLower(sums)); }
+f64x2 foldLanes(f64x2 sums) { return logAdd<Split::Below, Choice::Last>(sums, upperToLower(sums)); }
 
 // shortest: the least length that is summed in lanes.
 template <class V>
@@ -205,7 +224,8 @@ typename V::Element logSum(const typename V::Element* src, std::ptrdiff_t len, s
     std::ptrdiff_t i = 1;
     if (len >= shortest) {
         V sums = load<V>(src);
-        for (i = V::lanes; i + V::lanes <= len; i += V::lanes) sums = logAdd<Split::Below>(sums, load<V>(src + i));
+        for (i = V::lanes; i + V::lanes <= len; i += V::lanes)
+            sums = logAdd<Split::Below, Choice::Last>(sums, load<V>(src + i));
         sum = splat<V>(firstLane(foldLanes(sums)));
     }
     for (; i < len; ++i) sum = logAddElement(sum, src[i]);
