@@ -29,6 +29,30 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
 
 /**
  * @defgroup dct_lifter DCT lifter
+ * @brief Cepstral coefficients of a vector of log filter bank energies: a cosine transform of type II without
+ * normalisation, with a weight on each output (Davis and Mermelstein 1980; the raised sine lifter: Juang, Rabiner and
+ * Wilpon 1987).
+ *
+ * With x the lenDCT inputs: dst[i-1] = lifter[i] times the sum over j from 1 to lenDCT of x[j-1] cos[i][j-1], for i from 1
+ * to lenCep; no factor such as the root of 2/lenDCT. The `_C0` forms put coefficient zero last: dst[lenCep] = lifter[0]
+ * times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at most lenDCT.
+ *
+ * Table. cos[i][j-1] = cos((j - 0.5) (i pi) / lenDCT) in double, rounded to single; row 0 is all ones.
+ * lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to single, and L = nLifter. i is not
+ * limited by L: beyond it the sine and with it the weight go negative. The `_C0` forms take val0 for lifter[0].
+ *
+ * Exactness. The table is what the double formula gives with the library's own sine and cosine, rounded once: the same
+ * bits on every processor. Each sum is in single: rows 1 to lenCep in rounds of four with one accumulator of four lanes a
+ * row (lane l takes the elements l, l + 4, ...), added as (lane 0 + lane 1) + (lane 2 + lane 3); the rows that are left,
+ * and coefficient zero, with two accumulators for the first and the last four of each eight elements, which are added
+ * lane by lane first. Alignment changes nothing.
+ *
+ * Contexts. `InitAlloc` allocates one, `Free` releases it; between them it is only read and may be shared by threads. If
+ * memory is short the status is `vornStsMemAllocErr`, nothing stays allocated and *ppState is null. src and dst must
+ * not overlap.
+ *
+ * Checks, in this order. `InitAlloc`: null, size (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep). The transform
+ * and `Free`: null.
  * @{
  */
 VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter, Vorn32f val);
