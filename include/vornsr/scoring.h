@@ -81,6 +81,28 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
 
 /**
  * @defgroup multi_frame Multi-frame Gaussian scores
+ * @brief The log density of many frames under one Gaussian, or of one frame under many Gaussians.
+ *
+ * Formula: score = val - S / 2, S = sum over j of (x[j] - m[j])^2 * v[j], with the feature vector x, the mean m and the
+ * inverse variances v, each of len elements. val is the caller's: the logarithm of the normalisation constant and of
+ * any weight.
+ *
+ * vornsLogGaussMultiMix scores one frame, src, against height Gaussians, the rows of mean and var. srcDst holds the
+ * val of each Gaussian on entry and its score on return, so a second call on the same array subtracts S / 2 again.
+ * `D2`: rows of mean and var lie step elements apart. srcDst must not overlap the other arrays.
+ *
+ * Checks, in this order: step below len `vornStsStrideErr` (even if a pointer is null); a null pointer
+ * `vornStsNullPtrErr`; len or height below 1 `vornStsSizeErr`. After an error nothing has been written. There are no
+ * warnings, no allocation, and no demands on alignment.
+ *
+ * Exact order in single: one accumulator of four lanes a row starts at zero and holds -S; column j is subtracted from
+ * lane j mod 4, as (x - m)^2 * v with each operation rounded; then (lane 0 + lane 1) + (lane 2 + lane 3), and the last
+ * len mod 4 columns are subtracted one by one. Rows of less than four columns are subtracted in column order.
+ *
+ * Final form: vornsLogGaussMultiMix srcDst[g] + 0.5 * (-S).
+ *
+ * Infinities and not-a-numbers go through the formula. All builds give the same bits. Thread-safe: no state.
+ *
  * @{
  */
 VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, Vorn32f* srcDst, int height);
@@ -88,6 +110,20 @@ VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var,
 
 /**
  * @defgroup mixtures Mixtures
+ * @brief Gaussian scores folded as they are made: into the one score of a mixture.
+ *
+ * vornsLogGaussMixture: result = log-sum over g of (val[g] - S(g) / 2), one frame, src, against height Gaussians, the
+ * rows of mean and var; val[g] is the logarithm of the weight and the normalisation constant of Gaussian g. The scores
+ * are those of vornsLogGaussMultiMix (group multi_frame), bit for bit; the log-sum, with its floors, is vornsLogSum
+ * (group logarithm_domain). result must not overlap the other arrays.
+ *
+ * The Gaussians are summed in runs of 100: each run is one log-sum, in whose front stands the value of the runs
+ * before. A log-sum is not associative, so the runs are part of the result.
+ *
+ * Checks, in this order: a null pointer `vornStsNullPtrErr`; step below len `vornStsStrideErr`; height or len below 1
+ * `vornStsSizeErr`. After an error nothing has been written. There are no warnings and no allocation. All builds give
+ * the same bits. Thread-safe: no state.
+ *
  * @{
  */
 VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
