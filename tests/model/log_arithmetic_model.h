@@ -122,9 +122,9 @@ inline double logAdd(double a, double b, bool inGroup) {
 }
 
 template <class T>
-constexpr int groupOf = 4;
+inline constexpr int groupOf = 4;
 template <>
-constexpr int groupOf<double> = 2;
+inline constexpr int groupOf<double> = 2;
 
 template <class T>
 void logAddVector(const T* src, T* srcDst, int len) {
