@@ -8,28 +8,6 @@ VORN_BEGIN_DECLS
 
 /**
  * @defgroup move Move, set, conjugate
- * @brief Block operations on all eleven element types, and complex conjugation.
- *
- * Formulas, for n from 0 to len - 1:
- * - `vornsCopy_*`: dst[n] = src[n]. src and dst must not overlap.
- * - `vornsMove_*`: the same for any overlap; dst equal to src changes nothing.
- * - `vornsZero_*`: every byte of dst becomes 0.
- * - `vornsSet_*`: dst[n] = val; a complex val is passed whole, by value.
- * - `vornsConj_*`: dst[n] = conj(src[n]); the `I` forms in place, and dst may be src in the others.
- * - `vornsConjFlip_*`: dst[n] = conj(src[len - 1 - n]). src and dst must not overlap.
- *
- * Shapes and units: len counts elements (a complex value is one element). len times the size of an element is a byte
- * count that must fit into a signed 32-bit integer; this is not checked.
- *
- * Checks: a null pointer gives `vornStsNullPtrErr`, then len below 1 gives `vornStsSizeErr`. There are no warnings.
- *
- * Exactness: all of them move bit patterns and do no floating-point arithmetic. The sign of a zero and the payload of a
- * not-a-number are kept, a signalling one stays as it is and raises no flag. The conjugate of 32fc and 64fc inverts the
- * sign bit of the imaginary part and nothing else. The conjugate of 16sc negates it with saturation: -32768 becomes
- * 32767, every other value is exact.
- *
- * Large blocks: a fill that is at least as large as one core's part of the last-level cache, and never one below 512 KiB,
- * is written past the cache; copies and moves leave that choice to the C library.
  * @{
  */
 VornStatus vornsCopy_8u(const Vorn8u* src, Vorn8u* dst, int len);
@@ -89,6 +67,53 @@ VornStatus vornsConjFlip_16sc(const Vorn16sc* src, Vorn16sc* dst, int len);
 
 /**
  * @defgroup convert Conversions
+ * @brief Between the element types, with stated rounding, saturation and scale.
+ *
+ * `vornsConvert_<from><to>(src, dst, len, ...)` converts len elements of src to dst. src and dst must not overlap, save
+ * that between types of one size dst may start where src does. Checks, in this order: a null pointer
+ * (`vornStsNullPtrErr`), len below 1 (`vornStsSizeErr`). There is no other check and no warning: saturation, rounding and
+ * not-a-numbers are part of the result. Alignment never changes a result. Every rule below holds element by element and
+ * bit for bit, on every processor.
+ *
+ * A scale factor multiplies by 2^-scale. `rndMode` is never checked. The forms from float to integer take `vornRndZero`
+ * for itself and everything else as `vornRndNear`; `16f16s`, `16s16f` and `32f16f` take `vornRndNear` for itself and
+ * everything else as `vornRndZero`. Near is to nearest, ties to even; zero truncates.
+ *
+ * Plain forms. `8s16s`, `16s32s`, `8s32f`, `8u32f`, `16s32f`, `16u32f`, `32s64f`, `32f64f` keep every value. `32s32f`
+ * rounds in the caller's rounding mode. `32s16s` saturates. `64f32f` clamps to -3.402823466e+38 to 3.402823466e+38
+ * (these two doubles; a not-a-number becomes the upper one) and rounds in the caller's mode, so that it never gives an
+ * infinity.
+ *
+ * Integer to float with a scale factor, `16s32f_Sfs`, `32s32f_Sfs`, `16s64f_Sfs`, `32s64f_Sfs`: scale is limited to
+ * -112..126, -96..126, -1008..1022 and -992..1022, which keeps every result finite and every factor normal. Only
+ * `32s32f_Sfs` rounds, and only as `32s32f` does.
+ *
+ * `32s16s_Sfs`: scale is limited to -15..31; the exact value times 2^-scale, rounded to nearest with ties to even,
+ * saturated.
+ *
+ * Float to integer, `32f8s_Sfs`, `32f8u_Sfs`, `32f16s_Sfs`, `32f16u_Sfs`, `32f32s_Sfs`, `64f32s_Sfs`: the element times
+ * 2^-scale, rounded by rndMode, saturated to the range of the destination. The factor is a single, also for doubles: it
+ * is 0 from scale 150 up and +infinity from scale -128 down, and 0 times infinity is a not-a-number. A not-a-number
+ * gives the largest integer in `8s`, `8u`, `16s` and `64f32s`, and 0 in `16u`; in `32f32s` it gives the largest integer
+ * if its sign bit is clear and the smallest if it is set (it is set in a product of 0 and infinity). The caller's
+ * rounding mode does not matter and is the same afterwards, and an element out of range leaves no invalid-operation
+ * flag behind.
+ *
+ * Halves (1 sign bit, 5 exponent bits with bias 15, 10 mantissa bits). The caller's rounding mode does not matter and
+ * is the same afterwards.
+ * - `16f32f` is exact; infinities stay, and a not-a-number keeps its mantissa in the top bits.
+ * - `16s16f` rounds by rndMode. Every integer is in range.
+ * - `32f16f` rounds by rndMode: near gives an infinity from 65520 on, zero from 65536 on. In near mode values below
+ *   2^-14 are first rounded to a multiple of 2^-37 and then to a multiple of 2^-24, both to nearest even. A
+ *   not-a-number keeps its sign and gives 7FFF (hexadecimal) in near mode; in zero mode it becomes quiet and keeps its
+ *   top mantissa bits.
+ * - `16f16s_Sfs`: the value times 2^-scale, rounded by rndMode, saturated. Below scale -14, of all infinities and
+ *   not-a-numbers only +infinity gives 32767, the others -32768; from scale -14 on they go by their sign bit. From
+ *   scale -14 to 16 a subnormal half with mantissa m counts as 2^(-15-scale) x (1 + m/1024), not as its true value, and
+ *   so does zero, which gives 0 all the same. Above scale 16 every finite half gives 0.
+ *
+ * `16s32s`, `32s16s`, `32f64f` and `16s64f_Sfs` write past the cache when source and destination together are larger
+ * than 2 MiB.
  * @{
  */
 VornStatus vornsConvert_8s16s(const Vorn8s* src, Vorn16s* dst, int len);

@@ -377,31 +377,76 @@ VORN_INLINE i32x4 truncToInt(f64x2 low, f64x2 high) {
     return {_mm_unpacklo_epi64(_mm_cvttpd_epi32(low.v), _mm_cvttpd_epi32(high.v))};
 }
 
-// Order of the lanes.
+// Widening loads: one element a lane, its value kept.
 
-// The last lane first.
-VORN_INLINE i32x4 reverse(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x1B)}; }
-VORN_INLINE i64x2 reverse(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0x4E)}; }
-// The last two lanes first; the lanes of a pair keep their order.
-VORN_INLINE i64x2 reversePairs(i64x2 a) { return a; }
-// Two values in turn.
-template <class V>
-V splatPair(std::int64_t even, std::int64_t odd);
+VORN_INLINE __m128i loadFourBytes(const void* p) {
+    int bytes;
+    std::memcpy(&bytes, p, sizeof bytes);
+    return _mm_cvtsi32_si128(bytes);
+}
+VORN_INLINE __m128i loadEightBytes(const void* p) { return _mm_loadl_epi64(static_cast<const __m128i*>(p)); }
+template <class V, class Narrow>
+V loadWidened(const Narrow* p);
 template <>
-VORN_INLINE i64x2 splatPair<i64x2>(std::int64_t even, std::int64_t odd) {
-    return {_mm_set_epi64x(odd, even)};
+VORN_INLINE i16x8 loadWidened<i16x8>(const std::int8_t* p) {
+    const __m128i a = loadEightBytes(p);
+    return {_mm_srai_epi16(_mm_unpacklo_epi8(a, a), 8)};
+}
+template <>
+VORN_INLINE i32x4 loadWidened<i32x4>(const std::int8_t* p) {
+    const __m128i a = loadFourBytes(p), pairs = _mm_unpacklo_epi8(a, a);
+    return {_mm_srai_epi32(_mm_unpacklo_epi16(pairs, pairs), 24)};
+}
+template <>
+VORN_INLINE i32x4 loadWidened<i32x4>(const std::uint8_t* p) {
+    const __m128i zero = _mm_setzero_si128();
+    return {_mm_unpacklo_epi16(_mm_unpacklo_epi8(loadFourBytes(p), zero), zero)};
+}
+template <>
+VORN_INLINE i32x4 loadWidened<i32x4>(const std::int16_t* p) {
+    const __m128i a = loadEightBytes(p);
+    return {_mm_srai_epi32(_mm_unpacklo_epi16(a, a), 16)};
+}
+template <>
+VORN_INLINE i32x4 loadWidened<i32x4>(const std::uint16_t* p) {
+    return {_mm_unpacklo_epi16(loadEightBytes(p), _mm_setzero_si128())};
+}
+template <>
+VORN_INLINE f64x2 loadWidened<f64x2>(const std::int16_t* p) {
+    const __m128i a = loadFourBytes(p);
+    return {_mm_cvtepi32_pd(_mm_srai_epi32(_mm_unpacklo_epi16(a, a), 16))};
+}
+template <>
+VORN_INLINE f64x2 loadWidened<f64x2>(const std::int32_t* p) {
+    return {_mm_cvtepi32_pd(loadEightBytes(p))};
+}
+template <>
+VORN_INLINE f64x2 loadWidened<f64x2>(const float* p) {
+    return {_mm_cvtps_pd(_mm_castsi128_ps(loadEightBytes(p)))};
 }
 
-// Writes value count times; the processor's string store, which is at its best on long runs.
-VORN_INLINE void fillString(std::uint64_t* p, std::uint64_t value, std::ptrdiff_t count) {
-    __asm__ volatile("rep stosq" : "+D"(p), "+c"(count) : "a"(value) : "memory");
+// Narrowing of 32-bit lanes, the first operand lowest: saturated to 16 bits, to signed and to unsigned 8 bits; to unsigned
+// 16 bits where every lane is within 0 to 65535 already.
+VORN_INLINE i16x8 narrowSat16(i32x4 low, i32x4 high) { return narrowSat(low, high); }
+VORN_INLINE i8x16 narrowSat8(i32x4 a, i32x4 b, i32x4 c, i32x4 d) {
+    return {_mm_packs_epi16(_mm_packs_epi32(a.v, b.v), _mm_packs_epi32(c.v, d.v))};
 }
+VORN_INLINE i8x16 narrowSatU8(i32x4 a, i32x4 b, i32x4 c, i32x4 d) {
+    return {_mm_packus_epi16(_mm_packs_epi32(a.v, b.v), _mm_packs_epi32(c.v, d.v))};
+}
+VORN_INLINE i16x8 narrowU16(i32x4 low, i32x4 high) {
+    const __m128i middle = _mm_set1_epi32(32768);
+    return {_mm_xor_si128(_mm_packs_epi32(_mm_sub_epi32(low.v, middle), _mm_sub_epi32(high.v, middle)),
+                          _mm_set1_epi16(-32768))};
+}
+// Rounds each lane to single in the current mode.
+VORN_INLINE void storeNarrowed(float* p, f64x2 a) { _mm_storel_pi(reinterpret_cast<__m64*>(p), _mm_cvtpd_ps(a.v)); }
+VORN_INLINE i32x4 maxOf(i32x4 a, i32x4 b) { return select(a > b, a, b); }
 
 // Parts and sums of the lanes.
 
 VORN_INLINE float firstLane(f32x4 a) { return _mm_cvtss_f32(a.v); }
 VORN_INLINE double firstLane(f64x2 a) { return _mm_cvtsd_f64(a.v); }
-VORN_INLINE std::int64_t firstLane(i64x2 a) { return _mm_cvtsi128_si64(a.v); }
 VORN_INLINE std::int32_t firstLane(i32x4 a) { return _mm_cvtsi128_si32(a.v); }
 // (lane 0 + lane 1) + (lane 2 + lane 3)
 VORN_INLINE float sumNeighbours(f32x4 a) {
@@ -414,11 +459,6 @@ VORN_INLINE float sumHalves(f32x4 a) {
     return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
 }
 VORN_INLINE double sumLanes(f64x2 a) { return _mm_cvtsd_f64(_mm_add_sd(a.v, _mm_unpackhi_pd(a.v, a.v))); }
-// The upper half of the lanes in the place of the lower one; the upper half stays.
-VORN_INLINE f32x4 upperToLower(f32x4 a) { return {_mm_movehl_ps(a.v, a.v)}; }
-VORN_INLINE f64x2 upperToLower(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
-// Lane 1 in all lanes.
-VORN_INLINE f32x4 splatSecond(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x55)}; }
 // The sum of each row's lanes, (0 + 1) + (2 + 3), one row a lane.
 VORN_INLINE f32x4 sumNeighbours(f32x4 a, f32x4 b, f32x4 c, f32x4 d) {
     return {_mm_hadd_ps(_mm_hadd_ps(a.v, b.v), _mm_hadd_ps(c.v, d.v))};

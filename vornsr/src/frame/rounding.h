@@ -12,6 +12,8 @@ enum class Rounding : unsigned { Nearest = 0x0000, Down = 0x2000, Up = 0x4000, T
 // arithmetic across the guard: call a VORN_NOINLINE kernel inside it.
 class RoundingGuard {
 public:
+    // Leaves the caller's mode as it is.
+    RoundingGuard() : saved_(_mm_getcsr()) {}
     explicit RoundingGuard(Rounding mode) : saved_(_mm_getcsr()) {
         const unsigned wanted = static_cast<unsigned>(mode);
         if ((saved_ & roundingBits) != wanted) _mm_setcsr((saved_ & ~roundingBits) | wanted);

@@ -1,0 +1,35 @@
+// Conversions as plain loops.
+#pragma once
+
+#include "vornsr/types.h"
+
+namespace plain {
+
+void convert_8s16s(const Vorn8s* src, Vorn16s* dst, int len);
+void convert_16s32s(const Vorn16s* src, Vorn32s* dst, int len);
+void convert_8s32f(const Vorn8s* src, Vorn32f* dst, int len);
+void convert_8u32f(const Vorn8u* src, Vorn32f* dst, int len);
+void convert_16s32f(const Vorn16s* src, Vorn32f* dst, int len);
+void convert_16u32f(const Vorn16u* src, Vorn32f* dst, int len);
+void convert_32s64f(const Vorn32s* src, Vorn64f* dst, int len);
+void convert_32f64f(const Vorn32f* src, Vorn64f* dst, int len);
+void convert_32s32f(const Vorn32s* src, Vorn32f* dst, int len);
+void convert_32s16s(const Vorn32s* src, Vorn16s* dst, int len);
+void convert_64f32f(const Vorn64f* src, Vorn32f* dst, int len);
+void convert_16s32f_Sfs(const Vorn16s* src, Vorn32f* dst, int len, int scale);
+void convert_16s64f_Sfs(const Vorn16s* src, Vorn64f* dst, int len, int scale);
+void convert_32s32f_Sfs(const Vorn32s* src, Vorn32f* dst, int len, int scale);
+void convert_32s64f_Sfs(const Vorn32s* src, Vorn64f* dst, int len, int scale);
+void convert_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scale);
+void convert_32f8s_Sfs(const Vorn32f* src, Vorn8s* dst, int len, VornRoundMode mode, int scale);
+void convert_32f8u_Sfs(const Vorn32f* src, Vorn8u* dst, int len, VornRoundMode mode, int scale);
+void convert_32f16s_Sfs(const Vorn32f* src, Vorn16s* dst, int len, VornRoundMode mode, int scale);
+void convert_32f16u_Sfs(const Vorn32f* src, Vorn16u* dst, int len, VornRoundMode mode, int scale);
+void convert_32f32s_Sfs(const Vorn32f* src, Vorn32s* dst, int len, VornRoundMode mode, int scale);
+void convert_64f32s_Sfs(const Vorn64f* src, Vorn32s* dst, int len, VornRoundMode mode, int scale);
+void convert_16f16s_Sfs(const Vorn16f* src, Vorn16s* dst, int len, VornRoundMode mode, int scale);
+void convert_16s16f(const Vorn16s* src, Vorn16f* dst, int len, VornRoundMode mode);
+void convert_32f16f(const Vorn32f* src, Vorn16f* dst, int len, VornRoundMode mode);
+void convert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
+
+}  // namespace plain
