@@ -29,6 +29,30 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
 
 /**
  * @defgroup dct_lifter DCT lifter
+ * @brief Cepstral coefficients of a vector of log filter bank energies: a cosine transform of type II without
+ * normalisation, with a weight on each output (Davis and Mermelstein 1980; the raised sine lifter: Juang, Rabiner and
+ * Wilpon 1987).
+ *
+ * With x the lenDCT inputs: dst[i-1] = lifter[i] times the sum over j from 1 to lenDCT of x[j-1] cos[i][j-1], for i from 1
+ * to lenCep; no factor such as the root of 2/lenDCT. The `_C0` forms put coefficient zero last: dst[lenCep] = lifter[0]
+ * times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at most lenDCT.
+ *
+ * Table. cos[i][j-1] = cos((j - 0.5) (i pi) / lenDCT) in double, rounded to single; row 0 is all ones.
+ * lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to single, and L = nLifter. i is not
+ * limited by L: beyond it the sine and with it the weight go negative. The `_C0` forms take val0 for lifter[0].
+ *
+ * Exactness. The table is what the double formula gives with the library's own sine and cosine, rounded once: the same
+ * bits on every processor. Each sum is in single: rows 1 to lenCep in rounds of four with one accumulator of four lanes a
+ * row (lane l takes the elements l, l + 4, ...), added as (lane 0 + lane 1) + (lane 2 + lane 3); the rows that are left,
+ * and coefficient zero, with two accumulators for the first and the last four of each eight elements, which are added
+ * lane by lane first. Alignment changes nothing.
+ *
+ * Contexts. `InitAlloc` allocates one, `Free` releases it; between them it is only read and may be shared by threads. If
+ * memory is short the status is `vornStsMemAllocErr`, nothing stays allocated and *ppState is null. src and dst must
+ * not overlap.
+ *
+ * Checks, in this order. `InitAlloc`: null, size (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep). The transform
+ * and `Free`: null.
  * @{
  */
 VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter, Vorn32f val);
@@ -39,14 +63,65 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
 
 /**
  * @defgroup deltas Deltas and accelerations
+ * @brief First and second differences of feature vectors along time, for utterances that arrive in blocks.
+ *
+ * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next and
+ * holds, side by side, the frame (columns 0 to width - 1), its delta (from width) and, in the `DeltaDelta` forms, its
+ * acceleration (from 2 width).
+ *
+ * Formula, for an utterance x(0) to x(T-1), with x(t) read as x(0) before it and as x(T-1) behind it. Window 2: with
+ * a = x(t+1) - x(t-1) and b = x(t+2) - x(t-2), delta(t) = ((a + b) + b) val, in single and in this order. The
+ * acceleration is the same operator on the deltas, with val2, the deltas likewise repeated beyond both ends.
+ *
+ * Blocks. mode is 0 or a sum of `vornDeltaFirst` (this block starts the utterance) and `vornDeltaLast` (this block ends
+ * it); its other bits are ignored. A first call writes frame 0 to row 0 of dst. Any other call expects dst to point L
+ * rows back: rows 0 to L-1 hold the last L rows of the call before, with all that it wrote there, and the new frames
+ * go to row L and on. So behind a first call the caller advances dst by height - L rows, behind any later call by
+ * height rows. With frames up to row r written, deltas stand complete up to row r - 2 and accelerations up to row r - 4;
+ * `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
+ * a whole utterance.
+ *
+ * | Functions | L, and the least height of a first call |
+ * |---|---|
+ * | `vornsDelta_Win2_*` | 4 |
+ * | `vornsDeltaDelta_Win2_*` | 6 |
+ *
+ * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call; width
+ * and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the rows of
+ * dst: leave the last L of them as they are between calls. src and dst must not overlap.
+ *
+ * Checks, in this order: null; size (width below 1, height negative, height 0 without `vornDeltaLast`); stride (dstStep
+ * below 2 width, 3 width with acceleration); size (`vornDeltaFirst` with height below L).
  * @{
  */
+
+/** Bits of the mode of a streaming call. */
+enum {
+    vornDeltaFirst = 1, /**< nothing comes before this block */
+    vornDeltaLast = 2   /**< nothing comes behind this block: finish the pending rows */
+};
+
 VornStatus vornsDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val, int mode);
 VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val1, Vorn32f val2, int mode);
 /** @} */
 
 /**
  * @defgroup conditioning Frame conditioning
+ * @brief Small steps on the samples of a frame.
+ *
+ * `vornsCompensateOffset_*` removes a constant offset by the first-order filter y(n) = x(n) - x(n-1) + val y(n-1), val just
+ * below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1), which the caller takes from the end of the
+ * block before. So a signal cut into blocks gives the same samples as the whole of it (in the 16-bit form up to the
+ * first sample of each block, which is formed in its own way). dst may be src.
+ *
+ * `32f`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this order.
+ *
+ * `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on val:
+ * - val within -1.0 to 1.0: integers. q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with
+ *   d = x(n) - x(n-1) saturated by itself, both to 16 bits. The shift is arithmetic: it truncates downward.
+ * - other val: y(n) = (x(n) - x(n-1)) + y(n-1) val in single, half with the sign of the value added, truncated, saturated.
+ *
+ * All results are exact by these rules. Checks, in this order: null, size (len at least 1).
  * @{
  */
 VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);

@@ -8,6 +8,28 @@ VORN_BEGIN_DECLS
 
 /**
  * @defgroup move Move, set, conjugate
+ * @brief Block operations on all eleven element types, and complex conjugation.
+ *
+ * Formulas, for n from 0 to len - 1:
+ * - `vornsCopy_*`: dst[n] = src[n]. src and dst must not overlap.
+ * - `vornsMove_*`: the same for any overlap; dst equal to src changes nothing.
+ * - `vornsZero_*`: every byte of dst becomes 0.
+ * - `vornsSet_*`: dst[n] = val; a complex val is passed whole, by value.
+ * - `vornsConj_*`: dst[n] = conj(src[n]); the `I` forms in place, and dst may be src in the others.
+ * - `vornsConjFlip_*`: dst[n] = conj(src[len - 1 - n]). src and dst must not overlap.
+ *
+ * Shapes and units: len counts elements (a complex value is one element). len times the size of an element is a byte
+ * count that must fit into a signed 32-bit integer; this is not checked.
+ *
+ * Checks: a null pointer gives `vornStsNullPtrErr`, then len below 1 gives `vornStsSizeErr`. There are no warnings.
+ *
+ * Exactness: all of them move bit patterns and do no floating-point arithmetic. The sign of a zero and the payload of a
+ * not-a-number are kept, a signalling one stays as it is and raises no flag. The conjugate of 32fc and 64fc inverts the
+ * sign bit of the imaginary part and nothing else. The conjugate of 16sc negates it with saturation: -32768 becomes
+ * 32767, every other value is exact.
+ *
+ * Large blocks: a fill that is at least as large as one core's part of the last-level cache, and never one below 512 KiB,
+ * is written past the cache; copies and moves leave that choice to the C library.
  * @{
  */
 VornStatus vornsCopy_8u(const Vorn8u* src, Vorn8u* dst, int len);

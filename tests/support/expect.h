@@ -34,7 +34,7 @@ std::string show(const T& x) {
     } else if constexpr (std::is_integral_v<T>) {
         std::snprintf(text, sizeof text, "%lld", static_cast<long long>(x));
     } else {
-        return "(" + show(x.re) + ", " + show(x.im) + ")";
+        return std::string(1, '(').append(show(x.re)).append(", ").append(show(x.im)).append(")");
     }
     return text;
 }

@@ -345,6 +345,18 @@ VORN_INLINE i32x8 truncToInt(f64x4 low, f64x4 high) {
     return {_mm256_set_m128i(_mm256_cvttpd_epi32(high.v), _mm256_cvttpd_epi32(low.v))};
 }
 
+// Order of the lanes.
+
+VORN_INLINE i32x8 reverse(i32x8 a) {
+    return {_mm256_permutevar8x32_epi32(a.v, _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0))};
+}
+VORN_INLINE i64x4 reverse(i64x4 a) { return {_mm256_permute4x64_epi64(a.v, 0x1B)}; }
+VORN_INLINE i64x4 reversePairs(i64x4 a) { return {_mm256_permute4x64_epi64(a.v, 0x4E)}; }
+template <>
+VORN_INLINE i64x4 splatPair<i64x4>(std::int64_t even, std::int64_t odd) {
+    return {_mm256_set_epi64x(odd, even, odd, even)};
+}
+
 // Widening loads: one element a lane, its value kept.
 
 VORN_INLINE __m128i loadSixteenBytes(const void* p) { return _mm_loadu_si128(static_cast<const __m128i*>(p)); }
@@ -406,5 +418,30 @@ VORN_INLINE i32x4 lowHalf(i32x8 a) { return {_mm256_castsi256_si128(a.v)}; }
 VORN_INLINE i32x4 highHalf(i32x8 a) { return {_mm256_extracti128_si256(a.v, 1)}; }
 VORN_INLINE f32x8 join(f32x4 low, f32x4 high) { return {_mm256_set_m128(high.v, low.v)}; }
 VORN_INLINE f64x4 join(f64x2 low, f64x2 high) { return {_mm256_set_m128d(high.v, low.v)}; }
+
+// Table look-up inside the registers: each lane takes the entry of a table of four that its index (0 to 3) names. Not
+// in the baseline, which has no such instruction: ask with `requires`.
+
+template <class V, class Index>
+V lookup(const typename V::Element* four, Index index);
+
+template <>
+VORN_INLINE f32x4 lookup<f32x4>(const float* four, i32x4 index) {
+    return {_mm_permutevar_ps(_mm_loadu_ps(four), index.v)};
+}
+template <>
+VORN_INLINE f32x8 lookup<f32x8>(const float* four, i32x8 index) {
+    return {_mm256_permutevar_ps(_mm256_broadcast_ps(reinterpret_cast<const __m128*>(four)), index.v)};
+}
+template <>
+VORN_INLINE f64x4 lookup<f64x4>(const double* four, i64x4 index) {
+    const __m256i low = _mm256_shuffle_epi32(_mm256_add_epi64(index.v, index.v), 0xA0);
+    const __m256i halves = _mm256_add_epi32(low, _mm256_set1_epi64x(std::int64_t{1} << 32));
+    return {_mm256_castps_pd(_mm256_permutevar8x32_ps(_mm256_castpd_ps(_mm256_loadu_pd(four)), halves))};
+}
+template <>
+VORN_INLINE f64x2 lookup<f64x2>(const double* four, i64x2 index) {
+    return lowHalf(lookup<f64x4>(four, i64x4{_mm256_castsi128_si256(index.v)}));
+}
 
 }  // namespace vorn

@@ -336,6 +336,22 @@ VORN_INLINE i32x16 truncToInt(f64x8 low, f64x8 high) {
     return {_mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvttpd_epi32(low.v)), _mm512_cvttpd_epi32(high.v), 1)};
 }
 
+// Order of the lanes. The forms with a full mask say the same as the plain ones, about which GCC 12 warns in its own
+// header (a register left undefined on purpose).
+
+VORN_INLINE i32x16 reverse(i32x16 a) {
+    return {_mm512_maskz_permutexvar_epi32(
+        0xFFFF, _mm512_setr_epi32(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+VORN_INLINE i64x8 reverse(i64x8 a) {
+    return {_mm512_maskz_permutexvar_epi64(0xFF, _mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+VORN_INLINE i64x8 reversePairs(i64x8 a) { return {_mm512_maskz_shuffle_i64x2(0xFF, a.v, a.v, 0x1B)}; }
+template <>
+VORN_INLINE i64x8 splatPair<i64x8>(std::int64_t even, std::int64_t odd) {
+    return {_mm512_set_epi64(odd, even, odd, even, odd, even, odd, even)};
+}
+
 // Widening loads: one element a lane, its value kept.
 
 VORN_INLINE __m256i loadThirtyTwoBytes(const void* p) { return _mm256_loadu_si256(static_cast<const __m256i*>(p)); }
@@ -402,5 +418,16 @@ VORN_INLINE f64x4 lowHalf(f64x8 a) { return {_mm512_castpd512_pd256(a.v)}; }
 VORN_INLINE f64x4 highHalf(f64x8 a) { return {_mm512_extractf64x4_pd(a.v, 1)}; }
 VORN_INLINE i32x8 lowHalf(i32x16 a) { return {_mm512_castsi512_si256(a.v)}; }
 VORN_INLINE i32x8 highHalf(i32x16 a) { return {_mm512_extracti64x4_epi64(a.v, 1)}; }
+
+// Table look-up inside the registers: each lane takes the entry of a table of four that its index (0 to 3) names.
+
+template <>
+VORN_INLINE f32x16 lookup<f32x16>(const float* four, i32x16 index) {
+    return {_mm512_permutevar_ps(_mm512_broadcast_f32x4(_mm_loadu_ps(four)), index.v)};
+}
+template <>
+VORN_INLINE f64x8 lookup<f64x8>(const double* four, i64x8 index) {
+    return {_mm512_permutexvar_pd(index.v, _mm512_broadcast_f64x4(_mm256_loadu_pd(four)))};
+}
 
 }  // namespace vorn

@@ -377,6 +377,25 @@ VORN_INLINE i32x4 truncToInt(f64x2 low, f64x2 high) {
     return {_mm_unpacklo_epi64(_mm_cvttpd_epi32(low.v), _mm_cvttpd_epi32(high.v))};
 }
 
+// Order of the lanes.
+
+// The last lane first.
+VORN_INLINE i32x4 reverse(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0x1B)}; }
+VORN_INLINE i64x2 reverse(i64x2 a) { return {_mm_shuffle_epi32(a.v, 0x4E)}; }
+// The last two lanes first; the lanes of a pair keep their order.
+VORN_INLINE i64x2 reversePairs(i64x2 a) { return a; }
+// Two values in turn.
+template <class V>
+V splatPair(std::int64_t even, std::int64_t odd);
+template <>
+VORN_INLINE i64x2 splatPair<i64x2>(std::int64_t even, std::int64_t odd) {
+    return {_mm_set_epi64x(odd, even)};
+}
+
+// Writes value count times; the processor's string store, which is at its best on long runs.
+VORN_INLINE void fillString(std::uint64_t* p, std::uint64_t value, std::ptrdiff_t count) {
+    __asm__ volatile("rep stosq" : "+D"(p), "+c"(count) : "a"(value) : "memory");
+}
 // Widening loads: one element a lane, its value kept.
 
 VORN_INLINE __m128i loadFourBytes(const void* p) {
@@ -447,6 +466,7 @@ VORN_INLINE i32x4 maxOf(i32x4 a, i32x4 b) { return select(a > b, a, b); }
 
 VORN_INLINE float firstLane(f32x4 a) { return _mm_cvtss_f32(a.v); }
 VORN_INLINE double firstLane(f64x2 a) { return _mm_cvtsd_f64(a.v); }
+VORN_INLINE std::int64_t firstLane(i64x2 a) { return _mm_cvtsi128_si64(a.v); }
 VORN_INLINE std::int32_t firstLane(i32x4 a) { return _mm_cvtsi128_si32(a.v); }
 // (lane 0 + lane 1) + (lane 2 + lane 3)
 VORN_INLINE float sumNeighbours(f32x4 a) {
@@ -459,6 +479,11 @@ VORN_INLINE float sumHalves(f32x4 a) {
     return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
 }
 VORN_INLINE double sumLanes(f64x2 a) { return _mm_cvtsd_f64(_mm_add_sd(a.v, _mm_unpackhi_pd(a.v, a.v))); }
+// The upper half of the lanes in the place of the lower one; the upper half stays.
+VORN_INLINE f32x4 upperToLower(f32x4 a) { return {_mm_movehl_ps(a.v, a.v)}; }
+VORN_INLINE f64x2 upperToLower(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
+// Lane 1 in all lanes.
+VORN_INLINE f32x4 splatSecond(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x55)}; }
 // The sum of each row's lanes, (0 + 1) + (2 + 3), one row a lane.
 VORN_INLINE f32x4 sumNeighbours(f32x4 a, f32x4 b, f32x4 c, f32x4 d) {
     return {_mm_hadd_ps(_mm_hadd_ps(a.v, b.v), _mm_hadd_ps(c.v, d.v))};

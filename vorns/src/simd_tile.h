@@ -1,0 +1,298 @@
+// The SIMD vocabulary: tiles, four rows of one 16-byte register each, held in as few registers as the build allows.
+// With them four order-bound sums advance at once: each row keeps its own lanes and its own order in every build, and
+// wide loads still pay.
+#pragma once
+
+#include "simd.h"
+
+namespace vorn {
+
+// Hides how a pointer came about. Without it GCC 12 computes the addresses of neighbouring rows in vector registers,
+// which costs more than the sums of a short row.
+template <class T>
+VORN_INLINE T* keepApart(T* pointer) {
+    asm("" : "+r"(pointer));
+    return pointer;
+}
+
+// A list of vector types, widest first: a loop over columns takes as many as it can with each.
+template <class... V>
+struct Widths {};
+
+// Rows of f32x4.
+struct f32x4x4 {
+    using Element = float;
+    using Block = f32x4;
+#if defined(VORN_SIMD_AVX512)
+    __m512 v;  // rows 0 1 2 3
+#elif defined(VORN_SIMD_AVX2)
+    __m256 v02, v13;
+#else
+    __m128 v0, v1, v2, v3;
+#endif
+};
+
+// Rows of f64x2.
+struct f64x2x4 {
+    using Element = double;
+    using Block = f64x2;
+#if defined(VORN_SIMD_AVX512)
+    __m512d v;
+#elif defined(VORN_SIMD_AVX2)
+    __m256d v02, v13;
+#else
+    __m128d v0, v1, v2, v3;
+#endif
+};
+
+#if defined(VORN_SIMD_AVX512)
+using SingleWidths = Widths<f32x16, f32x8, f32x4>;
+using DoubleWidths = Widths<f64x8, f64x4, f64x2>;
+#elif defined(VORN_SIMD_AVX2)
+using SingleWidths = Widths<f32x8, f32x4>;
+using DoubleWidths = Widths<f64x4, f64x2>;
+#else
+using SingleWidths = Widths<f32x4>;
+using DoubleWidths = Widths<f64x2>;
+#endif
+
+// Four doubles, one for each row of a tile, in every build.
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+using f64x4of4 = f64x4;
+#else
+struct f64x4of4 {
+    static constexpr int lanes = 4;
+    using Element = double;
+    f64x2 low, high;
+};
+template <>
+VORN_INLINE f64x4of4 load<f64x4of4>(const double* p) {
+    return {load<f64x2>(p), load<f64x2>(p + 2)};
+}
+template <>
+VORN_INLINE f64x4of4 loadFirst<f64x4of4>(const double* p, std::ptrdiff_t n) {
+    double lane[4] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(double));
+    return load<f64x4of4>(lane);
+}
+template <>
+VORN_INLINE f64x4of4 splat<f64x4of4>(double x) {
+    return {splat<f64x2>(x), splat<f64x2>(x)};
+}
+VORN_INLINE void store(double* p, f64x4of4 a) { store(p, a.low), store(p + 2, a.high); }
+VORN_INLINE void storeFirst(double* p, f64x4of4 a, std::ptrdiff_t n) {
+    double lane[4];
+    store(lane, a);
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(double));
+}
+VORN_INLINE f64x4of4 operator+(f64x4of4 a, f64x4of4 b) { return {a.low + b.low, a.high + b.high}; }
+VORN_INLINE f64x4of4 operator-(f64x4of4 a, f64x4of4 b) { return {a.low - b.low, a.high - b.high}; }
+VORN_INLINE f64x4of4 operator*(f64x4of4 a, f64x4of4 b) { return {a.low * b.low, a.high * b.high}; }
+VORN_INLINE f64x4of4 maxOf(f64x4of4 a, f64x4of4 b) { return {maxOf(a.low, b.low), maxOf(a.high, b.high)}; }
+#endif
+
+// The vector that holds one element for each row of a tile.
+template <class T>
+struct FourOf;
+template <>
+struct FourOf<float> {
+    using type = f32x4;
+};
+template <>
+struct FourOf<double> {
+    using type = f64x4of4;
+};
+template <class T>
+using Four = typename FourOf<T>::type;
+
+// rowsOf<b>(r0, r1, r2, r3): the tile whose row r is block b (of 16 bytes) of the r-th argument.
+// sumNeighbours(tile): (lane 0 + lane 1) + (lane 2 + lane 3) of each row; sumLanes(tile): lane 0 + lane 1.
+// columnsOf(tile, c): c[k] holds lane k of each row.
+template <int block, class V>
+struct RowsOf;
+template <int block, class V>
+VORN_INLINE auto rowsOf(V r0, V r1, V r2, V r3) {
+    return RowsOf<block, V>::of(r0, r1, r2, r3);
+}
+
+#if defined(VORN_SIMD_AVX512)
+
+// GCC 12 takes the undefined pass-through operand inside its own AVX-512 intrinsics for an uninitialised value.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) { return {_mm512_sub_ps(a.v, b.v)}; }
+VORN_INLINE f64x2x4 operator-(f64x2x4 a, f64x2x4 b) { return {_mm512_sub_pd(a.v, b.v)}; }
+
+template <int block>
+struct RowsOf<block, f32x16> {
+    static VORN_INLINE f32x4x4 of(f32x16 r0, f32x16 r1, f32x16 r2, f32x16 r3) {
+        constexpr int half = block < 2 ? 0x44 : 0xEE;
+        const __m512 r01 = _mm512_shuffle_f32x4(r0.v, r1.v, half);
+        const __m512 r23 = _mm512_shuffle_f32x4(r2.v, r3.v, half);
+        return {_mm512_shuffle_f32x4(r01, r23, block % 2 == 0 ? 0x88 : 0xDD)};
+    }
+};
+template <int block>
+struct RowsOf<block, f32x8> {
+    static VORN_INLINE f32x4x4 of(f32x8 r0, f32x8 r1, f32x8 r2, f32x8 r3) {
+        constexpr int half = block == 0 ? 0x20 : 0x31;
+        const __m256 r01 = _mm256_permute2f128_ps(r0.v, r1.v, half);
+        const __m256 r23 = _mm256_permute2f128_ps(r2.v, r3.v, half);
+        return {_mm512_insertf32x8(_mm512_castps256_ps512(r01), r23, 1)};
+    }
+};
+template <>
+struct RowsOf<0, f32x4> {
+    static VORN_INLINE f32x4x4 of(f32x4 r0, f32x4 r1, f32x4 r2, f32x4 r3) {
+        return {
+            _mm512_insertf32x8(_mm512_castps256_ps512(_mm256_set_m128(r1.v, r0.v)), _mm256_set_m128(r3.v, r2.v), 1)};
+    }
+};
+template <int block>
+struct RowsOf<block, f64x8> {
+    static VORN_INLINE f64x2x4 of(f64x8 r0, f64x8 r1, f64x8 r2, f64x8 r3) {
+        constexpr int half = block < 2 ? 0x44 : 0xEE;
+        const __m512d r01 = _mm512_shuffle_f64x2(r0.v, r1.v, half);
+        const __m512d r23 = _mm512_shuffle_f64x2(r2.v, r3.v, half);
+        return {_mm512_shuffle_f64x2(r01, r23, block % 2 == 0 ? 0x88 : 0xDD)};
+    }
+};
+template <int block>
+struct RowsOf<block, f64x4> {
+    static VORN_INLINE f64x2x4 of(f64x4 r0, f64x4 r1, f64x4 r2, f64x4 r3) {
+        constexpr int half = block == 0 ? 0x20 : 0x31;
+        const __m256d r01 = _mm256_permute2f128_pd(r0.v, r1.v, half);
+        const __m256d r23 = _mm256_permute2f128_pd(r2.v, r3.v, half);
+        return {_mm512_insertf64x4(_mm512_castpd256_pd512(r01), r23, 1)};
+    }
+};
+template <>
+struct RowsOf<0, f64x2> {
+    static VORN_INLINE f64x2x4 of(f64x2 r0, f64x2 r1, f64x2 r2, f64x2 r3) {
+        const __m256d r01 = _mm256_set_m128d(r1.v, r0.v), r23 = _mm256_set_m128d(r3.v, r2.v);
+        return {_mm512_insertf64x4(_mm512_castpd256_pd512(r01), r23, 1)};
+    }
+};
+
+VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) {
+    const __m512 pairs = _mm512_add_ps(a.v, _mm512_permute_ps(a.v, 0xB1));
+    const __m512 sums = _mm512_add_ps(pairs, _mm512_permute_ps(pairs, 0x4E));
+    const __m512i firstOfRow = _mm512_setr_epi32(0, 4, 8, 12, 0, 4, 8, 12, 0, 4, 8, 12, 0, 4, 8, 12);
+    return {_mm512_castps512_ps128(_mm512_permutexvar_ps(firstOfRow, sums))};
+}
+VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) {
+    const __m512d sums = _mm512_add_pd(a.v, _mm512_permute_pd(a.v, 0x55));
+    return {_mm512_castpd512_pd256(_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 0, 2, 4, 6), sums))};
+}
+VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
+    const __m512i transposed = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
+    const __m512 columns = _mm512_permutexvar_ps(transposed, a.v);
+    column[0] = {_mm512_castps512_ps128(columns)};
+    column[1] = {_mm512_extractf32x4_ps(columns, 1)};
+    column[2] = {_mm512_extractf32x4_ps(columns, 2)};
+    column[3] = {_mm512_extractf32x4_ps(columns, 3)};
+}
+VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
+    const __m512d columns = _mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v);
+    column[0] = {_mm512_castpd512_pd256(columns)};
+    column[1] = {_mm512_extractf64x4_pd(columns, 1)};
+}
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif
+
+#elif defined(VORN_SIMD_AVX2)
+
+VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
+    return {_mm256_sub_ps(a.v02, b.v02), _mm256_sub_ps(a.v13, b.v13)};
+}
+VORN_INLINE f64x2x4 operator-(f64x2x4 a, f64x2x4 b) {
+    return {_mm256_sub_pd(a.v02, b.v02), _mm256_sub_pd(a.v13, b.v13)};
+}
+
+template <int block>
+struct RowsOf<block, f32x8> {
+    static VORN_INLINE f32x4x4 of(f32x8 r0, f32x8 r1, f32x8 r2, f32x8 r3) {
+        constexpr int half = block == 0 ? 0x20 : 0x31;
+        return {_mm256_permute2f128_ps(r0.v, r2.v, half), _mm256_permute2f128_ps(r1.v, r3.v, half)};
+    }
+};
+template <>
+struct RowsOf<0, f32x4> {
+    static VORN_INLINE f32x4x4 of(f32x4 r0, f32x4 r1, f32x4 r2, f32x4 r3) {
+        return {_mm256_set_m128(r2.v, r0.v), _mm256_set_m128(r3.v, r1.v)};
+    }
+};
+template <int block>
+struct RowsOf<block, f64x4> {
+    static VORN_INLINE f64x2x4 of(f64x4 r0, f64x4 r1, f64x4 r2, f64x4 r3) {
+        constexpr int half = block == 0 ? 0x20 : 0x31;
+        return {_mm256_permute2f128_pd(r0.v, r2.v, half), _mm256_permute2f128_pd(r1.v, r3.v, half)};
+    }
+};
+template <>
+struct RowsOf<0, f64x2> {
+    static VORN_INLINE f64x2x4 of(f64x2 r0, f64x2 r1, f64x2 r2, f64x2 r3) {
+        return {_mm256_set_m128d(r2.v, r0.v), _mm256_set_m128d(r3.v, r1.v)};
+    }
+};
+
+VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) {
+    const __m256 pairs = _mm256_hadd_ps(a.v02, a.v13);  // of rows 0 and 1, then of rows 2 and 3
+    return {_mm_hadd_ps(_mm256_castps256_ps128(pairs), _mm256_extractf128_ps(pairs, 1))};
+}
+VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) { return {_mm256_hadd_pd(a.v02, a.v13)}; }
+VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
+    const __m256 c01 = _mm256_unpacklo_ps(a.v02, a.v13), c23 = _mm256_unpackhi_ps(a.v02, a.v13);
+    const __m128 c01Low = _mm256_castps256_ps128(c01), c01High = _mm256_extractf128_ps(c01, 1);
+    const __m128 c23Low = _mm256_castps256_ps128(c23), c23High = _mm256_extractf128_ps(c23, 1);
+    column[0] = {_mm_movelh_ps(c01Low, c01High)};
+    column[1] = {_mm_movehl_ps(c01High, c01Low)};
+    column[2] = {_mm_movelh_ps(c23Low, c23High)};
+    column[3] = {_mm_movehl_ps(c23High, c23Low)};
+}
+VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
+    column[0] = {_mm256_unpacklo_pd(a.v02, a.v13)};
+    column[1] = {_mm256_unpackhi_pd(a.v02, a.v13)};
+}
+
+#else
+
+VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
+    return {_mm_sub_ps(a.v0, b.v0), _mm_sub_ps(a.v1, b.v1), _mm_sub_ps(a.v2, b.v2), _mm_sub_ps(a.v3, b.v3)};
+}
+VORN_INLINE f64x2x4 operator-(f64x2x4 a, f64x2x4 b) {
+    return {_mm_sub_pd(a.v0, b.v0), _mm_sub_pd(a.v1, b.v1), _mm_sub_pd(a.v2, b.v2), _mm_sub_pd(a.v3, b.v3)};
+}
+
+template <>
+struct RowsOf<0, f32x4> {
+    static VORN_INLINE f32x4x4 of(f32x4 r0, f32x4 r1, f32x4 r2, f32x4 r3) { return {r0.v, r1.v, r2.v, r3.v}; }
+};
+template <>
+struct RowsOf<0, f64x2> {
+    static VORN_INLINE f64x2x4 of(f64x2 r0, f64x2 r1, f64x2 r2, f64x2 r3) { return {r0.v, r1.v, r2.v, r3.v}; }
+};
+
+VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) { return {_mm_hadd_ps(_mm_hadd_ps(a.v0, a.v1), _mm_hadd_ps(a.v2, a.v3))}; }
+VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) { return {{_mm_hadd_pd(a.v0, a.v1)}, {_mm_hadd_pd(a.v2, a.v3)}}; }
+VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
+    const __m128 c01Low = _mm_unpacklo_ps(a.v0, a.v1), c01High = _mm_unpacklo_ps(a.v2, a.v3);
+    const __m128 c23Low = _mm_unpackhi_ps(a.v0, a.v1), c23High = _mm_unpackhi_ps(a.v2, a.v3);
+    column[0] = {_mm_movelh_ps(c01Low, c01High)};
+    column[1] = {_mm_movehl_ps(c01High, c01Low)};
+    column[2] = {_mm_movelh_ps(c23Low, c23High)};
+    column[3] = {_mm_movehl_ps(c23High, c23Low)};
+}
+VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
+    column[0] = {{_mm_unpacklo_pd(a.v0, a.v1)}, {_mm_unpacklo_pd(a.v2, a.v3)}};
+    column[1] = {{_mm_unpackhi_pd(a.v0, a.v1)}, {_mm_unpackhi_pd(a.v2, a.v3)}};
+}
+
+#endif
+
+}  // namespace vorn

@@ -1,0 +1,146 @@
+// Gaussian scores: which vectors meet. Row r of a score pairs a feature vector with a mean and with inverse variances;
+// what the pattern shares (the Gaussian of many frames, the frame of many Gaussians) is the same for every row.
+#pragma once
+
+#include <cstddef>
+
+#include "frame/rows.h"
+#include "simd.h"
+
+namespace vorn {
+
+// One vector for every row.
+template <class T>
+class Shared {
+public:
+    explicit Shared(const T* vector) : vector_(vector) {}
+    VORN_INLINE const T* operator[](std::ptrdiff_t) const { return vector_; }
+    Shared from(std::ptrdiff_t) const { return *this; }
+
+private:
+    const T* vector_;
+};
+
+template <class Rows>
+inline constexpr bool isShared = false;
+template <class T>
+inline constexpr bool isShared<Shared<T>> = true;
+
+// The inverse variances of the identity covariance: nothing to read, every one is 1.
+struct UnitVar {
+    VORN_INLINE UnitVar operator[](std::ptrdiff_t) const { return {}; }
+    VORN_INLINE UnitVar operator+(std::ptrdiff_t) const { return {}; }
+    UnitVar from(std::ptrdiff_t) const { return {}; }
+};
+
+template <class T>
+struct FourRows {
+    const T* row[4];
+    VORN_INLINE const T* operator[](std::ptrdiff_t r) const { return row[r]; }
+};
+
+// Walks over the rows, four at a time. Where fewer are left, the first stands in for those behind the last.
+template <class T>
+class RowBlockWalk {
+public:
+    RowBlockWalk(const RowBlock<const T>& rows, std::ptrdiff_t left) : first_(rows[0]), step_(rows[1] - rows[0]) {
+        limit(left);
+    }
+    VORN_INLINE FourRows<T> four() const {
+        return {{keepApart(first_), keepApart(first_ + to1_), keepApart(first_ + to2_), keepApart(first_ + to3_)}};
+    }
+    VORN_INLINE void next(std::ptrdiff_t left) {
+        first_ += 4 * step_;
+        if (left < 4) limit(left);
+    }
+
+private:
+    void limit(std::ptrdiff_t left) {
+        to1_ = left > 1 ? step_ : 0;
+        to2_ = left > 2 ? 2 * step_ : 0;
+        to3_ = left > 3 ? 3 * step_ : 0;
+    }
+    const T* first_;
+    std::ptrdiff_t step_, to1_, to2_, to3_;
+};
+template <class T>
+class RowListWalk {
+public:
+    RowListWalk(const RowList<const T>& rows, std::ptrdiff_t left) : rows_(rows) { limit(left); }
+    VORN_INLINE FourRows<T> four() const {
+        return {{keepApart(rows_[0]), keepApart(rows_[to1_]), keepApart(rows_[to2_]), keepApart(rows_[to3_])}};
+    }
+    VORN_INLINE void next(std::ptrdiff_t left) {
+        rows_ = rows_.from(4);
+        if (left < 4) limit(left);
+    }
+
+private:
+    void limit(std::ptrdiff_t left) {
+        to1_ = left > 1 ? 1 : 0;
+        to2_ = left > 2 ? 2 : 0;
+        to3_ = left > 3 ? 3 : 0;
+    }
+    RowList<const T> rows_;
+    std::ptrdiff_t to1_, to2_, to3_;
+};
+// What is the same for every row.
+template <class Same>
+class SameWalk {
+public:
+    explicit SameWalk(Same same) : same_(same) {}
+    VORN_INLINE Same four() const { return same_; }
+    VORN_INLINE void next(std::ptrdiff_t) {}
+
+private:
+    Same same_;
+};
+
+template <class T>
+RowBlockWalk<T> walk(const RowBlock<const T>& rows, std::ptrdiff_t height) {
+    return {rows, height};
+}
+template <class T>
+RowListWalk<T> walk(const RowList<const T>& rows, std::ptrdiff_t height) {
+    return {rows, height};
+}
+template <class T>
+SameWalk<Shared<T>> walk(const Shared<T>& shared, std::ptrdiff_t) {
+    return SameWalk<Shared<T>>(shared);
+}
+inline SameWalk<UnitVar> walk(UnitVar unit, std::ptrdiff_t) { return SameWalk<UnitVar>(unit); }
+
+template <class Src, class Mean, class Var>
+struct Pairing {
+    // The sign of a difference that will be squared is free where nothing saturates: subtracting the shared vector
+    // keeps it in a register.
+    static constexpr bool frameIsShared = isShared<Src>;
+
+    Src src;
+    Mean mean;
+    Var var;
+
+    Pairing from(std::ptrdiff_t row) const { return {src.from(row), mean.from(row), var.from(row)}; }
+};
+template <class Src, class Mean, class Var>
+Pairing(Src, Mean, Var) -> Pairing<Src, Mean, Var>;
+
+template <class T>
+Shared<T> sharedVar(const T* var) {
+    return Shared<T>(var);
+}
+inline UnitVar sharedVar(UnitVar) { return {}; }
+
+// Many frames, the rows of a matrix, against one Gaussian; var is a vector or UnitVar.
+template <class Src, class T, class Var>
+auto frames(Src src, const T* mean, Var var) {
+    return Pairing<Src, Shared<T>, decltype(sharedVar(var))>{src, Shared<T>(mean), sharedVar(var)};
+}
+
+// One frame against many Gaussians, the rows of mean and of var (a matrix or UnitVar).
+template <class T, class Mean, class Var>
+auto gaussians(const T* src, Mean mean, Var var) {
+    return Pairing<Shared<T>, Mean, Var>{Shared<T>(src), mean, var};
+}
+
+}  // namespace vorn
