@@ -444,4 +444,52 @@ VORN_INLINE f64x2 lookup<f64x2>(const double* four, i64x2 index) {
     return lowHalf(lookup<f64x4>(four, i64x4{_mm256_castsi128_si256(index.v)}));
 }
 
+// Pairs, columns, order of the lanes.
+
+VORN_INLINE void loadPairs(const float* p, f32x8& first, f32x8& second) {
+    const __m256 even = _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), _mm_loadu_ps(p + 8), 1);
+    const __m256 odd = _mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p + 4)), _mm_loadu_ps(p + 12), 1);
+    first = {_mm256_shuffle_ps(even, odd, _MM_SHUFFLE(2, 0, 2, 0))};
+    second = {_mm256_shuffle_ps(even, odd, _MM_SHUFFLE(3, 1, 3, 1))};
+}
+VORN_INLINE void storePairs(float* p, f32x8 first, f32x8 second) {
+    const __m256 even = _mm256_unpacklo_ps(first.v, second.v), odd = _mm256_unpackhi_ps(first.v, second.v);
+    _mm256_storeu_ps(p, _mm256_permute2f128_ps(even, odd, 0x20));
+    _mm256_storeu_ps(p + 8, _mm256_permute2f128_ps(even, odd, 0x31));
+}
+VORN_INLINE void loadPairs(const double* p, f64x4& first, f64x4& second) {
+    const __m256d even = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(p)), _mm_loadu_pd(p + 4), 1);
+    const __m256d odd = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(p + 2)), _mm_loadu_pd(p + 6), 1);
+    first = {_mm256_unpacklo_pd(even, odd)};
+    second = {_mm256_unpackhi_pd(even, odd)};
+}
+VORN_INLINE void storePairs(double* p, f64x4 first, f64x4 second) {
+    const __m256d even = _mm256_unpacklo_pd(first.v, second.v), odd = _mm256_unpackhi_pd(first.v, second.v);
+    _mm256_storeu_pd(p, _mm256_permute2f128_pd(even, odd, 0x20));
+    _mm256_storeu_pd(p + 4, _mm256_permute2f128_pd(even, odd, 0x31));
+}
+VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x8 (&v)[4]) {
+    const __m256 low01 = _mm256_unpacklo_ps(v[0].v, v[1].v), high01 = _mm256_unpackhi_ps(v[0].v, v[1].v);
+    const __m256 low23 = _mm256_unpacklo_ps(v[2].v, v[3].v), high23 = _mm256_unpackhi_ps(v[2].v, v[3].v);
+    const __m256 lane[4] = {_mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(1, 0, 1, 0)),
+                            _mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(3, 2, 3, 2)),
+                            _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(1, 0, 1, 0)),
+                            _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(3, 2, 3, 2))};
+    for (int i = 0; i < 4; ++i) {
+        _mm_storeu_ps(to[i] + offset, _mm256_castps256_ps128(lane[i]));
+        _mm_storeu_ps(to[i + 4] + offset, _mm256_extractf128_ps(lane[i], 1));
+    }
+}
+VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x4 (&v)[2]) {
+    const __m256d lane[2] = {_mm256_unpacklo_pd(v[0].v, v[1].v), _mm256_unpackhi_pd(v[0].v, v[1].v)};
+    for (int i = 0; i < 2; ++i) {
+        _mm_storeu_pd(to[i] + offset, _mm256_castpd256_pd128(lane[i]));
+        _mm_storeu_pd(to[i + 2] + offset, _mm256_extractf128_pd(lane[i], 1));
+    }
+}
+VORN_INLINE f32x8 reverse(f32x8 a) {
+    return {_mm256_permutevar8x32_ps(a.v, _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0))};
+}
+VORN_INLINE f64x4 reverse(f64x4 a) { return {_mm256_permute4x64_pd(a.v, _MM_SHUFFLE(0, 1, 2, 3))}; }
+
 }  // namespace vorn

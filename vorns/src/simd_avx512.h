@@ -430,4 +430,62 @@ VORN_INLINE f64x8 lookup<f64x8>(const double* four, i64x8 index) {
     return {_mm512_permutexvar_pd(index.v, _mm512_broadcast_f64x4(_mm256_loadu_pd(four)))};
 }
 
+// Pairs, columns, order of the lanes.
+
+VORN_INLINE void loadPairs(const float* p, f32x16& first, f32x16& second) {
+    const __m512i even = _mm512_setr_epi32(0, 2, 4, 6, 8, 10, 12, 14, 16, 18, 20, 22, 24, 26, 28, 30);
+    const __m512i odd = _mm512_setr_epi32(1, 3, 5, 7, 9, 11, 13, 15, 17, 19, 21, 23, 25, 27, 29, 31);
+    const __m512 low = _mm512_loadu_ps(p), high = _mm512_loadu_ps(p + 16);
+    first = {_mm512_permutex2var_ps(low, even, high)};
+    second = {_mm512_permutex2var_ps(low, odd, high)};
+}
+VORN_INLINE void storePairs(float* p, f32x16 first, f32x16 second) {
+    const __m512i low = _mm512_setr_epi32(0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+    const __m512i high = _mm512_setr_epi32(8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13, 29, 14, 30, 15, 31);
+    _mm512_storeu_ps(p, _mm512_permutex2var_ps(first.v, low, second.v));
+    _mm512_storeu_ps(p + 16, _mm512_permutex2var_ps(first.v, high, second.v));
+}
+VORN_INLINE void loadPairs(const double* p, f64x8& first, f64x8& second) {
+    const __m512i even = _mm512_setr_epi64(0, 2, 4, 6, 8, 10, 12, 14);
+    const __m512i odd = _mm512_setr_epi64(1, 3, 5, 7, 9, 11, 13, 15);
+    const __m512d low = _mm512_loadu_pd(p), high = _mm512_loadu_pd(p + 8);
+    first = {_mm512_permutex2var_pd(low, even, high)};
+    second = {_mm512_permutex2var_pd(low, odd, high)};
+}
+VORN_INLINE void storePairs(double* p, f64x8 first, f64x8 second) {
+    const __m512i low = _mm512_setr_epi64(0, 8, 1, 9, 2, 10, 3, 11);
+    const __m512i high = _mm512_setr_epi64(4, 12, 5, 13, 6, 14, 7, 15);
+    _mm512_storeu_pd(p, _mm512_permutex2var_pd(first.v, low, second.v));
+    _mm512_storeu_pd(p + 8, _mm512_permutex2var_pd(first.v, high, second.v));
+}
+VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x16 (&v)[4]) {
+    const __m512 low01 = _mm512_unpacklo_ps(v[0].v, v[1].v), high01 = _mm512_unpackhi_ps(v[0].v, v[1].v);
+    const __m512 low23 = _mm512_unpacklo_ps(v[2].v, v[3].v), high23 = _mm512_unpackhi_ps(v[2].v, v[3].v);
+    const __m512 lane[4] = {_mm512_shuffle_ps(low01, low23, _MM_SHUFFLE(1, 0, 1, 0)),
+                            _mm512_shuffle_ps(low01, low23, _MM_SHUFFLE(3, 2, 3, 2)),
+                            _mm512_shuffle_ps(high01, high23, _MM_SHUFFLE(1, 0, 1, 0)),
+                            _mm512_shuffle_ps(high01, high23, _MM_SHUFFLE(3, 2, 3, 2))};
+    for (int i = 0; i < 4; ++i) {
+        _mm_storeu_ps(to[i] + offset, _mm512_castps512_ps128(lane[i]));
+        _mm_storeu_ps(to[i + 4] + offset, _mm512_extractf32x4_ps(lane[i], 1));
+        _mm_storeu_ps(to[i + 8] + offset, _mm512_extractf32x4_ps(lane[i], 2));
+        _mm_storeu_ps(to[i + 12] + offset, _mm512_extractf32x4_ps(lane[i], 3));
+    }
+}
+VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x8 (&v)[2]) {
+    const __m512d lane[2] = {_mm512_unpacklo_pd(v[0].v, v[1].v), _mm512_unpackhi_pd(v[0].v, v[1].v)};
+    for (int i = 0; i < 2; ++i) {
+        _mm_storeu_pd(to[i] + offset, _mm512_castpd512_pd128(lane[i]));
+        _mm_storeu_pd(to[i + 2] + offset, _mm512_extractf64x2_pd(lane[i], 1));
+        _mm_storeu_pd(to[i + 4] + offset, _mm512_extractf64x2_pd(lane[i], 2));
+        _mm_storeu_pd(to[i + 6] + offset, _mm512_extractf64x2_pd(lane[i], 3));
+    }
+}
+VORN_INLINE f32x16 reverse(f32x16 a) {
+    return {_mm512_permutexvar_ps(_mm512_setr_epi32(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+VORN_INLINE f64x8 reverse(f64x8 a) {
+    return {_mm512_permutexvar_pd(_mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0), a.v)};
+}
+
 }  // namespace vorn

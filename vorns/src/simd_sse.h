@@ -1,7 +1,14 @@
 // The SIMD vocabulary, 16-byte registers: the fixed types of every build, written for SSE3.
 #pragma once
 
+// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault of ours (its bug 105593).
+#pragma GCC diagnostic push
+#ifndef __clang__
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
 #include <immintrin.h>
+#pragma GCC diagnostic pop
 
 #include <cstddef>
 #include <cstdint>
@@ -488,5 +495,55 @@ VORN_INLINE f32x4 splatSecond(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x55)}
 VORN_INLINE f32x4 sumNeighbours(f32x4 a, f32x4 b, f32x4 c, f32x4 d) {
     return {_mm_hadd_ps(_mm_hadd_ps(a.v, b.v), _mm_hadd_ps(c.v, d.v))};
 }
+
+// Pairs, columns, order of the lanes.
+
+// Splits 2 x lanes neighbouring elements into the first and the second of each pair; storePairs puts them back.
+VORN_INLINE void loadPairs(const float* p, f32x4& first, f32x4& second) {
+    const __m128 low = _mm_loadu_ps(p), high = _mm_loadu_ps(p + 4);
+    first = {_mm_shuffle_ps(low, high, _MM_SHUFFLE(2, 0, 2, 0))};
+    second = {_mm_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1))};
+}
+VORN_INLINE void storePairs(float* p, f32x4 first, f32x4 second) {
+    _mm_storeu_ps(p, _mm_unpacklo_ps(first.v, second.v));
+    _mm_storeu_ps(p + 4, _mm_unpackhi_ps(first.v, second.v));
+}
+VORN_INLINE void loadPairs(const double* p, f64x2& first, f64x2& second) {
+    const __m128d low = _mm_loadu_pd(p), high = _mm_loadu_pd(p + 2);
+    first = {_mm_unpacklo_pd(low, high)};
+    second = {_mm_unpackhi_pd(low, high)};
+}
+VORN_INLINE void storePairs(double* p, f64x2 first, f64x2 second) {
+    _mm_storeu_pd(p, _mm_unpacklo_pd(first.v, second.v));
+    _mm_storeu_pd(p + 2, _mm_unpackhi_pd(first.v, second.v));
+}
+
+// Lane i of the vectors, in their order, fills 16 bytes at to[i] + offset; loadColumns reads them back.
+VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x4 (&v)[4]) {
+    const __m128 low01 = _mm_unpacklo_ps(v[0].v, v[1].v), high01 = _mm_unpackhi_ps(v[0].v, v[1].v);
+    const __m128 low23 = _mm_unpacklo_ps(v[2].v, v[3].v), high23 = _mm_unpackhi_ps(v[2].v, v[3].v);
+    _mm_storeu_ps(to[0] + offset, _mm_movelh_ps(low01, low23));
+    _mm_storeu_ps(to[1] + offset, _mm_movehl_ps(low23, low01));
+    _mm_storeu_ps(to[2] + offset, _mm_movelh_ps(high01, high23));
+    _mm_storeu_ps(to[3] + offset, _mm_movehl_ps(high23, high01));
+}
+VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x2 (&v)[2]) {
+    _mm_storeu_pd(to[0] + offset, _mm_unpacklo_pd(v[0].v, v[1].v));
+    _mm_storeu_pd(to[1] + offset, _mm_unpackhi_pd(v[0].v, v[1].v));
+}
+VORN_INLINE void loadColumns(const float* const* from, std::ptrdiff_t offset, f32x4 (&v)[4]) {
+    __m128 a = _mm_loadu_ps(from[0] + offset), b = _mm_loadu_ps(from[1] + offset);
+    __m128 c = _mm_loadu_ps(from[2] + offset), d = _mm_loadu_ps(from[3] + offset);
+    _MM_TRANSPOSE4_PS(a, b, c, d);
+    v[0] = {a}, v[1] = {b}, v[2] = {c}, v[3] = {d};
+}
+VORN_INLINE void loadColumns(const double* const* from, std::ptrdiff_t offset, f64x2 (&v)[2]) {
+    const __m128d a = _mm_loadu_pd(from[0] + offset), b = _mm_loadu_pd(from[1] + offset);
+    v[0] = {_mm_unpacklo_pd(a, b)}, v[1] = {_mm_unpackhi_pd(a, b)};
+}
+
+// The last lane first.
+VORN_INLINE f32x4 reverse(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(0, 1, 2, 3))}; }
+VORN_INLINE f64x2 reverse(f64x2 a) { return {_mm_shuffle_pd(a.v, a.v, 1)}; }
 
 }  // namespace vorn

@@ -1,0 +1,89 @@
+// The path that a complex transform takes.
+#include "fft/complex_core.h"
+
+#include "fft/reversal.h"
+#include "fft/transform.h"
+
+namespace vorn::fft {
+namespace {
+
+// Calls run with the factor of normalisation: what a direct transform does to its first sums, and how a longer one
+// wraps the layout that its last stage writes.
+template <class T, class Run>
+VORN_INLINE void withFactor(const FloatSpec<T>& spec, Direction direction, Run run) {
+    const T factor = spec.normFactor;
+    if ((direction == Direction::Forward ? spec.normFwd : spec.normInv) != 0) {
+        run(TimesFactor<T>{factor}, [factor](auto layout) { return Scaled<decltype(layout), T>{layout, factor}; });
+    } else {
+        run(AsIs{}, [](auto layout) { return layout; });
+    }
+}
+
+template <class T, Parts parts>
+void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* src, T* dst, T* work) {
+    const Interleaved<const T, parts> source{src};
+    const Interleaved<T, parts> target{dst};
+    withFactor(spec, direction, [&](auto level, auto scaled) {
+        if (order < firstTableOrder) {
+            directTransform<T>(order, level, source, target);
+        } else if (order < Precision<T>::longOrder) {
+            shortTransform(tablesOf(spec), order, source, scaled(target), src == dst ? work : dst);
+        } else {
+            using Pair = Complex<T>;
+            auto* pairsOut = reinterpret_cast<Pair*>(dst);
+            if (src == dst) {
+                bitReverse(spec.bitRevTab, order, pairsOut);
+            } else {
+                bitReverseCopy(spec.bitRevTab, order, reinterpret_cast<const Pair*>(src), pairsOut);
+            }
+            longTransform(tablesOf(spec), 0, order, scaled, target, WideBlocks<T>{dst}, target, work);
+        }
+    });
+}
+
+}  // namespace
+
+template <class T>
+void transformPairs(const FloatSpec<T>& spec, int order, Direction direction, const T* src, T* dst, T* work) {
+    if (direction == Direction::Forward) {
+        pairs<T, Parts::RealFirst>(spec, order, direction, src, dst, work);
+    } else {
+        pairs<T, Parts::ImaginaryFirst>(spec, order, direction, src, dst, work);
+    }
+}
+
+template <class T>
+void transformSplit(const FloatSpec<T>& spec, int order, Direction direction, const T* srcRe, const T* srcIm, T* dstRe,
+                    T* dstIm, T* work) {
+    if (direction == Direction::Inverse) {
+        std::swap(srcRe, srcIm);
+        std::swap(dstRe, dstIm);
+    }
+    const Split<const T> source{srcRe, srcIm};
+    const Split<T> target{dstRe, dstIm};
+    withFactor(spec, direction, [&](auto level, auto scaled) {
+        if (order < firstTableOrder) {
+            directTransform<T>(order, level, source, target);
+        } else if (order < Precision<T>::longOrder) {
+            shortTransform(tablesOf(spec), order, source, scaled(target), work);
+        } else {
+            for (const auto& [from, to] : {std::pair{srcRe, dstRe}, std::pair{srcIm, dstIm}}) {
+                if (from == to) {
+                    bitReverse(spec.bitRevTab, order, to);
+                } else {
+                    bitReverseCopy(spec.bitRevTab, order, from, to);
+                }
+            }
+            longTransform(tablesOf(spec), 0, order, scaled, target, target, target, work);
+        }
+    });
+}
+
+template void transformPairs(const FloatSpec<float>&, int, Direction, const float*, float*, float*);
+template void transformPairs(const FloatSpec<double>&, int, Direction, const double*, double*, double*);
+template void transformSplit(const FloatSpec<float>&, int, Direction, const float*, const float*, float*, float*,
+                             float*);
+template void transformSplit(const FloatSpec<double>&, int, Direction, const double*, const double*, double*, double*,
+                             double*);
+
+}  // namespace vorn::fft
