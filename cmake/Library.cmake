@@ -7,6 +7,9 @@ file(GLOB_RECURSE vornsr_sources CONFIGURE_DEPENDS
     ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src/*.cpp)
 set(vornsr_map ${CMAKE_CURRENT_SOURCE_DIR}/abi/vornsr.map)
 
+# A C linker on C++ objects: CMake would add the run-time library of C++ for them, and the library needs none.
+set(CMAKE_CXX_IMPLICIT_LINK_LIBRARIES)
+
 # Bits: no contraction and no relaxed mathematics, ever. Needs: libc and libm, so no run-time library of C++.
 add_library(vornsr-flags INTERFACE)
 target_compile_options(vornsr-flags INTERFACE
@@ -22,7 +25,7 @@ set(vornsr_march_x86-64-v3 -march=x86-64-v3)
 set(vornsr_march_x86-64-v4 -march=x86-64-v4 -mprefer-vector-width=512)
 if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # GCC 12 takes the undefined operands inside its own AVX-512 intrinsics for mistakes of ours.
-    list(APPEND vornsr_march_x86-64-v4 -Wno-maybe-uninitialized)
+    list(APPEND vornsr_march_x86-64-v4 -Wno-maybe-uninitialized -Wno-uninitialized)
 endif()
 
 foreach(processor IN LISTS VORNSR_PROCESSORS)

@@ -1,0 +1,152 @@
+"""Rules among the source files: headers that stand alone, documentation for every export, and imports that run one way."""
+import glob
+import os
+import re
+import unittest
+
+import environment as env
+
+SUBSYSTEMS = {"scoring", "estimation", "features", "vq", "aurora", "noise", "linalg"}
+# Which speech subsystem may include which other.
+ACROSS = {("vq", "scoring"), ("aurora", "features")}
+# Everything else speaks of vectors through the vocabulary of simd.h.
+MAY_USE_INTRINSICS = {"vornsr/src/frame/rounding.h", "vornsr/src/frame/core.cpp"}
+
+
+def sources(*folders):
+    for folder in folders:
+        for path in sorted(glob.glob(os.path.join(env.SOURCE, folder, "**", "*.*"), recursive=True)):
+            if path.endswith((".h", ".cpp")):
+                yield os.path.relpath(path, env.SOURCE)
+
+
+def code(path):
+    return re.sub(r"//[^\n]*|/\*.*?\*/", "", env.text(path), flags=re.S)
+
+
+def included(path):
+    return re.findall(r'^\s*#\s*include\s*[<"]([^>"]+)[>"]', code(path), re.M)
+
+
+class Headers(unittest.TestCase):
+    def compiles(self, *command):
+        result = env.subprocess.run(command, capture_output=True, text=True)
+        self.assertEqual(result.returncode, 0, " ".join(command) + "\n" + result.stderr)
+
+    def headers(self):
+        yield os.path.join(env.SOURCE, "include", "vornsr.h")
+        for header in env.public_headers():
+            yield os.path.join(env.SOURCE, "include", "vornsr", header)
+
+    def test_each_header_alone_is_c99_and_cpp11(self):
+        strict = ["-pedantic", "-Wall", "-Wextra", "-Werror", "-fsyntax-only", "-I", os.path.join(env.SOURCE, "include")]
+        for header in self.headers():
+            name = os.path.relpath(header, os.path.join(env.SOURCE, "include"))
+            for compiler, language, standard in (("VORNSR_CC", "c", "c99"), ("VORNSR_CXX", "c++", "c++11")):
+                with self.subTest(header=name, standard=standard):
+                    self.compiles(os.environ[compiler], f"-std={standard}", *strict, "-x", language, "-include", name, "/dev/null")
+
+    def test_the_public_header_includes_every_subsystem(self):
+        self.assertEqual(sorted(included("include/vornsr.h")), [f"vornsr/{name}" for name in env.public_headers()])
+
+    def test_no_function_is_declared_twice(self):
+        names = [name for header in env.public_headers() for name in env.declared_functions(header)]
+        self.assertEqual(sorted(names), sorted(set(names)))
+        self.assertGreater(len(names), 100, "the headers were read")
+
+
+class Map(unittest.TestCase):
+    def test_every_declared_function_is_in_the_map(self):
+        listed = set(env.exported_names())
+        for header in env.public_headers():
+            self.assertFalse([name for name in env.declared_functions(header) if name not in listed], header)
+
+
+class Documentation(unittest.TestCase):
+    """A declaration is documented by the text of the group that it stands in or by a comment of its own."""
+
+    def undocumented(self, header):
+        names = []
+        group, group_has_text, own_comment = "no group", False, False
+        for part in re.findall(r"/\*\*.*?\*/|[^/]+|/", env.text("include", "vornsr", header), re.S):
+            if part.startswith("/**"):
+                title = re.search(r"@defgroup\s+(\w+)[^\n]*\n(.*)", part, re.S)
+                if title:
+                    group, group_has_text = title.group(1), len(re.findall(r"[A-Za-z]{2,}", title.group(2))) >= 20
+                elif "@}" in part:
+                    group, group_has_text = "no group", False
+                own_comment = not title and len(re.findall(r"[A-Za-z]{2,}", part)) >= 3
+            else:
+                declared = re.findall(r"^[A-Za-z][\w\s\*]*?\b(vorn\w+)\s*\(", part, re.M)
+                names += [f"{name} ({group})" for i, name in enumerate(declared)
+                          if not group_has_text and not (own_comment and i == 0)]
+                own_comment = own_comment and not declared
+        return names
+
+    def test_every_declaration_is_documented(self):
+        for header in env.public_headers():
+            with self.subTest(header=header):
+                self.assertEqual(self.undocumented(header), [])
+
+
+class Workloads(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.workloads = env.output(env.VERIFY, "--list").split()
+
+    def test_every_export_has_a_workload(self):
+        # Kernels run in the workloads of the functions that choose them; constants and the two calls that write the
+        # control register are the floating-point core's, which has its own tests.
+        core = {name for name in env.exported_names() if name.startswith(("vornConstantOf", "vorn_set_"))}
+        missing = [name for name in env.exported_names()
+                   if name not in self.workloads and name not in core and not env.is_kernel(name)]
+        self.assertFalse(missing)
+
+    def test_workloads_are_of_exports_and_unique(self):
+        self.assertFalse(set(self.workloads) - set(env.exported_names()))
+        self.assertEqual(len(self.workloads), len(set(self.workloads)))
+
+
+class Layers(unittest.TestCase):
+    def test_the_vector_layer_knows_no_speech_subsystem(self):
+        for path in sources("vorns/src"):
+            for name in included(path):
+                self.assertNotIn(name.split("/")[0], SUBSYSTEMS, f"{path} includes {name}")
+
+    def test_the_frame_knows_nobody(self):
+        for path in sources("vornsr/src/frame"):
+            for name in included(path):
+                if "/" in name:
+                    self.assertIn(name.split("/")[0], {"frame", "vornsr", "sys"}, f"{path} includes {name}")
+                else:
+                    self.assertFalse(os.path.exists(os.path.join(env.SOURCE, "vorns/src", name)), f"{path} includes {name}")
+
+    def test_speech_subsystems_do_not_include_one_another(self):
+        for path in sources("vornsr/src"):
+            own = path.split("/")[2]
+            for name in included(path):
+                other = name.split("/")[0]
+                if other in SUBSYSTEMS and other != own:
+                    self.assertIn((own, other), ACROSS, f"{path} includes {name}")
+
+    def test_includes_do_not_climb(self):
+        for path in sources("vornsr/src", "vorns/src", "include"):
+            for name in included(path):
+                self.assertNotIn("..", name, path)
+
+    def test_intrinsics_stay_in_the_vocabulary(self):
+        seen = 0
+        for path in sources("vornsr/src", "vorns/src"):
+            uses = [name for name in included(path) if name.endswith("intrin.h")]
+            uses += re.findall(r"\b_mm\d*_\w+|\b__m\d+[di]?\b|\b__builtin_ia32_\w+", code(path))
+            if re.fullmatch(r"vorns/src/simd\w*\.h", path) or path in MAY_USE_INTRINSICS:
+                seen += len(uses)
+            else:
+                self.assertFalse(uses, path)
+        self.assertGreater(seen, 100, "the vocabulary was read")
+
+
+if __name__ == "__main__":
+    if env.SANITIZE:
+        env.skip("the source files are the same as in the plain builds, where this test runs")
+    unittest.main()
