@@ -168,6 +168,36 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
 
 /**
  * @defgroup reductions Reductions and elementary functions
+ * @brief Sums, logarithms and magnitudes of vectors.
+ *
+ * All of these check pointers first (`vornStsNullPtrErr`), then len below 1 (`vornStsSizeErr`), and write nothing on
+ * failure. Any address will do. Results are the same bits on every processor.
+ *
+ * **Sum.** `vornsSum_32f(src, len, sum, hint)`. Hint 1: two four-lane sums in single over the elements j and j + 4 of
+ * each eight; they are added, the lanes fold as (0 + 1) + (2 + 3), and the last len mod 8 elements are added in order.
+ * Any other hint: element j of each eight is added in double to sum j; they fold as
+ * ((0 + 2) + (4 + 6)) + ((1 + 3) + (5 + 7)), the last elements are added in order, and the total is rounded to single
+ * once.
+ *
+ * **Natural logarithm.** `vornsLn_*(src, dst, len)`, `_I` in place; dst must be src or not overlap it. In single the
+ * result is within 0.84 units in the last place of the true logarithm for every argument, denormals included (tested
+ * over all of them; all but one in a thousand are correctly rounded), and ln 1 is 0. Replacement values: a zero of
+ * either sign gives negative infinity; a negative number the not-a-number FFC00000; an infinity of either sign or a
+ * not-a-number passes through unchanged and counts as no bad element. The vector is always completed. The first bad
+ * element decides the status: `vornStsLnZeroArg` for a zero, `vornStsLnNegArg` for a negative number.
+ *
+ * **Sum of logarithms.** `vornsSumLn_*(src, len, sum)` at the cost of one logarithm for each run of 512 elements. Each
+ * element is 2^e m with m in [1, 2). In each eight of a run, m of elements j and j + 4 are multiplied in the precision
+ * of the elements, then in double onto lane j; the lanes multiply as (0 x 2) x (1 x 3), and the run's last len mod 8
+ * mantissas onto that in order. The run gives ln(product) + (sum of e) ln 2; runs add up in double. For singles each
+ * pair adds an error of up to 2^-24 to the sum. A bad element ends the call and decides: a zero stores *positive*
+ * infinity (`vornStsLnZeroArg`), a negative number a not-a-number (`vornStsLnNegArg`), an infinity or a not-a-number
+ * stores a not-a-number with `vornStsNoErr`.
+ *
+ * **Magnitude.** sqrt(re^2 + im^2). `vornsMagnitude_32fc`: squares, sum and root in single, each correctly rounded;
+ * squares may overflow to infinity or vanish. `vornsMagnitude_32sc_Sfs`: squares, sum and root in double, times
+ * 2^-scaleFactor, rounded to nearest (ties to even) and saturated to 2147483647; zero gives 0 at
+ * every scale factor.
  * @{
  */
 VornStatus vornsSum_32f(const Vorn32f* src, int len, Vorn32f* sum, int hint);

@@ -3,6 +3,7 @@
 
 #include <mpfr.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>

@@ -468,6 +468,12 @@ VORN_INLINE void storePairs(double* p, f64x4 first, f64x4 second) {
     _mm256_storeu_pd(p, _mm256_permute2f128_pd(even, odd, 0x20));
     _mm256_storeu_pd(p + 4, _mm256_permute2f128_pd(even, odd, 0x31));
 }
+VORN_INLINE void loadPairs(const std::int32_t* p, i32x8& first, i32x8& second) {
+    f32x8 even, odd;
+    loadPairs(reinterpret_cast<const float*>(p), even, odd);
+    first = bitsOf(even);
+    second = bitsOf(odd);
+}
 VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x8 (&v)[4]) {
     const __m256 low01 = _mm256_unpacklo_ps(v[0].v, v[1].v), high01 = _mm256_unpackhi_ps(v[0].v, v[1].v);
     const __m256 low23 = _mm256_unpacklo_ps(v[2].v, v[3].v), high23 = _mm256_unpackhi_ps(v[2].v, v[3].v);

@@ -458,6 +458,12 @@ VORN_INLINE void storePairs(double* p, f64x8 first, f64x8 second) {
     _mm512_storeu_pd(p, _mm512_permutex2var_pd(first.v, low, second.v));
     _mm512_storeu_pd(p + 8, _mm512_permutex2var_pd(first.v, high, second.v));
 }
+VORN_INLINE void loadPairs(const std::int32_t* p, i32x16& first, i32x16& second) {
+    f32x16 even, odd;
+    loadPairs(reinterpret_cast<const float*>(p), even, odd);
+    first = bitsOf(even);
+    second = bitsOf(odd);
+}
 VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x16 (&v)[4]) {
     const __m512 low01 = _mm512_unpacklo_ps(v[0].v, v[1].v), high01 = _mm512_unpackhi_ps(v[0].v, v[1].v);
     const __m512 low23 = _mm512_unpacklo_ps(v[2].v, v[3].v), high23 = _mm512_unpackhi_ps(v[2].v, v[3].v);

@@ -518,6 +518,12 @@ VORN_INLINE void storePairs(double* p, f64x2 first, f64x2 second) {
     _mm_storeu_pd(p + 2, _mm_unpackhi_pd(first.v, second.v));
 }
 
+VORN_INLINE void loadPairs(const std::int32_t* p, i32x4& first, i32x4& second) {
+    f32x4 even, odd;
+    loadPairs(reinterpret_cast<const float*>(p), even, odd);
+    first = bitsOf(even);
+    second = bitsOf(odd);
+}
 // Lane i of the vectors, in their order, fills 16 bytes at to[i] + offset; loadColumns reads them back.
 VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x4 (&v)[4]) {
     const __m128 low01 = _mm_unpacklo_ps(v[0].v, v[1].v), high01 = _mm_unpackhi_ps(v[0].v, v[1].v);
