@@ -14,6 +14,7 @@ struct Family {
 
 Family frameWorkloads();
 Family logArithmeticWorkloads();
+Family gaussSingleWorkloads();
 Family gaussianWorkloads();
 Family estimationWorkloads();
 Family featureWorkloads();
@@ -23,8 +24,8 @@ Family reductionWorkloads();
 Family fftWorkloads();
 
 inline const Family families[] = {
-    frameWorkloads(),   logArithmeticWorkloads(), gaussianWorkloads(), estimationWorkloads(), featureWorkloads(),
-    moveWorkloads(),    convertWorkloads(),       reductionWorkloads(), fftWorkloads(),
+    frameWorkloads(),   logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),  estimationWorkloads(),
+    featureWorkloads(), moveWorkloads(),          convertWorkloads(),     reductionWorkloads(), fftWorkloads(),
 };
 
 }  // namespace verify

@@ -80,6 +80,103 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
 /** @} */
 
 /**
+ * @defgroup single_frame Single-frame Gaussian scores
+ * @brief The log density of one feature vector under one Gaussian.
+ *
+ *     result = val - S / 2,  S = sum over j of (src[j] - mean[j])^2 * v[j]
+ *
+ * src, mean and var are vectors of len elements; val is the caller's constant: the logarithm of the Gaussian's
+ * normalisation and of any weight. var holds inverse variances. `IdVar`: all variances are 1. `DirectVar`: var holds the
+ * variances themselves. `BlockDVar`: S = d' A d with d = src - mean and A a block-diagonal matrix held in a context.
+ * result is one element; it is written once, at the end.
+ *
+ * Units of the 16-bit forms: scaleFactor sf makes S / 2 count as S / 2 * 2^-sf. `Sfs` results are integers, `Scaled`
+ * results singles. sf may be any int; a power of two beyond the singles is an infinity or zero.
+ *
+ * Checks, in this order: a null pointer `vornStsNullPtrErr`; len below 1, or other than the context's length,
+ * `vornStsSizeErr`; scratch memory not obtained `vornStsMemAllocErr` (`DirectVar_32f` and the 16-bit `DirectVar` forms
+ * always need some, `BlockDVar` from 112 elements on). After an error nothing has been written. Warning: a zero among
+ * the variances gives `vornStsDivByZero`; the score is complete, with an infinite (or, where src equals mean, not a
+ * number) term. vornsLogGaussSingle_DirectVar_32f64f then leaves result unwritten, and
+ * vornsLogGaussSingle_DirectVar_64f gives no warning.
+ *
+ * Exact orders. Every operation is rounded by itself; all builds give the same bits.
+ *  - `32f`: -S in two accumulators of four lanes: of each 16 columns the first 8 to the one, the next 8 to the other;
+ *    then 8 more to the first, the last 1 to 7 to its lane 0; both added, (0 + 1) + (2 + 3); 0.5 * (-S + 2 val).
+ *    `DirectVar_32f` rounds 1 / var to single first.
+ *  - `64f`, `32f64f` (in double): up to 8 columns in order. Above that, of each 8 columns 0, 1, 4, 5 go to one pair of
+ *    lanes and 2, 3, 6, 7 to another; pair + pair, lane + lane, the rest in order; val - S * 0.5. Here an address counts,
+ *    that of var (of mean in `IdVar`): on an odd element of a 16-byte block (8-byte in `32f64f`) the first column is taken
+ *    alone and opens lane 0; off the element's own size everything goes in order. `IdVar_64f` above 54 columns does not
+ *    look at it. `DirectVar_64f` divides, in two lanes, a last odd column to lane 0; `DirectVar_32f64f` in order.
+ *  - 16 bits, `Scaled` and `Sfs`: differences of groups of eight saturate to 16 bits, those of the last 1 to 7 columns
+ *    are exact and do not. Squares and products are singles; a group is summed whole, lanes 0 to 3 + 4 to 7, then
+ *    (0 + 2) + (1 + 3), and joins the running sum. `Scaled`: val - S * 2^-(sf + 1). `Sfs`: val - (S / 2) * 2^-sf rounded
+ *    in the current mode; out of range on either side gives -2147483648. `IdVarScaled`: S is an exact integer, all
+ *    differences saturate. `DirectVarScaled`: val - (S * 0.5) * 2^-sf, 1 / var in single.
+ *    `DirectVar_16s32s_Sfs`: S as in `32f` over singles, S * 2^-(sf + 1) rounded to nearest and saturated, then
+ *    subtracted from val and saturated.
+ *  - `Low`: integers only, wrapping in 32 bits. Of each square the high 16 bits and the low 16 bits without the last one
+ *    are multiplied by v and summed apart; at the end of the groups of eight, and again for a remainder of four, of two
+ *    and of one, high << (15 - sf) and low >> sf are added (above sf 15: high >> (sf - 15) and low >> 15). Differences
+ *    saturate, but for the last single one of `IdVarLow`, which wraps. A negative sf leaves the integers: S as in the
+ *    forms above, val - S * 2^-(sf + 1), truncated in `Sfs`. `IdVarLow_16s32s_Sfs` stays in integers for every sf;
+ *    `IdVarLowScaled` works in single over sums of two squares (two squares of -32768 wrap).
+ *  - `BlockDVar`: each matrix row times its block's d in lanes (four; two in double), columns in order; lane by lane
+ *    d[r] times that joins the lanes of S; upper pair to lower pair, lane 1 to lane 0. The end is val - S * 0.5, in double
+ *    but for the 16-bit forms. `32f64f` widens the lanes of a row's product before they join. In 16 bits d saturates in
+ *    groups of four and more and wraps in the last 1 to 3 columns; `Scaled`: val - (S * 0.5) * 2^-sf; `Sfs`: the lanes
+ *    times 2^-sf, val - S * 0.5 truncated and saturated, where exactly 2147483648 gives -2147483648.
+ *
+ * Contexts. vornsBlockDMatrixInitAlloc copies a matrix: blockSizes[b] rows and columns for each of numBlocks blocks, and
+ * rows, one pointer for each row of each block in order, to as many elements as its block has. Checks: a null pointer
+ * `vornStsNullPtrErr`; numBlocks or a block size below 1 `vornStsSizeErr`; `vornStsMemAllocErr`. The context is never
+ * changed afterwards and may be shared by threads; the caller's matrix need not outlive the call. vornsBlockDMatrixFree
+ * releases it, whichever of the three made it; null gives `vornStsNullPtrErr`.
+ *
+ * Infinities and not-a-numbers go through the formulas. No alignment is required. Thread-safe.
+ * @{
+ */
+/** A block-diagonal matrix of singles. */
+typedef struct VornBlockDMatrix_32f VornBlockDMatrix_32f;
+/** A block-diagonal matrix of doubles. */
+typedef struct VornBlockDMatrix_64f VornBlockDMatrix_64f;
+/** A block-diagonal matrix of 16-bit integers. */
+typedef struct VornBlockDMatrix_16s VornBlockDMatrix_16s;
+
+VornStatus vornsLogGaussSingle_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_Scaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_LowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_Low_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVar_32f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_IdVar_64f(const Vorn64f* src, const Vorn64f* mean, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_IdVar_32f64f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_IdVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVarLowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVarLow_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_DirectVar_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_DirectVar_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_DirectVar_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_DirectVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_DirectVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_BlockDVar_32f(const Vorn32f* src, const Vorn32f* mean, const VornBlockDMatrix_32f* context, int len, Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_BlockDVar_64f(const Vorn64f* src, const Vorn64f* mean, const VornBlockDMatrix_64f* context, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_BlockDVar_32f64f(const Vorn32f* src, const Vorn32f* mean, const VornBlockDMatrix_32f* context, int len, Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const VornBlockDMatrix_16s* context, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const VornBlockDMatrix_16s* context, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsBlockDMatrixInitAlloc_32f(VornBlockDMatrix_32f** result, const Vorn32f* const* rows, const int* blockSizes, int numBlocks);
+VornStatus vornsBlockDMatrixInitAlloc_64f(VornBlockDMatrix_64f** result, const Vorn64f* const* rows, const int* blockSizes, int numBlocks);
+VornStatus vornsBlockDMatrixInitAlloc_16s(VornBlockDMatrix_16s** result, const Vorn16s* const* rows, const int* blockSizes, int numBlocks);
+VornStatus vornsBlockDMatrixFree_32f(VornBlockDMatrix_32f* context);
+VornStatus vornsBlockDMatrixFree_64f(VornBlockDMatrix_64f* context);
+VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
+/** @} */
+
+/**
  * @defgroup multi_frame Multi-frame Gaussian scores
  * @brief The log density of many frames under one Gaussian, or of one frame under many Gaussians.
  *

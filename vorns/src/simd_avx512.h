@@ -3,6 +3,13 @@
 
 #include "simd_avx2.h"
 
+// GCC 12 takes the undefined pass-through operand inside its own AVX-512 intrinsics for an uninitialised value.
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#endif
+
 namespace vorn {
 
 struct f32x16 {
@@ -495,3 +502,7 @@ VORN_INLINE f64x8 reverse(f64x8 a) {
 }
 
 }  // namespace vorn
+
+#if defined(__GNUC__) && !defined(__clang__)
+#pragma GCC diagnostic pop
+#endif

@@ -263,6 +263,13 @@ VORN_INLINE i16x8 mulLow(i16x8 a, i16x8 b) { return {_mm_mullo_epi16(a.v, b.v)};
 VORN_INLINE i16x8 mulHigh(i16x8 a, i16x8 b) { return {_mm_mulhi_epi16(a.v, b.v)}; }
 // Products of 16-bit lanes, neighbours added in 32 bits (two squares of -32768 wrap).
 VORN_INLINE i32x4 mulAddPairs(i16x8 a, i16x8 b) { return {_mm_madd_epi16(a.v, b.v)}; }
+// The exact products of the lower and of the upper half of the lanes.
+VORN_INLINE i32x4 productsLow(i16x8 a, i16x8 b) {
+    return {_mm_unpacklo_epi16(_mm_mullo_epi16(a.v, b.v), _mm_mulhi_epi16(a.v, b.v))};
+}
+VORN_INLINE i32x4 productsHigh(i16x8 a, i16x8 b) {
+    return {_mm_unpackhi_epi16(_mm_mullo_epi16(a.v, b.v), _mm_mulhi_epi16(a.v, b.v))};
+}
 
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
 
@@ -485,10 +492,18 @@ VORN_INLINE float sumHalves(f32x4 a) {
     const __m128 pairs = _mm_add_ps(a.v, _mm_movehl_ps(a.v, a.v));
     return _mm_cvtss_f32(_mm_add_ss(pairs, _mm_shuffle_ps(pairs, pairs, 1)));
 }
+// Wraps.
+VORN_INLINE std::int32_t sumLanes(i32x4 a) {
+    const __m128i halves = _mm_add_epi32(a.v, _mm_unpackhi_epi64(a.v, a.v));
+    return _mm_cvtsi128_si32(_mm_add_epi32(halves, _mm_shuffle_epi32(halves, 0x55)));
+}
 VORN_INLINE double sumLanes(f64x2 a) { return _mm_cvtsd_f64(_mm_add_sd(a.v, _mm_unpackhi_pd(a.v, a.v))); }
 // The upper half of the lanes in the place of the lower one; the upper half stays.
 VORN_INLINE f32x4 upperToLower(f32x4 a) { return {_mm_movehl_ps(a.v, a.v)}; }
 VORN_INLINE f64x2 upperToLower(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
+// a with x in lane 0.
+VORN_INLINE f32x4 withFirst(f32x4 a, float x) { return {_mm_move_ss(a.v, _mm_set_ss(x))}; }
+VORN_INLINE f64x2 withFirst(f64x2 a, double x) { return {_mm_move_sd(a.v, _mm_set_sd(x))}; }
 // Lane 1 in all lanes.
 VORN_INLINE f32x4 splatSecond(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0x55)}; }
 // The sum of each row's lanes, (0 + 1) + (2 + 3), one row a lane.

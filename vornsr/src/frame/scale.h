@@ -27,4 +27,9 @@ constexpr Vorn64f GetScale_32s64f(int sf) {
     return std::bit_cast<Vorn64f>(bits);
 }
 
+// 2^n, infinity above the exponents of a single and 0 below its denormal numbers.
+constexpr Vorn32f powerOfTwo_32f(std::int64_t n) {
+    return GetScale_32s32f(static_cast<int>(std::clamp<std::int64_t>(-n, -128, 150)));
+}
+
 }  // namespace vorn

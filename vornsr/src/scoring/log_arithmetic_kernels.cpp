@@ -241,9 +241,6 @@ struct Run {
     alignas(64) float value[runLength + f32xN::lanes];
 };
 
-// 2^scaleFactor.
-float powerOfTwo(int scaleFactor) { return GetScale_32s32f(-std::max(scaleFactor, -INT_MAX)); }
-
 void toSingles(const Vorn32s* src, float* dst, std::ptrdiff_t len, float scale) {
     const f32xN factor = splat<f32xN>(scale);
     std::ptrdiff_t i = 0;
@@ -288,7 +285,7 @@ void fromSingles(const float* src, Vorn16s* dst, std::ptrdiff_t len, float facto
 template <class Integer>
 void logAddRuns(const Integer* src, Integer* srcDst, std::ptrdiff_t len, int scaleFactor) {
     const auto scale = static_cast<float>(GetScale_32s64f(scaleFactor));
-    const float unit = powerOfTwo(scaleFactor);
+    const float unit = powerOfTwo_32f(scaleFactor);
     Run a, b;
     for (std::ptrdiff_t i = 0; i < len; i += runLength) {
         const std::ptrdiff_t n = std::min(len - i, runLength);
