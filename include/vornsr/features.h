@@ -12,8 +12,59 @@ typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
 
 /**
  * @defgroup filter_banks Mel filter banks
+ * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced along
+ * the mel scale mel(f) = melMul ln(1 + f / melDiv) (Stevens, Volkmann and Newman 1937; Davis and Mermelstein 1980).
+ *
+ * Shapes. N is the smallest power of two that is at least fftLen and at least 2; *pOrder receives its order. A bank has
+ * nFilter filters between nFilter + 2 bins c[0] to c[nFilter + 1]: filter k (from 0) rises from bin c[k] to its centre
+ * c[k+1] and falls to c[k+2]. src holds the bins 0 to N/2 or, with `vornFBankSamples`, N samples of which evaluation makes
+ * the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz.
+ *
+ * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single; m[i] = i (high - low) / (nFilter + 1)
+ * + low and c[i] = (exp(m[i]/melMul) - 1) ((N / sampleFreq) melDiv), in single but for logarithm, exponential and the
+ * subtraction of one, which are in double. `vornFBankWeightFreq` rounds c to the nearest bin, `vornFBankWeightMel` truncates.
+ *
+ * Weights. `vornFBankWeightFreq`: straight lines in bin number, (j - c[k] + 1) / (c[k+1] - c[k] + 1) up to 1 at the centre,
+ * then (c[k+2] - j + 1) / (c[k+2] - c[k+1] + 1). `vornFBankWeightMel`: along the mel scale,
+ * (mel(j) - m[k]) / (m[k+1] - m[k]), with 0 at the left edge, and (m[k+2] - mel(j)) / (m[k+2] - m[k+1]), where
+ * mel(j) = melMul ln(j (sampleFreq/N) / melDiv + 1), in single but for the logarithm; with truncated centres a weight at
+ * an edge can leave 0 to 1 slightly. The `16s` forms hold weights in Q14: the quotient of the part times 16384, truncated.
+ *
+ * Evaluation, `32f`. dst[k] = the sum over the filter of weight times value, in single. The bins are walked once. The bin
+ * of the left edge comes first; then each stretch between two neighbouring c takes eight bins a round in two accumulators
+ * of four lanes while more than eight are left, and what remains bin by bin in lane 0 of the first accumulator. At the
+ * end the accumulators are added, the upper two lanes onto the lower two, and these two. The bin-by-bin loop runs once
+ * at least: where two c are equal it takes the bin behind them, with the next element of the row (0 unless it was set),
+ * and all later filters of that call start one bin late. Give a bank enough bins for its filters.
+ *
+ * Evaluation, `16s` and `16s32s`. The products wrap at 32 bits, their sum is exact; it is shifted right by
+ * scale + 14, arithmetically and without rounding (left if that is negative; the count is taken modulo 64), and saturated.
+ * With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and `vornsMagnitude_32sc_Sfs` with scale
+ * factor -3 each, and the shift is 6 more.
+ *
+ * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give, are
+ * neither read nor weighted.
+ *
+ * Contexts. `GetSize` reports the bytes that `Init` needs, at an address fit for a pointer; such a bank goes with its
+ * memory. `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing
+ * stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but with
+ * `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
+ *
+ * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more than an
+ * int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq above
+ * highFreq or highFreq above half of sampleFreq (`vornStsMelFreqErr`); flags; size (as before). *pOrder is written before
+ * anything is allocated. Evaluation: null, the bank's own pointer to its centres included; a bank that is not ready
+ * (`vornStsNotInitErr`). `Free`: null.
  * @{
  */
+
+/** Flags of a filter bank: one of the first two, and the third if wanted. */
+enum {
+    vornFBankWeightMel = 1,  /**< centres truncated to bins, weights along the mel scale */
+    vornFBankWeightFreq = 2, /**< centres rounded to the nearest bin, weights straight lines in bin number */
+    vornFBankSamples = 4     /**< evaluation takes a frame of samples */
+};
+
 VornStatus vornsMelFBankGetSize_32f(int fftLen, int nFilter, int flags, int* pSize);
 VornStatus vornsMelFBankGetSize_16s(int fftLen, int nFilter, int flags, int* pSize);
 VornStatus vornsMelFBankInit_32f(VornFBankState_32f* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq, Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv, int flags);

@@ -479,6 +479,8 @@ VORN_INLINE i32x4 maxOf(i32x4 a, i32x4 b) { return select(a > b, a, b); }
 // Parts and sums of the lanes.
 
 VORN_INLINE float firstLane(f32x4 a) { return _mm_cvtss_f32(a.v); }
+// a with x added to lane 0.
+VORN_INLINE f32x4 addFirst(f32x4 a, float x) { return {_mm_add_ss(a.v, _mm_set_ss(x))}; }
 VORN_INLINE double firstLane(f64x2 a) { return _mm_cvtsd_f64(a.v); }
 VORN_INLINE std::int64_t firstLane(i64x2 a) { return _mm_cvtsi128_si64(a.v); }
 VORN_INLINE std::int32_t firstLane(i32x4 a) { return _mm_cvtsi128_si32(a.v); }
