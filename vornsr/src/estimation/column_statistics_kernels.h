@@ -12,7 +12,7 @@ namespace vorn {
 // stripes walk down them. What is accumulated lives in the caller's results between the blocks.
 template <class T, class Accumulate>
 VORN_INLINE void overRowBlocks(std::ptrdiff_t height, std::ptrdiff_t width, Accumulate accumulate) {
-    constexpr std::ptrdiff_t blockBytes = 24 << 10;
+    constexpr std::ptrdiff_t blockBytes = 8 << 10;
     const std::ptrdiff_t blockRows =
         std::max<std::ptrdiff_t>(8, blockBytes / static_cast<std::ptrdiff_t>(sizeof(T)) / width);
     for (std::ptrdiff_t row = 0; row < height; row += blockRows) {
