@@ -181,49 +181,217 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  * @brief The log density of many frames under one Gaussian, or of one frame under many Gaussians.
  *
  * Formula: score = val - S / 2, S = sum over j of (x[j] - m[j])^2 * v[j], with the feature vector x, the mean m and the
- * inverse variances v, each of len elements. val is the caller's: the logarithm of the normalisation constant and of
- * any weight.
+ * inverse variances v (the argument var), each of len elements. In the `IdVar` forms every v[j] is 1 and there is no
+ * var. val is the caller's: the logarithm of the normalisation constant and of any weight. Gaussians with diagonal
+ * covariance in speech recognition: Rabiner (1989).
  *
- * vornsLogGaussMultiMix scores one frame, src, against height Gaussians, the rows of mean and var. srcDst holds the
- * val of each Gaussian on entry and its score on return, so a second call on the same array subtracts S / 2 again.
- * `D2`: rows of mean and var lie step elements apart. srcDst must not overlap the other arrays.
+ *  - vornsLogGauss: height frames, the rows of src, against one Gaussian; result holds height scores.
+ *  - vornsLogGaussMultiMix: one frame, src, against height Gaussians, the rows of mean and var; srcDst holds the val of
+ *    each Gaussian on entry and its score on return, so a second call on the same array subtracts S / 2 again.
  *
- * Checks, in this order: step below len `vornStsStrideErr` (even if a pointer is null); a null pointer
+ * `D2`: the rows lie step elements apart in one block; `D2L`: an array of row pointers, rows may repeat. Results must
+ * not overlap the other arrays. Addresses need no alignment and change no bit.
+ *
+ * Checks, in this order: (`D2`) step below len `vornStsStrideErr`, even if a pointer is null; a null pointer
  * `vornStsNullPtrErr`; len or height below 1 `vornStsSizeErr`. After an error nothing has been written. There are no
- * warnings, no allocation, and no demands on alignment.
+ * warnings and no allocation. Thread-safe: no state. All builds give the same bits; they are those of the caller's
+ * rounding mode, which comes back as it was. Infinities and not-a-numbers go through the formulas.
  *
- * Exact order in single: one accumulator of four lanes a row starts at zero and holds -S; column j is subtracted from
- * lane j mod 4, as (x - m)^2 * v with each operation rounded; then (lane 0 + lane 1) + (lane 2 + lane 3), and the last
- * len mod 4 columns are subtracted one by one. Rows of less than four columns are subtracted in column order.
+ * Arithmetics, by name, each with its exact order. Every operation is rounded; -S is what accumulates, from zero.
  *
- * Final form: vornsLogGaussMultiMix srcDst[g] + 0.5 * (-S).
+ *  - `32f`: one accumulator of four lanes a row; column j goes to lane j mod 4 as (x - m)^2 * v; then
+ *    (lane 0 + lane 1) + (lane 2 + lane 3), and the last len mod 4 columns one by one. vornsLogGauss ends with
+ *    0.5 * (2 * val - S), vornsLogGaussMultiMix with val + 0.5 * (-S).
+ *  - `64f`: two lanes, column j to lane j mod 2; lane 0 + lane 1, then a last odd column; val + 0.5 * (-S).
+ *    vornsLogGaussMultiMix_64f with height of 1000 and more: plain column order, 0.5 * (2 * val - S).
+ *  - `Scaled_16s32f`: 16-bit data whose score counts in units of 2^-scaleFactor. In whole groups of eight columns the
+ *    difference saturates to 16 bits, is squared in single and multiplied by v in single; column j goes to lane j mod 4.
+ *    With `IdVar` the squares of two neighbours are added in 32 bits (two squares of -32768 wrap) and pair p of a group
+ *    goes to lane p. The last len mod 8 columns do NOT saturate and go to lane 0 one by one. Then
+ *    (lane 0 + lane 2) + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
+ *  - `16s32s..Sfs`: the same sum; divided by 2^(scaleFactor + 1), or multiplied by 2^-(scaleFactor + 1) where that
+ *    exponent is not negative; val is added in single. The score is truncated toward zero without a clamp: out of range
+ *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded to nearest even instead, in
+ *    vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the other forms
+ *    truncate it as well.
+ *  - `Low`, low precision: no float in the inner loop. The difference saturates; its square is split into its high
+ *    16 bits and its low 16 bits halved (the lowest bit is lost); both are multiplied by v, and pairs of neighbours are
+ *    summed in four 32-bit lanes that wrap: columns in groups of eight, then a pass of four (lanes 0 and 1), of two and
+ *    of one (lane 0). At the end the high sums are shifted left by 15 - scaleFactor, the low ones right by scaleFactor,
+ *    arithmetically; above 15 the high sums right by scaleFactor - 15 and the low ones right by 15. A last odd row is
+ *    shifted after every group and pass instead, so it truncates differently. The lanes are added and val is added:
+ *    as integers that wrap (`16s32s`), or after conversion to single (`16s32f`). `Low_16s32f` is `LowScaled_16s32f`
+ *    with scaleFactor 0.
+ *    A negative scaleFactor takes the sums of the other 16-bit forms, and the integer score is truncated;
+ *    vornsLogGaussMultiMix_Low_16s32s truncates a last odd row before it adds val as an integer.
+ *    `IdVarLow_16s32s` stays in integers: both sums are shifted left, by 15 - scaleFactor and by -scaleFactor.
+ *    `IdVarLowScaled_16s32f` and `IdVarLow_16s32f` work in single: as `IdVarScaled`, with the last columns in saturated
+ *    passes of four, two and one; the end is that of `16s32s`, left in single.
  *
- * Infinities and not-a-numbers go through the formula. All builds give the same bits. Thread-safe: no state.
+ * scaleFactor may be any int: beyond the exponents of a single the power of two is an infinity or zero.
  *
  * @{
  */
+VornStatus vornsLogGauss_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_Low_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val);
 VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height);
 /** @} */
 
 /**
  * @defgroup mixtures Mixtures
- * @brief Gaussian scores folded as they are made: into the one score of a mixture.
+ * @brief Gaussian scores folded as they are made: the best so far, the log-sum with what is there, the score of a mixture.
  *
- * vornsLogGaussMixture: result = log-sum over g of (val[g] - S(g) / 2), one frame, src, against height Gaussians, the
- * rows of mean and var; val[g] is the logarithm of the weight and the normalisation constant of Gaussian g. The scores
- * are those of vornsLogGaussMultiMix (group multi_frame), bit for bit; the log-sum, with its floors, is vornsLogSum
- * (group logarithm_domain). result must not overlap the other arrays.
+ * With score(i) that of group multi_frame for row i in the same arithmetic, bit for bit unless said otherwise:
  *
- * The Gaussians are summed in runs of 100: each run is one log-sum, in whose front stands the value of the runs
- * before. A log-sum is not associative, so the runs are part of the result.
+ *     vornsLogGaussMax, vornsLogGaussMaxMultiMix:  srcDst[i] = max(srcDst[i], score(i))
+ *     vornsLogGaussAdd, vornsLogGaussAddMultiMix:  srcDst[i] = ln(exp(srcDst[i]) + exp(score(i)))
+ *     vornsLogGaussMixture:                        result    = ln of the sum over i of exp(score(i))
  *
- * Checks, in this order: a null pointer `vornStsNullPtrErr`; step below len `vornStsStrideErr`; height or len below 1
- * `vornStsSizeErr`. After an error nothing has been written. There are no warnings and no allocation. All builds give
- * the same bits. Thread-safe: no state.
+ * vornsLogGaussMax and vornsLogGaussAdd take height frames, the rows of src, and one Gaussian with its val. The others
+ * take one frame, src, and height Gaussians, the rows of mean and var, with a val each. `D2`, `D2L`, `IdVar` and the
+ * arithmetics are those of group multi_frame. Results must not overlap the other arrays.
+ *
+ * Checks of the `D2` forms, in this order:
+ *  - stride, pointers, sizes: vornsLogGaussMax, vornsLogGaussAdd, their MultiMix forms, and vornsLogGaussMixture of
+ *    16-bit data;
+ *  - pointers, stride, sizes: vornsLogGaussMixture_32f_D2, _64f_D2, _IdVar_32f_D2, _IdVar_64f_D2;
+ *  - pointers, sizes, stride: vornsLogGaussMaxMultiMix_Scaled_16s32f_D2, _LowScaled_16s32f_D2.
+ *
+ * `D2L` forms: pointers, sizes. Step below len is `vornStsStrideErr`, a null pointer `vornStsNullPtrErr`, len or height
+ * below 1 `vornStsSizeErr`. After an error nothing has been written. There are no warnings and no allocation.
+ * Thread-safe: no state. All builds give the same bits.
+ *
+ * Maximum: an old value stays unless the score is greater; so it stays beside a score that is not a number.
+ *  - vornsLogGaussMax_IdVar_64f and vornsLogGaussMaxMultiMix_64f with height of 1000 and more: plain column order,
+ *    0.5 * (2 * val - S).
+ *  - `16s32s..Sfs`: all arithmetic truncates toward zero, whatever the caller's rounding mode, which comes back at the
+ *    end; only the val of many frames is converted to single in the caller's mode. The score,
+ *    val + (-S) * 2^-(scaleFactor + 1), is clamped to 32 bits, the old value is converted to single, and the maximum is
+ *    taken in single and truncated: an old value of more than 24 bits changes even where it stays.
+ *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in single,
+ *    in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *
+ * Log-add: the floors and polynomials of vornsLogAdd (group logarithm_domain). Frames are taken in runs of 128,
+ * Gaussians in runs of 100, and each run is log-added as one vector. vornsLogGaussAdd_32f_D2 and _IdVar_32f_D2 with len
+ * below 4 log-add one by one with the polynomials in double, (m + f1 * d) + f0, rounded to single once.
+ * vornsLogGaussAddMultiMix_64f with height of 1000 and more scores in plain column order, 0.5 * (2 * val - S), and
+ * counts a difference exactly on a split to the lower interval throughout.
+ *
+ * Mixture: Gaussians are summed in runs of 100; each run is one vornsLogSum, in whose front stands the value of the
+ * runs before. A log-sum is not associative, so the runs are part of the result. The `IdVar` forms score each Gaussian
+ * as vornsLogGaussSingle_IdVar does; vornsLogGaussMixture_IdVar_32f_D2 scores with 0.5 * (2 * val - S) in four lanes and
+ * log-adds in the order of the Gaussians, without runs, as vornsLogGaussAdd_32f_D2 does below len 4.
  *
  * @{
  */
+VornStatus vornsLogGaussMax_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussAdd_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
 VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, const Vorn32f* const* var, int height, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_64f_D2(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int height, int step, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, const Vorn64f* const* var, int height, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, const Vorn16s* const* var, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, const Vorn16s* const* var, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
 /** @} */
 
 VORN_END_DECLS

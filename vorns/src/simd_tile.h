@@ -45,15 +45,39 @@ struct f64x2x4 {
 #endif
 };
 
+// Eight singles in every build.
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+using f32x8of8 = f32x8;
+VORN_INLINE f32x8of8 toFloats(i16x8 a) { return {_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(a.v))}; }
+#else
+struct f32x8of8 {
+    static constexpr int lanes = 8;
+    using Element = float;
+    f32x4 low, high;
+};
+VORN_INLINE f32x8of8 operator-(f32x8of8 a, f32x8of8 b) { return {a.low - b.low, a.high - b.high}; }
+VORN_INLINE f32x8of8 operator*(f32x8of8 a, f32x8of8 b) { return {a.low * b.low, a.high * b.high}; }
+VORN_INLINE f32x8of8 toFloats(i16x8 a) { return {toFloat(widenLow(a)), toFloat(widenHigh(a))}; }
+#endif
+
+// What a build takes at a time: singles and doubles, 16-bit integers (whole groups of eight), and 16-bit integers that
+// are to be widened to singles.
 #if defined(VORN_SIMD_AVX512)
+VORN_INLINE f32x16 toFloats(i16x16 a) { return {_mm512_cvtepi32_ps(_mm512_cvtepi16_epi32(a.v))}; }
 using SingleWidths = Widths<f32x16, f32x8, f32x4>;
 using DoubleWidths = Widths<f64x8, f64x4, f64x2>;
+using ShortWidths = Widths<i16x32, i16x16, i16x8>;
+using ShortToSingleWidths = Widths<i16x16, i16x8>;
 #elif defined(VORN_SIMD_AVX2)
 using SingleWidths = Widths<f32x8, f32x4>;
 using DoubleWidths = Widths<f64x4, f64x2>;
+using ShortWidths = Widths<i16x16, i16x8>;
+using ShortToSingleWidths = Widths<i16x8>;
 #else
 using SingleWidths = Widths<f32x4>;
 using DoubleWidths = Widths<f64x2>;
+using ShortWidths = Widths<i16x8>;
+using ShortToSingleWidths = Widths<i16x8>;
 #endif
 
 // Four doubles, one for each row of a tile, in every build.
@@ -99,6 +123,10 @@ struct FourOf<float> {
     using type = f32x4;
 };
 template <>
+struct FourOf<std::int32_t> {
+    using type = i32x4;
+};
+template <>
 struct FourOf<double> {
     using type = f64x4of4;
 };
@@ -116,12 +144,6 @@ VORN_INLINE auto rowsOf(V r0, V r1, V r2, V r3) {
 }
 
 #if defined(VORN_SIMD_AVX512)
-
-// GCC 12 takes the undefined pass-through operand inside its own AVX-512 intrinsics for an uninitialised value.
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
 
 VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) { return {_mm512_sub_ps(a.v, b.v)}; }
 VORN_INLINE f64x2x4 operator-(f64x2x4 a, f64x2x4 b) { return {_mm512_sub_pd(a.v, b.v)}; }
@@ -201,10 +223,6 @@ VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
     column[1] = {_mm512_extractf64x4_pd(columns, 1)};
 }
 
-#if defined(__GNUC__) && !defined(__clang__)
-#pragma GCC diagnostic pop
-#endif
-
 #elif defined(VORN_SIMD_AVX2)
 
 VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
@@ -273,6 +291,16 @@ template <>
 struct RowsOf<0, f32x4> {
     static VORN_INLINE f32x4x4 of(f32x4 r0, f32x4 r1, f32x4 r2, f32x4 r3) { return {r0.v, r1.v, r2.v, r3.v}; }
 };
+template <int block>
+struct RowsOf<block, f32x8of8> {
+    static VORN_INLINE f32x4x4 of(f32x8of8 r0, f32x8of8 r1, f32x8of8 r2, f32x8of8 r3) {
+        if constexpr (block == 0) {
+            return {r0.low.v, r1.low.v, r2.low.v, r3.low.v};
+        } else {
+            return {r0.high.v, r1.high.v, r2.high.v, r3.high.v};
+        }
+    }
+};
 template <>
 struct RowsOf<0, f64x2> {
     static VORN_INLINE f64x2x4 of(f64x2 r0, f64x2 r1, f64x2 r2, f64x2 r3) { return {r0.v, r1.v, r2.v, r3.v}; }
@@ -294,5 +322,36 @@ VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
 }
 
 #endif
+
+// Integer lanes.
+
+// Lane 0 + lane 1 + lane 2 + lane 3 of each argument, wrapping.
+VORN_INLINE i32x4 sumLanes(i32x4 r0, i32x4 r1, i32x4 r2, i32x4 r3) {
+    const __m128i r01 = _mm_add_epi32(_mm_unpacklo_epi32(r0.v, r1.v), _mm_unpackhi_epi32(r0.v, r1.v));
+    const __m128i r23 = _mm_add_epi32(_mm_unpacklo_epi32(r2.v, r3.v), _mm_unpackhi_epi32(r2.v, r3.v));
+    return {_mm_add_epi32(_mm_unpacklo_epi64(r01, r23), _mm_unpackhi_epi64(r01, r23))};
+}
+
+// The lower half of the lanes plus the upper half, wrapping.
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+VORN_INLINE i32x4 foldHalves(i32x8 a) { return lowHalf(a) + highHalf(a); }
+#endif
+#if defined(VORN_SIMD_AVX512)
+VORN_INLINE i32x8 foldHalves(i32x16 a) { return lowHalf(a) + highHalf(a); }
+#endif
+
+// Lane n comes to lane 0, and so on; zeros follow. 0 <= n <= 8.
+VORN_INLINE i16x8 dropFirst(i16x8 a, int n) {
+    const __m128i upper = _mm_srli_si128(a.v, 8);
+    const auto bits = [](int count) { return _mm_cvtsi64_si128(count); };  // a negative count shifts everything out
+    const __m128i inHalf = _mm_srl_epi64(a.v, bits(16 * n));
+    const __m128i across =
+        _mm_or_si128(_mm_sll_epi64(upper, bits(64 - 16 * n)), _mm_srl_epi64(upper, bits(16 * n - 64)));
+    return {_mm_or_si128(inHalf, across)};
+}
+template <int n>
+VORN_INLINE i32x4 dropFirst(i32x4 a) {
+    return {_mm_srli_si128(a.v, 4 * n)};
+}
 
 }  // namespace vorn

@@ -7,11 +7,20 @@
 namespace vorn {
 namespace {
 
-template <class T, class Means, class Vars>
-T mixture(const T* src, Means mean, Vars var, int height, int len, const T* val) {
-    return logSumOfRuns(val, height, [&](std::ptrdiff_t first, std::ptrdiff_t count, T* scores) {
-        multiMix(src, mean.from(first), var.from(first), len, scores, count);
+// The log-sum of one member: no runs, each score log-added by the scalar rule in the order of the Gaussians, val
+// doubled in the scores.
+template <class Vectors>
+Vorn32f logSumInOrder(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, const Vorn32f* val) {
+    Vorn32f scores[gaussiansOfRun];
+    Vorn32f sum = 0;
+    forRuns(height, gaussiansOfRun, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
+        scoreRows<SingleSums>(vectors.from(first), len, count,
+                              End{ValOfRow{val + first}, DoubledVal{}, Store{scores + 0}});
+        for (std::ptrdiff_t g = 0; g < count; ++g) {
+            sum = first + g == 0 ? scores[0] : logAddConstantLast(scores[g], sum);
+        }
     });
+    return sum;
 }
 
 }  // namespace
@@ -24,6 +33,80 @@ VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, 
     VORN_CHECK(notNull(src, mean, var, val, result));
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(positive(height, len));
-    *result = mixture(src, Rows(mean, step), Rows(var, step), height, len, val);
+    *result = logSumInRuns(SingleScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, const Vorn32f* const* var,
+                                        int height, int len, const Vorn32f* val, Vorn32f* result) {
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInRuns(SingleScores{len}, gaussians(src, Rows(mean), Rows(var)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_64f_D2(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int height,
+                                       int step, int len, const Vorn64f* val, Vorn64f* result) {
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(strideHolds(step, len));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInRuns(DoubleScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, const Vorn64f* const* var,
+                                        int height, int len, const Vorn64f* val, Vorn64f* result) {
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInRuns(DoubleScores{len}, gaussians(src, Rows(mean), Rows(var)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                 int height, int step, int len, const Vorn32f* val, Vorn32f* result,
+                                                 int scaleFactor) {
+    VORN_CHECK(strideHolds(step, len));
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result =
+        logSumInRuns(ScaledScores{len, scaleFactor}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean,
+                                                  const Vorn16s* const* var, int height, int len, const Vorn32f* val,
+                                                  Vorn32f* result, int scaleFactor) {
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInRuns(ScaledScores{len, scaleFactor}, gaussians(src, Rows(mean), Rows(var)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                    int height, int step, int len, const Vorn32f* val, Vorn32f* result,
+                                                    int scaleFactor) {
+    VORN_CHECK(strideHolds(step, len));
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result =
+        logSumInRuns(LowScaledScores{len, scaleFactor}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean,
+                                                     const Vorn16s* const* var, int height, int len, const Vorn32f* val,
+                                                     Vorn32f* result, int scaleFactor) {
+    VORN_CHECK(notNull(src, mean, var, val, result));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInRuns(LowScaledScores{len, scaleFactor}, gaussians(src, Rows(mean), Rows(var)), height, val);
+    return vornStsNoErr;
+}
+
+VornStatus vornsLogGaussMixture_IdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int height, int step, int len,
+                                             const Vorn32f* val, Vorn32f* result) {
+    VORN_CHECK(notNull(src, mean, val, result));
+    VORN_CHECK(strideHolds(step, len));
+    VORN_CHECK(positive(height, len));
+    *result = logSumInOrder(gaussians(src, Rows(mean, step), UnitVar{}), len, height, val);
     return vornStsNoErr;
 }

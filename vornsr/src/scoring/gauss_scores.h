@@ -1,34 +1,171 @@
-// Gaussian scores put together: an arithmetic (which sum), a pairing (which vectors meet) and an end (what becomes of
-// the sum).
+// Gaussian scores put together. A score function has an arithmetic, named by its type, and is given a pairing (which
+// vectors meet), where val comes from and a fold (what becomes of a score). A member of the families is a line that
+// names these pieces.
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 
 #include "scoring/gauss_ends.h"
+#include "scoring/gauss_low_sums.h"
 #include "scoring/gauss_rows.h"
 #include "scoring/gauss_sums.h"
 
 namespace vorn {
 
-// The score of each row, four rows at a time.
-template <class Sums, class Src, class Mean, class Var, class End>
-void scoreRows(const Pairing<Src, Mean, Var>& vectors, std::ptrdiff_t len, std::ptrdiff_t height, const End end) {
+// Runs over the rows, four at a time; end(row, count, sums(rows)) for each block of them.
+template <class Src, class Mean, class Var, class Sums>
+VORN_INLINE void forRows(const Pairing<Src, Mean, Var>& vectors, std::ptrdiff_t height, const Sums& block) {
     auto src = walk(vectors.src, height);
     auto mean = walk(vectors.mean, height);
     auto var = walk(vectors.var, height);
     for (std::ptrdiff_t row = 0, left = height; left > 0; row += 4, left -= 4) {
-        end(row, left < 4 ? left : 4, Sums::negated(Pairing{src.four(), mean.four(), var.four()}, len));
+        block(row, left < 4 ? left : 4, Pairing{src.four(), mean.four(), var.four()});
         src.next(left - 4);
         mean.next(left - 4);
         var.next(left - 4);
     }
 }
 
-// One frame against many Gaussians; srcDst[g] is the val of a Gaussian on entry and its score on return.
-template <class Means, class Vars>
-void multiMix(const Vorn32f* src, Means mean, Vars var, std::ptrdiff_t len, Vorn32f* srcDst, std::ptrdiff_t height) {
-    scoreRows<SingleSums>(gaussians(src, mean, var), len, height,
-                          End{ValOfRow<Vorn32f>{srcDst}, HalvedSum{}, Store<Vorn32f>{srcDst}});
+template <class Sums, class Vectors, class End>
+void scoreRows(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, const End end) {
+    forRows(
+        vectors,
+        height, [&](std::ptrdiff_t row, std::ptrdiff_t count, const auto& rows) __attribute__((always_inline)) {
+            end(row, count, Sums::negated(rows, len));
+        });
 }
+
+// At low precision rows come in pairs, and a last odd one has a sum of its own.
+template <class Vectors, class End>
+void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, int scaleFactor, const End end) {
+    const LowShift shift(scaleFactor);
+    forRows(
+        vectors,
+        height, [&](std::ptrdiff_t row, std::ptrdiff_t count, const auto& rows) __attribute__((always_inline)) {
+            i32x4 totals = LowSums::negated(rows, len, shift);
+            if (count % 2 != 0) {
+                Vorn32s lane[4];
+                store(lane, totals);
+                lane[count - 1] = LowOddSum::negated(rows, static_cast<int>(count - 1), len, shift);
+                totals = load<i32x4>(lane);
+            }
+            end(row, count, totals);
+        });
+}
+
+template <class Vectors>
+inline constexpr bool isIdentity = std::is_same_v<decltype(Vectors::var), UnitVar>;
+
+// Data and sums in single. Many frames double val, many Gaussians halve the sum.
+struct SingleScores {
+    std::ptrdiff_t len;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        using Form = std::conditional_t<Vectors::frameIsShared, HalvedSum, DoubledVal>;
+        scoreRows<SingleSums>(vectors, len, height, End{val, Form{}, fold});
+    }
+};
+
+// Data and sums in double.
+struct DoubleScores {
+    std::ptrdiff_t len;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        scoreRows<DoubleSums>(vectors, len, height, End{val, HalvedSum{}, fold});
+    }
+};
+
+// Data and sums in double, summed in plain column order, with val doubled.
+struct InOrderDoubleScores {
+    std::ptrdiff_t len;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        scoreRows<DoubleSumsInOrder>(vectors, len, height, End{val, DoubledVal{}, fold});
+    }
+};
+
+// The height from which some double forms take the plain column order.
+inline constexpr std::ptrdiff_t tall = 1000;
+struct TallDoubleScores {
+    std::ptrdiff_t len;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        if (height < tall) {
+            DoubleScores{len}(vectors, height, val, fold);
+        } else {
+            InOrderDoubleScores{len}(vectors, height, val, fold);
+        }
+    }
+};
+
+// 16-bit data, sums in single, the score a single in units of 2^-scaleFactor.
+struct ScaledScores {
+    std::ptrdiff_t len;
+    int scaleFactor;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        scoreRows<ShortSums>(vectors, len, height, End{val, ScaledSum(scaleFactor), fold});
+    }
+};
+
+// 16-bit data, sums in single, val and score integers.
+struct IntegerScores {
+    std::ptrdiff_t len;
+    int scaleFactor;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        scoreRows<ShortSums>(vectors, len, height, End{val, PowerOfTwoSum(scaleFactor), fold});
+    }
+};
+
+// Low precision, the score a single. A negative scale factor takes the sums of ScaledScores; the identity covariance
+// works in single throughout.
+struct LowScaledScores {
+    std::ptrdiff_t len;
+    int scaleFactor;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        if constexpr (isIdentity<Vectors>) {
+            scoreRows<ShortPassSums>(vectors, len, height, End{val, PowerOfTwoSum(scaleFactor), fold});
+        } else if (scaleFactor < 0) {
+            ScaledScores{len, scaleFactor}(vectors, height, val, fold);
+        } else {
+            scoreRowsLow(vectors, len, height, scaleFactor, End{val, TotalAndVal{}, fold});
+        }
+    }
+};
+
+// Low precision, val and score integers. A negative scale factor takes the sums of IntegerScores, save with the
+// identity covariance, which stays in integers.
+struct LowIntegerScores {
+    std::ptrdiff_t len;
+    int scaleFactor;
+
+    template <class Vectors, class Val, class Fold>
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        if constexpr (!isIdentity<Vectors>) {
+            if (scaleFactor < 0) return inSingle(vectors, height, val, fold);
+        }
+        scoreRowsLow(vectors, len, height, scaleFactor, End{val, TotalAndVal{}, fold});
+    }
+
+private:
+    template <class Vectors, class Val, class Fold>
+    void inSingle(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+        if constexpr (Vectors::frameIsShared && std::is_same_v<Fold, Store<Vorn32s>>) {
+            scoreRows<ShortSums>(vectors, len, height, OddRowAddsValLast{val, PowerOfTwoSum(scaleFactor), fold});
+        } else {
+            IntegerScores{len, scaleFactor}(vectors, height, val, fold);
+        }
+    }
+};
 
 }  // namespace vorn
