@@ -331,6 +331,31 @@ const Workload workloads[] = {
     {"vornsLogGaussMixture_IdVar_32f_D2",
      scores<Shape{.gaussians = true, .identity = true, .separateVal = true, .oneResult = true}, Vorn32f, Vorn32f,
             Vorn32f, vornsLogGaussMixture_IdVar_32f_D2>},
+    {"vornsLogGaussMixture_IdVar_32f_D2L",
+     scores<Shape{.list = true, .gaussians = true, .identity = true, .separateVal = true, .oneResult = true}, Vorn32f,
+            Vorn32f, Vorn32f, vornsLogGaussMixture_IdVar_32f_D2L>},
+    {"vornsLogGaussMixture_IdVar_64f_D2",
+     scores<Shape{.gaussians = true, .identity = true, .separateVal = true, .oneResult = true}, Vorn64f, Vorn64f,
+            Vorn64f, vornsLogGaussMixture_IdVar_64f_D2>},
+    {"vornsLogGaussMixture_IdVar_64f_D2L",
+     scores<Shape{.list = true, .gaussians = true, .identity = true, .separateVal = true, .oneResult = true}, Vorn64f,
+            Vorn64f, Vorn64f, vornsLogGaussMixture_IdVar_64f_D2L>},
+    {"vornsLogGaussMixture_IdVarScaled_16s32f_D2",
+     scores<Shape{.gaussians = true, .identity = true, .scaled = true, .separateVal = true, .oneResult = true}, Vorn16s,
+            Vorn32f, Vorn32f, vornsLogGaussMixture_IdVarScaled_16s32f_D2>},
+    {"vornsLogGaussMixture_IdVarScaled_16s32f_D2L",
+     scores<
+         Shape{
+             .list = true, .gaussians = true, .identity = true, .scaled = true, .separateVal = true, .oneResult = true},
+         Vorn16s, Vorn32f, Vorn32f, vornsLogGaussMixture_IdVarScaled_16s32f_D2L>},
+    {"vornsLogGaussMixture_IdVarLowScaled_16s32f_D2",
+     scores<Shape{.gaussians = true, .identity = true, .scaled = true, .separateVal = true, .oneResult = true}, Vorn16s,
+            Vorn32f, Vorn32f, vornsLogGaussMixture_IdVarLowScaled_16s32f_D2>},
+    {"vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L",
+     scores<
+         Shape{
+             .list = true, .gaussians = true, .identity = true, .scaled = true, .separateVal = true, .oneResult = true},
+         Vorn16s, Vorn32f, Vorn32f, vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L>},
 };
 
 }  // namespace

@@ -1,27 +1,60 @@
 // The plain loops of the Gaussian scores, as anybody would write them. Included twice: see gaussian.h.
-template <class T>
-static void multiMixOf(const T* mean, const T* var, int step, const T* src, int len, T* srcDst, int height) {
+template <class T, class Sum>
+static Sum squaredDistance(const T* x, const T* m, const T* v, int len) {
+    Sum sum = 0;
+    for (int j = 0; j < len; ++j) {
+        const Sum d = static_cast<Sum>(x[j]) - static_cast<Sum>(m[j]);
+        sum += d * d * static_cast<Sum>(v[j]);
+    }
+    return sum;
+}
+template <class T, class Sum>
+static void gaussians(const T* mean, const T* var, int step, const T* src, int len, Sum* srcDst, int height) {
     for (int g = 0; g < height; ++g) {
-        const T* m = mean + static_cast<long>(g) * step;
-        const T* v = var + static_cast<long>(g) * step;
-        T sum = 0;
-        for (int j = 0; j < len; ++j) sum += (src[j] - m[j]) * (src[j] - m[j]) * v[j];
-        srcDst[g] -= T(0.5) * sum;
+        const long row = static_cast<long>(g) * step;
+        srcDst[g] -= Sum(0.5) * squaredDistance<T, Sum>(src, mean + row, var + row, len);
     }
 }
 
 void multiMix(const float* mean, const float* var, int step, const float* src, int len, float* srcDst, int height) {
-    multiMixOf(mean, var, step, src, len, srcDst, height);
+    gaussians(mean, var, step, src, len, srcDst, height);
+}
+void multiMix(const double* mean, const double* var, int step, const double* src, int len, double* srcDst, int height) {
+    gaussians(mean, var, step, src, len, srcDst, height);
+}
+void multiMix(const short* mean, const short* var, int step, const short* src, int len, float* srcDst, int height) {
+    gaussians(mean, var, step, src, len, srcDst, height);
+}
+
+// Low precision: saturated differences, squares in two halves, integer sums.
+void multiMixLow(const short* mean, const short* var, int step, const short* src, int len, int* srcDst, int height) {
+    for (int g = 0; g < height; ++g) {
+        const short* m = mean + static_cast<long>(g) * step;
+        const short* v = var + static_cast<long>(g) * step;
+        unsigned high = 0, low = 0;
+        for (int j = 0; j < len; ++j) {
+            int d = src[j] - m[j];
+            d = d < -32768 ? -32768 : d > 32767 ? 32767 : d;
+            const int square = d * d;
+            high -= static_cast<unsigned>((square >> 16) * v[j]);
+            low -= static_cast<unsigned>(((square & 0xFFFF) >> 1) * v[j]);
+        }
+        srcDst[g] += static_cast<int>((high << 15) + low);
+    }
+}
+
+void frames(const float* src, int step, const float* mean, const float* var, int len, float* result, int height,
+            float val) {
+    for (int i = 0; i < height; ++i) {
+        result[i] = val - 0.5f * squaredDistance<float, float>(src + static_cast<long>(i) * step, mean, var, len);
+    }
 }
 
 float mixture(const float* src, const float* mean, const float* var, int height, int step, int len, const float* val) {
     float total = 0;
     for (int g = 0; g < height; ++g) {
-        const float* m = mean + static_cast<long>(g) * step;
-        const float* v = var + static_cast<long>(g) * step;
-        float sum = 0;
-        for (int j = 0; j < len; ++j) sum += (src[j] - m[j]) * (src[j] - m[j]) * v[j];
-        const float score = val[g] - 0.5f * sum;
+        const long row = static_cast<long>(g) * step;
+        const float score = val[g] - 0.5f * squaredDistance<float, float>(src, mean + row, var + row, len);
         const float high = g == 0 || score > total ? score : total, low = high == score ? total : score;
         total = g == 0 ? score : high + std::log1p(std::exp(low - high));
     }

@@ -392,6 +392,13 @@ VornStatus vornsLogGaussMixture_Scaled_16s32f_D2L(const Vorn16s* src, const Vorn
 VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
 VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, const Vorn16s* const* var, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
 VornStatus vornsLogGaussMixture_IdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_IdVar_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_IdVar_64f_D2(const Vorn64f* src, const Vorn64f* mean, int height, int step, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_IdVar_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, int height, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
 /** @} */
 
 VORN_END_DECLS

@@ -11,10 +11,7 @@ constexpr Shape frames{}, framesId{.identity = true}, framesSf{.scaled = true},
     gaussiansSf{.gaussians = true, .scaled = true, .separateVal = true},
     gaussiansSfStrideLast{.gaussians = true, .scaled = true, .separateVal = true, .order = Order::NullSizeStride},
     mixture{.gaussians = true, .separateVal = true, .oneResult = true, .order = Order::NullStrideSize},
-    mixtureId{
-        .gaussians = true, .identity = true, .separateVal = true, .oneResult = true, .order = Order::NullStrideSize},
-    mixtureSf{.gaussians = true, .scaled = true, .separateVal = true, .oneResult = true},
-    mixtureIdSf{.gaussians = true, .identity = true, .scaled = true, .separateVal = true, .oneResult = true};
+    mixtureSf{.gaussians = true, .scaled = true, .separateVal = true, .oneResult = true};
 
 template <class T>
 T greater(T score, T old) {

@@ -126,7 +126,7 @@ struct LowOddSum {
             const RestPasses high = RestPasses::of(rest.high, left), low = RestPasses::of(rest.low, left);
             for (int k = 0; k < 3; ++k) total = total + shift(high.pass[k], low.pass[k]);
         }
-        return firstLane(sumLanes(total, total, total, total));
+        return sumLanes(total);
     }
 
 private:
