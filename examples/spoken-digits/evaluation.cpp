@@ -1,0 +1,80 @@
+// Counts of right and wrong, and their text.
+#include "evaluation.h"
+
+#include <cmath>
+
+namespace digits {
+
+long long Run::frames() const {
+    long long sum = 0;
+    for (const Outcome& outcome : outcomes) sum += outcome.frames;
+    return sum;
+}
+
+int Tally::spoken(int digit) const {
+    int sum = 0;
+    for (const int count : confusion[digit]) sum += count;
+    return sum;
+}
+
+Tally tally(const Run& run) {
+    Tally result;
+    for (const Outcome& outcome : run.outcomes) {
+        if (!outcome.spoken) continue;
+        ++result.known;
+        result.right += !outcome.wrong();
+        ++result.confusion[*outcome.spoken][outcome.decision.best];
+    }
+    return result;
+}
+
+std::array<double, 2> confidence(int right, int known) {
+    const double n = known, p = right / n, z = 1.959964, zz = z * z / n;
+    const double middle = p + zz / 2, half = z * std::sqrt(p * (1 - p) / n + zz / (4 * n));
+    return {100 * (middle - half) / (1 + zz), 100 * (middle + half) / (1 + zz)};
+}
+
+namespace {
+
+void printConfusion(std::FILE* to, const Tally& counts) {
+    std::fputs("confusion matrix (rows: spoken, columns: recognised)\n        ", to);
+    for (int w = 0; w < kWords; ++w) std::fprintf(to, "%6s", wordOf(w));
+    std::fputc('\n', to);
+    for (int row = 0; row < kWords; ++row) {
+        std::fprintf(to, "  %-6s", wordOf(row));
+        for (const int count : counts.confusion[row]) {
+            if (count > 0) {
+                std::fprintf(to, "%6d", count);
+            } else {
+                std::fputs("     .", to);
+            }
+        }
+        std::fputc('\n', to);
+    }
+}
+
+}  // namespace
+
+void print(std::FILE* to, const Run& run) {
+    const Tally counts = tally(run);
+    std::fprintf(to, "recordings: %zu recognised, %d unusable, %lld frames\n", run.outcomes.size(), run.unusable,
+                 run.frames());
+    if (counts.known > 0) {
+        std::fprintf(to, "accuracy:   %.2f %% (%d of %d)\n", counts.accuracy(), counts.right, counts.known);
+        printConfusion(to, counts);
+    }
+    for (const Outcome& outcome : run.outcomes) {
+        if (!outcome.wrong()) continue;
+        std::fprintf(to, "wrong: %s: spoken %s, recognised %s, ahead by %.3f a frame\n", outcome.path.c_str(),
+                     wordOf(*outcome.spoken), wordOf(outcome.decision.best), double(outcome.lead()));
+    }
+    const Seconds& seconds = run.seconds;
+    if (seconds.work() > 0.0) {
+        std::fprintf(to, "speed:      %.0f frames per second (front end %.0f ms, scoring %.0f ms)\n",
+                     double(run.frames()) / seconds.work(), 1e3 * seconds.frontEnd, 1e3 * seconds.scoring);
+        std::fprintf(to, "speed:      real-time factor %.5f (%.2f s of work for %.2f s of speech)\n",
+                     seconds.work() / seconds.audio, seconds.work(), seconds.audio);
+    }
+}
+
+}  // namespace digits

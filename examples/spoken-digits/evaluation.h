@@ -1,0 +1,60 @@
+// What came of a run over recordings: the decisions, the counts, and the text about them.
+#pragma once
+
+#include <array>
+#include <cstdio>
+#include <filesystem>
+#include <optional>
+#include <vector>
+
+#include "decode.h"
+
+namespace digits {
+
+struct Outcome {
+    std::filesystem::path path;
+    std::optional<int> spoken;  // the word that the file's name tells
+    int frames = 0;
+    Decision decision;
+
+    bool wrong() const { return spoken && *spoken != decision.best; }
+
+    // The word that the recognised one is measured against: the spoken one when it lost, or else the second best.
+    int rival() const { return wrong() ? *spoken : decision.secondBest(); }
+    Vorn32f lead() const { return decision.leadOver(rival()); }
+};
+
+struct Seconds {
+    double audio = 0.0;
+    double reading = 0.0;
+    double frontEnd = 0.0;
+    double scoring = 0.0;
+
+    double work() const { return frontEnd + scoring; }
+};
+
+struct Run {
+    std::vector<Outcome> outcomes;
+    int unusable = 0;  // recordings that were refused
+    Seconds seconds;
+
+    long long frames() const;
+};
+
+struct Tally {
+    std::array<std::array<int, kWords>, kWords> confusion{};  // row: spoken, column: recognised
+    int known = 0;                                            // outcomes whose word is known
+    int right = 0;
+
+    double accuracy() const { return known > 0 ? 100.0 * right / known : 0.0; }
+    int spoken(int digit) const;
+};
+
+Tally tally(const Run& run);
+
+// The interval that holds the true share of right recordings with 95 % confidence, in per cent (Wilson, 1927).
+std::array<double, 2> confidence(int right, int known);
+
+void print(std::FILE* to, const Run& run);
+
+}  // namespace digits

@@ -1,0 +1,65 @@
+// Directories and names of recordings.
+#include "recordings.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "input_error.h"
+
+namespace digits {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostSeconds = 60;
+
+bool isWav(const fs::path& path) {
+    std::string extension = path.extension().string();
+    std::transform(extension.begin(), extension.end(), extension.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return extension == ".wav";
+}
+
+}  // namespace
+
+std::vector<fs::path> recordingsIn(const fs::path& directory) {
+    std::error_code error;
+    if (!fs::exists(directory, error)) throw InputError(directory, "there is no such directory");
+    if (!fs::is_directory(directory, error)) throw InputError(directory, "is not a directory");
+    fs::directory_iterator entries(directory, error);
+    if (error) throw InputError(directory, "cannot be read (" + error.message() + ")");
+
+    std::vector<fs::path> paths;
+    for (const fs::directory_entry& entry : entries) {
+        if (isWav(entry.path())) paths.push_back(entry.path());
+    }
+    if (paths.empty()) throw InputError(directory, "holds no recordings (files named *.wav)");
+    std::sort(paths.begin(), paths.end());
+    return paths;
+}
+
+std::optional<int> spokenDigit(const fs::path& path) {
+    const std::string name = path.filename().string();
+    if (name.size() < 2 || name[0] < '0' || name[0] > '9' || name[1] != '_') return std::nullopt;
+    return name[0] - '0';
+}
+
+std::string speaker(const fs::path& path) {
+    const std::string name = path.stem().string();
+    const std::size_t begin = name.find('_'), end = name.rfind('_');
+    return spokenDigit(path) && end > begin ? name.substr(begin + 1, end - begin - 1) : std::string();
+}
+
+Analysis analyse(const FrontEnd& frontEnd, const fs::path& path, const std::vector<Vorn16s>& samples, int minFrames) {
+    const std::size_t needed = kFrameLength + (std::max(minFrames, kMinFrames) - 1) * std::size_t{kFrameStep};
+    if (samples.size() < needed) {
+        throw InputError(path, "is too short: " + std::to_string(samples.size()) + " samples, where a word needs " +
+                                   std::to_string(needed));
+    }
+    if (samples.size() > kMostSeconds * std::size_t{kSampleRate}) {
+        throw InputError(path, "is longer than " + std::to_string(kMostSeconds) + " seconds, which no digit is");
+    }
+    return frontEnd.analyse(samples);
+}
+
+}  // namespace digits

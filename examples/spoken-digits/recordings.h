@@ -1,0 +1,24 @@
+// Finds recordings, and takes them from file to features.
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "front_end.h"
+
+namespace digits {
+
+// The recordings of a directory in the order of their names. Throws InputError when there are none.
+std::vector<std::filesystem::path> recordingsIn(const std::filesystem::path& directory);
+
+// The digit and the speaker that the name {digit}_{speaker}_{index}.wav tells, if it is of this form.
+std::optional<int> spokenDigit(const std::filesystem::path& path);
+std::string speaker(const std::filesystem::path& path);
+
+// Throws InputError when the samples are too few for minFrames frames, or too many for a word.
+Analysis analyse(const FrontEnd& frontEnd, const std::filesystem::path& path, const std::vector<Vorn16s>& samples,
+                 int minFrames);
+
+}  // namespace digits
