@@ -1,0 +1,475 @@
+"""Runs spoken-digits on the shipped recordings and on broken ones, with the build of the library that the loader finds."""
+
+import argparse
+import base64
+import os
+import pathlib
+import pty
+import random
+import re
+import select
+import shutil
+import struct
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree
+import zlib
+
+WORDS = "zero one two three four five six seven eight nine".split()
+SKIPPED = 77
+NEEDED_FLAGS = {
+    "m7": {"pni"},
+    "x86-64-v3": {"avx2", "bmi1", "bmi2", "fma", "f16c"},
+    "x86-64-v4": {"avx512f", "avx512bw", "avx512cd", "avx512dq", "avx512vl"},
+}
+
+parser = argparse.ArgumentParser()
+parser.add_argument("--program", required=True)
+parser.add_argument("--data", required=True, type=pathlib.Path)
+parser.add_argument("--libraries", required=True, type=pathlib.Path)
+arguments = parser.parse_args()
+processor = os.environ.get("VORNSR_PROCESSOR", "m7")
+
+
+def environment(build):
+    return {**os.environ, "LC_ALL": "C", "LD_LIBRARY_PATH": str(arguments.libraries / build)}
+
+
+def run(*words, build=processor, **more):
+    """Exit status, output and error output of the program."""
+    done = subprocess.run([arguments.program, *map(str, words)], env=environment(build), capture_output=True,
+                          encoding="utf-8", stdin=subprocess.DEVNULL, timeout=900, **more)
+    return done.returncode, done.stdout, done.stderr
+
+
+def without_times(text):
+    return "".join(line for line in text.splitlines(True) if not line.startswith("speed:"))
+
+
+def confusion(text):
+    """The matrix as it is printed: ten rows of ten counts."""
+    lines = text.splitlines()
+    start = next(i for i, line in enumerate(lines) if line.startswith("confusion matrix"))
+    assert lines[start + 1].split() == WORDS
+    matrix = []
+    for word, line in zip(WORDS, lines[start + 2:start + 12]):
+        name, *counts = line.split()
+        assert name == word
+        matrix.append([0 if count == "." else int(count) for count in counts])
+    return matrix
+
+
+def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
+    """The bytes of a WAV file with a tone-like pattern."""
+    width = bits // 8
+    if bits == 16:
+        data = b"".join(struct.pack("<h", (i * 37 % 400 - 200) * 40) for i in range(samples * channels))
+    else:
+        data = bytes(i * 37 % 256 for i in range(samples * channels * width))
+    head = struct.pack("<HHIIHH", format_tag, channels, rate, rate * channels * width, channels * width, bits)
+    return (b"RIFF" + struct.pack("<I", 36 + len(data)) + b"WAVEfmt " + struct.pack("<I", 16) + head + b"data" +
+            struct.pack("<I", len(data)) + data)
+
+
+class Folder(unittest.TestCase):
+    """A test with a folder of its own, and the model and results that all tests share."""
+
+    @classmethod
+    def setUpClass(cls):
+        cls.shared = pathlib.Path(shared_folder.name)
+
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = pathlib.Path(holder.name)
+
+    def recording(self, name="7_theo_0.wav"):
+        return arguments.data / "test" / name
+
+
+class WholeRun(Folder):
+    def test_the_build_under_test_is_the_one_that_is_loaded(self):
+        trace = {**environment(processor), "LD_TRACE_LOADED_OBJECTS": "1"}
+        listing = subprocess.run([arguments.program], env=trace, capture_output=True, encoding="utf-8").stdout
+        self.assertIn(str(arguments.libraries / processor / "libvornsrm7.so.5.1"), listing)
+
+    def test_at_least_95_percent_of_300_recordings_are_right(self):
+        matrix = confusion(results[processor])
+        files = [path.name for path in (arguments.data / "test").glob("*.wav")]
+        self.assertEqual(len(files), 300)
+        for digit in range(10):
+            self.assertEqual(sum(matrix[digit]), sum(name.startswith(f"{digit}_") for name in files))
+        right = sum(matrix[digit][digit] for digit in range(10))
+        self.assertGreaterEqual(right, 285)
+        self.assertIn(f"accuracy:   {right / 3:.2f} % ({right} of 300)", results[processor])
+        self.assertIn("recordings: 300 recognised, 0 unusable", results[processor])
+        self.assertEqual(results[processor].count("\nwrong: "), 300 - right)
+
+    def test_speed_is_told(self):
+        self.assertRegex(results[processor], r"speed: +\d+ frames per second")
+        self.assertRegex(results[processor], r"speed: +real-time factor \d+\.\d+")
+
+    @unittest.skipIf(processor == "m7", "the baseline is what the other builds are compared with")
+    def test_model_and_results_are_those_of_the_baseline(self):
+        self.assertEqual((self.shared / f"{processor}.model").read_bytes(), (self.shared / "m7.model").read_bytes())
+        self.assertEqual(without_times(results[processor]).replace(processor, "m7"), without_times(results["m7"]))
+
+    def test_a_second_training_gives_the_same_model(self):
+        model = self.folder / "again.model"
+        self.assertEqual(run("train", arguments.data / "train", "--model", model)[0], 0)
+        self.assertEqual(model.read_bytes(), (self.shared / f"{processor}.model").read_bytes())
+
+    def test_recordings_named_by_themselves_get_a_line_each(self):
+        paths = [self.recording("3_lucas_2.wav"), self.recording("9_theo_4.wav")]
+        alone = self.folder / "noname.wav"
+        shutil.copy(self.recording("6_jackson_1.wav"), alone)
+        status, out, _ = run("recognise", *paths, alone, "--model", self.shared / f"{processor}.model")
+        self.assertEqual(status, 0)
+        for path, word in zip([*paths, alone], ["three", "nine", "six"]):
+            self.assertIn(f"{path}: {word}, ahead of ", out)
+        self.assertIn("(2 of 2)", out)  # the third has no name to compare with
+
+    def test_demo_does_it_all(self):
+        data = self.folder / "data"
+        shutil.copytree(arguments.data / "train", data / "train")
+        (data / "test").mkdir()
+        shutil.copy(self.recording(), data / "test")
+        status, out, _ = run("demo", data, "--output", self.folder / "out")
+        self.assertEqual(status, 0)
+        self.assertIn("(1 of 1)", out)
+        self.assertEqual((self.folder / "out/digits.model").read_bytes(),
+                         (self.shared / f"{processor}.model").read_bytes())
+        self.assertTrue((self.folder / "out/report.html").exists())
+
+
+class Report(Folder):
+    def setUp(self):
+        super().setUp()
+        self.page = (self.shared / f"{processor}.html").read_text(encoding="utf-8")
+
+    def test_the_page_stands_alone(self):
+        for match in re.findall(r"(?:src|href)='([^']{0,12})", self.page):
+            self.assertTrue(match.startswith("data:"), match)
+        self.assertNotRegex(self.page, r"<script|https?://|@import|url\(")
+
+    def test_every_picture_is_well_formed(self):
+        drawings = re.findall(r"<svg.*?</svg>", self.page, re.S)
+        self.assertEqual(len(drawings), 1 + 2 * 3)  # the matrix, and three for each of two recordings
+        for drawing in drawings:
+            xml.etree.ElementTree.fromstring(drawing)
+        pictures = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", self.page)
+        self.assertEqual(len(pictures), 2 * 5 * 2)  # five matrices and their colour bars
+        for picture in pictures:
+            self.check_png(base64.b64decode(picture, validate=True))
+
+    def check_png(self, data):
+        self.assertEqual(data[:8], b"\x89PNG\r\n\x1a\n")
+        at, chunks = 8, {}
+        while at < len(data):
+            length, = struct.unpack(">I", data[at:at + 4])
+            kind, body = data[at + 4:at + 8], data[at + 8:at + 8 + length]
+            self.assertEqual(struct.unpack(">I", data[at + 8 + length:at + 12 + length])[0], zlib.crc32(kind + body))
+            chunks[kind] = body
+            at += 12 + length
+        width, height = struct.unpack(">II", chunks[b"IHDR"][:8])
+        self.assertEqual(len(zlib.decompress(chunks[b"IDAT"])), height * (1 + 3 * width))
+        self.assertIn(b"IEND", chunks)
+
+    def test_the_page_tells_what_was_found(self):
+        right = sum(confusion(results[processor])[digit][digit] for digit in range(10))
+        self.assertIn(f"{right} of 300 recordings right", self.page)
+        for title in ("Wave", "Spectrogram", "Filter bank", "Cepstra", "Deltas", "Accelerations", "Score of each frame",
+                      "Confusion matrix", "All ten words"):
+            self.assertIn(title, self.page)
+
+    def test_the_recording_of_the_pictures_can_be_chosen(self):
+        page = self.folder / "report.html"
+        words = ["recognise", self.recording(), self.recording("1_theo_0.wav"), "--model",
+                 self.shared / f"{processor}.model", "--report", page, "--show"]
+        self.assertEqual(run(*words, "1_theo_0.wav")[0], 0)
+        self.assertIn("The chosen recording</h2><p class='lead'><code>1_theo_0.wav<", page.read_text(encoding="utf-8"))
+        status, _, err = run(*words, "2_theo_0.wav")
+        self.assertEqual(status, 1)
+        self.assertIn("2_theo_0.wav: is not among the recognised recordings", err)
+
+    def test_a_page_that_cannot_be_written(self):
+        page = self.folder / "no/such/report.html"
+        status, out, err = run("recognise", self.recording(), "--model", self.shared / f"{processor}.model", "--report",
+                               page)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{page}: cannot be written", err)
+        self.assertIn("accuracy:", out)
+
+
+class Progress(Folder):
+    def test_a_log_gets_whole_lines(self):
+        _, out, err = run("recognise", arguments.data / "test", "--model", self.shared / f"{processor}.model")
+        self.assertNotIn("\r", err)
+        self.assertIn("recognising 100 %\n", err)
+        self.assertLess(len(err.splitlines()), 10)
+        self.assertNotIn("recognising", out)
+
+    def test_a_terminal_gets_one_line_that_changes(self):
+        parent, child = pty.openpty()
+        process = subprocess.Popen([arguments.program, "recognise", self.recording(), "--model",
+                                    self.shared / f"{processor}.model"], env=environment(processor), stderr=child,
+                                   stdout=subprocess.DEVNULL, stdin=subprocess.DEVNULL)
+        shown = ""
+        while not shown.endswith("\n") and select.select([parent], [], [], 60)[0]:
+            shown += os.read(parent, 4096).decode()  # a terminal hands over what it has, not all that was written
+        os.close(child)
+        os.close(parent)
+        self.assertEqual(process.wait(timeout=300), 0)
+        self.assertEqual(shown, "\rrecognising   0 %\rrecognising 100 %\r\n")
+
+
+class BrokenRecordings(Folder):
+    CASES = {
+        "empty.wav": (b"", "is empty"),
+        "text.wav": (b"This is no recording at all, only a text with a wrong name.\n" * 20, "is not a readable WAV file"),
+        "stereo.wav": (wav(channels=2), "has 2 channels"),
+        "eight_bits.wav": (wav(bits=8), "does not hold 16-bit samples"),
+        "float.wav": (wav(bits=32, format_tag=3), "does not hold 16-bit samples"),
+        "wide_band.wav": (wav(rate=16000), "has 16000 samples a second; 8000 are needed"),
+        "header_only.wav": (wav(samples=0), "holds no samples"),
+        "half_a_header.wav": (wav()[:30], "is not a readable WAV file"),
+        "cut_short.wav": (wav()[:-1001], "is cut short: 1001 bytes of its samples are missing"),
+        "cut_behind_the_header.wav": (wav()[:44], "is cut short: 8000 bytes of its samples are missing"),
+        "long.wav": (wav(samples=60 * 8000 + 1), "is longer than 60 seconds"),
+        "brief.wav": (wav(samples=759), "is too short: 759 samples, where a word needs 760"),
+    }
+
+    def test_each_is_named_and_the_others_are_still_done(self):
+        good = self.recording()
+        paths = []
+        for name, (content, _) in self.CASES.items():
+            paths.append(self.folder / name)
+            paths[-1].write_bytes(content)
+        paths.insert(3, self.folder / "missing.wav")
+        status, out, err = run("recognise", *paths, good, "--model", self.shared / f"{processor}.model")
+        self.assertEqual(status, 1)
+        for name, (_, message) in self.CASES.items():
+            self.assertIn(f"spoken-digits: {self.folder / name}: {message}", err)
+        self.assertIn(f"{self.folder / 'missing.wav'}: there is no such file", err)
+        self.assertIn(f"{good}: seven, ahead of ", out)
+        self.assertIn(f"recordings: 1 recognised, {len(self.CASES) + 1} unusable", out)
+
+    def test_each_alone_fails(self):
+        for name, (content, message) in self.CASES.items():
+            with self.subTest(name):
+                path = self.folder / name
+                path.write_bytes(content)
+                status, out, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report",
+                                       self.folder / "report.html")
+                self.assertEqual(status, 1)
+                self.assertIn(f"{path}: {message}", err)
+                self.assertIn("recordings: 0 recognised, 1 unusable, 0 frames", out)
+                self.assertFalse((self.folder / "report.html").exists())
+
+    def test_damaged_headers_never_end_the_run(self):
+        plain = self.recording().read_bytes()
+        chance = random.Random(7)
+        for number in range(300):
+            content = bytearray(plain)
+            for _ in range(chance.randrange(1, 4)):
+                content[chance.randrange(44)] = chance.choice((0, 1, 255, chance.randrange(256)))
+            if number % 3 == 0:
+                del content[chance.randrange(len(content)):]
+            (self.folder / f"7_theo_{number}.wav").write_bytes(content)
+        status, out, err = run("recognise", self.folder, "--model", self.shared / f"{processor}.model")
+        self.assertEqual(status, 1)
+        recognised, unusable = map(int, re.search(r"recordings: (\d+) recognised, (\d+) unusable", out).groups())
+        self.assertEqual(recognised + unusable, 300)
+        self.assertEqual(err.count(f"spoken-digits: {self.folder}/7_theo_"), unusable)
+
+    def test_the_shortest_word_is_taken(self):
+        path = self.folder / "brief.wav"
+        path.write_bytes(wav(samples=760))
+        status, out, _ = run("recognise", path, "--model", self.shared / f"{processor}.model")
+        self.assertEqual(status, 0)
+        self.assertIn("recordings: 1 recognised, 0 unusable, 8 frames", out)
+
+    def test_silence_and_full_scale_are_taken(self):
+        for name, sample in (("silence.wav", 0), ("top.wav", 32767), ("bottom.wav", -32768)):
+            path = self.folder / name
+            path.write_bytes(wav()[:44] + struct.pack("<h", sample) * 4000)
+            status, out, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report",
+                                   self.folder / "report.html")
+            self.assertEqual((status, "nan" in out), (0, False), name + out + err)
+
+    def test_extra_chunks_are_no_harm(self):
+        plain = self.recording().read_bytes()
+        path = self.folder / "7_theo_0.wav"
+        path.write_bytes(plain[:36] + b"junk" + struct.pack("<I", 5) + b"12345\0" + plain[36:] + b"LIST" +
+                         struct.pack("<I", 4) + b"INFO")
+        model = self.shared / f"{processor}.model"
+        first = run("recognise", self.recording(), "--model", model)
+        second = run("recognise", path, "--model", model)
+        self.assertEqual(second[0], 0)
+        self.assertEqual(without_times(first[1]).replace(str(self.recording()), ""),
+                         without_times(second[1]).replace(str(path), ""))
+
+    def test_big_endian_recordings_are_taken(self):
+        plain = self.recording().read_bytes()
+        numbers = struct.unpack("<IIHHIIHHI", plain[4:8] + plain[16:36] + plain[40:44])
+        swapped = struct.pack(">IIHHIIHHI", *numbers)
+        samples = bytearray(plain[44:])
+        samples[0::2], samples[1::2] = plain[45::2], plain[44::2]
+        path = self.folder / "7_theo_0.wav"
+        whole = (b"RIFX" + swapped[:4] + b"WAVEfmt " + swapped[4:24] + b"data" + swapped[24:] + samples)
+        model = self.shared / f"{processor}.model"
+        path.write_bytes(whole)
+        self.assertEqual(without_times(run("recognise", path, "--model", model)[1]).replace(str(path), ""),
+                         without_times(run("recognise", self.recording(), "--model", model)[1])
+                         .replace(str(self.recording()), ""))
+        path.write_bytes(whole[:-2])
+        status, _, err = run("recognise", path, "--model", model)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{path}: is cut short: 2 bytes", err)
+
+    @unittest.skipIf(os.geteuid() == 0, "the superuser may read everything")
+    def test_a_file_without_permission(self):
+        path = self.folder / "secret.wav"
+        path.write_bytes(wav())
+        path.chmod(0)
+        status, _, err = run("recognise", path, "--model", self.shared / f"{processor}.model")
+        self.assertEqual(status, 1)
+        self.assertIn(f"{path}: cannot be opened for reading", err)
+
+    def test_directories_without_recordings(self):
+        nothing = self.folder / "nothing"
+        nothing.mkdir()
+        (nothing / "readme.txt").write_text("no recording")
+        missing = self.folder / "missing"
+        model = self.shared / f"{processor}.model"
+        for command in (["recognise", nothing, "--model", model], ["train", nothing, "--model", self.folder / "m"]):
+            status, _, err = run(*command)
+            self.assertEqual(status, 1)
+            self.assertIn(f"{nothing}: holds no recordings", err)
+        status, _, err = run("train", missing, "--model", self.folder / "m")
+        self.assertEqual(status, 1)
+        self.assertIn(f"{missing}: there is no such directory", err)
+        status, out, err = run("recognise", nothing, self.recording(), "--model", model)
+        self.assertEqual(status, 1)
+        self.assertIn(": seven, ahead of ", out)
+
+    def test_training_goes_on_without_them(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for path in (arguments.data / "train").glob("*_1[01].wav"):
+            shutil.copy(path, folder)
+        (folder / "3_anna_0.wav").write_bytes(wav(channels=2))
+        shutil.copy(self.recording(), folder / "seven.wav")
+        model = self.folder / "digits.model"
+        status, out, err = run("train", folder, "--model", model)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder / '3_anna_0.wav'}: has 2 channels", err)
+        self.assertIn(f"{folder / 'seven.wav'}: has a name that does not begin with a digit", err)
+        self.assertIn("recordings: 120 used, 2 unusable", out)
+        self.assertEqual(run("recognise", self.recording(), "--model", model)[0], 0)
+
+    def test_training_needs_every_word(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for path in (arguments.data / "train").glob("[0-8]_theo_*.wav"):
+            shutil.copy(path, folder)
+        shutil.copy(arguments.data / "train/9_theo_5.wav", folder)
+        status, _, err = run("train", folder, "--model", self.folder / "m")
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder}: has too few usable recordings of the word nine", err)
+        self.assertFalse((self.folder / "m").exists())
+
+
+class BrokenModels(Folder):
+    def refused(self, path, message):
+        status, out, err = run("recognise", self.recording(), "--model", path)
+        self.assertEqual((status, out), (1, ""))
+        self.assertIn(f"spoken-digits: {path}: {message}", err)
+
+    def test_each_is_refused(self):
+        whole = (self.shared / f"{processor}.model").read_bytes()
+        flipped = bytearray(whole)
+        flipped[len(whole) // 2] ^= 1
+        version = bytearray(whole)
+        version[16] = 9
+        shape = bytearray(whole)
+        shape[24] = 38
+        huge = bytearray(whole)
+        huge[32:40] = b"\xff" * 8
+        sizes = f"has {len(whole) - 1} bytes where its header asks for {len(whole)}"
+        for name, content, message in (
+                ("empty", b"", "is not a model file of spoken-digits"),
+                ("text", b"digits\n" * 100, "is not a model file of spoken-digits"),
+                ("recording", self.recording().read_bytes(), "is not a model file of spoken-digits"),
+                ("version", version, "is a model file of version 9; version 1 is needed"),
+                ("shape", shape, "holds a model of another shape"),
+                ("huge", huge, "holds a model of another shape"),
+                ("short", whole[:-1], sizes),
+                ("long", whole + b"0", f"has {len(whole) + 1} bytes where its header asks for {len(whole)}"),
+                ("flipped", flipped, "is damaged: its checksum does not agree")):
+            with self.subTest(name):
+                path = self.folder / name
+                path.write_bytes(content)
+                self.refused(path, message)
+
+    def test_missing_and_directory(self):
+        self.refused(self.folder / "none", "there is no such model file")
+        self.refused(self.folder, "is a directory")
+
+    def test_a_model_that_cannot_be_written(self):
+        path = self.folder / "no/such/digits.model"
+        status, _, err = run("train", arguments.data / "train", "--model", path)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{path}: cannot be written", err)
+
+
+class CommandLine(Folder):
+    def test_help(self):
+        for word in ("--help", "-h", "help"):
+            status, out, err = run(word)
+            self.assertEqual((status, err), (0, ""))
+            for command in ("train DIR", "recognise DIR-OR-WAV", "demo DATA"):
+                self.assertIn(command, out)
+
+    def test_wrong_use(self):
+        for words, message in (
+                ([], "a command is needed"), (["sing"], "there is no command sing"),
+                (["train", "--model", "m"], "train needs one directory"), (["train", "a", "b", "--model", "m"], "train needs one"),
+                (["train", "a"], "train needs --model"), (["train", "a", "--model"], "--model needs a value"),
+                (["recognise", "--model", "m"], "recognise needs recordings"), (["recognise", "a"], "recognise needs --model"),
+                (["recognise", "a", "--model", "m", "--show", "x"], "--show chooses a picture of --report"),
+                (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
+            with self.subTest(words):
+                status, out, err = run(*words)
+                self.assertEqual((status, out), (2, ""))
+                self.assertIn(f"spoken-digits: {message}", err)
+
+
+def unable():
+    """Why the tests cannot be run here, if they cannot."""
+    if not arguments.program:
+        return "libsndfile was not found, so spoken-digits was not built"
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        flags = set(next(line for line in file if line.startswith("flags")).split())
+    lacking = NEEDED_FLAGS[processor] - flags
+    return f"this processor lacks {' '.join(sorted(lacking))}" if lacking else None
+
+
+results = {}
+reason = unable()
+if reason:
+    print("skipped:", reason)
+    sys.exit(SKIPPED)
+with tempfile.TemporaryDirectory() as name:
+    shared_folder = argparse.Namespace(name=name)
+    for build in dict.fromkeys([processor, "m7"]):
+        model, page = (pathlib.Path(name) / f"{build}.{kind}" for kind in ("model", "html"))
+        status, out, err = run("train", arguments.data / "train", "--model", model, build=build)
+        assert status == 0, (out, err)
+        assert "recordings: 600 used, 0 unusable" in out, out
+        status, results[build], err = run("recognise", arguments.data / "test", "--model", model, "--report", page,
+                                          build=build)
+        assert status == 0, (results[build], err)
+    unittest.main(argv=[sys.argv[0]], verbosity=1)
