@@ -55,6 +55,16 @@ TEST(FftContext, SizesInNumbers) {
     expectSizes(test::real32f, 10, 4112 + 528 + 2 * 2048 + 144, 1040 + 16, 4096 + 16);
     // Half length 2^17: sub-blocks of 2^14, one level of merge tables, the work area of a sub-block.
     expectSizes(test::real32f, 18, 131088 + 1048576 + 131088 + 2 * 524288 + 144, 262160 + 16, 131072 + 16);
+    expectSizes(test::complex32fc, 4, 144 + 32 + 144, 32 + 16, 128 + 16);
+    expectSizes(test::complex32f, 16, 524304 + 65552 + 144, 65552 + 16, 524288 + 16);
+    expectSizes(test::complex64fc, 3, 152, 0, 0);
+    expectSizes(test::complex64fc, 4, 272 + 32 + 160, 48 + 16, 256 + 16);
+    // 2^15 doubles: sub-blocks of 2^12, one level of merge tables, the work area of a sub-block.
+    expectSizes(test::complex64f, 15, 65552 + 524288 + 32784 + 160, 65552 + 16, 65536 + 16);
+    expectSizes(test::real64f, 10, 8208 + 528 + 32 * 256 + 160, 2064 + 16, 8192 + 16);
+    expectSizes(test::complex32sc, 0, 152 + 48, 0, 16 + 16);
+    expectSizes(test::complex32s, 4, 464 + 48, 64 + 16, 272 + 256 + 16);
+    expectSizes(test::real32s, 0, 152 + 48, 0, 24 + 16);
     expectSizes(test::real16s32s, 0, 144 + 48, 0, 12 + 16);
     expectSizes(test::real16s32s, 10, 8880 + 48, 1056 + 16, 4112 + 4104 + 16);
 }

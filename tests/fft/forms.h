@@ -38,16 +38,23 @@ using FixedForm = ContextForm<VornsFFTFixedSpec>;
     }
 
 inline const FloatForm floatForms[] = {
-    VORN_FORM(R_32f, 6, R_32, false, true),
+    VORN_FORM(C_32fc, 4, C_32, false, false), VORN_FORM(C_32f, 5, C_32, false, false),
+    VORN_FORM(R_32f, 6, R_32, false, true),   VORN_FORM(C_64fc, 7, C_64, true, false),
+    VORN_FORM(C_64f, 8, C_64, true, false),   VORN_FORM(R_64f, 9, R_64, true, true),
 };
 inline const FixedForm fixedForms[] = {
+    VORN_FORM(C_32sc, 0x4C4D5364, C_32sc, true, false),
+    VORN_FORM(C_32s, 0x4C4D5365, C_32sc, true, false),
+    VORN_FORM(R_32s, 0x4C4D5366, R_32s, true, true),
     VORN_FORM(R_16s32s, 0x4C4D5367, R_16s32s, false, true),
 };
 
 #undef VORN_FORM
 
-inline const FloatForm& real32f = floatForms[0];
-inline const FixedForm& real16s32s = fixedForms[0];
+inline constexpr const FloatForm &complex32fc = floatForms[0], &complex32f = floatForms[1], &real32f = floatForms[2];
+inline constexpr const FloatForm &complex64fc = floatForms[3], &complex64f = floatForms[4], &real64f = floatForms[5];
+inline constexpr const FixedForm &complex32sc = fixedForms[0], &complex32s = fixedForms[1];
+inline constexpr const FixedForm &real32s = fixedForms[2], &real16s32s = fixedForms[3];
 
 // A context that leaves with its scope.
 template <class Spec>

@@ -18,13 +18,36 @@ namespace {
 template <class T>
 struct Real;
 
+enum Layout { Perm, Pack, Ccs };
+
 template <>
 struct Real<Vorn32f> {
     static constexpr const test::FloatForm& form = test::real32f;
-    static constexpr auto* toCcs = vornsFFTFwd_RToCCS_32f;
-    static constexpr auto* toCcsInPlace = vornsFFTFwd_RToCCS_32f_I;
+    static constexpr decltype(vornsFFTFwd_RToCCS_32f)* forward[] = {vornsFFTFwd_RToPerm_32f, vornsFFTFwd_RToPack_32f,
+                                                                    vornsFFTFwd_RToCCS_32f};
+    static constexpr decltype(vornsFFTFwd_RToCCS_32f_I)* forwardInPlace[] = {
+        vornsFFTFwd_RToPerm_32f_I, vornsFFTFwd_RToPack_32f_I, vornsFFTFwd_RToCCS_32f_I};
+    static constexpr decltype(vornsFFTInv_CCSToR_32f)* inverse[] = {vornsFFTInv_PermToR_32f, vornsFFTInv_PackToR_32f,
+                                                                    vornsFFTInv_CCSToR_32f};
+    static constexpr decltype(vornsFFTInv_CCSToR_32f_I)* inverseInPlace[] = {
+        vornsFFTInv_PermToR_32f_I, vornsFFTInv_PackToR_32f_I, vornsFFTInv_CCSToR_32f_I};
     static constexpr double unit = 0x1p-24;
     static constexpr int longOrder = 18;
+};
+
+template <>
+struct Real<Vorn64f> {
+    static constexpr const test::FloatForm& form = test::real64f;
+    static constexpr decltype(vornsFFTFwd_RToCCS_64f)* forward[] = {vornsFFTFwd_RToPerm_64f, vornsFFTFwd_RToPack_64f,
+                                                                    vornsFFTFwd_RToCCS_64f};
+    static constexpr decltype(vornsFFTFwd_RToCCS_64f_I)* forwardInPlace[] = {
+        vornsFFTFwd_RToPerm_64f_I, vornsFFTFwd_RToPack_64f_I, vornsFFTFwd_RToCCS_64f_I};
+    static constexpr decltype(vornsFFTInv_CCSToR_64f)* inverse[] = {vornsFFTInv_PermToR_64f, vornsFFTInv_PackToR_64f,
+                                                                    vornsFFTInv_CCSToR_64f};
+    static constexpr decltype(vornsFFTInv_CCSToR_64f_I)* inverseInPlace[] = {
+        vornsFFTInv_PermToR_64f_I, vornsFFTInv_PackToR_64f_I, vornsFFTInv_CCSToR_64f_I};
+    static constexpr double unit = 0x1p-53;
+    static constexpr int longOrder = 16;
 };
 
 template <class T>
@@ -40,7 +63,7 @@ protected:
     static std::vector<T> ccs(const std::vector<T>& x, int order, int flag = 8) {
         const test::Context<VornsFFTSpec> context(R::form, order, flag);
         std::vector<T> dst(ccsLength(order));
-        EXPECT_EQ(R::toCcs(x.data(), dst.data(), context, nullptr), vornStsNoErr);
+        EXPECT_EQ(R::forward[Ccs](x.data(), dst.data(), context, nullptr), vornStsNoErr);
         return dst;
     }
     static std::vector<std::complex<T>> pairs(const std::vector<T>& spectrum) {
@@ -56,7 +79,7 @@ protected:
     }
 };
 
-using Precisions = ::testing::Types<Vorn32f>;
+using Precisions = ::testing::Types<Vorn32f, Vorn64f>;
 TYPED_TEST_SUITE(RealFft, Precisions);
 
 template <class T>
@@ -98,6 +121,39 @@ std::vector<T> ccsOfPerm(std::vector<T> perm) {
     return perm;
 }
 
+template <class T>
+std::vector<T> inLayout(Layout layout, std::vector<T> perm) {
+    if (layout == Ccs) return ccsOfPerm(perm);
+    if (layout == Pack && perm.size() > 2) std::rotate(perm.begin() + 1, perm.begin() + 2, perm.end());
+    return perm;
+}
+
+// Back from Perm in the orders below 4.
+template <class T>
+std::vector<T> shortReal(const std::vector<T>& a, bool normalised, T factor) {
+    const auto f = [&](T sum) { return normalised ? sum * factor : sum; };
+    if (a.size() == 1) return {f(a[0])};
+    const T sum = f(a[0] + a[1]), dif = f(a[0] - a[1]);
+    if (a.size() == 2) return {sum, dif};
+    if (a.size() == 4) {
+        const T re = f(2 * a[2]), im = f(2 * a[3]);
+        return {sum + re, dif - im, sum - re, dif + im};
+    }
+    const T twoRoots = 2 * static_cast<T>(0.7071067811865476);
+    const T re2 = f(2 * a[4]), im2 = f(2 * a[5]), reSum = f(a[2] + a[6]), reDif = f(a[2] - a[6]);
+    const T imSum = f(a[3] + a[7]), imDif = f(a[7] - a[3]);
+    const T p = (reDif - imSum) * twoRoots, q = (reDif + imSum) * twoRoots;
+    return {(sum + re2) + 2 * reSum, (dif - im2) + p, (sum - re2) + 2 * imDif, (dif + im2) - q,
+            (sum + re2) - 2 * reSum, (dif - im2) - p, (sum - re2) - 2 * imDif, (dif + im2) + q};
+}
+
+template <class T>
+std::vector<T> realOf(const std::vector<T>& perm, int order, int flag) {
+    const bool normalised = flag == 2 || flag == 4;
+    const T factor = factorOf<T>(order, flag);
+    return order < 4 ? shortReal(perm, normalised, factor) : model::permToReal(perm, order, normalised, factor);
+}
+
 TYPED_TEST(RealFft, ForwardIsTheStagedTransform) {
     using T = TypeParam;
     using R = Real<T>;
@@ -105,24 +161,51 @@ TYPED_TEST(RealFft, ForwardIsTheStagedTransform) {
     for (int order = 0; order <= 13; ++order) {
         for (int flag : {1, 2, 4, 8}) {
             const std::vector<T> x = this->noise(random, order);
-            const auto expected = ccsOfPerm(permOf(x, order, flag));
+            const auto perm = permOf(x, order, flag);
             const test::Context<VornsFFTSpec> context(R::form, order, flag);
-            test::Guarded<T> src(x), dst(expected.size());
-            test::Guarded<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()));
-            ASSERT_EQ(R::toCcs(src, dst, context, buffer), vornStsNoErr);
-            ASSERT_TRUE(test::sameBits(dst.values(), expected)) << "order " << order << " flag " << flag;
-            ASSERT_TRUE(test::sameBits(src.values(), x));
-            ASSERT_TRUE(dst.surroundingsUntouched() && buffer.surroundingsUntouched());
-
-            test::Guarded<T> both(expected.size());
-            std::copy(x.begin(), x.end(), both.data());
-            ASSERT_EQ(R::toCcsInPlace(both, context, nullptr), vornStsNoErr);
-            ASSERT_TRUE(test::sameBits(both.values(), expected)) << "in place, order " << order << " flag " << flag;
+            for (Layout layout : {Perm, Pack, Ccs}) {
+                const auto expected = inLayout(layout, perm);
+                test::Guarded<T> src(x), dst(expected.size()), both(expected.size());
+                test::Guarded<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()));
+                ASSERT_EQ(R::forward[layout](src, dst, context, buffer), vornStsNoErr);
+                ASSERT_TRUE(test::sameBits(dst.values(), expected)) << order << " " << flag << " " << layout;
+                ASSERT_TRUE(test::sameBits(src.values(), x));
+                ASSERT_TRUE(dst.surroundingsUntouched() && buffer.surroundingsUntouched());
+                std::copy(x.begin(), x.end(), both.data());
+                ASSERT_EQ(R::forwardInPlace[layout](both, context, nullptr), vornStsNoErr);
+                ASSERT_TRUE(test::sameBits(both.values(), expected)) << "in place " << order << " " << flag;
+            }
         }
     }
 }
 
-TYPED_TEST(RealFft, LongForwardIsTheStagedTransform) {
+// The imaginary parts of the first and the last bin of CCS count as 0, whatever stands there.
+TYPED_TEST(RealFft, InverseIsTheStagedTransform) {
+    using T = TypeParam;
+    using R = Real<T>;
+    test::Random random(11);
+    for (int order = 0; order <= 13; ++order) {
+        for (int flag : {1, 2, 4, 8}) {
+            const std::vector<T> perm = this->noise(random, order);
+            const auto expected = realOf(perm, order, flag);
+            const test::Context<VornsFFTSpec> context(R::form, order, flag);
+            for (Layout layout : {Perm, Pack, Ccs}) {
+                auto spectrum = inLayout(layout, perm);
+                if (layout == Ccs) spectrum[1] = spectrum.back() = std::numeric_limits<T>::quiet_NaN();
+                test::Guarded<T> src(spectrum), dst(expected.size()), both(spectrum);
+                test::Guarded<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()));
+                ASSERT_EQ(R::inverse[layout](src, dst, context, buffer), vornStsNoErr);
+                ASSERT_TRUE(test::sameBits(dst.values(), expected)) << order << " " << flag << " " << layout;
+                ASSERT_TRUE(test::sameBits(src.values(), spectrum));
+                ASSERT_TRUE(dst.surroundingsUntouched() && buffer.surroundingsUntouched());
+                ASSERT_EQ(R::inverseInPlace[layout](both, context, nullptr), vornStsNoErr);
+                ASSERT_TRUE(test::sameBits(both.data(), expected.data(), expected.size())) << "in place " << order;
+            }
+        }
+    }
+}
+
+TYPED_TEST(RealFft, LongTransformsAreTheStagedOnes) {
     using T = TypeParam;
     using R = Real<T>;
     test::Random random(2);
@@ -131,11 +214,37 @@ TYPED_TEST(RealFft, LongForwardIsTheStagedTransform) {
         const auto expected = ccsOfPerm(permOf(x, order, 4));
         const test::Context<VornsFFTSpec> context(R::form, order, 4);
         std::vector<T> dst(expected.size());
-        ASSERT_EQ(R::toCcs(x.data(), dst.data(), context, nullptr), vornStsNoErr);
+        ASSERT_EQ(R::forward[Ccs](x.data(), dst.data(), context, nullptr), vornStsNoErr);
         ASSERT_TRUE(test::sameBits(dst, expected)) << order;
         std::copy(x.begin(), x.end(), dst.begin());
-        ASSERT_EQ(R::toCcsInPlace(dst.data(), context, nullptr), vornStsNoErr);
+        ASSERT_EQ(R::forwardInPlace[Ccs](dst.data(), context, nullptr), vornStsNoErr);
         ASSERT_TRUE(test::sameBits(dst, expected)) << order;
+        std::vector<T> back(x.size());
+        ASSERT_EQ(R::inverse[Perm](x.data(), back.data(), context, nullptr), vornStsNoErr);
+        ASSERT_TRUE(test::sameBits(back, realOf(x, order, 4))) << order;
+    }
+}
+
+TYPED_TEST(RealFft, EveryLayoutReturnsHome) {
+    using T = TypeParam;
+    using R = Real<T>;
+    test::Random random(12);
+    for (int order = 0; order <= 18; ++order) {
+        for (int flag : {1, 2, 4}) {
+            const std::vector<T> x = this->noise(random, order);
+            const std::vector<model::Wide> exact(x.begin(), x.end());
+            const test::Context<VornsFFTSpec> context(R::form, order, flag);
+            for (Layout layout : {Perm, Pack, Ccs}) {
+                std::vector<T> data = x;
+                data.resize(x.size() + 2);
+                ASSERT_EQ(R::forwardInPlace[layout](data.data(), context, nullptr), vornStsNoErr);
+                ASSERT_EQ(R::inverseInPlace[layout](data.data(), context, nullptr), vornStsNoErr);
+                data.resize(x.size());
+                EXPECT_LE(static_cast<double>(model::relativeError(data, exact)) / R::unit,
+                          1.1 * std::sqrt(order) + 2)  // the root of N rounds too
+                    << order << " " << flag;
+            }
+        }
     }
 }
 
@@ -152,9 +261,9 @@ TYPED_TEST(RealFft, AddressesChangeNothing) {
             test::Offset<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()), shift / sizeof(T));
             src.assign(x);
             both.assign(x);
-            ASSERT_EQ(R::toCcs(src, dst, context, buffer), vornStsNoErr);
+            ASSERT_EQ(R::forward[Ccs](src, dst, context, buffer), vornStsNoErr);
             ASSERT_TRUE(test::sameBits(dst.values(), expected)) << order << " " << shift;
-            ASSERT_EQ(R::toCcsInPlace(both, context, buffer), vornStsNoErr);
+            ASSERT_EQ(R::forwardInPlace[Ccs](both, context, buffer), vornStsNoErr);
             ASSERT_TRUE(test::sameBits(both.values(), expected)) << order << " " << shift;
             ASSERT_TRUE(dst.surroundingsUntouched() && both.surroundingsUntouched() && buffer.surroundingsUntouched());
         }
@@ -178,10 +287,10 @@ TYPED_TEST(RealFft, ContextInCallerMemoryGivesTheSameBits) {
                 ASSERT_EQ(R::form.init(&context, order, 4, 0, spec, init), vornStsNoErr);
             }
             std::vector<T> dst(expected.size());
-            ASSERT_EQ(R::toCcs(x.data(), dst.data(), context, nullptr), vornStsNoErr);
+            ASSERT_EQ(R::forward[Ccs](x.data(), dst.data(), context, nullptr), vornStsNoErr);
             ASSERT_TRUE(test::sameBits(dst, expected)) << order << " " << shift;
             EXPECT_EQ(R::form.free(context), vornStsNoErr);
-            EXPECT_EQ(R::toCcs(x.data(), dst.data(), context, nullptr), vornStsContextMatchErr);
+            EXPECT_EQ(R::forward[Ccs](x.data(), dst.data(), context, nullptr), vornStsContextMatchErr);
         }
     }
 }
@@ -299,15 +408,24 @@ TYPED_TEST(RealFft, ChecksInOrder) {
         const T* src = in->data();
         T* dst = out->data();
     };
-    test::expectCheckOrder<Arguments>([&] { return Arguments{good}; },
-                                      [](Arguments& a) { return R::toCcs(a.src, a.dst, a.context, nullptr); },
-                                      [](Arguments& a) { return a.out->untouched(); },
-                                      {{"ctx", vornStsNullPtrErr, [](Arguments& a) { a.context = nullptr; }},
-                                       {"tag", vornStsContextMatchErr, [&](Arguments& a) { a.context = wrong; }},
-                                       {"src", vornStsNullPtrErr, [](Arguments& a) { a.src = nullptr; }},
-                                       {"dst", vornStsNullPtrErr, [](Arguments& a) { a.dst = nullptr; }}});
-    EXPECT_EQ(R::toCcsInPlace(nullptr, wrong, nullptr), vornStsContextMatchErr);
-    EXPECT_EQ(R::toCcsInPlace(nullptr, good, nullptr), vornStsNullPtrErr);
+    for (const auto& direction : {R::forward, R::inverse}) {
+        for (Layout layout : {Perm, Pack, Ccs}) {
+            test::expectCheckOrder<Arguments>(
+                [&] { return Arguments{good}; },
+                [&](Arguments& a) { return direction[layout](a.src, a.dst, a.context, nullptr); },
+                [](Arguments& a) { return a.out->untouched(); },
+                {{"ctx", vornStsNullPtrErr, [](Arguments& a) { a.context = nullptr; }},
+                 {"tag", vornStsContextMatchErr, [&](Arguments& a) { a.context = wrong; }},
+                 {"src", vornStsNullPtrErr, [](Arguments& a) { a.src = nullptr; }},
+                 {"dst", vornStsNullPtrErr, [](Arguments& a) { a.dst = nullptr; }}});
+        }
+    }
+    for (const auto& direction : {R::forwardInPlace, R::inverseInPlace}) {
+        for (Layout layout : {Perm, Pack, Ccs}) {
+            EXPECT_EQ(direction[layout](nullptr, wrong, nullptr), vornStsContextMatchErr);
+            EXPECT_EQ(direction[layout](nullptr, good, nullptr), vornStsNullPtrErr);
+        }
+    }
 }
 
 TYPED_TEST(RealFft, NullBufferIsAllocatedForTheCall) {
@@ -320,14 +438,24 @@ TYPED_TEST(RealFft, NullBufferIsAllocatedForTheCall) {
         test::Guarded<T> dst(this->ccsLength(order));
         {
             test::FailAllocation fail(1);
-            EXPECT_EQ(R::toCcs(x.data(), dst, context, nullptr), order < 4 ? vornStsNoErr : vornStsMemAllocErr);
+            EXPECT_EQ(R::forward[Ccs](x.data(), dst, context, nullptr), order < 4 ? vornStsNoErr : vornStsMemAllocErr);
             EXPECT_EQ(fail.calls(), order < 4 ? 0 : 1);
             EXPECT_EQ(fail.outstanding(), 0);
         }
         EXPECT_EQ(dst.untouched(), order >= 4) << order;
+        for (const auto& direction : {R::forward, R::inverse}) {
+            for (Layout layout : {Perm, Pack, Ccs}) {
+                const std::vector<T> spectrum(x.size() + 2, T(1));
+                dst.fillPattern();
+                test::FailAllocation fail(1);
+                EXPECT_EQ(direction[layout](spectrum.data(), dst, context, nullptr),
+                          order < 4 ? vornStsNoErr : vornStsMemAllocErr);
+                EXPECT_EQ(dst.untouched(), order >= 4) << order;
+            }
+        }
         std::vector<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()) + 1);
         test::FailAllocation count(0);
-        EXPECT_EQ(R::toCcs(x.data(), dst, context, buffer.data()), vornStsNoErr);
+        EXPECT_EQ(R::forward[Ccs](x.data(), dst, context, buffer.data()), vornStsNoErr);
         EXPECT_EQ(count.calls(), 0) << "a given buffer is used";
     }
 }
@@ -347,7 +475,7 @@ TYPED_TEST(RealFft, ThreadsShareAContext) {
             std::vector<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()));
             std::vector<T> dst(expected.size());
             for (int round = 0; round < 50; ++round) {
-                R::toCcs(x.data(), dst.data(), context, i % 2 ? buffer.data() : nullptr);
+                R::forward[Ccs](x.data(), dst.data(), context, i % 2 ? buffer.data() : nullptr);
                 wrong[i] += !test::sameBits(dst, expected);
             }
         });

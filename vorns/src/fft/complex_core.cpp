@@ -29,14 +29,15 @@ void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* sr
         } else if (order < Precision<T>::longOrder) {
             shortTransform(tablesOf(spec), order, source, scaled(target), src == dst ? work : dst);
         } else {
-            using Pair = Complex<T>;
-            auto* pairsOut = reinterpret_cast<Pair*>(dst);
+            const Tables<T> tables = tablesOf(spec);
+            const WideBlocks<T> blocks{dst};
             if (src == dst) {
-                bitReverse(spec.bitRevTab, order, pairsOut);
+                bitReverse(spec.bitRevTab, order, reinterpret_cast<Complex<T>*>(dst));
+                longTransform(tables, 0, order, scaled, target, blocks, target, work);
             } else {
-                bitReverseCopy(spec.bitRevTab, order, reinterpret_cast<const Pair*>(src), pairsOut);
+                longTransform(tables, 0, order, scaled, firstPassOfAll(tables, order, source, blocks), blocks, target,
+                              work);
             }
-            longTransform(tablesOf(spec), 0, order, scaled, target, WideBlocks<T>{dst}, target, work);
         }
     });
 }
@@ -67,6 +68,12 @@ void transformSplit(const FloatSpec<T>& spec, int order, Direction direction, co
         } else if (order < Precision<T>::longOrder) {
             shortTransform(tablesOf(spec), order, source, scaled(target), work);
         } else {
+            const Tables<T> tables = tablesOf(spec);
+            if (srcRe != dstRe && srcRe != dstIm && srcIm != dstRe && srcIm != dstIm) {
+                longTransform(tables, 0, order, scaled, firstPassOfAll(tables, order, source, target), target, target,
+                              work);
+                return;
+            }
             for (const auto& [from, to] : {std::pair{srcRe, dstRe}, std::pair{srcIm, dstIm}}) {
                 if (from == to) {
                     bitReverse(spec.bitRevTab, order, to);
@@ -74,7 +81,7 @@ void transformSplit(const FloatSpec<T>& spec, int order, Direction direction, co
                     bitReverseCopy(spec.bitRevTab, order, from, to);
                 }
             }
-            longTransform(tablesOf(spec), 0, order, scaled, target, target, target, work);
+            longTransform(tables, 0, order, scaled, target, target, target, work);
         }
     });
 }

@@ -1,6 +1,7 @@
 // The bodies of the real transforms behind their checks: a layout, a precision, and for fixed point the conversions.
 #pragma once
 
+#include "fft/fixed.h"
 #include "fft/packed_layouts.h"
 #include "fft/real_core.h"
 #include "fft/work_area.h"
@@ -26,36 +27,34 @@ VornStatus inverseFrom(const FloatSpec<T>& spec, const T* src, T* dst, Vorn8u* b
     return vornStsNoErr;
 }
 
-// Fixed point: the numbers are converted into the start of the work buffer, transformed there in place, and converted
-// out with the scale factor. The rest of the buffer, from `beside` bytes behind the numbers on, is the inner work
-// buffer.
-
-// The reordering into the layout follows the conversion, so saturation comes before it.
-template <class Layout, class T, class Input, class Output, class ConvertIn, class ConvertOut>
-VornStatus fixedForwardTo(const FixedSpec& spec, const Input* src, Output* dst, int scaleFactor, Vorn8u* buffer,
-                          ConvertIn convertIn, ConvertOut convertOut) {
-    const WorkArea work(spec.workBufSize, buffer);
+// Fixed point. The reordering into the layout follows the conversion, so saturation comes before it.
+template <class Layout, class Through, class Input, class Output>
+VornStatus fixedForwardTo(const FixedSpec& spec, FixedForm form, const Input* src, Output* dst, int scaleFactor,
+                          Vorn8u* buffer) {
+    const FixedWork work(spec, form, buffer);
     VORN_CHECK(work.status());
     const int length = static_cast<int>(lengthOf(spec.order));
-    T* numbers = work.at<T>();
-    convertIn(src, numbers, length);
-    VORN_CHECK(forwardTo<Perm>(*recordOf<T>(spec.inner), numbers, numbers, work.at<Vorn8u>(length * sizeof(T))));
-    convertOut(numbers, dst, length, vornRndNear, scaleFactor);
+    auto* numbers = work.at<typename Through::Inner>();
+    Through::in(src, numbers, length);
+    VORN_CHECK(forwardTo<Perm>(*recordOf<typename Through::Inner>(spec.inner), numbers, numbers,
+                               reinterpret_cast<Vorn8u*>(numbers + length)));
+    Through::out(numbers, dst, length, scaleFactor);
     Layout::fromPerm(dst, spec.order);
     return vornStsNoErr;
 }
 
-template <class Layout, class T, class Input, class Output, class ConvertIn, class ConvertOut>
-VornStatus fixedInverseFrom(const FixedSpec& spec, const Input* src, Output* dst, int scaleFactor, Vorn8u* buffer,
-                            int beside, ConvertIn convertIn, ConvertOut convertOut) {
-    const WorkArea work(spec.workBufSize, buffer);
+// CCS brings one value more than the others: the inner work buffer begins behind the whole conversion area.
+template <class Layout, class Through, class Input, class Output>
+VornStatus fixedInverseFrom(const FixedSpec& spec, FixedForm form, const Input* src, Output* dst, int scaleFactor,
+                            Vorn8u* buffer) {
+    const FixedWork work(spec, form, buffer);
     VORN_CHECK(work.status());
     const int length = static_cast<int>(lengthOf(spec.order));
-    T* numbers = work.at<T>();
-    convertIn(src, numbers, static_cast<int>(Layout::valuesRead(spec.order)));
-    VORN_CHECK(
-        inverseFrom<Layout>(*recordOf<T>(spec.inner), numbers, numbers, work.at<Vorn8u>(length * sizeof(T) + beside)));
-    convertOut(numbers, dst, length, vornRndNear, scaleFactor);
+    auto* numbers = work.at<typename Through::Inner>();
+    Through::in(src, numbers, static_cast<int>(Layout::valuesRead(spec.order)));
+    VORN_CHECK(inverseFrom<Layout>(*recordOf<typename Through::Inner>(spec.inner), numbers, numbers,
+                                   work.at<Vorn8u>(form.conversionArea(spec.order))));
+    Through::out(numbers, dst, length, scaleFactor);
     return vornStsNoErr;
 }
 

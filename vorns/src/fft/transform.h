@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "fft/butterflies.h"
 #include "fft/layouts.h"
@@ -73,6 +74,20 @@ VORN_INLINE void transformColumns(Complex<V> (&points)[n1 * n2], const Element<V
         for (int n = 0; n < n2; ++n) points[k + n * n1] = x[n];
     }
 }
+
+template <class V>
+auto atMostEightLanes(V v) {
+    if constexpr (V::lanes > 8) {
+        return lowHalf(v);
+    } else {
+        return v;
+    }
+}
+
+// The columns that a first pass takes at once. They fill lines of the destination piece by piece; with at most eight of
+// them these lines stay in the first-level cache, although those of a long transform share a few sets of it.
+template <class T>
+using ColumnLanes = decltype(atMostEightLanes(Wide<T>{}));
 
 // The first pass over data in natural order: column c, its values 2^order / points apart, becomes a block of the
 // bit-reversed order, at 2 * bitReversal[c].
@@ -181,8 +196,8 @@ void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, 
     }
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
         const WideBlocks<T> blocks{mid};
-        if ((std::ptrdiff_t{1} << order) / (n1 * n2) >= V::lanes) {
-            firstPass<n1, n2, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
+        if ((std::ptrdiff_t{1} << order) / (n1 * n2) >= ColumnLanes<T>::lanes) {
+            firstPass<n1, n2, ColumnLanes<T>>(tables.bitReversal, tables.twiddles, order, src, blocks);
         } else {
             firstPass<n1, n2, Narrow>(tables.bitReversal, tables.twiddles, order, src, blocks);
         }
@@ -190,12 +205,30 @@ void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, 
     });
 }
 
+// Stands for the source of a long transform whose first pass has been run.
+struct FirstPassDone {
+    FirstPassDone from(std::ptrdiff_t) const { return {}; }
+};
+
+// The first pass of all sub-transforms of a long transform at once, from data in natural order; it spares the reversal.
+template <class T, class Source, class Mid>
+FirstPassDone firstPassOfAll(const Tables<T>& tables, int order, Source src, Mid mid) {
+    int innermost = order;
+    while (innermost >= Precision<T>::longOrder) innermost -= blockingOf<T>(innermost).block;
+    withFirstRadices<T>(planOf<T>(innermost), [&]<int n1, int n2>() {
+        firstPass<n1, n2, ColumnLanes<T>>(tables.bitReversal, tables.twiddles, order, src, mid);
+    });
+    return {};
+}
+
 // A sub-transform inside a long one: from bit-reversed data, all in place. mid and dst are layouts of the same memory.
 template <class T, class Source, class Mid, class Target>
 void subTransform(const Tables<T>& tables, int order, Source src, Mid mid, Target dst) {
     const Plan& plan = planOf<T>(order);
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
-        firstPassReversed<n1, n2, typename Precision<T>::Narrow>(tables.twiddles, order, src, mid);
+        if constexpr (!std::is_same_v<Source, FirstPassDone>) {
+            firstPassReversed<n1, n2, typename Precision<T>::Narrow>(tables.twiddles, order, src, mid);
+        }
         laterStages<Wide<T>>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, mid, dst);
     });
 }
