@@ -353,14 +353,18 @@ void convertShifted(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len, Shift 
 // Plain conversions.
 
 void convert(const Vorn8s* src, Vorn16s* dst, std::ptrdiff_t len) {
-    convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn8s* source, Vorn16s* result, auto put) {
-        put(result, loadWidened<i16xN>(source));
+    convertBlocks<2 * i16xN::lanes>(src, dst, len, [](const Vorn8s* source, Vorn16s* result, auto put) {
+        const auto [low, high] = loadWidenedTwo<i16xN>(source);
+        put(result, low);
+        put(result + i16xN::lanes, high);
     });
 }
 
 void convert(const Vorn16s* src, Vorn32s* dst, std::ptrdiff_t len) {
-    convertBlocksStreaming<i32xN::lanes>(src, dst, len, [](const Vorn16s* source, Vorn32s* result, auto put) {
-        put(result, loadWidened<i32xN>(source));
+    convertBlocksStreaming<2 * i32xN::lanes>(src, dst, len, [](const Vorn16s* source, Vorn32s* result, auto put) {
+        const auto [low, high] = loadWidenedTwo<i32xN>(source);
+        put(result, low);
+        put(result + i32xN::lanes, high);
     });
 }
 
@@ -368,8 +372,10 @@ namespace {
 
 template <class Narrow>
 VORN_INLINE void convertToSingle(const Narrow* src, Vorn32f* dst, std::ptrdiff_t len) {
-    convertBlocks<f32xN::lanes>(src, dst, len, [](const Narrow* source, Vorn32f* result, auto put) {
-        put(result, toFloat(loadWidened<i32xN>(source)));
+    convertBlocks<2 * f32xN::lanes>(src, dst, len, [](const Narrow* source, Vorn32f* result, auto put) {
+        const auto [low, high] = loadWidenedTwo<i32xN>(source);
+        put(result, toFloat(low));
+        put(result + f32xN::lanes, toFloat(high));
     });
 }
 
@@ -418,15 +424,19 @@ void convert(const Vorn64f* src, Vorn32f* dst, std::ptrdiff_t len) {
 
 void convert(const Vorn16s* src, Vorn32f* dst, std::ptrdiff_t len, int scale) {
     const f32xN factor = splat<f32xN>(GetScale_32s32f(std::clamp(scale, -112, 126)));
-    convertBlocks<f32xN::lanes>(src, dst, len, [=](const Vorn16s* source, Vorn32f* result, auto put) {
-        put(result, toFloat(loadWidened<i32xN>(source)) * factor);
+    convertBlocks<2 * f32xN::lanes>(src, dst, len, [=](const Vorn16s* source, Vorn32f* result, auto put) {
+        const auto [low, high] = loadWidenedTwo<i32xN>(source);
+        put(result, toFloat(low) * factor);
+        put(result + f32xN::lanes, toFloat(high) * factor);
     });
 }
 
 void convert(const Vorn16s* src, Vorn64f* dst, std::ptrdiff_t len, int scale) {
     const f64xN factor = splat<f64xN>(GetScale_32s64f(std::clamp(scale, -1008, 1022)));
-    convertBlocksStreaming<f64xN::lanes>(src, dst, len, [=](const Vorn16s* source, Vorn64f* result, auto put) {
-        put(result, loadWidened<f64xN>(source) * factor);
+    convertBlocksStreaming<2 * f64xN::lanes>(src, dst, len, [=](const Vorn16s* source, Vorn64f* result, auto put) {
+        const auto [low, high] = loadWidenedTwo<f64xN>(source);
+        put(result, low * factor);
+        put(result + f64xN::lanes, high * factor);
     });
 }
 

@@ -458,8 +458,50 @@ VORN_INLINE f64x2 loadWidened<f64x2>(const float* p) {
     return {_mm_cvtps_pd(_mm_castsi128_ps(loadEightBytes(p)))};
 }
 
-// Narrowing of 32-bit lanes, the first operand lowest: saturated to 16 bits, to signed and to unsigned 8 bits; to unsigned
-// 16 bits where every lane is within 0 to 65535 already.
+// Two vectors from one run of narrow elements. Where widening unpacks a register, one load serves both.
+template <class V>
+struct Two {
+    V low, high;
+};
+template <class V, class Narrow>
+VORN_INLINE Two<V> loadWidenedTwo(const Narrow* p) {
+    return {loadWidened<V>(p), loadWidened<V>(p + V::lanes)};
+}
+VORN_INLINE Two<i32x4> widenBoth(__m128i a) {
+    const __m128i sign = _mm_cmpgt_epi16(_mm_setzero_si128(), a);
+    return {{_mm_unpacklo_epi16(a, sign)}, {_mm_unpackhi_epi16(a, sign)}};
+}
+template <>
+VORN_INLINE Two<i16x8> loadWidenedTwo<i16x8>(const std::int8_t* p) {
+    const __m128i a = load<i8x16>(p).v, sign = _mm_cmpgt_epi8(_mm_setzero_si128(), a);
+    return {{_mm_unpacklo_epi8(a, sign)}, {_mm_unpackhi_epi8(a, sign)}};
+}
+template <>
+VORN_INLINE Two<i32x4> loadWidenedTwo<i32x4>(const std::int8_t* p) {
+    return widenBoth(loadWidened<i16x8>(p).v);
+}
+template <>
+VORN_INLINE Two<i32x4> loadWidenedTwo<i32x4>(const std::uint8_t* p) {
+    const __m128i zero = _mm_setzero_si128(), a = _mm_unpacklo_epi8(loadEightBytes(p), zero);
+    return {{_mm_unpacklo_epi16(a, zero)}, {_mm_unpackhi_epi16(a, zero)}};
+}
+template <>
+VORN_INLINE Two<i32x4> loadWidenedTwo<i32x4>(const std::int16_t* p) {
+    return widenBoth(load<i16x8>(p).v);
+}
+template <>
+VORN_INLINE Two<i32x4> loadWidenedTwo<i32x4>(const std::uint16_t* p) {
+    const __m128i zero = _mm_setzero_si128(), a = load<i16x8>(reinterpret_cast<const std::int16_t*>(p)).v;
+    return {{_mm_unpacklo_epi16(a, zero)}, {_mm_unpackhi_epi16(a, zero)}};
+}
+template <>
+VORN_INLINE Two<f64x2> loadWidenedTwo<f64x2>(const std::int16_t* p) {
+    const i32x4 a = loadWidened<i32x4>(p);
+    return {toDoubleLow(a), toDoubleHigh(a)};
+}
+
+// Narrowing of 32-bit lanes, the first operand lowest: saturated to 16 bits, to signed and to unsigned 8 bits; to
+// unsigned 16 bits where every lane is within 0 to 65535 already.
 VORN_INLINE i16x8 narrowSat16(i32x4 low, i32x4 high) { return narrowSat(low, high); }
 VORN_INLINE i8x16 narrowSat8(i32x4 a, i32x4 b, i32x4 c, i32x4 d) {
     return {_mm_packs_epi16(_mm_packs_epi32(a.v, b.v), _mm_packs_epi32(c.v, d.v))};
