@@ -168,44 +168,177 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
 
 /**
  * @defgroup reductions Reductions and elementary functions
- * @brief Sums, logarithms and magnitudes of vectors.
+ * @brief Sums, dot products, extrema, logarithms, roots, magnitudes and absolute values of vectors.
  *
- * All of these check pointers first (`vornStsNullPtrErr`), then len below 1 (`vornStsSizeErr`), and write nothing on
- * failure. Any address will do. Results are the same bits on every processor.
+ * All of these check pointers first (`vornStsNullPtrErr`), then len below 1 (`vornStsSizeErr`), and write nothing
+ * on failure. Any address will do. dst must be a source of the same shape or not overlap it. Results are the same
+ * bits on every processor. A scale factor sf multiplies the exact result by 2^-sf, rounds to nearest (ties to
+ * even) and saturates; where a range is stated, sf is clamped to it.
  *
- * **Sum.** `vornsSum_32f(src, len, sum, hint)`. Hint 1: two four-lane sums in single over the elements j and j + 4 of
- * each eight; they are added, the lanes fold as (0 + 1) + (2 + 3), and the last len mod 8 elements are added in order.
- * Any other hint: element j of each eight is added in double to sum j; they fold as
- * ((0 + 2) + (4 + 6)) + ((1 + 3) + (5 + 7)), the last elements are added in order, and the total is rounded to single
- * once.
+ * **Sum.** `vornsSum_*(src, len, sum, ...)`. `32f`, `32fc`: hint 1 takes two four-lane sums in single over the
+ * numbers j and j + 4 of each eight; they are added, the lanes fold as (0 + 1) + (2 + 3) (complex: 0 + 2 and 1 +
+ * 3), and the last numbers are added in order. Any other hint: number j of each eight is added in double to sum j;
+ * they fold as ((0 + 2) + (4 + 6)) + ((1 + 3) + (5 + 7)) (complex: the two halves of that), the last numbers are
+ * added in order, and the total is rounded to single once. `64f`, `64fc`: sixteen lanes in double that fold in
+ * halves, then the last numbers in order. Integers sum exactly. `16s32s_Sfs`, `16sc32sc_Sfs` multiply by a double
+ * made from exponent bits alone (0 from sf 1023 on, infinity down from -1024; 0 times infinity gives 0);
+ * `16s_Sfs`, `16sc_Sfs` saturate that result to 16 bits. `32s_Sfs`: sf within -31 to 63.
  *
- * **Natural logarithm.** `vornsLn_*(src, dst, len)`, `_I` in place; dst must be src or not overlap it. In single the
- * result is within 0.84 units in the last place of the true logarithm for every argument, denormals included (tested
- * over all of them; all but one in a thousand are correctly rounded), and ln 1 is 0. Replacement values: a zero of
- * either sign gives negative infinity; a negative number the not-a-number FFC00000; an infinity of either sign or a
- * not-a-number passes through unchanged and counts as no bad element. The vector is always completed. The first bad
- * element decides the status: `vornStsLnZeroArg` for a zero, `vornStsLnNegArg` for a negative number.
+ * **Dot product.** `vornsDotProd_*(src1, src2, len, dp, ...)`: the sum of src1[i] src2[i], without conjugation.
+ * `32f` accumulates in single: below 16 elements in two lanes over pairs, the odd last element in the first; from
+ * 16 on in four four-lane sums over sixteen elements a step, the rest as before in the first lanes of the first
+ * sum; the sums fold as (0 + 1) + (2 + 3), then the lanes likewise. The other float forms keep sixteen lanes in
+ * the precision of the result (lane j takes elements j, j + 16, ...) and fold them in halves; a complex product is
+ * re = rr - ii, im = ri + ir. 16-bit operands accumulate exactly in 64 bits; `16s32f` and its kin round that once;
+ * sf is within -15 to 31 for 16-bit results and -31 to 31 for 32-bit ones. 32-bit operands run in double with sf
+ * within -31 to 93.
  *
- * **Sum of logarithms.** `vornsSumLn_*(src, len, sum)` at the cost of one logarithm for each run of 512 elements. Each
- * element is 2^e m with m in [1, 2). In each eight of a run, m of elements j and j + 4 are multiplied in the precision
- * of the elements, then in double onto lane j; the lanes multiply as (0 x 2) x (1 x 3), and the run's last len mod 8
- * mantissas onto that in order. The run gives ln(product) + (sum of e) ln 2; runs add up in double. For singles each
- * pair adds an error of up to 2^-24 to the sum. A bad element ends the call and decides: a zero stores *positive*
- * infinity (`vornStsLnZeroArg`), a negative number a not-a-number (`vornStsLnNegArg`), an infinity or a not-a-number
- * stores a not-a-number with `vornStsNoErr`.
+ * **Minimum, maximum.** `vornsMax_*`, `vornsMin_*`, `vornsMinMax_*`, `vornsMaxIndx_*`, `vornsMinIndx_*`: what a
+ * scan finds that keeps its first element until a strictly better one comes: of equal elements (zeros of both
+ * signs too) the first, of which the index is given. A not-a-number is never better, and in front is never
+ * replaced. index may be null. `vornsMaxEvery_*_I`, `vornsMinEvery_*_I` replace an element of srcDst where that of
+ * src is strictly better.
  *
- * **Magnitude.** sqrt(re^2 + im^2). `vornsMagnitude_32fc`: squares, sum and root in single, each correctly rounded;
- * squares may overflow to infinity or vanish. `vornsMagnitude_32sc_Sfs`: squares, sum and root in double, times
- * 2^-scaleFactor, rounded to nearest (ties to even) and saturated to 2147483647; zero gives 0 at
- * every scale factor.
+ * **Natural logarithm.** `vornsLn_*(src, dst, len)`, `_I` in place. In single the result is within 0.84 units in
+ * the last place of the true logarithm for every argument, denormals included (tested over all of them; all but
+ * one in a thousand are correctly rounded); in double within 0.95 units; `64f32f` is the double result rounded
+ * once. ln 1 is 0. Replacement values: a zero of either sign gives negative infinity; a negative number the
+ * not-a-number FFC00000 (in double FFF8000000000000); an infinity of either sign or a not-a-number passes through
+ * unchanged and counts as no bad element. The vector is always completed. The first bad element decides the
+ * status: `vornStsLnZeroArg` for a zero, `vornStsLnNegArg` for a negative number. `32s_Sfs` with sf at or above 0:
+ * ln x rounded to the nearest integer, shifted right by sf modulo 32; below 0: the single logarithm times 2^-sf,
+ * rounded and saturated. Elements below 1 give -2147483648.
+ *
+ * **Sum of logarithms.** `vornsSumLn_*(src, len, sum)` at the cost of one logarithm for each run of 512 elements.
+ * Each element is 2^e m with m in [1, 2). In each eight of a run, m of elements j and j + 4 are multiplied in the
+ * precision of the elements (16-bit integers: single), then in double onto lane j; the lanes multiply as (0 x 2) x
+ * (1 x 3), and the run's last len mod 8 mantissas onto that in order. The run gives ln(product) + (sum of e) ln 2;
+ * runs add up in double. For singles each pair adds an error of up to 2^-24 to the sum. A bad element ends the
+ * call and decides: a zero stores *positive* infinity (`vornStsLnZeroArg`), a negative number a not-a-number
+ * (`vornStsLnNegArg`), an infinity or a not-a-number stores a not-a-number with `vornStsNoErr`.
+ *
+ * **Square root.** `vornsSqrt_*`. Floats: correctly rounded; a negative element gives a not-a-number and
+ * `vornStsSqrtNegArg`, the rest is completed. Integers: correctly rounded at every sf; a negative element gives 0
+ * and the same warning. Complex: the principal root (`32fc` within 0.501 units in the last place of each part,
+ * `64fc` within 2, neither overflowing inside), no warning; `16sc_Sfs` through double.
+ *
+ * **Magnitude.** sqrt(re^2 + im^2). Floats: squares, sum and root in the type of the parts, each correctly
+ * rounded; squares may overflow to infinity or vanish. 16-bit parts: the exact sum of squares, rounded to single
+ * once and its root in single, or (`_Sfs`) correctly rounded at every sf. `vornsMagnitude_32sc_Sfs`: squares, sum
+ * and root in double; zero gives 0 at every scale factor.
+ *
+ * **Absolute value.** Floats lose their sign bit; -32768 gives 32767, and -2147483648 gives 2147483647.
  * @{
  */
 VornStatus vornsSum_32f(const Vorn32f* src, int len, Vorn32f* sum, int hint);
+VornStatus vornsSum_64f(const Vorn64f* src, int len, Vorn64f* sum);
+VornStatus vornsSum_32fc(const Vorn32fc* src, int len, Vorn32fc* sum, int hint);
+VornStatus vornsSum_64fc(const Vorn64fc* src, int len, Vorn64fc* sum);
+VornStatus vornsSum_16s_Sfs(const Vorn16s* src, int len, Vorn16s* sum, int scaleFactor);
+VornStatus vornsSum_16s32s_Sfs(const Vorn16s* src, int len, Vorn32s* sum, int scaleFactor);
+VornStatus vornsSum_16sc_Sfs(const Vorn16sc* src, int len, Vorn16sc* sum, int scaleFactor);
+VornStatus vornsSum_16sc32sc_Sfs(const Vorn16sc* src, int len, Vorn32sc* sum, int scaleFactor);
+VornStatus vornsSum_32s_Sfs(const Vorn32s* src, int len, Vorn32s* sum, int scaleFactor);
+VornStatus vornsDotProd_32f(const Vorn32f* src1, const Vorn32f* src2, int len, Vorn32f* dp);
+VornStatus vornsDotProd_32fc(const Vorn32fc* src1, const Vorn32fc* src2, int len, Vorn32fc* dp);
+VornStatus vornsDotProd_32f32fc(const Vorn32f* src1, const Vorn32fc* src2, int len, Vorn32fc* dp);
+VornStatus vornsDotProd_64f(const Vorn64f* src1, const Vorn64f* src2, int len, Vorn64f* dp);
+VornStatus vornsDotProd_64fc(const Vorn64fc* src1, const Vorn64fc* src2, int len, Vorn64fc* dp);
+VornStatus vornsDotProd_64f64fc(const Vorn64f* src1, const Vorn64fc* src2, int len, Vorn64fc* dp);
+VornStatus vornsDotProd_32f64f(const Vorn32f* src1, const Vorn32f* src2, int len, Vorn64f* dp);
+VornStatus vornsDotProd_32fc64fc(const Vorn32fc* src1, const Vorn32fc* src2, int len, Vorn64fc* dp);
+VornStatus vornsDotProd_32f32fc64fc(const Vorn32f* src1, const Vorn32fc* src2, int len, Vorn64fc* dp);
+VornStatus vornsDotProd_16s32f(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn32f* dp);
+VornStatus vornsDotProd_16sc32fc(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn32fc* dp);
+VornStatus vornsDotProd_16s16sc32fc(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn32fc* dp);
+VornStatus vornsDotProd_16s64s(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn64s* dp);
+VornStatus vornsDotProd_16sc64sc(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn64sc* dp);
+VornStatus vornsDotProd_16s16sc64sc(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn64sc* dp);
+VornStatus vornsDotProd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn16s* dp, int scaleFactor);
+VornStatus vornsDotProd_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn16sc* dp, int scaleFactor);
+VornStatus vornsDotProd_16s16sc_Sfs(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn16sc* dp, int scaleFactor);
+VornStatus vornsDotProd_16s32s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn32s* dp, int scaleFactor);
+VornStatus vornsDotProd_16sc32sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn32sc* dp,
+                                     int scaleFactor);
+VornStatus vornsDotProd_16s16sc32sc_Sfs(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn32sc* dp,
+                                        int scaleFactor);
+VornStatus vornsDotProd_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, int len, Vorn32s* dp, int scaleFactor);
+VornStatus vornsDotProd_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, int len, Vorn32sc* dp, int scaleFactor);
+VornStatus vornsDotProd_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, int len, Vorn32sc* dp, int scaleFactor);
+VornStatus vornsDotProd_16s32s32s_Sfs(const Vorn16s* src1, const Vorn32s* src2, int len, Vorn32s* dp, int scaleFactor);
+VornStatus vornsMax_16s(const Vorn16s* src, int len, Vorn16s* result);
+VornStatus vornsMax_32f(const Vorn32f* src, int len, Vorn32f* result);
+VornStatus vornsMax_64f(const Vorn64f* src, int len, Vorn64f* result);
+VornStatus vornsMin_16s(const Vorn16s* src, int len, Vorn16s* result);
+VornStatus vornsMin_32f(const Vorn32f* src, int len, Vorn32f* result);
+VornStatus vornsMin_64f(const Vorn64f* src, int len, Vorn64f* result);
+VornStatus vornsMinMax_8u(const Vorn8u* src, int len, Vorn8u* min, Vorn8u* max);
+VornStatus vornsMinMax_16u(const Vorn16u* src, int len, Vorn16u* min, Vorn16u* max);
+VornStatus vornsMinMax_16s(const Vorn16s* src, int len, Vorn16s* min, Vorn16s* max);
+VornStatus vornsMinMax_32u(const Vorn32u* src, int len, Vorn32u* min, Vorn32u* max);
+VornStatus vornsMinMax_32s(const Vorn32s* src, int len, Vorn32s* min, Vorn32s* max);
+VornStatus vornsMinMax_32f(const Vorn32f* src, int len, Vorn32f* min, Vorn32f* max);
+VornStatus vornsMinMax_64f(const Vorn64f* src, int len, Vorn64f* min, Vorn64f* max);
+VornStatus vornsMaxIndx_16s(const Vorn16s* src, int len, Vorn16s* result, int* index);
+VornStatus vornsMaxIndx_32f(const Vorn32f* src, int len, Vorn32f* result, int* index);
+VornStatus vornsMaxIndx_64f(const Vorn64f* src, int len, Vorn64f* result, int* index);
+VornStatus vornsMinIndx_16s(const Vorn16s* src, int len, Vorn16s* result, int* index);
+VornStatus vornsMinIndx_32f(const Vorn32f* src, int len, Vorn32f* result, int* index);
+VornStatus vornsMinIndx_64f(const Vorn64f* src, int len, Vorn64f* result, int* index);
+VornStatus vornsMaxEvery_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len);
+VornStatus vornsMaxEvery_32s_I(const Vorn32s* src, Vorn32s* srcDst, int len);
+VornStatus vornsMaxEvery_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
+VornStatus vornsMinEvery_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len);
+VornStatus vornsMinEvery_32s_I(const Vorn32s* src, Vorn32s* srcDst, int len);
+VornStatus vornsMinEvery_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
 VornStatus vornsLn_32f(const Vorn32f* src, Vorn32f* dst, int len);
 VornStatus vornsLn_32f_I(Vorn32f* srcDst, int len);
+VornStatus vornsLn_64f(const Vorn64f* src, Vorn64f* dst, int len);
+VornStatus vornsLn_64f_I(Vorn64f* srcDst, int len);
+VornStatus vornsLn_64f32f(const Vorn64f* src, Vorn32f* dst, int len);
+VornStatus vornsLn_32s_Sfs(const Vorn32s* src, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsLn_32s_ISfs(Vorn32s* srcDst, int len, int scaleFactor);
 VornStatus vornsSumLn_32f(const Vorn32f* src, int len, Vorn32f* sum);
+VornStatus vornsSumLn_64f(const Vorn64f* src, int len, Vorn64f* sum);
+VornStatus vornsSumLn_32f64f(const Vorn32f* src, int len, Vorn64f* sum);
+VornStatus vornsSumLn_16s32f(const Vorn16s* src, int len, Vorn32f* sum);
+VornStatus vornsSqrt_32f(const Vorn32f* src, Vorn32f* dst, int len);
+VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len);
+VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len);
+VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len);
+VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len);
+VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len);
+VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len);
+VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len);
+VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_8u_ISfs(Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_16u_ISfs(Vorn16u* srcDst, int len, int scaleFactor);
+VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_16s_ISfs(Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_16sc_ISfs(Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_64s_ISfs(Vorn64s* srcDst, int len, int scaleFactor);
+VornStatus vornsSqrt_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsSqrt_64s16s_Sfs(const Vorn64s* src, Vorn16s* dst, int len, int scaleFactor);
 VornStatus vornsMagnitude_32fc(const Vorn32fc* src, Vorn32f* dst, int len);
+VornStatus vornsMagnitude_64fc(const Vorn64fc* src, Vorn64f* dst, int len);
+VornStatus vornsMagnitude_16sc32f(const Vorn16sc* src, Vorn32f* dst, int len);
+VornStatus vornsMagnitude_16sc_Sfs(const Vorn16sc* src, Vorn16s* dst, int len, int scaleFactor);
 VornStatus vornsMagnitude_32sc_Sfs(const Vorn32sc* src, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsMagnitude_32f(const Vorn32f* re, const Vorn32f* im, Vorn32f* dst, int len);
+VornStatus vornsMagnitude_64f(const Vorn64f* re, const Vorn64f* im, Vorn64f* dst, int len);
+VornStatus vornsMagnitude_16s32f(const Vorn16s* re, const Vorn16s* im, Vorn32f* dst, int len);
+VornStatus vornsMagnitude_16s_Sfs(const Vorn16s* re, const Vorn16s* im, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsAbs_16s(const Vorn16s* src, Vorn16s* dst, int len);
+VornStatus vornsAbs_16s_I(Vorn16s* srcDst, int len);
+VornStatus vornsAbs_32s(const Vorn32s* src, Vorn32s* dst, int len);
+VornStatus vornsAbs_32s_I(Vorn32s* srcDst, int len);
+VornStatus vornsAbs_32f(const Vorn32f* src, Vorn32f* dst, int len);
+VornStatus vornsAbs_32f_I(Vorn32f* srcDst, int len);
+VornStatus vornsAbs_64f(const Vorn64f* src, Vorn64f* dst, int len);
+VornStatus vornsAbs_64f_I(Vorn64f* srcDst, int len);
 /** @} */
 
 VORN_END_DECLS

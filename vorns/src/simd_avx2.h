@@ -320,6 +320,8 @@ VORN_INLINE bool any(mask16x16 a) { return _mm256_movemask_epi8(a.v) != 0; }
 // Conversions.
 
 VORN_INLINE f32x8 toFloat(i32x8 a) { return {_mm256_cvtepi32_ps(a.v)}; }
+VORN_INLINE i16x16 shortsOf(i32x8 a) { return {a.v}; }
+VORN_INLINE i32x8 intsOf(i16x16 a) { return {a.v}; }
 VORN_INLINE i32x8 roundToInt(f32x8 a) { return {_mm256_cvtps_epi32(a.v)}; }
 VORN_INLINE i32x8 truncToInt(f32x8 a) { return {_mm256_cvttps_epi32(a.v)}; }
 VORN_INLINE i32x8 bitsOf(f32x8 a) { return {_mm256_castps_si256(a.v)}; }
@@ -407,6 +409,7 @@ VORN_INLINE i16x16 narrowU16(i32x8 low, i32x8 high) {
 }
 VORN_INLINE void storeNarrowed(float* p, f64x4 a) { _mm_storeu_ps(p, _mm256_cvtpd_ps(a.v)); }
 VORN_INLINE i32x8 maxOf(i32x8 a, i32x8 b) { return {_mm256_max_epi32(a.v, b.v)}; }
+VORN_INLINE i32x8 minOf(i32x8 a, i32x8 b) { return {_mm256_min_epi32(a.v, b.v)}; }
 
 // Parts and sums of the lanes.
 

@@ -317,6 +317,8 @@ VORN_INLINE unsigned laneBits(mask16x32 a) { return a.v; }
 // Conversions.
 
 VORN_INLINE f32x16 toFloat(i32x16 a) { return {_mm512_cvtepi32_ps(a.v)}; }
+VORN_INLINE i16x32 shortsOf(i32x16 a) { return {a.v}; }
+VORN_INLINE i32x16 intsOf(i16x32 a) { return {a.v}; }
 VORN_INLINE i32x16 roundToInt(f32x16 a) { return {_mm512_cvtps_epi32(a.v)}; }
 VORN_INLINE i32x16 truncToInt(f32x16 a) { return {_mm512_cvttps_epi32(a.v)}; }
 VORN_INLINE i32x16 bitsOf(f32x16 a) { return {_mm512_castps_si512(a.v)}; }
@@ -416,6 +418,7 @@ VORN_INLINE i16x32 narrowU16(i32x16 low, i32x16 high) {
 }
 VORN_INLINE void storeNarrowed(float* p, f64x8 a) { _mm256_storeu_ps(p, _mm512_cvtpd_ps(a.v)); }
 VORN_INLINE i32x16 maxOf(i32x16 a, i32x16 b) { return {_mm512_max_epi32(a.v, b.v)}; }
+VORN_INLINE i32x16 minOf(i32x16 a, i32x16 b) { return {_mm512_min_epi32(a.v, b.v)}; }
 
 // Parts and sums of the lanes.
 

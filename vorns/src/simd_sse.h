@@ -368,6 +368,9 @@ VORN_INLINE bool any(mask16x8 a) { return _mm_movemask_epi8(a.v) != 0; }
 // Conversions.
 
 VORN_INLINE f32x4 toFloat(i32x4 a) { return {_mm_cvtepi32_ps(a.v)}; }
+// The same bits as lanes of half or double the width.
+VORN_INLINE i16x8 shortsOf(i32x4 a) { return {a.v}; }
+VORN_INLINE i32x4 intsOf(i16x8 a) { return {a.v}; }
 VORN_INLINE i32x4 roundToInt(f32x4 a) { return {_mm_cvtps_epi32(a.v)}; }
 VORN_INLINE i32x4 truncToInt(f32x4 a) { return {_mm_cvttps_epi32(a.v)}; }
 VORN_INLINE i32x4 bitsOf(f32x4 a) { return {_mm_castps_si128(a.v)}; }
@@ -517,6 +520,7 @@ VORN_INLINE i16x8 narrowU16(i32x4 low, i32x4 high) {
 // Rounds each lane to single in the current mode.
 VORN_INLINE void storeNarrowed(float* p, f64x2 a) { _mm_storel_pi(reinterpret_cast<__m64*>(p), _mm_cvtpd_ps(a.v)); }
 VORN_INLINE i32x4 maxOf(i32x4 a, i32x4 b) { return select(a > b, a, b); }
+VORN_INLINE i32x4 minOf(i32x4 a, i32x4 b) { return select(a > b, b, a); }
 
 // Parts and sums of the lanes.
 

@@ -1,0 +1,332 @@
+// Square roots of vectors.
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+
+#include "frame/checks.h"
+#include "frame/scale.h"
+#include "simd.h"
+#include "vornsr/signal.h"
+
+namespace vorn {
+namespace {
+
+__extension__ using uint128 = unsigned __int128;
+
+VornStatus rootStatus(bool anyNegative) { return anyNegative ? vornStsSqrtNegArg : vornStsNoErr; }
+
+// Correctly rounded; a negative number gives the processor's not-a-number.
+template <class Element>
+VornStatus roots(const Element* src, Element* dst, std::ptrdiff_t len) {
+    using V = Wide<Element>;
+    const V zero = splat<V>(0);
+    auto negative = zero < zero;
+    std::ptrdiff_t i = 0;
+    for (; i + V::lanes <= len; i += V::lanes) {
+        const V x = load<V>(src + i);
+        negative = negative | (x < zero);
+        store(dst + i, sqrtOf(x));
+    }
+    if (i < len) {
+        const V x = loadFirst<V>(src + i, len - i);
+        negative = negative | (x < zero);
+        storeFirst(dst + i, sqrtOf(x), len - i);
+    }
+    return rootStatus(any(negative));
+}
+
+struct ComplexLanes {
+    f64xN re, im;
+};
+
+// The principal root, in double: u = sqrt((|z| + |re|)/2) and im/(2u) are its parts, in this order where re is not
+// negative. An infinite imaginary part makes both infinite. For parts whose squares neither overflow nor vanish.
+VORN_INLINE ComplexLanes principalRoot(f64xN re, f64xN im) {
+    const f64xN zero = splat<f64xN>(0.0), infinity = splat<f64xN>(std::numeric_limits<double>::infinity());
+    const f64xN size = sqrtOf(re * re + im * im);
+    const f64xN larger = sqrtOf(splat<f64xN>(0.5) * (size + absOf(re)));
+    f64xN smaller = im / (larger + larger);
+    smaller = select(larger == zero, im, smaller);
+    smaller = select(absOf(im) == infinity, im, smaller);
+    const f64xN sign = im & splat<f64xN>(-0.0);
+    const auto left = re < zero;
+    return {select(left, absOf(smaller), larger), select(left, larger | sign, smaller)};
+}
+
+// Powers of two that bring the larger part near 1; the root takes half of the exponent back.
+VORN_INLINE ComplexLanes scaledRoot(f64xN re, f64xN im) {
+    const f64xN largest = maxOf(absOf(re), absOf(im));
+    const auto tiny = largest<splat<f64xN>(0x1p-500), huge = largest> splat<f64xN>(0x1p500);
+    const f64xN one = splat<f64xN>(1.0);
+    const f64xN scale = select(tiny, splat<f64xN>(0x1p600), select(huge, splat<f64xN>(0x1p-600), one));
+    const f64xN back = select(tiny, splat<f64xN>(0x1p-300), select(huge, splat<f64xN>(0x1p300), one));
+    const ComplexLanes root = principalRoot(re * scale, im * scale);
+    return {root.re * back, root.im * back};
+}
+
+void complexRoots(const Vorn64f* src, Vorn64f* dst, std::ptrdiff_t len) {
+    constexpr int lanes = f64xN::lanes;
+    const auto step = [](const Vorn64f* from, Vorn64f* to) {
+        f64xN re, im;
+        loadPairs(from, re, im);
+        const ComplexLanes root = scaledRoot(re, im);
+        storePairs(to, root.re, root.im);
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + lanes <= len; i += lanes) step(src + 2 * i, dst + 2 * i);
+    if (i < len) {
+        Vorn64f last[2 * lanes] = {};
+        std::copy_n(src + 2 * i, 2 * (len - i), last);
+        step(last, last);
+        std::copy_n(last, 2 * (len - i), dst + 2 * i);
+    }
+}
+
+void complexRoots(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t len) {
+    constexpr int lanes = f32xN::lanes;
+    const auto step = [](const Vorn32f* from, Vorn32f* to) {
+        f32xN re, im;
+        loadPairs(from, re, im);
+        const ComplexLanes low = principalRoot(widenLow(re), widenLow(im));
+        const ComplexLanes high = principalRoot(widenHigh(re), widenHigh(im));
+        storePairs(to, narrow(low.re, high.re), narrow(low.im, high.im));
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + lanes <= len; i += lanes) step(src + 2 * i, dst + 2 * i);
+    if (i < len) {
+        Vorn32f last[2 * lanes] = {};
+        std::copy_n(src + 2 * i, 2 * (len - i), last);
+        step(last, last);
+        std::copy_n(last, 2 * (len - i), dst + 2 * i);
+    }
+}
+
+// Scales beyond these change no result, and the power of two stays finite.
+double rootScale(int scaleFactor) { return GetScale_32s64f(std::clamp(scaleFactor, -1000, 1000)); }
+
+// Roots of integers of up to 32 bits as integers of up to 16: in double the root is exact enough to round correctly at
+// every scale, since a result of 16 bits is never closer than 2^-34, relatively, to a tie that it does not hit.
+template <class Source, class Result>
+VornStatus integerRoots(const Source* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    constexpr std::ptrdiff_t block = 128;
+    const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
+    const f64xN largest = splat<f64xN>(std::numeric_limits<Result>::max());
+    const f64xN zero = splat<f64xN>(0.0);
+    auto negative = zero < zero;
+    const auto rootOf = [&](f64xN x) {
+        negative = negative | (x < zero);
+        return minOf(sqrtOf(maxOf(x, zero)) * scale, largest);
+    };
+    for (std::ptrdiff_t i = 0; i < len; i += block) {
+        const std::ptrdiff_t n = std::min(block, len - i);
+        std::int32_t numbers[block] = {};
+        for (std::ptrdiff_t j = 0; j < n; ++j) numbers[j] = src[i + j];
+        for (std::ptrdiff_t j = 0; j < n; j += i32xN::lanes) {
+            const i32xN x = load<i32xN>(numbers + j);
+            store(numbers + j, roundToInt(rootOf(toDoubleLow(x)), rootOf(toDoubleHigh(x))));
+        }
+        for (std::ptrdiff_t j = 0; j < n; ++j) dst[i + j] = static_cast<Result>(numbers[j]);
+    }
+    return rootStatus(any(negative));
+}
+
+void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len, int scaleFactor) {
+    constexpr std::ptrdiff_t block = 64;
+    const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
+    const f64xN lowest = splat<f64xN>(-32768.0), highest = splat<f64xN>(32767.0);
+    for (std::ptrdiff_t i = 0; i < len; i += block) {
+        const std::ptrdiff_t n = std::min(block, len - i);
+        std::int32_t re[block] = {}, im[block] = {};
+        for (std::ptrdiff_t j = 0; j < n; ++j) {
+            re[j] = src[i + j].re;
+            im[j] = src[i + j].im;
+        }
+        for (std::ptrdiff_t j = 0; j < n; j += i32xN::lanes) {
+            const i32xN x = load<i32xN>(re + j), y = load<i32xN>(im + j);
+            const ComplexLanes low = principalRoot(toDoubleLow(x), toDoubleLow(y));
+            const ComplexLanes high = principalRoot(toDoubleHigh(x), toDoubleHigh(y));
+            const auto scaled = [&](f64xN part) { return minOf(maxOf(part * scale, lowest), highest); };
+            store(re + j, roundToInt(scaled(low.re), scaled(high.re)));
+            store(im + j, roundToInt(scaled(low.im), scaled(high.im)));
+        }
+        for (std::ptrdiff_t j = 0; j < n; ++j) dst[i + j] = {static_cast<Vorn16s>(re[j]), static_cast<Vorn16s>(im[j])};
+    }
+}
+
+// The integer part of the root of x, below 2^126: an estimate in double, one step of Newton, and a correction.
+std::uint64_t integerRoot(uint128 x) {
+    if (x == 0) return 0;
+    const double estimate = std::sqrt(static_cast<double>(static_cast<std::uint64_t>(x >> 64)) * 0x1p64 +
+                                      static_cast<double>(static_cast<std::uint64_t>(x)));
+    auto root = std::max<std::uint64_t>(1, static_cast<std::uint64_t>(estimate));
+    if (x >> 50 != 0) root = static_cast<std::uint64_t>((root + x / root) >> 1);
+    while (static_cast<uint128>(root) * root > x) --root;
+    while (static_cast<uint128>(root + 1) * (root + 1) <= x) ++root;
+    return root;
+}
+
+// sqrt(x) 2^-scaleFactor rounded to nearest, ties to even, saturated; in integers, since a double cannot tell a tie.
+std::int64_t scaledRootOf64(std::int64_t number, int scaleFactor) {
+    constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
+    if (number <= 0) return 0;
+    const auto x = static_cast<std::uint64_t>(number);
+    if (scaleFactor > 32) return 0;
+    if (scaleFactor <= 0) {
+        const int shift = -2 * std::max(scaleFactor, -63);
+        if (std::bit_width(x) + shift > 126) return largest;
+        const uint128 shifted = static_cast<uint128>(x) << shift;
+        const std::uint64_t root = integerRoot(shifted);
+        const bool up = shifted - static_cast<uint128>(root) * root > root;
+        return static_cast<std::int64_t>(std::min<std::uint64_t>(root + up, static_cast<std::uint64_t>(largest)));
+    }
+    const std::uint64_t root = integerRoot(x) >> scaleFactor;
+    const uint128 tie = static_cast<uint128>(2 * root + 1) << (scaleFactor - 1);
+    const uint128 square = tie * tie;
+    const bool up = x > square || (x == square && (root & 1) != 0);
+    return static_cast<std::int64_t>(root + up);
+}
+
+template <class Result>
+VornStatus roots64(const Vorn64s* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    bool anyNegative = false;
+    for (std::ptrdiff_t i = 0; i < len; ++i) {
+        anyNegative |= src[i] < 0;
+        const std::int64_t root = scaledRootOf64(src[i], scaleFactor);
+        dst[i] = static_cast<Result>(std::min<std::int64_t>(root, std::numeric_limits<Result>::max()));
+    }
+    return rootStatus(anyNegative);
+}
+
+}  // namespace
+}  // namespace vorn
+
+using namespace vorn;
+
+VornStatus vornsSqrt_32f(const Vorn32f* src, Vorn32f* dst, int len) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return roots(src, dst, len);
+}
+
+VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return roots(srcDst, srcDst, len);
+}
+
+VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return roots(src, dst, len);
+}
+
+VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return roots(srcDst, srcDst, len);
+}
+
+VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    complexRoots(&src->re, &dst->re, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    complexRoots(&srcDst->re, &srcDst->re, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    complexRoots(&src->re, &dst->re, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    complexRoots(&srcDst->re, &srcDst->re, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return integerRoots(src, dst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_8u_ISfs(Vorn8u* srcDst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return integerRoots(srcDst, srcDst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return integerRoots(src, dst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_16u_ISfs(Vorn16u* srcDst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return integerRoots(srcDst, srcDst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return integerRoots(src, dst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_16s_ISfs(Vorn16s* srcDst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return integerRoots(srcDst, srcDst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    complexIntegerRoots(src, dst, len, scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_16sc_ISfs(Vorn16sc* srcDst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    complexIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return roots64(src, dst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_64s_ISfs(Vorn64s* srcDst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(srcDst));
+    VORN_CHECK(positive(len));
+    return roots64(srcDst, srcDst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return integerRoots(src, dst, len, scaleFactor);
+}
+
+VornStatus vornsSqrt_64s16s_Sfs(const Vorn64s* src, Vorn16s* dst, int len, int scaleFactor) {
+    VORN_CHECK(notNull(src, dst));
+    VORN_CHECK(positive(len));
+    return roots64(src, dst, len, scaleFactor);
+}
