@@ -158,25 +158,58 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
 
 /**
  * @defgroup conditioning Frame conditioning
- * @brief Small steps on the samples of a frame.
+ * @brief Small steps on the samples of a frame and on the energies of an utterance. No state but what the caller hands in.
  *
- * `vornsCompensateOffset_*` removes a constant offset by the first-order filter y(n) = x(n) - x(n-1) + val y(n-1), val just
- * below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1), which the caller takes from the end of the
- * block before. So a signal cut into blocks gives the same samples as the whole of it (in the 16-bit form up to the
- * first sample of each block, which is formed in its own way). dst may be src.
+ * **Offset compensation.** `vornsCompensateOffset*` removes a constant offset by the first-order filter
+ * y(n) = x(n) - x(n-1) + val y(n-1), val just below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1),
+ * which the caller takes from the end of the block before, so that blocks make one signal. dst may be src.
+ * - `32f`, `32f_I`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this order.
+ *   The first sample of a block is thus formed in another order: at a border between blocks last bits may differ.
+ * - `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on val.
+ *   Within -1.0 to 1.0: q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with d = x(n) - x(n-1) saturated
+ *   by itself, both to 16 bits; the arithmetic shift truncates downward. Other val: y(n) = (x(n) - x(n-1)) + y(n-1) val in
+ *   single, one half with the sign of the value added, truncated, saturated.
+ * - `16s_I`: y(0) likewise, the rest always in single.
+ * - `Q15_16s`, `Q15_16s_I`: y(n) = (y(n-1) val + (x(n) - x(n-1)) 32768) / 32768 in 64 bits, truncated toward zero and
+ *   saturated, from n = 0 on; val in Q15.
  *
- * `32f`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this order.
+ * **Sign changes.** *pRes receives, over n from 1 to len - 1:
+ * - `vornsSignChangeRate_16s`, `_32f`: how many products x(n-1) x(n) are below zero. A zero is no change; in `32f` a
+ *   product that underflows is none and one that is not a number is one.
+ * - `vornsSignChangeRateXor_32f`: how many sign bits differ; those of +0.0 and -0.0 do.
+ * - `vornsSignChangeRate_Count0_*`: half the sum of |sgn(x(n)) - sgn(x(n-1))|, a step onto zero and one off it counting one
+ *   half each; the `16s` form drops a last half. Not-a-number has the sign -1.
  *
- * `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on val:
- * - val within -1.0 to 1.0: integers. q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with
- *   d = x(n) - x(n-1) saturated by itself, both to 16 bits. The shift is arithmetic: it truncates downward.
- * - other val: y(n) = (x(n) - x(n-1)) + y(n-1) val in single, half with the sign of the value added, truncated, saturated.
+ * Counts are exact; those of `32f` are rounded to single above 2^24.
  *
- * All results are exact by these rules. Checks, in this order: null, size (len at least 1).
+ * **Energy normalisation.** The height log energies x stand step elements apart. With m the largest of them (from
+ * -3.4028235e38 or -32768 up; in the `RT` forms m is maxE, for when the utterance is not over) and
+ * floor = m - minDb 0.230259, each becomes top - (m - max(x, floor)) val, in single; top is 1.0 in the `32f` forms. A
+ * not-a-number takes the floor. The `16s` forms truncate toward zero and saturate.
+ *
+ * **Mean removal.** `vornsZeroMean_16s`: m2 = (2 sum) / len truncated, the sum wrapped at 32 bits. d = 2 x - m2, moved one
+ * away from zero unless it is zero; x becomes d >> 1, limited to -32767 (not -32768) and 32767.
+ *
+ * Alignment changes nothing. Checks, in this order: null; size (len, step, height below 1; len above 65535 in the `Q15`
+ * forms); `vornStsBadArgErr` for a negative val of the `Q15` forms. `vornsZeroMean_16s` tests size before null.
  * @{
  */
 VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);
+VornStatus vornsCompensateOffset_32f_I(Vorn32f* srcDst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);
 VornStatus vornsCompensateOffset_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn32f val);
+VornStatus vornsCompensateOffset_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn32f val);
+VornStatus vornsCompensateOffsetQ15_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn16s val);
+VornStatus vornsCompensateOffsetQ15_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn16s val);
+VornStatus vornsSignChangeRate_16s(const Vorn16s* src, int len, Vorn32s* pRes);
+VornStatus vornsSignChangeRate_32f(const Vorn32f* src, int len, Vorn32f* pRes);
+VornStatus vornsSignChangeRateXor_32f(const Vorn32f* src, int len, int* pRes);
+VornStatus vornsSignChangeRate_Count0_16s(const Vorn16s* src, int len, Vorn32s* pRes);
+VornStatus vornsSignChangeRate_Count0_32f(const Vorn32f* src, int len, Vorn32f* pRes);
+VornStatus vornsNormEnergy_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f val);
+VornStatus vornsNormEnergy_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s top, Vorn32f val);
+VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f maxE, Vorn32f val);
+VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s maxE, Vorn16s top, Vorn32f val);
+VornStatus vornsZeroMean_16s(Vorn16s* srcDst, int len);
 /** @} */
 
 VORN_END_DECLS

@@ -144,6 +144,62 @@ TEST(CompensateOffset, TheDifferenceSaturatesByItself) {
     EXPECT_EQ(dst[1], 32667) << "32767 - 100, not 65535 - 100 saturated";
 }
 
+TEST(CompensateOffset, InPlaceFormsEqualTheModel) {
+    Random random(4);
+    const auto hard = test::hardIntegers<Vorn16s>();
+    for (float val : factors) {
+        for (std::size_t len = 1; len <= 40; ++len) {
+            const auto x = signal<Vorn32f>(random, len, 3000.0);
+            Guarded<float> single(x), last{5.0f};
+            std::vector<float> expected(len);
+            float expectedLast = 5.0f;
+            model::compensateOffset(x, expected, expectedLast, -2.5f, val);
+            ASSERT_EQ(vornsCompensateOffset_32f_I(single, static_cast<int>(len), last, -2.5f, val), vornStsNoErr);
+            EXPECT_TRUE(sameBits(single.data(), expected.data(), len)) << val;
+            EXPECT_EQ(last[0], expectedLast);
+
+            auto s = signal<Vorn16s>(random, len, len % 2 ? 32767.9 : 300.0);
+            if (len % 3 == 0) s[len / 2] = hard[len % hard.size()];
+            Guarded<Vorn16s> fixed(s), fixedLast{-77};
+            std::vector<Vorn16s> fixedExpected(len);
+            Vorn16s fixedExpectedLast = -77;
+            model::compensateOffsetInPlace(s, fixedExpected, fixedExpectedLast, 99, val);
+            ASSERT_EQ(vornsCompensateOffset_16s_I(fixed, static_cast<int>(len), fixedLast, 99, val), vornStsNoErr);
+            EXPECT_TRUE(sameBits(fixed.data(), fixedExpected.data(), len)) << val;
+            EXPECT_EQ(fixedLast[0], fixedExpectedLast);
+        }
+    }
+}
+
+TEST(CompensateOffset, Q15FormsEqualTheModel) {
+    Random random(5);
+    for (Vorn16s val : {0, 1, 2, 16384, 32000, 32440, 32767}) {
+        for (std::size_t len = 1; len <= 60; ++len) {
+            const auto x = signal<Vorn16s>(random, len, len % 2 ? 32767.9 : 300.0);
+            const auto dstLast = static_cast<Vorn16s>(random.integer(-32768, 32767));
+            const auto srcLast = static_cast<Vorn16s>(random.integer(-32768, 32767));
+            std::vector<Vorn16s> expected(len);
+            Vorn16s expectedLast = srcLast;
+            model::compensateOffsetQ15(x, expected, expectedLast, dstLast, val);
+            Guarded<Vorn16s> src(x), dst(len), inPlace(x), last{srcLast};
+            ASSERT_EQ(vornsCompensateOffsetQ15_16s(src, dst, static_cast<int>(len), last, dstLast, val), vornStsNoErr);
+            EXPECT_TRUE(sameBits(dst.data(), expected.data(), len)) << val;
+            EXPECT_EQ(last[0], expectedLast);
+            last[0] = srcLast;
+            ASSERT_EQ(vornsCompensateOffsetQ15_16s_I(inPlace, static_cast<int>(len), last, dstLast, val), vornStsNoErr);
+            EXPECT_TRUE(sameBits(inPlace.data(), expected.data(), len)) << val;
+            EXPECT_EQ(last[0], expectedLast);
+        }
+    }
+    // Toward zero: -1 x 0.5 gives 0, where the Q12 path gives -1.
+    const Vorn16s src[] = {0};
+    Vorn16s dst = 9, last = 0;
+    ASSERT_EQ(vornsCompensateOffsetQ15_16s(src, &dst, 1, &last, -1, 16384), vornStsNoErr);
+    EXPECT_EQ(dst, 0);
+    std::vector<Vorn16s> longest(65535), out(65535);
+    EXPECT_EQ(vornsCompensateOffsetQ15_16s(longest.data(), out.data(), 65535, &last, 0, 100), vornStsNoErr);
+}
+
 template <class T>
 struct Arguments {
     std::vector<T> data = std::vector<T>(4, T(1));
@@ -170,6 +226,48 @@ void expectOrder() {
 TEST(CompensateOffset, ChecksInOrder) {
     expectOrder<Vorn32f>();
     expectOrder<Vorn16s>();
+}
+
+template <class T>
+struct InPlaceArguments {
+    Guarded<T> out = Guarded<T>(4), carried = Guarded<T>(1);
+    T* srcDst = out.data();
+    T* last = carried.data();
+    int len = 4;
+    Vorn16s val = 16384;
+    bool untouched() { return out.untouched() && carried.untouched(); }
+};
+
+template <class T>
+void expectInPlaceOrder(VornStatus (*call)(InPlaceArguments<T>&), bool q15) {
+    using A = InPlaceArguments<T>;
+    std::vector<test::Rule<A>> rules = {{"srcDst", vornStsNullPtrErr, [](A& a) { a.srcDst = nullptr; }},
+                                        {"pSrcLast", vornStsNullPtrErr, [](A& a) { a.last = nullptr; }},
+                                        {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }}};
+    if (q15) {
+        rules.push_back({"len 65536", vornStsSizeErr, [](A& a) { a.len = 65536; }});
+        rules.push_back({"val -1", vornStsBadArgErr, [](A& a) { a.val = -1; }});
+    }
+    test::expectCheckOrder<A>([] { return A(); }, call, [](A& a) { return a.untouched(); }, rules);
+}
+
+TEST(CompensateOffset, InPlaceChecksInOrder) {
+    using A = InPlaceArguments<Vorn16s>;
+    expectInPlaceOrder<Vorn32f>(
+        [](InPlaceArguments<Vorn32f>& a) { return vornsCompensateOffset_32f_I(a.srcDst, a.len, a.last, 0, 0.5f); },
+        false);
+    expectInPlaceOrder<Vorn16s>([](A& a) { return vornsCompensateOffset_16s_I(a.srcDst, a.len, a.last, 0, 0.5f); },
+                                false);
+    expectInPlaceOrder<Vorn16s>([](A& a) { return vornsCompensateOffsetQ15_16s_I(a.srcDst, a.len, a.last, 0, a.val); },
+                                true);
+    expectInPlaceOrder<Vorn16s>(
+        [](A& a) {
+            static const Vorn16s src[4] = {};
+            return vornsCompensateOffsetQ15_16s(src, a.srcDst, a.len, a.last, 0, a.val);
+        },
+        true);
+    Vorn16s one = 0;
+    EXPECT_EQ(vornsCompensateOffsetQ15_16s(nullptr, &one, 1, &one, 0, 1), vornStsNullPtrErr);
 }
 
 }  // namespace

@@ -53,4 +53,31 @@ inline void compensateOffset(const std::vector<std::int16_t>& x, std::vector<std
     srcLast = x.back();
 }
 
+// The in-place 16-bit form: single precision behind the first output, whatever the factor.
+inline void compensateOffsetInPlace(const std::vector<std::int16_t>& x, std::vector<std::int16_t>& y,
+                                    std::int16_t& srcLast, std::int16_t dstLast, float val) {
+    const float product = (float)dstLast * val;
+    const float sum = (float)x[0] + product;
+    y[0] = truncate16(sum - (float)srcLast);
+    for (std::size_t n = 1; n < x.size(); ++n) {
+        const float difference = (float)x[n] - (float)x[n - 1];
+        const float fedBack = (float)y[n - 1] * val;
+        const float value = difference + fedBack;
+        y[n] = truncate16(value < 0 ? value - 0.5f : value + 0.5f);
+    }
+    srcLast = x.back();
+}
+
+// The shift and its correction as the contract words them.
+inline void compensateOffsetQ15(const std::vector<std::int16_t>& x, std::vector<std::int16_t>& y, std::int16_t& srcLast,
+                                std::int16_t dstLast, std::int16_t val) {
+    for (std::size_t n = 0; n < x.size(); ++n) {
+        const std::int64_t product = (std::int64_t)(n == 0 ? dstLast : y[n - 1]) * val;
+        const std::int64_t t = product + ((std::int64_t)x[n] - (n == 0 ? srcLast : x[n - 1])) * 32768;
+        const std::int64_t tested = n == 0 ? t : product;
+        y[n] = clamp16((t >> 15) + (t < 0 && (tested & 0x7FFF) != 0 ? 1 : 0));
+    }
+    srcLast = x.back();
+}
+
 }  // namespace model

@@ -55,6 +55,15 @@ struct Q12Step {
     }
 };
 
+// The factor in Q15 and the sum exact: truncated toward zero, saturated.
+struct Q15Step {
+    std::int32_t val;
+    std::int32_t operator()(std::int32_t x, std::int32_t xBefore, std::int32_t yBefore) const {
+        const std::int64_t sum = std::int64_t{yBefore} * val + std::int64_t{x - xBefore} * 32768;
+        return saturate<Vorn16s>(sum / 32768);
+    }
+};
+
 // dst may be src: a sample is read before its output is written.
 template <class T, class Step>
 void compensateOffset(const T* src, T* dst, std::ptrdiff_t len, T srcLast, T dstLast, Step step) {
