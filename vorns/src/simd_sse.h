@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #define VORN_INLINE inline __attribute__((always_inline))
 
@@ -198,6 +199,31 @@ VORN_INLINE void storeFirst(std::int8_t* p, i8x16 a, std::ptrdiff_t n) {
     std::int8_t lane[16];
     store(lane, a);
     std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int8_t));
+}
+
+// The first n elements, a number known to the compiler, and zeros: one load, where loadFirst goes through memory.
+template <class V, int n>
+VORN_INLINE V loadFirst(const typename V::Element* p) {
+    static_assert(n == 1 || n == 2 || n == 4);
+    constexpr int bytes = n * static_cast<int>(sizeof(*p));
+    static_assert(bytes == 2 || bytes == 4 || bytes == 8);
+    __m128i x;
+    if constexpr (bytes == 8) {
+        x = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    } else if constexpr (bytes == 4) {
+        std::int32_t bits;
+        std::memcpy(&bits, p, sizeof bits);
+        x = _mm_cvtsi32_si128(bits);
+    } else {
+        std::uint16_t bits;
+        std::memcpy(&bits, p, sizeof bits);
+        x = _mm_cvtsi32_si128(bits);
+    }
+    if constexpr (std::is_same_v<typename V::Element, float>) {
+        return V{_mm_castsi128_ps(x)};
+    } else {
+        return V{x};
+    }
 }
 
 // Arithmetic.

@@ -83,6 +83,11 @@ using ShortToSingleWidths = Widths<i16x8>;
 // Four doubles, one for each row of a tile, in every build.
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 using f64x4of4 = f64x4;
+VORN_INLINE f64x4of4 widened(f32x4 a) { return {_mm256_cvtps_pd(a.v)}; }
+// x in lane 0, zeros behind it.
+VORN_INLINE f64x4of4 firstOnly(double x) { return {_mm256_insertf128_pd(_mm256_setzero_pd(), _mm_set_sd(x), 0)}; }
+// Lanes 0 and 1 + lanes 2 and 3.
+VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return lowHalf(a) + highHalf(a); }
 #else
 struct f64x4of4 {
     static constexpr int lanes = 4;
@@ -109,6 +114,9 @@ VORN_INLINE void storeFirst(double* p, f64x4of4 a, std::ptrdiff_t n) {
     store(lane, a);
     std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(double));
 }
+VORN_INLINE f64x4of4 widened(f32x4 a) { return {widenLow(a), widenHigh(a)}; }
+VORN_INLINE f64x4of4 firstOnly(double x) { return {withFirst(splat<f64x2>(0.0), x), splat<f64x2>(0.0)}; }
+VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return a.low + a.high; }
 VORN_INLINE f64x4of4 operator+(f64x4of4 a, f64x4of4 b) { return {a.low + b.low, a.high + b.high}; }
 VORN_INLINE f64x4of4 operator-(f64x4of4 a, f64x4of4 b) { return {a.low - b.low, a.high - b.high}; }
 VORN_INLINE f64x4of4 operator*(f64x4of4 a, f64x4of4 b) { return {a.low * b.low, a.high * b.high}; }

@@ -23,7 +23,7 @@ inline void differences(const Vorn16s* src, const Vorn16s* mean, Vorn16s* d, std
     std::ptrdiff_t j = 0;
     for (; j + 8 <= len; j += 8) store(d + j, subSat(load<i16x8>(src + j), load<i16x8>(mean + j)));
     if (len & 4) {
-        storeFirst(d + j, subSat(loadFirst<i16x8>(src + j, 4), loadFirst<i16x8>(mean + j, 4)), 4);
+        storeFirst(d + j, subSat(loadFirst<i16x8, 4>(src + j), loadFirst<i16x8, 4>(mean + j)), 4);
         j += 4;
     }
     for (; j < len; ++j) d[j] = static_cast<Vorn16s>(src[j] - mean[j]);
@@ -35,7 +35,7 @@ inline f32x4 dotLanes(const Vorn32f* row, const Vorn32f* d, std::ptrdiff_t size)
     f32x4 t = splat<f32x4>(0.0f);
     std::ptrdiff_t j = 0;
     for (; j + 4 <= size; j += 4) t = t + load<f32x4>(row + j) * load<f32x4>(d + j);
-    if (size & 2) t = t + loadFirst<f32x4>(row + j, 2) * loadFirst<f32x4>(d + j, 2), j += 2;
+    if (size & 2) t = t + loadFirst<f32x4, 2>(row + j) * loadFirst<f32x4, 2>(d + j), j += 2;
     if (size & 1) t = withFirst(t, firstLane(t) + row[j] * d[j]);
     return t;
 }
@@ -54,8 +54,8 @@ inline f32x4 dotLanes(const Vorn16s* row, const Vorn16s* d, std::ptrdiff_t size)
         const i16x8 a = load<i16x8>(row + j), b = load<i16x8>(d + j);
         t = (t + toFloat(productsLow(a, b))) + toFloat(productsHigh(a, b));
     }
-    if (size & 4) t = t + toFloat(productsLow(loadFirst<i16x8>(row + j, 4), loadFirst<i16x8>(d + j, 4))), j += 4;
-    if (size & 2) t = t + toFloat(productsLow(loadFirst<i16x8>(row + j, 2), loadFirst<i16x8>(d + j, 2))), j += 2;
+    if (size & 4) t = t + toFloat(productsLow(loadFirst<i16x8, 4>(row + j), loadFirst<i16x8, 4>(d + j))), j += 4;
+    if (size & 2) t = t + toFloat(productsLow(loadFirst<i16x8, 2>(row + j), loadFirst<i16x8, 2>(d + j))), j += 2;
     if (size & 1) t = withFirst(t, firstLane(t) + static_cast<float>(row[j] * d[j]));
     return t;
 }

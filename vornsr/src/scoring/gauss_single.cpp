@@ -6,8 +6,7 @@
 #include "frame/memory.h"
 #include "frame/scale.h"
 #include "frame/wrap.h"
-#include "scoring/gauss_single_kernels.h"
-#include "scoring/gauss_single_sums.h"
+#include "scoring/gauss_single_scores.h"
 #include "vornsr/scoring.h"
 #include "vornsr/signal.h"
 
@@ -19,26 +18,23 @@ namespace {
 // added.
 Vorn32f scaleOfHalf(int scaleFactor) { return powerOfTwo_32f(-(std::int64_t{scaleFactor} + 1)); }
 
-// inverse[j] = 1 / var[j]; the status is the warning if a variance is zero.
-VornStatus invert(const Vorn32f* var, Vorn32f* inverse, std::ptrdiff_t len) {
-    const f32xN one = splat<f32xN>(1.0f), zero = splat<f32xN>(0.0f);
+// inverse[j] = 1 / var[j] in single; the status is the warning if a variance is zero.
+template <class T>
+VornStatus invert(const T* var, Vorn32f* inverse, std::ptrdiff_t len) {
+    const f32x4 one = splat<f32x4>(1.0f), zero = splat<f32x4>(0.0f);
     bool zeroMet = false;
     std::ptrdiff_t j = 0;
-    for (; j + f32xN::lanes <= len; j += f32xN::lanes) {
-        const f32xN v = load<f32xN>(var + j);
-        zeroMet |= any(v == zero);
-        store(inverse + j, one / v);
+    for (; j + 8 <= len; j += 8) {
+        const EightSingles v = singlesOf(var + j);
+        zeroMet |= any((v.low == zero) | (v.high == zero));
+        store(inverse + j, one / v.low);
+        store(inverse + j + 4, one / v.high);
     }
     for (; j < len; ++j) {
-        zeroMet |= var[j] == 0.0f;
-        inverse[j] = 1.0f / var[j];
+        zeroMet |= var[j] == 0;
+        inverse[j] = 1.0f / static_cast<Vorn32f>(var[j]);
     }
     return zeroMet ? vornStsDivByZero : vornStsNoErr;
-}
-
-VornStatus invert(const Vorn16s* var, Vorn32f* inverse, std::ptrdiff_t len) {
-    vornsConvert_16s32f(var, inverse, static_cast<int>(len));
-    return invert(inverse, inverse, len);
 }
 
 }  // namespace
@@ -49,7 +45,7 @@ VornStatus vornsLogGaussSingle_32f(const Vorn32f* src, const Vorn32f* mean, cons
                                    Vorn32f* result, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingle_32f_M7(src, mean, var, len, result, &val);
+    *result = singleScore(src, mean, var, len, val);
     return vornStsNoErr;
 }
 
@@ -74,7 +70,7 @@ VornStatus vornsLogGaussSingle_Scaled_16s32f(const Vorn16s* src, const Vorn16s* 
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
     const Vorn32f scale = scaleOfHalf(scaleFactor);
-    vornsLGaussSingle_16s32f_M7(src, mean, var, len, result, &val, &scale);
+    *result = fixedScore(src, mean, var, len, val, scale);
     return vornStsNoErr;
 }
 
@@ -82,7 +78,7 @@ VornStatus vornsLogGaussSingle_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mea
                                           Vorn32s* result, Vorn32s val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingle_16s32s_Sfs_M7(src, mean, var, len, result, val, scaleFactor);
+    *result = roundedScore(src, mean, var, len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -90,7 +86,7 @@ VornStatus vornsLogGaussSingle_LowScaled_16s32f(const Vorn16s* src, const Vorn16
                                                 Vorn32f* result, Vorn32f val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingleLow_16s32f_M7(src, mean, var, len, result, &val, scaleFactor);
+    *result = lowScore(src, mean, var, len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -98,7 +94,7 @@ VornStatus vornsLogGaussSingle_Low_16s32s_Sfs(const Vorn16s* src, const Vorn16s*
                                               Vorn32s* result, Vorn32s val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingleLow_16s32s_Sfs_M7(src, mean, var, len, result, val, scaleFactor);
+    *result = lowScore(src, mean, var, len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -108,7 +104,7 @@ VornStatus vornsLogGaussSingle_IdVar_32f(const Vorn32f* src, const Vorn32f* mean
                                          Vorn32f val) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingle_IdVar_32f_M7(src, mean, len, result, &val);
+    *result = singleScore(src, mean, UnitVar(), len, val);
     return vornStsNoErr;
 }
 
@@ -118,7 +114,7 @@ VornStatus vornsLogGaussSingle_IdVar_64f(const Vorn64f* src, const Vorn64f* mean
     VORN_CHECK(positive(len));
     // Above 54 columns the address of the mean no longer counts.
     if (len > 54) {
-        ownvornsLogGaussSingle_IdVar_64f_W7(src, mean, len, result, &val);
+        *result = pairedDoubleScore(src, mean, UnitVar(), len, val);
     } else {
         *result = val - doubleSum(src, mean, UnitVar(), len) * 0.5;
     }
@@ -138,7 +134,7 @@ VornStatus vornsLogGaussSingle_IdVarScaled_16s32f(const Vorn16s* src, const Vorn
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
     const Vorn32f scale = scaleOfHalf(scaleFactor);
-    vornsLGaussSingle_IdVar_16s32f_M7(src, mean, len, result, &val, &scale);
+    *result = fixedScore(src, mean, UnitVar(), len, val, scale);
     return vornStsNoErr;
 }
 
@@ -146,7 +142,7 @@ VornStatus vornsLogGaussSingle_IdVar_16s32s_Sfs(const Vorn16s* src, const Vorn16
                                                 Vorn32s val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingle_IdVar_16s32s_Sfs_M7(src, mean, len, result, val, scaleFactor);
+    *result = roundedScore(src, mean, UnitVar(), len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -154,7 +150,7 @@ VornStatus vornsLogGaussSingle_IdVarLowScaled_16s32f(const Vorn16s* src, const V
                                                      Vorn32f val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingle_IdVarLow_16s32f_M7(src, mean, len, result, &val, scaleFactor);
+    *result = lowScore(src, mean, UnitVar(), len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -162,7 +158,7 @@ VornStatus vornsLogGaussSingle_IdVarLow_16s32s_Sfs(const Vorn16s* src, const Vor
                                                    Vorn32s val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    vornsLGaussSingleLow_IdVar_16s32s_Sfs_M7(src, mean, len, result, val, scaleFactor);
+    *result = lowScore(src, mean, UnitVar(), len, val, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -175,7 +171,7 @@ VornStatus vornsLogGaussSingle_DirectVar_32f(const Vorn32f* src, const Vorn32f* 
     const Scratch<Vorn32f> inverse(std::int64_t{len} + 32);
     if (!inverse) return vornStsMemAllocErr;
     const VornStatus status = invert(var, inverse.get(), len);
-    vornsLGaussSingle_32f_M7(src, mean, inverse.get(), len, result, &val);
+    *result = singleScore(src, mean, inverse.get(), len, val);
     return status;
 }
 
@@ -183,7 +179,7 @@ VornStatus vornsLogGaussSingle_DirectVar_64f(const Vorn64f* src, const Vorn64f* 
                                              Vorn64f* result, Vorn64f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    ownvornsLogGaussSingle_DirectVar_64f_W7(src, mean, var, len, result, &val);
+    *result = dividedDoubleScore(src, mean, var, len, val);
     return vornStsNoErr;
 }
 
@@ -210,7 +206,7 @@ VornStatus vornsLogGaussSingle_DirectVarScaled_16s32f(const Vorn16s* src, const 
     if (!inverse) return vornStsMemAllocErr;
     const Vorn32f scale = GetScale_32s32f(scaleFactor);
     const VornStatus status = invert(var, inverse.get(), len);
-    vornsLGaussSingle_DirectVarScaled_16s32f_M7(src, mean, inverse.get(), len, result, &val, &scale);
+    *result = fixedScore(src, mean, inverse.get(), len, val, scale);
     return status;
 }
 

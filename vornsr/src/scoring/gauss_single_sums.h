@@ -11,6 +11,7 @@
 #include "frame/wrap.h"
 #include "scoring/gauss_rows.h"
 #include "simd.h"
+#include "simd_tile.h"
 #include "vornsr/types.h"
 
 namespace vorn {
@@ -53,6 +54,13 @@ struct Subtracted {
     }
 };
 
+// The terms of a vector's last eight columns, of which the last `count` have not been summed: those join in order.
+template <class Sign, class T>
+VORN_INLINE T joinLast(T sum, const T (&term)[8], std::ptrdiff_t count) {
+    for (std::ptrdiff_t k = 8 - count; k < 8; ++k) sum = Sign()(sum, term[k]);
+    return sum;
+}
+
 // S, or -S. Of each sixteen columns the first eight go to one accumulator of four lanes and the next eight to another;
 // then eight to the first, and what remains to its lane 0; (lane 0 + lane 1) + (lane 2 + lane 3) of both together.
 template <class Sign, class Var>
@@ -72,8 +80,17 @@ inline float singleSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrd
         first = joinEight(first, j);
         j += 8;
     }
+    if (j == len) return sumNeighbours(first + second);
     float lane0 = firstLane(first);
-    for (; j < len; ++j) lane0 = join(lane0, singleTerm(x + j, mean + j, var + j));
+    if (len >= 8) {
+        float term[8];
+        const std::ptrdiff_t last = len - 8;
+        store(term, singleTerms(x + last, mean + last, var + last));
+        store(term + 4, singleTerms(x + last + 4, mean + last + 4, var + last + 4));
+        lane0 = joinLast<Sign>(lane0, term, len - j);
+    } else {
+        for (; j < len; ++j) lane0 = join(lane0, singleTerm(x + j, mean + j, var + j));
+    }
     return sumNeighbours(withFirst(first, lane0) + second);
 }
 
@@ -87,25 +104,16 @@ VORN_INLINE double widened(const T* p) {
     return x;
 }
 
-// Four columns as two pairs of lanes.
-struct TwoPairs {
-    f64x2 low, high;
-};
-VORN_INLINE TwoPairs widenedFour(const Vorn64f* p) { return {load<f64x2>(p), load<f64x2>(p + 2)}; }
-VORN_INLINE TwoPairs widenedFour(const Vorn32f* p) {
-    const f32x4 x = load<f32x4>(p);
-    return {widenLow(x), widenHigh(x)};
-}
+VORN_INLINE f64x4of4 widenedFour(const Vorn64f* p) { return load<f64x4of4>(p); }
+VORN_INLINE f64x4of4 widenedFour(const Vorn32f* p) { return widened(load<f32x4>(p)); }
 
 template <class T, class Var>
-VORN_INLINE TwoPairs doubleTerms(const T* x, const T* mean, Var var) {
-    const TwoPairs a = widenedFour(x), b = widenedFour(mean);
-    const f64x2 low = a.low - b.low, high = a.high - b.high;
+VORN_INLINE f64x4of4 doubleTerms(const T* x, const T* mean, Var var) {
+    const f64x4of4 d = widenedFour(x) - widenedFour(mean);
     if constexpr (isUnit<Var>) {
-        return {low * low, high * high};
+        return d * d;
     } else {
-        const TwoPairs v = widenedFour(var);
-        return {(low * low) * v.low, (high * high) * v.high};
+        return (d * d) * widenedFour(var);
     }
 }
 template <class T, class Var>
@@ -128,15 +136,20 @@ inline double addInOrder(double sum, const T* x, const T* mean, Var var, std::pt
 // other; pair + pair, lane + lane, then what remains in order. sum is what lane 0 starts with.
 template <class T, class Var>
 inline double pairedDoubleSum(double sum, const T* x, const T* mean, Var var, std::ptrdiff_t from, std::ptrdiff_t len) {
-    f64x2 one = withFirst(splat<f64x2>(0.0), sum), other = splat<f64x2>(0.0);
+    f64x4of4 pairs = firstOnly(sum);
     std::ptrdiff_t j = from;
     for (; j + 8 <= len; j += 8) {
-        const TwoPairs a = doubleTerms(x + j, mean + j, var + j);
-        const TwoPairs b = doubleTerms(x + j + 4, mean + j + 4, var + j + 4);
-        one = (one + a.low) + b.low;
-        other = (other + a.high) + b.high;
+        pairs = pairs + doubleTerms(x + j, mean + j, var + j);
+        pairs = pairs + doubleTerms(x + j + 4, mean + j + 4, var + j + 4);
     }
-    return addInOrder(sumLanes(one + other), x, mean, var, j, len);
+    sum = sumLanes(foldHalves(pairs));
+    if (j == len) return sum;
+    if (len < 8) return addInOrder(sum, x, mean, var, j, len);
+    double term[8];
+    const std::ptrdiff_t last = len - 8;
+    store(term, doubleTerms(x + last, mean + last, var + last));
+    store(term + 4, doubleTerms(x + last + 4, mean + last + 4, var + last + 4));
+    return joinLast<Added>(sum, term, len - j);
 }
 
 // S as the address of the inverse variances (of the mean, where there are none) decides for vectors above eight
@@ -177,6 +190,46 @@ VORN_INLINE EightSingles singlesOf(const Vorn16s* p) {
 }
 VORN_INLINE EightSingles singlesOf(const Vorn32f* p) { return {load<f32x4>(p), load<f32x4>(p + 4)}; }
 
+// Adds the group sums of one or two groups of eight to the running sum, in order: lanes 0 to 3 + lanes 4 to 7, then
+// (0 + 2) + (1 + 3).
+template <class F>
+VORN_INLINE void addGroups(float& sum, F terms) {
+    if constexpr (F::lanes == 8) {
+        sum += sumHalves(lowHalf(terms) + highHalf(terms));
+    } else {
+        addGroups(sum, lowHalf(terms));
+        addGroups(sum, highHalf(terms));
+    }
+}
+// The same of a whole vector of 16-bit columns, as far as the build has one wider than a group.
+template <class Var>
+VORN_INLINE void addWideGroups(float& sum, i16xN d, Var var) {
+    using F = f32xN;
+    F low = toFloat(widenLow(d)), high = toFloat(widenHigh(d));
+    low = low * low, high = high * high;
+    if constexpr (std::is_same_v<Var, const Vorn16s*>) {
+        const i16xN v = load<i16xN>(var);
+        low = low * toFloat(widenLow(v)), high = high * toFloat(widenHigh(v));
+    } else if constexpr (!isUnit<Var>) {
+        low = low * load<F>(var), high = high * load<F>(var + F::lanes);
+    }
+    addGroups(sum, low);
+    addGroups(sum, high);
+}
+
+// The terms of eight columns with exact differences.
+template <class Var>
+VORN_INLINE EightSingles exactTerms(const Vorn16s* x, const Vorn16s* mean, Var var) {
+    const i16x8 a = load<i16x8>(x), b = load<i16x8>(mean);
+    const f32x4 low = toFloat(widenLow(a) - widenLow(b)), high = toFloat(widenHigh(a) - widenHigh(b));
+    if constexpr (isUnit<Var>) {
+        return {low * low, high * high};
+    } else {
+        const EightSingles v = singlesOf(var);
+        return {(low * low) * v.low, (high * high) * v.high};
+    }
+}
+
 // S: groups of eight with differences that saturate, each summed whole before it joins the running sum, lanes 0 to 3 +
 // lanes 4 to 7, then (0 + 2) + (1 + 3). What remains joins column by column, with exact differences that do not
 // saturate.
@@ -184,6 +237,11 @@ template <class Var>
 inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdiff_t len) {
     float sum = 0.0f;
     std::ptrdiff_t j = 0;
+    if constexpr (i16xN::lanes > 8) {
+        for (; j + i16xN::lanes <= len; j += i16xN::lanes) {
+            addWideGroups(sum, subSat(load<i16xN>(x + j), load<i16xN>(mean + j)), var + j);
+        }
+    }
     for (; j + 8 <= len; j += 8) {
         const i16x8 d = subSat(load<i16x8>(x + j), load<i16x8>(mean + j));
         f32x4 low = toFloat(productsLow(d, d)), high = toFloat(productsHigh(d, d));
@@ -192,6 +250,13 @@ inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdi
             low = low * v.low, high = high * v.high;
         }
         sum += sumHalves(low + high);
+    }
+    if (j == len) return sum;
+    if (len >= 8) {
+        float term[8];
+        const EightSingles last = exactTerms(x + len - 8, mean + len - 8, var + (len - 8));
+        store(term, last.low), store(term + 4, last.high);
+        return joinLast<Added>(sum, term, len - j);
     }
     for (; j < len; ++j) {
         const auto d = static_cast<float>(x[j] - mean[j]);
@@ -204,33 +269,47 @@ inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdi
     return sum;
 }
 
+// Lane k of the result is the sum of the lanes k, k + 4, ..., which are whole groups apart.
+VORN_INLINE i32x4 foldedToFour(i32x4 a) { return a; }
+template <class I>
+VORN_INLINE i32x4 foldedToFour(I a) {
+    return foldedToFour(lowHalf(a) + highHalf(a));
+}
+
+// Sums of squares, their lower and upper 16 bits apart: a sum of two squares has 32 bits without a sign.
+template <class I>
+struct SquareSums {
+    I low = splat<I>(0), high = splat<I>(0);
+    template <class V>
+    VORN_INLINE void add(V d) {
+        const I pairs = mulAddPairs(d, d);
+        low = low + (pairs & splat<I>(0xFFFF));
+        high = high + shiftRightLogical<16>(pairs);
+    }
+};
+
 // S of the identity covariance, exact. All differences saturate.
 inline std::int64_t exactSquares(const Vorn16s* x, const Vorn16s* mean, std::ptrdiff_t len) {
-    // The sum of two squares has 32 bits without a sign; its halves are summed apart, in 32 bits for so many steps.
-    constexpr std::ptrdiff_t steps = 65536;
+    // After so many steps all lanes together still fit into 32 bits, and so does one step more of each kind.
+    constexpr std::ptrdiff_t steps = 4000;
     std::int64_t sum = 0;
     std::ptrdiff_t j = 0;
-    while (j + i16xN::lanes <= len) {
-        const std::ptrdiff_t left = (len - j) / i16xN::lanes;
-        const std::ptrdiff_t end = j + (left < steps ? left : steps) * i16xN::lanes;
-        i32xN low = splat<i32xN>(0), high = low;
-        for (; j < end; j += i16xN::lanes) {
-            const i16xN d = subSat(load<i16xN>(x + j), load<i16xN>(mean + j));
-            const i32xN pairs = mulAddPairs(d, d);
-            low = low + (pairs & splat<i32xN>(0xFFFF));
-            high = high + shiftRightLogical<16>(pairs);
+    do {
+        const std::ptrdiff_t vectors = (len - j) / i16xN::lanes;
+        SquareSums<i32xN> wide;
+        for (std::ptrdiff_t n = vectors < steps ? vectors : steps; n > 0; --n, j += i16xN::lanes) {
+            wide.add(subSat(load<i16xN>(x + j), load<i16xN>(mean + j)));
         }
-        std::int32_t lowLane[i32xN::lanes], highLane[i32xN::lanes];
-        store(lowLane, low), store(highLane, high);
-        for (int k = 0; k < i32xN::lanes; ++k) {
-            sum +=
-                static_cast<std::uint32_t>(lowLane[k]) + (std::int64_t{static_cast<std::uint32_t>(highLane[k])} << 16);
+        SquareSums<i32x4> four{foldedToFour(wide.low), foldedToFour(wide.high)};
+        if (vectors <= steps) {
+            for (; j + 8 <= len; j += 8) four.add(subSat(load<i16x8>(x + j), load<i16x8>(mean + j)));
+            if (len & 4) four.add(subSat(loadFirst<i16x8, 4>(x + j), loadFirst<i16x8, 4>(mean + j))), j += 4;
+            if (len & 2) four.add(subSat(loadFirst<i16x8, 2>(x + j), loadFirst<i16x8, 2>(mean + j))), j += 2;
+            if (len & 1) four.add(subSat(loadFirst<i16x8, 1>(x + j), loadFirst<i16x8, 1>(mean + j))), j += 1;
         }
-    }
-    for (; j < len; ++j) {
-        const std::int32_t d = saturate<Vorn16s>(x[j] - mean[j]);
-        sum += d * d;
-    }
+        sum += static_cast<std::uint32_t>(sumLanes(four.low));
+        sum += std::int64_t{static_cast<std::uint32_t>(sumLanes(four.high))} << 16;
+    } while (j < len);
     return sum;
 }
 
@@ -244,8 +323,8 @@ inline float negatedPairSquares(const Vorn16s* x, const Vorn16s* mean, std::ptrd
         lanes = lanes - toFloat(mulAddPairs(d, d));
     };
     for (; j + 8 <= len; j += 8) subtract(load<i16x8>(x + j), load<i16x8>(mean + j));
-    if (len & 4) subtract(loadFirst<i16x8>(x + j, 4), loadFirst<i16x8>(mean + j, 4)), j += 4;
-    if (len & 2) subtract(loadFirst<i16x8>(x + j, 2), loadFirst<i16x8>(mean + j, 2)), j += 2;
+    if (len & 4) subtract(loadFirst<i16x8, 4>(x + j), loadFirst<i16x8, 4>(mean + j)), j += 4;
+    if (len & 2) subtract(loadFirst<i16x8, 2>(x + j), loadFirst<i16x8, 2>(mean + j)), j += 2;
     if (len & 1) {
         const auto d = static_cast<float>(x[j] - mean[j]);
         lanes = withFirst(lanes, firstLane(lanes) - d * d);
@@ -301,15 +380,8 @@ VORN_INLINE i16x8 firstLowWeights(Var var) {
     if constexpr (isUnit<Var>) {
         return splat<i16x8>(1);
     } else {
-        return loadFirst<i16x8>(var, count);
+        return loadFirst<i16x8, count>(var);
     }
-}
-
-// Lane k of the result is the sum of the lanes k, k + 4, ..., which are whole groups apart.
-VORN_INLINE i32x4 foldedToFour(i32x4 a) { return a; }
-template <class I>
-VORN_INLINE i32x4 foldedToFour(I a) {
-    return foldedToFour(lowHalf(a) + highHalf(a));
 }
 
 // -S / 2 x 2^-scaleFactor in wrapping integers. The groups of eight are shifted once, at their end and negated; the
@@ -333,13 +405,13 @@ inline std::int32_t negatedLowScore(const Vorn16s* x, const Vorn16s* mean, Var v
     }
     i32x4 total = shifts(high, low);
     if (len & 4) {
-        const i16x8 d = subSat(loadFirst<i16x8>(x + j, 4), loadFirst<i16x8>(mean + j, 4));
+        const i16x8 d = subSat(loadFirst<i16x8, 4>(x + j), loadFirst<i16x8, 4>(mean + j));
         const auto t = lowTerms(d, firstLowWeights<4>(var + j));
         total = total - shifts(t.high, t.low);
         j += 4;
     }
     if (len & 2) {
-        const i16x8 d = subSat(loadFirst<i16x8>(x + j, 2), loadFirst<i16x8>(mean + j, 2));
+        const i16x8 d = subSat(loadFirst<i16x8, 2>(x + j), loadFirst<i16x8, 2>(mean + j));
         const auto t = lowTerms(d, firstLowWeights<2>(var + j));
         total = total - shifts(t.high, t.low);
         j += 2;
@@ -353,7 +425,7 @@ inline std::int32_t negatedLowScore(const Vorn16s* x, const Vorn16s* mean, Var v
             score = wrapSub(score, firstLane(shiftLeft(half, shifts.lowLeft)));
         } else {
             // Without variances the last difference wraps in 16 bits, with them it saturates.
-            const i16x8 a = loadFirst<i16x8>(x + j, 1), b = loadFirst<i16x8>(mean + j, 1);
+            const i16x8 a = loadFirst<i16x8, 1>(x + j), b = loadFirst<i16x8, 1>(mean + j);
             const auto t = lowTerms(isUnit<Var> ? a - b : subSat(a, b), firstLowWeights<1>(var + j));
             score = wrapSub(score, firstLane(shifts(t.high, t.low)));
         }
