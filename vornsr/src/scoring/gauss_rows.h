@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <type_traits>
 
 #include "frame/rows.h"
 #include "simd.h"
@@ -32,6 +33,9 @@ struct UnitVar {
     VORN_INLINE UnitVar operator+(std::ptrdiff_t) const { return {}; }
     UnitVar from(std::ptrdiff_t) const { return {}; }
 };
+
+template <class Var>
+inline constexpr bool isUnit = std::is_same_v<Var, UnitVar>;
 
 template <class T>
 struct FourRows {

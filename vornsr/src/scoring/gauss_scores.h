@@ -39,7 +39,7 @@ void scoreRows(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height
 // At low precision rows come in pairs, and a last odd one has a sum of its own.
 template <class Vectors, class End>
 void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, int scaleFactor, const End end) {
-    const LowShift shift(scaleFactor);
+    const LowShifts shift(scaleFactor);
     forRows(
         vectors,
         height, [&](std::ptrdiff_t row, std::ptrdiff_t count, const auto& rows) __attribute__((always_inline)) {
@@ -55,7 +55,7 @@ void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t hei
 }
 
 template <class Vectors>
-inline constexpr bool isIdentity = std::is_same_v<decltype(Vectors::var), UnitVar>;
+inline constexpr bool isIdentity = isUnit<decltype(Vectors::var)>;
 
 // Data and sums in single. Many frames double val, many Gaussians halve the sum.
 struct SingleScores {

@@ -9,15 +9,13 @@
 
 #include "frame/align.h"
 #include "frame/wrap.h"
+#include "scoring/gauss_low_parts.h"
 #include "scoring/gauss_rows.h"
 #include "simd.h"
 #include "simd_tile.h"
 #include "vornsr/types.h"
 
 namespace vorn {
-
-template <class Var>
-inline constexpr bool isUnit = std::is_same_v<Var, UnitVar>;
 
 // ---- Single.
 
@@ -334,47 +332,6 @@ inline float negatedPairSquares(const Vorn16s* x, const Vorn16s* mean, std::ptrd
 
 // ---- 16 bits, low precision: integers only.
 
-// The shifts that bring the two halves of a sum to the unit of the score.
-struct LowShifts {
-    int highLeft, highRight, lowLeft, lowRight;
-
-    explicit LowShifts(int scaleFactor) : highLeft(0), highRight(0), lowLeft(0), lowRight(0) {
-        if (scaleFactor > 15) {
-            highRight = scaleFactor - 15;
-            lowRight = 15;  // goes no further with the scale factor
-        } else if (scaleFactor >= 0) {
-            highLeft = 15 - scaleFactor;
-            lowRight = scaleFactor;
-        } else {
-            const int up = scaleFactor < -32 ? 32 : -scaleFactor;  // from 32 on nothing is left
-            highLeft = 15 + up;
-            lowLeft = up;
-        }
-    }
-    VORN_INLINE i32x4 operator()(i32x4 high, i32x4 low) const {
-        return shiftRight(shiftLeft(high, highLeft), highRight) + shiftRight(shiftLeft(low, lowLeft), lowRight);
-    }
-};
-
-// Sums of neighbouring terms: the high 16 bits of the squares, signed, and the low ones without the last bit, each
-// times v.
-template <class I>
-struct HighAndLow {
-    I high, low;
-};
-template <class V>
-VORN_INLINE auto lowTerms(V d, V v) {
-    using I = decltype(mulAddPairs(d, d));
-    return HighAndLow<I>{mulAddPairs(mulHigh(d, d), v), mulAddPairs(shiftRightLogical<1>(mulLow(d, d)), v)};
-}
-template <class V, class Var>
-VORN_INLINE V lowWeights(Var var) {
-    if constexpr (isUnit<Var>) {
-        return splat<V>(1);
-    } else {
-        return load<V>(var);
-    }
-}
 template <int count, class Var>
 VORN_INLINE i16x8 firstLowWeights(Var var) {
     if constexpr (isUnit<Var>) {

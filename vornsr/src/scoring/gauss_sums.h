@@ -276,6 +276,11 @@ VORN_INLINE i16x8 loadRest(const Vorn16s* row, std::ptrdiff_t len) {
     return len < 8 ? loadFirst<i16x8>(row, left) : dropFirst(load<i16x8>(row + len - 8), 8 - left);
 }
 VORN_INLINE i16x8 loadRest(UnitVar, std::ptrdiff_t) { return splat<i16x8>(1); }
+// The saturated difference of two rows there.
+VORN_INLINE i16x8 differenceOfRest(const Vorn16s* x, const Vorn16s* mean, std::ptrdiff_t len) {
+    if (len < 8) return subSat(loadRest(x, len), loadRest(mean, len));
+    return dropFirst(subSat(load<i16x8>(x + len - 8), load<i16x8>(mean + len - 8)), static_cast<int>(8 - len % 8));
+}
 
 // The passes of four, two and one columns in which the low-precision kinds take what is left behind the groups of
 // eight. pairs holds the sums of neighbouring columns; a pass has its columns in the first lanes.
@@ -299,7 +304,7 @@ struct ShortPassSums {
         const std::ptrdiff_t left = subtractGroups<ShortPairTerms>(ShortWidths{}, rows, len, acc);
         if (left > 0) {
             const auto rest = forFourRows([&](int r) __attribute__((always_inline)) {
-                const i16x8 d = subSat(loadRest(rows.src[r], len), loadRest(rows.mean[r], len));
+                const i16x8 d = differenceOfRest(rows.src[r], rows.mean[r], len);
                 return RestPasses::of(mulAddPairs(d, d), left);
             });
             for (int k = 0; k < 3; ++k) {

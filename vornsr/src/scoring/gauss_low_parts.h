@@ -1,0 +1,59 @@
+// Gaussian scores at low precision: squares in two halves, times v, in 32-bit lanes that wrap; no float in the inner
+// loop. The lowest bit of a square is lost.
+#pragma once
+
+#include "scoring/gauss_rows.h"
+#include "simd.h"
+
+namespace vorn {
+
+// The shifts that bring the two halves of a sum to the unit of the score.
+struct LowShifts {
+    int highLeft, highRight, lowLeft, lowRight;
+
+    explicit LowShifts(int scaleFactor) : highLeft(0), highRight(0), lowLeft(0), lowRight(0) {
+        if (scaleFactor > 15) {
+            highRight = scaleFactor - 15;
+            lowRight = 15;  // goes no further with the scale factor
+        } else if (scaleFactor >= 0) {
+            highLeft = 15 - scaleFactor;
+            lowRight = scaleFactor;
+        } else {
+            const int up = scaleFactor < -32 ? 32 : -scaleFactor;  // from 32 on nothing is left
+            highLeft = 15 + up;
+            lowLeft = up;
+        }
+    }
+    template <class V>
+    VORN_INLINE V operator()(V high, V low) const {
+        return shiftRight(shiftLeft(high, highLeft), highRight) + shiftRight(shiftLeft(low, lowLeft), lowRight);
+    }
+};
+
+// Sums of neighbouring terms: the high 16 bits of the squares, signed, and the low ones without the last bit, each
+// times v.
+template <class I>
+struct HighAndLow {
+    I high, low;
+};
+template <class V>
+VORN_INLINE auto lowTerms(V d, V v) {
+    using I = decltype(mulAddPairs(d, d));
+    return HighAndLow<I>{mulAddPairs(mulHigh(d, d), v), mulAddPairs(shiftRightLogical<1>(mulLow(d, d)), v)};
+}
+template <class V, class Var>
+VORN_INLINE V lowWeights(Var var) {
+    if constexpr (isUnit<Var>) {
+        return splat<V>(1);
+    } else {
+        return load<V>(var);
+    }
+}
+// Lane k of the result is the sum of the lanes k, k + 4, ..., which are whole groups apart.
+VORN_INLINE i32x4 foldedToFour(i32x4 a) { return a; }
+template <class I>
+VORN_INLINE i32x4 foldedToFour(I a) {
+    return foldedToFour(lowHalf(a) + highHalf(a));
+}
+
+}  // namespace vorn
