@@ -20,12 +20,14 @@ Family estimationWorkloads();
 Family featureWorkloads();
 Family moveWorkloads();
 Family convertWorkloads();
+Family arithmeticWorkloads();
 Family reductionWorkloads();
 Family fftWorkloads();
 
 inline const Family families[] = {
-    frameWorkloads(),   logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),  estimationWorkloads(),
-    featureWorkloads(), moveWorkloads(),          convertWorkloads(),     reductionWorkloads(), fftWorkloads(),
+    frameWorkloads(),      logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),
+    estimationWorkloads(), featureWorkloads(),       moveWorkloads(),        convertWorkloads(),
+    arithmeticWorkloads(), reductionWorkloads(),     fftWorkloads(),
 };
 
 }  // namespace verify

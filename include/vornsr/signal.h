@@ -167,6 +167,248 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
 /** @} */
 
 /**
+ * @defgroup arithmetic Element-wise arithmetic
+ * @brief Sums, differences, products and quotients of two vectors, or of a vector and a constant.
+ *
+ * Formulas, for each element. The subtraction and the division of two vectors take their first operand from src2; in
+ * the in-place forms src has the role of src1 and srcDst that of src2.
+ * - `vornsAdd_*`: src1 + src2; `vornsAddC_*`: src + val
+ * - `vornsSub_*`: src2 - src1; `vornsSubC_*`: src - val; `vornsSubCRev_*`: val - src
+ * - `vornsMul_*`: src1 src2; `vornsMulC_*`: src val
+ * - `vornsDiv_*`: src2 / src1; `vornsDivC_*`: src / val; `vornsDivCRev_*`: val / src
+ *
+ * Shapes: len elements each; a complex val is passed whole, by value. In a mixed form the two type codes are those of
+ * the operands and the result; `vornsMul_32s32sc_*` multiplies a real by a complex vector, `vornsDiv_32s16s_Sfs` divides
+ * 32-bit by 16-bit integers and gives 16 bits. The result may be one of the operands; other overlap is not allowed.
+ *
+ * Checks: a null pointer gives `vornStsNullPtrErr`, then len below 1 `vornStsSizeErr`, then in `vornsDivC_*` a zero val
+ * (both parts of a complex one) `vornStsDivByZeroErr`, with nothing written.
+ *
+ * Integer results are the exact value times 2^-scaleFactor (times 1 where there is no scale factor), rounded to nearest
+ * with ties to even and saturated: bit for bit, for every scale factor. Nothing wraps. The result does not depend on the
+ * processor's rounding mode, and the mode stays as it is. From these limits on no arithmetic is needed: above the upper
+ * one every result is 0, and below the lower one every value but 0 saturates.
+ *
+ * | Family                                   | upper | lower |
+ * |------------------------------------------|-------|-------|
+ * | sums and differences, 8u                 |     9 |    -7 |
+ * | sums and differences, 16s and 16sc       |    16 |   -15 |
+ * | sums and differences, 32s and 32sc       |    32 |   -30 |
+ * | products 16s                             |    30 |   -15 |
+ * | products 16u16s                          |    31 |   -14 |
+ * | products 16s32s                          |    30 |   -30 |
+ * | products 32s                             |    62 |   -31 |
+ *
+ * The one exception to exactness: `vornsMul_32s_*` and `vornsMulC_32s_*` multiply in double precision, so a product above
+ * 2^53 is rounded to 53 bits before it is scaled and rounded.
+ *
+ * Mixed forms without a scale factor: 8u16u is exact. 16s32f converts both operands to single first: sums and differences
+ * are exact, and products round where they need more than 24 bits. `vornsMulC_32f16s_Sfs` rounds (src val) 2^-scaleFactor,
+ * computed in single precision, to nearest even and saturates; a not-a-number gives 32767. `vornsMulC_Low_32f16s` is the
+ * same with scale factor 0.
+ *
+ * Float results are those of the IEEE operation in the current rounding mode. A complex product is
+ * (re1 re2 - im1 im2, re1 im2 + im1 re2) with every product and every sum rounded by itself. A complex quotient a / b is
+ * a conj(b) / (re(b)^2 + im(b)^2), in the element's precision; where the squares leave its range, so does the quotient.
+ *
+ * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val copy
+ * (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a zero val
+ * gives zeros whatever src holds. `vornsDivC_32f` is `vornsMulC_32f` by the single 1 / val: at most one rounding away
+ * from the quotient. The in-place forms do the same. No other type has a short cut that shows.
+ *
+ * Warning: a zero divisor met in `vornsDiv_*` and `vornsDivCRev_*` gives `vornStsDivByZero`, with the whole vector
+ * computed. A float element takes the infinity or not-a-number of the division, an integer one the largest value for a
+ * positive dividend, the smallest for a negative one and 0 for 0, under every scale factor. By a complex zero each part is
+ * divided like a real number.
+ * @{
+ */
+VornStatus vornsAdd_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsAdd_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsAdd_8u16u(const Vorn8u* src1, const Vorn8u* src2, Vorn16u* dst, int len);
+VornStatus vornsAdd_16u(const Vorn16u* src1, const Vorn16u* src2, Vorn16u* dst, int len);
+VornStatus vornsAdd_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len);
+VornStatus vornsAdd_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len);
+VornStatus vornsAdd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsAdd_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsAdd_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len);
+VornStatus vornsAdd_16s32s_I(const Vorn16s* src, Vorn32s* srcDst, int len);
+VornStatus vornsAdd_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsAdd_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsAdd_32u(const Vorn32u* src1, const Vorn32u* src2, Vorn32u* dst, int len);
+VornStatus vornsAdd_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsAdd_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsAdd_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsAdd_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsAdd_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsAdd_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
+VornStatus vornsAdd_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len);
+VornStatus vornsAdd_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len);
+VornStatus vornsAdd_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len);
+VornStatus vornsAdd_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len);
+VornStatus vornsAdd_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len);
+VornStatus vornsAdd_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
+VornStatus vornsSub_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsSub_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsSub_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len);
+VornStatus vornsSub_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len);
+VornStatus vornsSub_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsSub_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsSub_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len);
+VornStatus vornsSub_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsSub_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSub_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsSub_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsSub_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsSub_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSub_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsSub_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
+VornStatus vornsSub_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len);
+VornStatus vornsSub_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len);
+VornStatus vornsSub_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len);
+VornStatus vornsSub_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len);
+VornStatus vornsSub_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len);
+VornStatus vornsSub_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
+VornStatus vornsMul_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsMul_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_8u16u(const Vorn8u* src1, const Vorn8u* src2, Vorn16u* dst, int len);
+VornStatus vornsMul_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len);
+VornStatus vornsMul_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len);
+VornStatus vornsMul_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsMul_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len);
+VornStatus vornsMul_16s32s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsMul_16u16s_Sfs(const Vorn16u* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsMul_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsMul_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsMul_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsMul_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsMul_32s32sc_ISfs(const Vorn32s* src, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsMul_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsMul_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
+VornStatus vornsMul_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len);
+VornStatus vornsMul_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len);
+VornStatus vornsMul_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len);
+VornStatus vornsMul_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len);
+VornStatus vornsMul_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len);
+VornStatus vornsMul_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
+VornStatus vornsDiv_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsDiv_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsDiv_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsDiv_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsDiv_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsDiv_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsDiv_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsDiv_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsDiv_32s16s_Sfs(const Vorn16s* src1, const Vorn32s* src2, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsDiv_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsDiv_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len);
+VornStatus vornsDiv_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len);
+VornStatus vornsDiv_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len);
+VornStatus vornsDiv_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len);
+VornStatus vornsDiv_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len);
+VornStatus vornsDiv_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len);
+VornStatus vornsDiv_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
+VornStatus vornsAddC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsAddC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsAddC_16s_I(Vorn16s val, Vorn16s* srcDst, int len);
+VornStatus vornsAddC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsAddC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsAddC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsAddC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsAddC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsAddC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsAddC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsAddC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsAddC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsAddC_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+VornStatus vornsAddC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len);
+VornStatus vornsAddC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len);
+VornStatus vornsAddC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len);
+VornStatus vornsAddC_64f_I(Vorn64f val, Vorn64f* srcDst, int len);
+VornStatus vornsAddC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len);
+VornStatus vornsAddC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
+VornStatus vornsSubC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsSubC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsSubC_16s_I(Vorn16s val, Vorn16s* srcDst, int len);
+VornStatus vornsSubC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsSubC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsSubC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsSubC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSubC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsSubC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsSubC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsSubC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSubC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsSubC_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+VornStatus vornsSubC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len);
+VornStatus vornsSubC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len);
+VornStatus vornsSubC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len);
+VornStatus vornsSubC_64f_I(Vorn64f val, Vorn64f* srcDst, int len);
+VornStatus vornsSubC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len);
+VornStatus vornsSubC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
+VornStatus vornsSubCRev_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsSubCRev_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsSubCRev_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsSubCRev_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsSubCRev_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsSubCRev_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSubCRev_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsSubCRev_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsSubCRev_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsSubCRev_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsSubCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsSubCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+VornStatus vornsSubCRev_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len);
+VornStatus vornsSubCRev_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len);
+VornStatus vornsSubCRev_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len);
+VornStatus vornsSubCRev_64f_I(Vorn64f val, Vorn64f* srcDst, int len);
+VornStatus vornsSubCRev_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len);
+VornStatus vornsSubCRev_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
+VornStatus vornsMulC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsMulC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsMulC_16s_I(Vorn16s val, Vorn16s* srcDst, int len);
+VornStatus vornsMulC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsMulC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsMulC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsMulC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsMulC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor);
+VornStatus vornsMulC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor);
+VornStatus vornsMulC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor);
+VornStatus vornsMulC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor);
+VornStatus vornsMulC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsMulC_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+VornStatus vornsMulC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len);
+VornStatus vornsMulC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len);
+VornStatus vornsMulC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len);
+VornStatus vornsMulC_64f_I(Vorn64f val, Vorn64f* srcDst, int len);
+VornStatus vornsMulC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len);
+VornStatus vornsMulC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
+VornStatus vornsMulC_32f16s_Sfs(const Vorn32f* src, Vorn32f val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsMulC_Low_32f16s(const Vorn32f* src, Vorn32f val, Vorn16s* dst, int len);
+VornStatus vornsDivC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor);
+VornStatus vornsDivC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor);
+VornStatus vornsDivC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor);
+VornStatus vornsDivC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor);
+VornStatus vornsDivC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor);
+VornStatus vornsDivC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor);
+VornStatus vornsDivC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsDivC_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+VornStatus vornsDivC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len);
+VornStatus vornsDivC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len);
+VornStatus vornsDivC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len);
+VornStatus vornsDivC_64f_I(Vorn64f val, Vorn64f* srcDst, int len);
+VornStatus vornsDivC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len);
+VornStatus vornsDivC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
+VornStatus vornsDivCRev_16u(const Vorn16u* src, Vorn16u val, Vorn16u* dst, int len);
+VornStatus vornsDivCRev_16u_I(Vorn16u val, Vorn16u* srcDst, int len);
+VornStatus vornsDivCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len);
+VornStatus vornsDivCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
+/** @} */
+
+/**
  * @defgroup reductions Reductions and elementary functions
  * @brief Sums, dot products, extrema, logarithms, roots, magnitudes and absolute values of vectors.
  *

@@ -22,6 +22,7 @@ VORN_INLINE std::int64_t elementsToBoundary(const T* p, std::int64_t bytes) {
 //   putPastCache(i, r)  the same past the cache; only where the result stands on a register's boundary
 //   part(n)           the whole work on a vector of n < step elements
 //   result()          where element 0 of the result goes
+//   unrolled          the work is light: four registers a turn pay
 //
 // The last register ends at the last element, so it overlaps the one before it, and so does the second register, which
 // brings the result to a boundary. All their operands are read before anything is written over them: the result may be
@@ -48,7 +49,7 @@ VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
             storeFence();
         }
     }
-    for (; i + 4 * step <= end; i += 4 * step) {
+    for (; Kernel::unrolled && i + 4 * step <= end; i += 4 * step) {
         const auto a = kernel.at(i), b = kernel.at(i + step), c = kernel.at(i + 2 * step), d = kernel.at(i + 3 * step);
         kernel.put(i, a);
         kernel.put(i + step, b);

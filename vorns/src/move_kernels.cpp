@@ -7,6 +7,7 @@
 
 #include "elementwise.h"
 #include "frame/wrap.h"
+#include "operands.h"
 #include "short_block.h"
 #include "simd.h"
 
@@ -104,6 +105,7 @@ struct ConjugateKernel {
     using Element = typename Change::Element;
     using V = Wide<Element>;
     static constexpr std::int64_t step = V::lanes / Change::perComplex;
+    static constexpr bool unrolled = true;
     const T* src;
     T* dst;
     std::int64_t len;
@@ -135,6 +137,10 @@ VORN_INLINE void applyConjugate(const T* src, T* dst, std::int64_t len) {
 }
 
 }  // namespace
+
+void copyShort(const void* src, void* dst, std::int64_t len) {
+    moveShort(static_cast<const Vorn8u*>(src), static_cast<Vorn8u*>(dst), len);
+}
 
 void conjugate(const Vorn16sc* src, Vorn16sc* dst, std::int64_t len) {
     applyConjugate<Conjugate16sc, false>(src, dst, len);

@@ -79,6 +79,10 @@ template <>
 struct WideOf<std::int16_t> {
     using type = i16xN;
 };
+template <>
+struct WideOf<std::int8_t> {
+    using type = i8xN;
+};
 template <class T>
 using Wide = typename WideOf<T>::type;
 

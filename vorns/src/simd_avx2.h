@@ -229,6 +229,56 @@ VORN_INLINE i16x16 mulHigh(i16x16 a, i16x16 b) { return {_mm256_mulhi_epi16(a.v,
 // Products of 16-bit lanes, neighbours added in 32 bits (two squares of -32768 wrap).
 VORN_INLINE i32x8 mulAddPairs(i16x16 a, i16x16 b) { return {_mm256_madd_epi16(a.v, b.v)}; }
 
+// Exact integer arithmetic: saturation, products and sums that are wider than their operands.
+
+VORN_INLINE i8x32 addSatUnsigned(i8x32 a, i8x32 b) { return {_mm256_adds_epu8(a.v, b.v)}; }
+VORN_INLINE i8x32 subSatUnsigned(i8x32 a, i8x32 b) { return {_mm256_subs_epu8(a.v, b.v)}; }
+VORN_INLINE i16x16 addSatUnsigned(i16x16 a, i16x16 b) { return {_mm256_adds_epu16(a.v, b.v)}; }
+VORN_INLINE i16x16 subSatUnsigned(i16x16 a, i16x16 b) { return {_mm256_subs_epu16(a.v, b.v)}; }
+VORN_INLINE i16x16 mulHighUnsigned(i16x16 a, i16x16 b) { return {_mm256_mulhi_epu16(a.v, b.v)}; }
+VORN_INLINE i64x4 mulEven(i32x8 a, i32x8 b) { return {_mm256_mul_epi32(a.v, b.v)}; }
+VORN_INLINE i64x4 shiftRight(i64x4 a, int count) {
+    const __m256i sign = _mm256_cmpgt_epi64(_mm256_setzero_si256(), a.v);
+    return {_mm256_xor_si256(_mm256_srl_epi64(_mm256_xor_si256(a.v, sign), _mm_cvtsi32_si128(count)), sign)};
+}
+VORN_INLINE i64x4 saturateTo32(i64x4 a) {
+    const __m256i high = _mm256_shuffle_epi32(a.v, 0xF5), low = _mm256_shuffle_epi32(a.v, 0xA0);
+    const __m256i fits = _mm256_cmpeq_epi32(high, _mm256_srai_epi32(low, 31));
+    const __m256i limit = _mm256_xor_si256(_mm256_srai_epi32(high, 31), _mm256_set1_epi64x(0x7FFFFFFF));
+    return {_mm256_blendv_epi8(limit, a.v, fits)};
+}
+template <>
+VORN_INLINE i64x4 loadInto64<i64x4>(const std::int32_t* p) {
+    return {_mm256_cvtepi32_epi64(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p)))};
+}
+VORN_INLINE Halves<i16x16> splitUnsigned(i8x32 a) {
+    const __m256i zero = _mm256_setzero_si256();
+    return {{_mm256_unpacklo_epi8(a.v, zero)}, {_mm256_unpackhi_epi8(a.v, zero)}};
+}
+VORN_INLINE Halves<i32x8> zip(i16x16 lower, i16x16 upper) {
+    return {{_mm256_unpacklo_epi16(lower.v, upper.v)}, {_mm256_unpackhi_epi16(lower.v, upper.v)}};
+}
+VORN_INLINE Halves<i32x8> zip(i32x8 even, i32x8 odd) {
+    return {{_mm256_unpacklo_epi32(even.v, odd.v)}, {_mm256_unpackhi_epi32(even.v, odd.v)}};
+}
+VORN_INLINE i16x16 joinSat(Halves<i32x8> a) { return {_mm256_packs_epi32(a.low.v, a.high.v)}; }
+VORN_INLINE i8x32 joinSatUnsigned(Halves<i16x16> a) { return {_mm256_packus_epi16(a.low.v, a.high.v)}; }
+VORN_INLINE Halves<i32x8> inOrder(Halves<i32x8> a) {
+    return {{_mm256_permute2x128_si256(a.low.v, a.high.v, 0x20)}, {_mm256_permute2x128_si256(a.low.v, a.high.v, 0x31)}};
+}
+VORN_INLINE Halves<i16x16> inOrder(Halves<i16x16> a) {
+    return {{_mm256_permute2x128_si256(a.low.v, a.high.v, 0x20)}, {_mm256_permute2x128_si256(a.low.v, a.high.v, 0x31)}};
+}
+
+VORN_INLINE f32x8 dupEven(f32x8 a) { return {_mm256_moveldup_ps(a.v)}; }
+VORN_INLINE f32x8 dupOdd(f32x8 a) { return {_mm256_movehdup_ps(a.v)}; }
+VORN_INLINE f32x8 swapPairs(f32x8 a) { return {_mm256_permute_ps(a.v, 0xB1)}; }
+VORN_INLINE f32x8 addSub(f32x8 a, f32x8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
+VORN_INLINE f64x4 dupEven(f64x4 a) { return {_mm256_movedup_pd(a.v)}; }
+VORN_INLINE f64x4 dupOdd(f64x4 a) { return {_mm256_permute_pd(a.v, 0xF)}; }
+VORN_INLINE f64x4 swapPairs(f64x4 a) { return {_mm256_permute_pd(a.v, 0x5)}; }
+VORN_INLINE f64x4 addSub(f64x4 a, f64x4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
+
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
 
 VORN_INLINE i64x4 shiftLeft(i64x4 a, int count) { return {_mm256_sll_epi64(a.v, _mm_cvtsi32_si128(count))}; }

@@ -225,6 +225,59 @@ VORN_INLINE i16x32 mulHigh(i16x32 a, i16x32 b) { return {_mm512_mulhi_epi16(a.v,
 // Products of 16-bit lanes, neighbours added in 32 bits (two squares of -32768 wrap).
 VORN_INLINE i32x16 mulAddPairs(i16x32 a, i16x32 b) { return {_mm512_madd_epi16(a.v, b.v)}; }
 
+// Exact integer arithmetic: saturation, products and sums that are wider than their operands.
+
+VORN_INLINE i8x64 addSatUnsigned(i8x64 a, i8x64 b) { return {_mm512_adds_epu8(a.v, b.v)}; }
+VORN_INLINE i8x64 subSatUnsigned(i8x64 a, i8x64 b) { return {_mm512_subs_epu8(a.v, b.v)}; }
+VORN_INLINE i16x32 addSatUnsigned(i16x32 a, i16x32 b) { return {_mm512_adds_epu16(a.v, b.v)}; }
+VORN_INLINE i16x32 subSatUnsigned(i16x32 a, i16x32 b) { return {_mm512_subs_epu16(a.v, b.v)}; }
+VORN_INLINE i16x32 mulHighUnsigned(i16x32 a, i16x32 b) { return {_mm512_mulhi_epu16(a.v, b.v)}; }
+VORN_INLINE i64x8 mulEven(i32x16 a, i32x16 b) { return {_mm512_maskz_mul_epi32(0xFF, a.v, b.v)}; }
+VORN_INLINE i64x8 shiftRight(i64x8 a, int count) {
+    return {_mm512_maskz_sra_epi64(0xFF, a.v, _mm_cvtsi32_si128(count))};
+}
+VORN_INLINE i64x8 saturateTo32(i64x8 a) {
+    const __m512i notAbove = _mm512_maskz_min_epi64(0xFF, a.v, _mm512_set1_epi64(0x7FFFFFFF));
+    return {_mm512_maskz_max_epi64(0xFF, notAbove, _mm512_set1_epi64(-0x80000000ll))};
+}
+template <>
+VORN_INLINE i64x8 loadInto64<i64x8>(const std::int32_t* p) {
+    return {_mm512_maskz_cvtepi32_epi64(0xFF, _mm256_loadu_si256(reinterpret_cast<const __m256i*>(p)))};
+}
+VORN_INLINE Halves<i16x32> splitUnsigned(i8x64 a) {
+    const __m512i zero = _mm512_setzero_si512();
+    return {{_mm512_unpacklo_epi8(a.v, zero)}, {_mm512_unpackhi_epi8(a.v, zero)}};
+}
+VORN_INLINE Halves<i32x16> zip(i16x32 lower, i16x32 upper) {
+    return {{_mm512_unpacklo_epi16(lower.v, upper.v)}, {_mm512_unpackhi_epi16(lower.v, upper.v)}};
+}
+VORN_INLINE Halves<i32x16> zip(i32x16 even, i32x16 odd) {
+    return {{_mm512_maskz_unpacklo_epi32(0xFFFF, even.v, odd.v)}, {_mm512_maskz_unpackhi_epi32(0xFFFF, even.v, odd.v)}};
+}
+VORN_INLINE i16x32 joinSat(Halves<i32x16> a) { return {_mm512_packs_epi32(a.low.v, a.high.v)}; }
+VORN_INLINE i8x64 joinSatUnsigned(Halves<i16x32> a) { return {_mm512_packus_epi16(a.low.v, a.high.v)}; }
+VORN_INLINE Halves<i32x16> inOrder(Halves<i32x16> a) {
+    const __m512i first = _mm512_setr_epi64(0, 1, 8, 9, 2, 3, 10, 11);
+    const __m512i second = _mm512_setr_epi64(4, 5, 12, 13, 6, 7, 14, 15);
+    return {{_mm512_permutex2var_epi64(a.low.v, first, a.high.v)},
+            {_mm512_permutex2var_epi64(a.low.v, second, a.high.v)}};
+}
+VORN_INLINE Halves<i16x32> inOrder(Halves<i16x32> a) {
+    const Halves<i32x16> ordered = inOrder(Halves<i32x16>{{a.low.v}, {a.high.v}});
+    return {{ordered.low.v}, {ordered.high.v}};
+}
+
+VORN_INLINE f32x16 dupEven(f32x16 a) { return {_mm512_maskz_moveldup_ps(0xFFFF, a.v)}; }
+VORN_INLINE f32x16 dupOdd(f32x16 a) { return {_mm512_maskz_movehdup_ps(0xFFFF, a.v)}; }
+VORN_INLINE f32x16 swapPairs(f32x16 a) { return {_mm512_maskz_permute_ps(0xFFFF, a.v, 0xB1)}; }
+VORN_INLINE f32x16 addSub(f32x16 a, f32x16 b) {
+    return {_mm512_mask_sub_ps(_mm512_add_ps(a.v, b.v), 0x5555, a.v, b.v)};
+}
+VORN_INLINE f64x8 dupEven(f64x8 a) { return {_mm512_maskz_movedup_pd(0xFF, a.v)}; }
+VORN_INLINE f64x8 dupOdd(f64x8 a) { return {_mm512_maskz_permute_pd(0xFF, a.v, 0xFF)}; }
+VORN_INLINE f64x8 swapPairs(f64x8 a) { return {_mm512_maskz_permute_pd(0xFF, a.v, 0x55)}; }
+VORN_INLINE f64x8 addSub(f64x8 a, f64x8 b) { return {_mm512_mask_sub_pd(_mm512_add_pd(a.v, b.v), 0x55, a.v, b.v)}; }
+
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
 
 VORN_INLINE i64x8 shiftLeft(i64x8 a, int count) { return {_mm512_sll_epi64(a.v, _mm_cvtsi32_si128(count))}; }

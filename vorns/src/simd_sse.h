@@ -297,6 +297,75 @@ VORN_INLINE i32x4 productsHigh(i16x8 a, i16x8 b) {
     return {_mm_unpackhi_epi16(_mm_mullo_epi16(a.v, b.v), _mm_mulhi_epi16(a.v, b.v))};
 }
 
+// Exact integer arithmetic: saturation, products and sums that are wider than their operands.
+
+VORN_INLINE i8x16 addSatUnsigned(i8x16 a, i8x16 b) { return {_mm_adds_epu8(a.v, b.v)}; }
+VORN_INLINE i8x16 subSatUnsigned(i8x16 a, i8x16 b) { return {_mm_subs_epu8(a.v, b.v)}; }
+VORN_INLINE i16x8 addSatUnsigned(i16x8 a, i16x8 b) { return {_mm_adds_epu16(a.v, b.v)}; }
+VORN_INLINE i16x8 subSatUnsigned(i16x8 a, i16x8 b) { return {_mm_subs_epu16(a.v, b.v)}; }
+VORN_INLINE i16x8 mulHighUnsigned(i16x8 a, i16x8 b) { return {_mm_mulhi_epu16(a.v, b.v)}; }
+// The signed products of the even 32-bit lanes.
+VORN_INLINE i64x2 mulEven(i32x4 a, i32x4 b) {
+    const __m128i above =
+        _mm_add_epi32(_mm_and_si128(_mm_srai_epi32(a.v, 31), b.v), _mm_and_si128(_mm_srai_epi32(b.v, 31), a.v));
+    return {_mm_sub_epi64(_mm_mul_epu32(a.v, b.v), _mm_slli_epi64(above, 32))};
+}
+// A count at or above 64 gives the sign fill.
+VORN_INLINE i64x2 shiftRight(i64x2 a, int count) {
+    const __m128i sign = _mm_shuffle_epi32(_mm_srai_epi32(a.v, 31), 0xF5);
+    return {_mm_xor_si128(_mm_srl_epi64(_mm_xor_si128(a.v, sign), _mm_cvtsi32_si128(count)), sign)};
+}
+// Clamps to the range of 32 bits; the lanes stay 64 bits wide.
+VORN_INLINE i64x2 saturateTo32(i64x2 a) {
+    const __m128i high = _mm_shuffle_epi32(a.v, 0xF5), low = _mm_shuffle_epi32(a.v, 0xA0);
+    const __m128i fits = _mm_cmpeq_epi32(high, _mm_srai_epi32(low, 31));
+    const __m128i limit = _mm_xor_si128(_mm_srai_epi32(high, 31), _mm_set_epi32(0, 0x7FFFFFFF, 0, 0x7FFFFFFF));
+    return {_mm_or_si128(_mm_and_si128(fits, a.v), _mm_andnot_si128(fits, limit))};
+}
+// One element a 64-bit lane, its value kept.
+template <class V>
+V loadInto64(const std::int32_t* p);
+template <>
+VORN_INLINE i64x2 loadInto64<i64x2>(const std::int32_t* p) {
+    const __m128i a = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p));
+    return {_mm_unpacklo_epi32(a, _mm_srai_epi32(a, 31))};
+}
+
+// Two registers that hold what one held in narrower lanes. split and zip deal the lanes out in an order that is the
+// build's own; join takes them back, and inOrder brings the first half of the elements into low, the second into high.
+template <class V>
+struct Halves {
+    V low, high;
+};
+VORN_INLINE Halves<i16x8> splitUnsigned(i8x16 a) {
+    const __m128i zero = _mm_setzero_si128();
+    return {{_mm_unpacklo_epi8(a.v, zero)}, {_mm_unpackhi_epi8(a.v, zero)}};
+}
+// 32-bit lanes from their lower and upper 16 bits.
+VORN_INLINE Halves<i32x4> zip(i16x8 lower, i16x8 upper) {
+    return {{_mm_unpacklo_epi16(lower.v, upper.v)}, {_mm_unpackhi_epi16(lower.v, upper.v)}};
+}
+// Lanes of even and odd in turn.
+VORN_INLINE Halves<i32x4> zip(i32x4 even, i32x4 odd) {
+    return {{_mm_unpacklo_epi32(even.v, odd.v)}, {_mm_unpackhi_epi32(even.v, odd.v)}};
+}
+VORN_INLINE i16x8 joinSat(Halves<i32x4> a) { return {_mm_packs_epi32(a.low.v, a.high.v)}; }
+VORN_INLINE i8x16 joinSatUnsigned(Halves<i16x8> a) { return {_mm_packus_epi16(a.low.v, a.high.v)}; }
+VORN_INLINE Halves<i32x4> inOrder(Halves<i32x4> a) { return a; }
+VORN_INLINE Halves<i16x8> inOrder(Halves<i16x8> a) { return a; }
+
+// Neighbouring lanes, as complex numbers hold them: the even ones twice, the odd ones twice, the two exchanged; addSub
+// subtracts in the even lanes and adds in the odd ones.
+
+VORN_INLINE f32x4 dupEven(f32x4 a) { return {_mm_moveldup_ps(a.v)}; }
+VORN_INLINE f32x4 dupOdd(f32x4 a) { return {_mm_movehdup_ps(a.v)}; }
+VORN_INLINE f32x4 swapPairs(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0xB1)}; }
+VORN_INLINE f32x4 addSub(f32x4 a, f32x4 b) { return {_mm_addsub_ps(a.v, b.v)}; }
+VORN_INLINE f64x2 dupEven(f64x2 a) { return {_mm_movedup_pd(a.v)}; }
+VORN_INLINE f64x2 dupOdd(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
+VORN_INLINE f64x2 swapPairs(f64x2 a) { return {_mm_shuffle_pd(a.v, a.v, 1)}; }
+VORN_INLINE f64x2 addSub(f64x2 a, f64x2 b) { return {_mm_addsub_pd(a.v, b.v)}; }
+
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
 
 VORN_INLINE i64x2 shiftLeft(i64x2 a, int count) { return {_mm_sll_epi64(a.v, _mm_cvtsi32_si128(count))}; }

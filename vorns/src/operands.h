@@ -1,0 +1,198 @@
+// Operands and results of element-wise work, and the kernel that joins them with an operation.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <type_traits>
+
+#include "elementwise.h"
+#include "simd.h"
+#include "vornsr/types.h"
+
+namespace vorn {
+
+// The real type that an element consists of, as the lanes see it (signed), and how many of them make one element.
+template <class T>
+struct LaneOf {
+    using type = std::make_signed_t<T>;
+    static constexpr int count = 1;
+};
+template <class T>
+struct RealLane {
+    using type = T;
+    static constexpr int count = 1;
+};
+template <class T>
+struct ComplexLanes {
+    using type = T;
+    static constexpr int count = 2;
+};
+template <>
+struct LaneOf<Vorn32f> : RealLane<Vorn32f> {};
+template <>
+struct LaneOf<Vorn64f> : RealLane<Vorn64f> {};
+template <>
+struct LaneOf<Vorn16sc> : ComplexLanes<Vorn16s> {};
+template <>
+struct LaneOf<Vorn32sc> : ComplexLanes<Vorn32s> {};
+template <>
+struct LaneOf<Vorn32fc> : ComplexLanes<Vorn32f> {};
+template <>
+struct LaneOf<Vorn64fc> : ComplexLanes<Vorn64f> {};
+template <class T>
+using Lane = typename LaneOf<std::remove_const_t<T>>::type;
+
+template <class T>
+VORN_INLINE const Lane<T>* lanesAt(const T* p) {
+    return reinterpret_cast<const Lane<T>*>(p);
+}
+template <class T>
+VORN_INLINE Lane<T>* lanesAt(T* p) {
+    return reinterpret_cast<Lane<T>*>(p);
+}
+
+// An array, and room for a few of its elements.
+template <class T>
+struct Array {
+    using Element = T;
+    static constexpr bool varies = true;
+    template <std::int64_t len>
+    using Room = T[len];
+    const T* p;
+};
+
+// Elements of an array, one register a step.
+template <class T>
+struct Elements : Array<T> {
+    using Array<T>::p;
+    VORN_INLINE Wide<Lane<T>> at(std::int64_t i) const { return load<Wide<Lane<T>>>(lanesAt(p + i)); }
+};
+
+// The same, two registers a step.
+template <class T>
+struct ElementPairs : Array<T> {
+    using Array<T>::p;
+    VORN_INLINE Halves<Wide<Lane<T>>> at(std::int64_t i) const {
+        using V = Wide<Lane<T>>;
+        return {load<V>(lanesAt(p + i)), load<V>(lanesAt(p + i) + V::lanes)};
+    }
+};
+
+// The same, one element in each 64-bit lane.
+struct Elements32sInto64 : Array<Vorn32s> {
+    VORN_INLINE i64xN at(std::int64_t i) const { return loadInto64<i64xN>(p + i); }
+};
+
+// One value for all elements.
+template <class V>
+struct Constant {
+    static constexpr bool varies = false;
+    template <std::int64_t>
+    struct Room {};
+    V value;
+    VORN_INLINE V at(std::int64_t) const { return value; }
+};
+template <class T>
+VORN_INLINE Elements<T> elements(const T* p) {
+    return {{p}};
+}
+template <class T>
+VORN_INLINE auto constant(T val) {
+    using V = Wide<Lane<T>>;
+    if constexpr (LaneOf<T>::count == 1) {
+        return Constant<V>{splat<V>(static_cast<Lane<T>>(val))};
+    } else if constexpr (sizeof(T) == 16) {
+        const auto bits = std::bit_cast<Vorn64sc>(val);
+        return Constant<V>{std::bit_cast<V>(splatPair<i64xN>(bits.re, bits.im))};
+    } else if constexpr (sizeof(T) == 8) {
+        return Constant<V>{std::bit_cast<V>(splat<i64xN>(std::bit_cast<std::int64_t>(val)))};
+    } else {
+        return Constant<V>{std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(val)))};
+    }
+}
+
+// A result of one or two registers.
+template <class T, class V>
+VORN_INLINE void put(T* p, V x) {
+    store(p, x);
+}
+template <class T, class V>
+VORN_INLINE void put(T* p, Halves<V> x) {
+    store(p, x.low);
+    store(p + V::lanes, x.high);
+}
+template <class T, class V>
+VORN_INLINE void putPastCache(T* p, V x) {
+    storeStream(p, x);
+}
+template <class T, class V>
+VORN_INLINE void putPastCache(T* p, Halves<V> x) {
+    storeStream(p, x.low);
+    storeStream(p + V::lanes, x.high);
+}
+
+// len from 1 to 128 bytes.
+void copyShort(const void* src, void* dst, std::int64_t len);
+
+// dst[i] = op(a[i], b[i]). An operation says how many lanes of the result it makes at once, and how to fill up operands
+// that end before a register does.
+template <class Op, class A, class B, class D>
+struct ElementKernel {
+    static constexpr std::int64_t step = Op::lanes / LaneOf<D>::count;
+    static constexpr bool unrolled = Op::light;
+    const Op& op;
+    A a;
+    B b;
+    D* dst;
+
+    VORN_INLINE auto at(std::int64_t i) const { return op(a.at(i), b.at(i)); }
+    template <class R>
+    VORN_INLINE void put(std::int64_t i, R x) const {
+        vorn::put(lanesAt(dst + i), x);
+    }
+    template <class R>
+    VORN_INLINE void putPastCache(std::int64_t i, R x) const {
+        vorn::putPastCache(lanesAt(dst + i), x);
+    }
+    D* result() const { return dst; }
+
+    VORN_INLINE void part(std::int64_t n) const {
+        alignas(64) Room<A> roomA;
+        alignas(64) Room<B> roomB;
+        alignas(64) D roomD[step];
+        const ElementKernel<Op, A, B, D> kernel{op, padded(a, roomA, n), padded(b, roomB, n), roomD};
+        kernel.put(0, kernel.at(0));
+        copyShort(roomD, dst, n * static_cast<std::int64_t>(sizeof(D)));
+    }
+
+private:
+    template <class S>
+    using Room = typename S::template Room<step>;
+
+    template <class S>
+    static VORN_INLINE S padded(S source, Room<S>& room, std::int64_t n) {
+        if constexpr (S::varies) {
+            using T = typename S::Element;
+            for (std::int64_t k = 0; k < step * LaneOf<T>::count; ++k) lanesAt(&room[0])[k] = Lane<T>{Op::padding};
+            copyShort(source.p, room, n * static_cast<std::int64_t>(sizeof(T)));
+            return S{{room}};
+        } else {
+            return source;
+        }
+    }
+};
+
+template <class Op, class A, class B, class D>
+VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    forEachStep(len, ElementKernel<Op, A, B, D>{op, a, b, dst});
+}
+
+// What most operations say of themselves.
+template <int lanesAtOnce, bool lightWork>
+struct Operation {
+    static constexpr int lanes = lanesAtOnce;
+    static constexpr bool light = lightWork;  // its loop is worth unrolling
+    static constexpr int padding = 0;
+};
+
+}  // namespace vorn
