@@ -111,7 +111,7 @@ struct To16s {
     static VORN_INLINE i32xN integer(f32xN x) {
         return Round::toInt(atMost<32767>(x));
     }
-    static VORN_INLINE void pack(Vorn16s* dst, const i32xN* x) { store(dst, narrowSat16(x[0], x[1])); }
+    static VORN_INLINE void pack(Vorn16s* dst, const i32xN* x) { store(dst, narrowSat(x[0], x[1])); }
 };
 // The one form whose lower limit is a maximum in floats: it takes a not-a-number to 0.
 struct To16u {
@@ -227,7 +227,7 @@ template <class Round, class Rule>
 VORN_NOINLINE void convertHalves(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_t len, const Rule& rule) {
     convertBlocks<i16xN::lanes>(src, dst, len, [rule](const Vorn16f* source, Vorn16s* result, auto) {
         store(result,
-              narrowSat16(rule.template integer<Round>(source), rule.template integer<Round>(source + i32xN::lanes)));
+              narrowSat(rule.template integer<Round>(source), rule.template integer<Round>(source + i32xN::lanes)));
     });
 }
 
@@ -267,8 +267,8 @@ template <class Round>
 VORN_NOINLINE void convertSinglesToHalves(const Vorn32f* src, Vorn16f* dst, std::ptrdiff_t len) {
     convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn32f* source, Vorn16f* result, auto) {
         const f32xN low = load<f32xN>(source), high = load<f32xN>(source + f32xN::lanes);
-        const i16xN sign = narrowSat16(shiftRight<16>(bitsOf(low)), shiftRight<16>(bitsOf(high)));
-        const i16xN magnitude = narrowSat16(halfMagnitude<Round>(low), halfMagnitude<Round>(high));
+        const i16xN sign = narrowSat(shiftRight<16>(bitsOf(low)), shiftRight<16>(bitsOf(high)));
+        const i16xN magnitude = narrowSat(halfMagnitude<Round>(low), halfMagnitude<Round>(high));
         store(reinterpret_cast<Vorn16s*>(result), magnitude | (sign & splat<i16xN>(-32768)));
     });
 }
@@ -282,7 +282,7 @@ void convertIntegersToHalves(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t le
         };
         const i16xN sign = load<i16xN>(source) & splat<i16xN>(-32768);
         store(reinterpret_cast<Vorn16s*>(result),
-              narrowSat16(magnitude(source), magnitude(source + i32xN::lanes)) | sign);
+              narrowSat(magnitude(source), magnitude(source + i32xN::lanes)) | sign);
     });
 }
 
@@ -314,7 +314,7 @@ struct RoundedShift {
           dropped(splat<i32xN>(static_cast<Vorn32s>((1u << count) - 1))),
           belowHalf(splat<i32xN>((1 << (count - 1)) - 1)) {}
     VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        return narrowSat16(one(load<i32xN>(p)), one(load<i32xN>(p + i32xN::lanes)));
+        return narrowSat(one(load<i32xN>(p)), one(load<i32xN>(p + i32xN::lanes)));
     }
 
 private:
@@ -336,7 +336,7 @@ struct SaturatedShiftLeft {
           highest(splat<i16xN>(static_cast<Vorn16s>(32767 >> count))),
           ones(splat<i16xN>(static_cast<Vorn16s>((1 << count) - 1))) {}
     VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        const i16xN x = narrowSat16(load<i32xN>(p), load<i32xN>(p + i32xN::lanes));
+        const i16xN x = narrowSat(load<i32xN>(p), load<i32xN>(p + i32xN::lanes));
         const i16xN limited = maxOf(minOf(x, highest), lowest);
         return shiftLeft(limited, shift) | select(x > highest, ones, splat<i16xN>(0));
     }
@@ -406,7 +406,7 @@ void convert(const Vorn32f* src, Vorn64f* dst, std::ptrdiff_t len) {
 
 void convert(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len) {
     convertBlocksStreaming<i16xN::lanes>(src, dst, len, [](const Vorn32s* source, Vorn16s* result, auto put) {
-        put(result, narrowSat16(load<i32xN>(source), load<i32xN>(source + i32xN::lanes)));
+        put(result, narrowSat(load<i32xN>(source), load<i32xN>(source + i32xN::lanes)));
     });
 }
 

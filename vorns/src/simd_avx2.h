@@ -445,7 +445,6 @@ VORN_INLINE f64x4 loadWidened<f64x4>(const float* p) {
     return {_mm256_cvtps_pd(_mm_loadu_ps(p))};
 }
 
-VORN_INLINE i16x16 narrowSat16(i32x8 low, i32x8 high) { return narrowSat(low, high); }
 VORN_INLINE i8x32 narrowSat8(i32x8 a, i32x8 b, i32x8 c, i32x8 d) {
     const __m256i mixed = _mm256_packs_epi16(_mm256_packs_epi32(a.v, b.v), _mm256_packs_epi32(c.v, d.v));
     return {_mm256_permutevar8x32_epi32(mixed, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7))};

@@ -385,9 +385,11 @@ VORN_INLINE f32x16 narrow(f64x8 low, f64x8 high) {
 }
 VORN_INLINE i32x16 widenLow(i16x32 a) { return {_mm512_cvtepi16_epi32(_mm512_castsi512_si256(a.v))}; }
 VORN_INLINE i32x16 widenHigh(i16x32 a) { return {_mm512_cvtepi16_epi32(_mm512_extracti64x4_epi64(a.v, 1))}; }
+VORN_INLINE __m512i inOrderOfTwoPacked(__m512i mixed) {
+    return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), mixed);
+}
 VORN_INLINE i16x32 narrowSat(i32x16 low, i32x16 high) {
-    return {
-        _mm512_inserti64x4(_mm512_castsi256_si512(_mm512_cvtsepi32_epi16(low.v)), _mm512_cvtsepi32_epi16(high.v), 1)};
+    return {inOrderOfTwoPacked(_mm512_packs_epi32(low.v, high.v))};
 }
 VORN_INLINE f64x8 toDoubleLow(i32x16 a) { return {_mm512_cvtepi32_pd(_mm512_castsi512_si256(a.v))}; }
 VORN_INLINE f64x8 toDoubleHigh(i32x16 a) { return {_mm512_cvtepi32_pd(_mm512_extracti64x4_epi64(a.v, 1))}; }
@@ -451,14 +453,8 @@ VORN_INLINE f64x8 loadWidened<f64x8>(const float* p) {
 }
 
 // The packing instructions work within each 16-byte part; a permutation brings the parts into order.
-VORN_INLINE __m512i inOrderOfTwoPacked(__m512i mixed) {
-    return _mm512_permutexvar_epi64(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), mixed);
-}
 VORN_INLINE __m512i inOrderOfFourPacked(__m512i mixed) {
     return _mm512_permutexvar_epi32(_mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15), mixed);
-}
-VORN_INLINE i16x32 narrowSat16(i32x16 low, i32x16 high) {
-    return {inOrderOfTwoPacked(_mm512_packs_epi32(low.v, high.v))};
 }
 VORN_INLINE i8x64 narrowSat8(i32x16 a, i32x16 b, i32x16 c, i32x16 d) {
     return {inOrderOfFourPacked(_mm512_packs_epi16(_mm512_packs_epi32(a.v, b.v), _mm512_packs_epi32(c.v, d.v)))};
@@ -553,9 +549,7 @@ VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f6
 VORN_INLINE f32x16 reverse(f32x16 a) {
     return {_mm512_permutexvar_ps(_mm512_setr_epi32(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0), a.v)};
 }
-VORN_INLINE f64x8 reverse(f64x8 a) {
-    return {_mm512_permutexvar_pd(_mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0), a.v)};
-}
+VORN_INLINE f64x8 reverse(f64x8 a) { return {_mm512_permutexvar_pd(_mm512_setr_epi64(7, 6, 5, 4, 3, 2, 1, 0), a.v)}; }
 
 }  // namespace vorn
 

@@ -598,9 +598,8 @@ VORN_INLINE Two<f64x2> loadWidenedTwo<f64x2>(const std::int16_t* p) {
     return {toDoubleLow(a), toDoubleHigh(a)};
 }
 
-// Narrowing of 32-bit lanes, the first operand lowest: saturated to 16 bits, to signed and to unsigned 8 bits; to
-// unsigned 16 bits where every lane is within 0 to 65535 already.
-VORN_INLINE i16x8 narrowSat16(i32x4 low, i32x4 high) { return narrowSat(low, high); }
+// Narrowing of 32-bit lanes, the first operand lowest: saturated to signed and to unsigned 8 bits; to unsigned 16 bits
+// where every lane is within 0 to 65535 already.
 VORN_INLINE i8x16 narrowSat8(i32x4 a, i32x4 b, i32x4 c, i32x4 d) {
     return {_mm_packs_epi16(_mm_packs_epi32(a.v, b.v), _mm_packs_epi32(c.v, d.v))};
 }
