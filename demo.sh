@@ -18,5 +18,6 @@ cmake --build build/demo/spoken-digits
 digits=build/demo/spoken-digits/spoken-digits
 data=examples/spoken-digits/data
 "$digits" train "$data/train" --model build/demo/digits.model
-"$digits" recognise "$data/test" --model build/demo/digits.model --report build/demo/report.html
+"$digits" recognise "$data/test" --model build/demo/digits.model --report build/demo/report.html \
+    --arithmetic all
 echo "report: build/demo/report.html"

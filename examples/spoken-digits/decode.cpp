@@ -6,10 +6,13 @@
 #include "checked.h"
 
 namespace digits {
+namespace {
 
-Path bestPath(const WordModel& word, const Analysis& analysis) {
+// score(t, s) is that of frame t in state s.
+template <typename Score>
+Path bestPathOf(const WordModel& word, int height, Score score) {
     const auto states = word.states.size();
-    const auto frames = static_cast<std::size_t>(analysis.frames);
+    const auto frames = static_cast<std::size_t>(height);
     std::vector<Vorn32f> gain(frames * states), total(frames * states);
     std::vector<unsigned char> cameFromBefore(frames * states, 0);
 
@@ -19,10 +22,6 @@ Path bestPath(const WordModel& word, const Analysis& analysis) {
         const std::size_t last = std::min(t, states - 1);
         for (std::size_t s = first; s <= last; ++s) {
             const State& state = word.states[s];
-            Vorn32f score = 0.0f;
-            DIGITS_CALL(vornsLogGaussMixture_32f_D2, analysis.row(static_cast<int>(t)), state.mean.data(),
-                        state.inverseVariance.data(), state.gaussians(), kRowStep, kFeatures, state.constant.data(),
-                        &score);
             const std::size_t here = t * states + s;
             Vorn32f way = 0.0f, before = 0.0f;
             if (t > 0) {
@@ -34,7 +33,7 @@ Path bestPath(const WordModel& word, const Analysis& analysis) {
                 way = cameFromBefore[here] ? word.states[s - 1].leave : state.stay;
                 before = total[here - states - cameFromBefore[here]];
             }
-            gain[here] = way + score;
+            gain[here] = way + score(static_cast<int>(t), static_cast<int>(s));
             total[here] = before + gain[here];
         }
     }
@@ -47,6 +46,29 @@ Path bestPath(const WordModel& word, const Analysis& analysis) {
         s -= cameFromBefore[t * states + s];
     }
     return path;
+}
+
+// pathOf(w) is the best road through word w.
+template <typename PathOf>
+Decision decideBy(PathOf pathOf) {
+    Decision decision;
+    for (int w = 0; w < kWords; ++w) {
+        decision.paths[w] = pathOf(w);
+        if (decision.paths[w].score > decision.paths[decision.best].score) decision.best = w;
+    }
+    return decision;
+}
+
+}  // namespace
+
+Path bestPath(const WordModel& word, const Analysis& analysis) {
+    return bestPathOf(word, analysis.frames, [&](int t, int s) {
+        const State& state = word.states[s];
+        Vorn32f score = 0.0f;
+        DIGITS_CALL(vornsLogGaussMixture_32f_D2, analysis.row(t), state.mean.data(), state.inverseVariance.data(),
+                    state.gaussians(), kRowStep, kFeatures, state.constant.data(), &score);
+        return score;
+    });
 }
 
 int Decision::secondBest() const {
@@ -62,12 +84,15 @@ Vorn32f Decision::leadOver(int word) const {
 }
 
 Decision decide(const Models& models, const Analysis& analysis) {
-    Decision decision;
-    for (int w = 0; w < kWords; ++w) {
-        decision.paths[w] = bestPath(models.words[w], analysis);
-        if (decision.paths[w].score > decision.paths[decision.best].score) decision.best = w;
-    }
-    return decision;
+    return decideBy([&](int w) { return bestPath(models.words[w], analysis); });
+}
+
+Decision decide(const QuantisedModels& models, const Analysis& analysis) {
+    const std::vector<Vorn16s> features = models.quantise(analysis.features);
+    return decideBy([&](int w) {
+        return bestPathOf(models.models().words[w], analysis.frames,
+                          [&](int t, int s) { return models.score(w, s, features.data() + t * kRowStep); });
+    });
 }
 
 }  // namespace digits

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "model.h"
+#include "quantise.h"
 
 namespace digits {
 
@@ -27,5 +28,6 @@ struct Decision {
 };
 
 Decision decide(const Models& models, const Analysis& analysis);
+Decision decide(const QuantisedModels& models, const Analysis& analysis);
 
 }  // namespace digits

@@ -1,6 +1,7 @@
 // Counts of right and wrong, and their text.
 #include "evaluation.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace digits {
@@ -9,6 +10,14 @@ long long Run::frames() const {
     long long sum = 0;
     for (const Outcome& outcome : outcomes) sum += outcome.frames;
     return sum;
+}
+
+void Trial::add(const Outcome& outcome, double duration) {
+    seconds += duration;
+    if (!outcome.spoken) return;
+    closest = known == 0 ? outcome.margin() : std::min(closest, outcome.margin());
+    ++known;
+    right += !outcome.wrong();
 }
 
 int Tally::spoken(int digit) const {
@@ -53,6 +62,25 @@ void printConfusion(std::FILE* to, const Tally& counts) {
     }
 }
 
+// Accuracies first: only the lines of the speeds change from run to run.
+void printTrials(std::FILE* to, const Run& run) {
+    std::fputs("arithmetics of the mixture scores, with the least margin of the spoken word a frame\n", to);
+    for (const Trial& trial : run.trials) {
+        std::fprintf(to, "  %-6s", nameOf(trial.arithmetic));
+        if (trial.known > 0) {
+            std::fprintf(to, "  %6.2f %% (%d of %d), %.3f", trial.accuracy(), trial.right, trial.known,
+                         double(trial.closest));
+        }
+        std::fprintf(to, "  %s\n", functionOf(trial.arithmetic));
+    }
+    for (const Trial& trial : run.trials) {
+        if (trial.seconds <= 0.0) continue;
+        std::fprintf(to, "speed:      %-6s  %.0f frames per second scored, %.2f times float\n",
+                     nameOf(trial.arithmetic), double(run.frames()) / trial.seconds,
+                     run.trials[0].seconds / trial.seconds);
+    }
+}
+
 }  // namespace
 
 void print(std::FILE* to, const Run& run) {
@@ -75,6 +103,7 @@ void print(std::FILE* to, const Run& run) {
         std::fprintf(to, "speed:      real-time factor %.5f (%.2f s of work for %.2f s of speech)\n",
                      seconds.work() / seconds.audio, seconds.work(), seconds.audio);
     }
+    if (!run.trials.empty() && !run.outcomes.empty()) printTrials(to, run);
 }
 
 }  // namespace digits

@@ -22,6 +22,9 @@ struct Outcome {
     // The word that the recognised one is measured against: the spoken one when it lost, or else the second best.
     int rival() const { return wrong() ? *spoken : decision.secondBest(); }
     Vorn32f lead() const { return decision.leadOver(rival()); }
+
+    // The lead seen from the true word: negative when it lost.
+    Vorn32f margin() const { return wrong() ? -lead() : lead(); }
 };
 
 struct Seconds {
@@ -33,9 +36,21 @@ struct Seconds {
     double work() const { return frontEnd + scoring; }
 };
 
+// The same recordings once more, in one of the arithmetics that are compared.
+struct Trial {
+    Arithmetic arithmetic;
+    int known = 0, right = 0;
+    Vorn32f closest = 0.0f;  // the least margin of those whose word is known
+    double seconds = 0.0;    // from features to words
+
+    void add(const Outcome& outcome, double duration);
+    double accuracy() const { return known > 0 ? 100.0 * right / known : 0.0; }
+};
+
 struct Run {
     std::vector<Outcome> outcomes;
-    int unusable = 0;  // recordings that were refused
+    std::vector<Trial> trials;  // none, or two and more, of which the first is float
+    int unusable = 0;           // recordings that were refused
     Seconds seconds;
 
     long long frames() const;

@@ -29,10 +29,13 @@ constexpr const char* kHelp =
     "  spoken-digits train DIR --model FILE\n"
     "      Makes one word model a digit from the recordings in DIR and writes them to FILE.\n"
     "  spoken-digits recognise DIR-OR-WAV... --model FILE [--report HTML] [--show WAV]\n"
+    "                [--arithmetic float|scaled|low|all]\n"
     "      Recognises recordings, prints accuracy, confusion matrix and speed, and writes a report with pictures.\n"
     "      A recording that is named by itself gets a line of its own. --show chooses the recording of the pictures.\n"
+    "      --arithmetic recognises once more with 16-bit scores, and compares accuracy and speed with those in float.\n"
     "  spoken-digits demo DATA --output DIR\n"
-    "      Trains on DATA/train, recognises DATA/test, and writes DIR/digits.model and DIR/report.html.\n"
+    "      Trains on DATA/train, recognises DATA/test, and writes DIR/digits.model and DIR/report.html,\n"
+    "      with all arithmetics compared.\n"
     "  spoken-digits --help\n"
     "\n"
     "Recordings are mono 16-bit WAV files of 8000 samples a second. A name like 7_anna_3.wav tells the spoken digit.\n"
@@ -44,18 +47,19 @@ struct UsageError : std::runtime_error {
 
 struct Arguments {
     std::vector<fs::path> inputs;
-    fs::path model, report, show, output;
+    std::string model, report, show, output, arithmetic;
 };
 
 Arguments parse(const std::vector<std::string>& words) {
     Arguments arguments;
     for (std::size_t i = 1; i < words.size(); ++i) {
         const std::string& word = words[i];
-        fs::path* value = word == "--model"    ? &arguments.model
-                          : word == "--report" ? &arguments.report
-                          : word == "--show"   ? &arguments.show
-                          : word == "--output" ? &arguments.output
-                                               : nullptr;
+        std::string* value = word == "--model"        ? &arguments.model
+                             : word == "--report"     ? &arguments.report
+                             : word == "--show"       ? &arguments.show
+                             : word == "--output"     ? &arguments.output
+                             : word == "--arithmetic" ? &arguments.arithmetic
+                                                      : nullptr;
         if (!value) {
             if (word.starts_with("--")) throw UsageError("there is no option " + word);
             arguments.inputs.emplace_back(word);
@@ -70,6 +74,15 @@ Arguments parse(const std::vector<std::string>& words) {
 
 void need(bool condition, const char* message) {
     if (!condition) throw UsageError(message);
+}
+
+// What is compared with float.
+std::vector<Arithmetic> rivalsOfFloat(const std::string& name) {
+    if (name.empty() || name == "float") return {};
+    if (name == "scaled") return {Arithmetic::kScaled};
+    if (name == "low") return {Arithmetic::kLow};
+    if (name == "all") return {Arithmetic::kScaled, Arithmetic::kLow};
+    throw UsageError("there is no arithmetic " + name + ": it is float, scaled, low or all");
 }
 
 void complain(const std::exception& error) { std::fprintf(stderr, "spoken-digits: %s\n", error.what()); }
@@ -154,30 +167,51 @@ std::vector<Task> tasksOf(const std::vector<fs::path>& inputs, bool& complete) {
     return tasks;
 }
 
-void recogniseOne(const FrontEnd& frontEnd, const Models& models, const fs::path& path, Run& run) {
+// The last recording of the run once more, in each of the other arithmetics.
+void compare(const std::vector<QuantisedModels>& rivals, const Analysis& analysis, double secondsInFloat, Run& run) {
+    if (rivals.empty()) return;
+    Outcome outcome = run.outcomes.back();
+    run.trials[0].add(outcome, secondsInFloat);
+    for (std::size_t i = 0; i < rivals.size(); ++i) {
+        Stopwatch watch;
+        outcome.decision = decide(rivals[i], analysis);
+        run.trials[i + 1].add(outcome, watch.lap());
+    }
+}
+
+void recogniseOne(const FrontEnd& frontEnd, const Models& models, const std::vector<QuantisedModels>& rivals,
+                  const fs::path& path, Run& run) {
     Stopwatch watch;
     const std::vector<Vorn16s> samples = readWav(path, kSampleRate);
     run.seconds.reading += watch.lap();
     const Analysis analysis = analyse(frontEnd, path, samples, models.states());
     run.seconds.frontEnd += watch.lap();
     run.outcomes.push_back({path, spokenDigit(path), analysis.frames, decide(models, analysis)});
-    run.seconds.scoring += watch.lap();
+    const double scoring = watch.lap();
+    run.seconds.scoring += scoring;
+    compare(rivals, analysis, scoring, run);
     run.seconds.audio += static_cast<double>(samples.size()) / kSampleRate;
 }
 
 int runRecognition(const std::vector<fs::path>& inputs, const fs::path& modelPath, const fs::path& reportPath,
-                   const fs::path& show) {
+                   const fs::path& show, const std::vector<Arithmetic>& others) {
     const Models models = load(modelPath);
     bool complete = true;
     const std::vector<Task> tasks = tasksOf(inputs, complete);
     const FrontEnd frontEnd;
     Run run;
+    std::vector<QuantisedModels> rivals;
+    if (!others.empty()) run.trials.push_back({Arithmetic::kFloat});
+    for (const Arithmetic arithmetic : others) {
+        rivals.emplace_back(models, arithmetic);
+        run.trials.push_back({arithmetic});
+    }
     std::vector<std::size_t> byItself;
     {
         Progress progress("recognising", static_cast<int>(tasks.size()));
         for (const Task& task : tasks) {
             try {
-                recogniseOne(frontEnd, models, task.path, run);
+                recogniseOne(frontEnd, models, rivals, task.path, run);
                 if (task.byItself) byItself.push_back(run.outcomes.size() - 1);
             } catch (const InputError& error) {
                 progress.interrupt();
@@ -207,7 +241,7 @@ int runDemo(const fs::path& data, const fs::path& output) {
     if (error) throw InputError(output, "cannot be made (" + error.message() + ")");
     const fs::path model = output / "digits.model";
     const int trained = runTraining(data / "train", model);
-    const int recognised = runRecognition({data / "test"}, model, output / "report.html", {});
+    const int recognised = runRecognition({data / "test"}, model, output / "report.html", {}, rivalsOfFloat("all"));
     return std::max(trained, recognised);
 }
 
@@ -222,7 +256,8 @@ int run(const std::vector<std::string>& words) {
     if (command == "train") {
         need(arguments.inputs.size() == 1, "train needs one directory of recordings");
         need(!arguments.model.empty(), "train needs --model FILE");
-        need(arguments.report.empty() && arguments.show.empty() && arguments.output.empty(),
+        need(arguments.report.empty() && arguments.show.empty() && arguments.output.empty() &&
+                 arguments.arithmetic.empty(),
              "train takes no option but --model");
         return runTraining(arguments.inputs[0], arguments.model);
     }
@@ -231,12 +266,14 @@ int run(const std::vector<std::string>& words) {
         need(!arguments.model.empty(), "recognise needs --model FILE");
         need(arguments.output.empty(), "recognise takes --report FILE, not --output");
         need(arguments.show.empty() || !arguments.report.empty(), "--show chooses a picture of --report FILE");
-        return runRecognition(arguments.inputs, arguments.model, arguments.report, arguments.show);
+        return runRecognition(arguments.inputs, arguments.model, arguments.report, arguments.show,
+                              rivalsOfFloat(arguments.arithmetic));
     }
     if (command == "demo") {
         need(arguments.inputs.size() == 1, "demo needs one directory that holds train and test");
         need(!arguments.output.empty(), "demo needs --output DIR");
-        need(arguments.model.empty() && arguments.report.empty() && arguments.show.empty(),
+        need(arguments.model.empty() && arguments.report.empty() && arguments.show.empty() &&
+                 arguments.arithmetic.empty(),
              "demo takes no option but --output");
         return runDemo(arguments.inputs[0], arguments.output);
     }

@@ -146,14 +146,11 @@ std::string speakersTable(const Run& run) {
     return html + "</table>\n";
 }
 
-// The lead seen from the true word: negative when it lost.
-Vorn32f margin(const Outcome& outcome) { return outcome.wrong() ? -outcome.lead() : outcome.lead(); }
-
 std::vector<const Outcome*> fromHardest(const Run& run) {
     std::vector<const Outcome*> order;
     for (const Outcome& outcome : run.outcomes) order.push_back(&outcome);
     std::stable_sort(order.begin(), order.end(),
-                     [](const Outcome* a, const Outcome* b) { return margin(*a) < margin(*b); });
+                     [](const Outcome* a, const Outcome* b) { return a->margin() < b->margin(); });
     return order;
 }
 
@@ -203,6 +200,27 @@ std::string roadSection(const Models& models) {
     return html + "</ol></section>\n";
 }
 
+std::string arithmeticSection(const Run& run) {
+    if (run.trials.empty()) return {};
+    std::string html =
+        "<section><h2>Arithmetics of the scores</h2><p class='lead'>The same features and models, rounded to 16 bits "
+        "once, and the same decisions after that.</p><table><tr><th>arithmetic</th><th>function</th>"
+        "<th class='number'>right</th><th class='number'>closest margin</th><th class='number'>frames per second</th>"
+        "<th class='number'>times float</th></tr>\n";
+    for (const Trial& trial : run.trials) {
+        html +=
+            format("<tr><td>%s</td><td><code>%s</code></td>", nameOf(trial.arithmetic), functionOf(trial.arithmetic)) +
+            (trial.known ? format("<td class='number'>%d of %d</td><td class='number'>%s%.2f</td>", trial.right,
+                                  trial.known, trial.closest < 0 ? "\u2212" : "", std::abs(double(trial.closest)))
+                         : std::string("<td></td><td></td>")) +
+            "<td class='number'>" + grouped(std::llround(double(run.frames()) / trial.seconds)) +
+            format("</td><td class='number'>%.2f</td></tr>\n", run.trials[0].seconds / trial.seconds);
+    }
+    return html +
+           "</table><p class='note'>Frames per second from features to words: rounding of the features, mixture "
+           "scores and best roads, without the front end.</p></section>\n";
+}
+
 const Outcome& chosen(const Run& run, const fs::path& show) {
     for (const Outcome& outcome : run.outcomes) {
         if (outcome.path == show || outcome.path.filename() == show || outcome.path.stem() == show) return outcome;
@@ -230,6 +248,7 @@ void writeReport(const fs::path& path, const Run& run, const Models& models, con
                 "</div><div>" + speakersTable(run) + hardestTable(order) + "</div></div></section>\n";
     }
     html += roadSection(models);
+    html += arithmeticSection(run);
     html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", first, frontEnd);
     if (order.front() != &first) {
         html += specimenSection(order.front()->wrong() ? "The worst mistake" : "The closest call", *order.front(),

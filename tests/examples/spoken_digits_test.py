@@ -61,6 +61,15 @@ def confusion(text):
     return matrix
 
 
+def trials(text):
+    """The table of the arithmetics: name to right, known and least margin."""
+    rows = re.findall(r"^  (float|scaled|low) +(\d+\.\d\d) % \((\d+) of (\d+)\), (-?\d+\.\d+)  vornsLogGaussMixture_", text,
+                      re.M)
+    for _, percent, right, known, _ in rows:
+        assert percent == f"{100 * int(right) / int(known):.2f}", rows
+    return {name: (int(right), int(known), float(margin)) for name, _, right, known, margin in rows}
+
+
 def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
     """The bytes of a WAV file with a tone-like pattern."""
     width = bits // 8
@@ -121,6 +130,38 @@ class WholeRun(Folder):
         self.assertEqual(run("train", arguments.data / "train", "--model", model)[0], 0)
         self.assertEqual(model.read_bytes(), (self.shared / f"{processor}.model").read_bytes())
 
+    def test_each_arithmetic_is_at_least_95_percent_right(self):
+        table = trials(results[processor])
+        self.assertEqual(list(table), ["float", "scaled", "low"])
+        for name, (right, known, _) in table.items():
+            self.assertEqual(known, 300, name)
+            self.assertGreaterEqual(right, 285, name)
+        matrix = confusion(results[processor])
+        self.assertEqual(table["float"][0], sum(matrix[digit][digit] for digit in range(10)))
+
+    def test_scores_of_16_bits_keep_their_unit(self):
+        table = trials(results[processor])
+        self.assertAlmostEqual(table["scaled"][2], table["float"][2], delta=0.02)
+        self.assertAlmostEqual(table["low"][2], table["float"][2], delta=0.25)  # its scores are whole numbers
+
+    def test_the_speed_of_each_arithmetic_is_told(self):
+        for name in ("float", "scaled", "low"):
+            self.assertRegex(results[processor], rf"\nspeed: +{name} +\d+ frames per second scored, \d+\.\d\d times float\n")
+
+    def test_arithmetics_can_be_chosen(self):
+        words = ["recognise", self.recording(), self.recording("4_nicolas_1.wav"), "--model",
+                 self.shared / f"{processor}.model"]
+        plain = without_times(run(*words)[1])
+        self.assertEqual(trials(plain), {})
+        for choice, names in (("float", []), ("scaled", ["float", "scaled"]), ("low", ["float", "low"]),
+                              ("all", ["float", "scaled", "low"])):
+            with self.subTest(choice):
+                status, out, _ = run(*words, "--arithmetic", choice)
+                self.assertEqual(status, 0)
+                self.assertTrue(without_times(out).startswith(plain))
+                self.assertEqual(list(trials(out)), names)
+                self.assertEqual(without_times(out) == plain, not names)
+
     def test_recordings_named_by_themselves_get_a_line_each(self):
         paths = [self.recording("3_lucas_2.wav"), self.recording("9_theo_4.wav")]
         alone = self.folder / "noname.wav"
@@ -139,6 +180,7 @@ class WholeRun(Folder):
         status, out, _ = run("demo", data, "--output", self.folder / "out")
         self.assertEqual(status, 0)
         self.assertIn("(1 of 1)", out)
+        self.assertEqual(list(trials(out)), ["float", "scaled", "low"])
         self.assertEqual((self.folder / "out/digits.model").read_bytes(),
                          (self.shared / f"{processor}.model").read_bytes())
         self.assertTrue((self.folder / "out/report.html").exists())
@@ -183,6 +225,15 @@ class Report(Folder):
         for title in ("Wave", "Spectrogram", "Filter bank", "Cepstra", "Deltas", "Accelerations", "Score of each frame",
                       "Confusion matrix", "All ten words"):
             self.assertIn(title, self.page)
+
+    def test_the_page_compares_the_arithmetics(self):
+        rows = re.findall(r"<tr><td>(\w+)</td><td><code>vornsLogGaussMixture_\w+</code></td>"
+                          r"<td class='number'>(\d+) of (\d+)</td><td class='number'>([^<]+)</td>", self.page)
+        table = trials(results[processor])
+        self.assertEqual([row[0] for row in rows], list(table))
+        for name, right, known, margin in rows:
+            self.assertEqual((int(right), int(known)), table[name][:2])
+            self.assertAlmostEqual(float(margin.replace("\u2212", "-")), table[name][2], delta=0.0051)
 
     def test_the_recording_of_the_pictures_can_be_chosen(self):
         page = self.folder / "report.html"
@@ -262,7 +313,7 @@ class BrokenRecordings(Folder):
                 path = self.folder / name
                 path.write_bytes(content)
                 status, out, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report",
-                                       self.folder / "report.html")
+                                       self.folder / "report.html", "--arithmetic", "all")
                 self.assertEqual(status, 1)
                 self.assertIn(f"{path}: {message}", err)
                 self.assertIn("recordings: 0 recognised, 1 unusable, 0 frames", out)
@@ -296,8 +347,9 @@ class BrokenRecordings(Folder):
             path = self.folder / name
             path.write_bytes(wav()[:44] + struct.pack("<h", sample) * 4000)
             status, out, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report",
-                                   self.folder / "report.html")
+                                   self.folder / "report.html", "--arithmetic", "all")
             self.assertEqual((status, "nan" in out), (0, False), name + out + err)
+            self.assertRegex(out, r"\n  low +vornsLogGaussMixture_LowScaled_16s32f_D2\n")  # no word is known: no accuracy
 
     def test_extra_chunks_are_no_harm(self):
         plain = self.recording().read_bytes()
@@ -440,6 +492,8 @@ class CommandLine(Folder):
                 (["train", "a"], "train needs --model"), (["train", "a", "--model"], "--model needs a value"),
                 (["recognise", "--model", "m"], "recognise needs recordings"), (["recognise", "a"], "recognise needs --model"),
                 (["recognise", "a", "--model", "m", "--show", "x"], "--show chooses a picture of --report"),
+                (["recognise", "a", "--model", "m", "--arithmetic", "double"], "there is no arithmetic double"),
+                (["train", "a", "--model", "m", "--arithmetic", "low"], "train takes no option but --model"),
                 (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
             with self.subTest(words):
                 status, out, err = run(*words)
@@ -470,6 +524,6 @@ with tempfile.TemporaryDirectory() as name:
         assert status == 0, (out, err)
         assert "recordings: 600 used, 0 unusable" in out, out
         status, results[build], err = run("recognise", arguments.data / "test", "--model", model, "--report", page,
-                                          build=build)
+                                          "--arithmetic", "all", build=build)
         assert status == 0, (results[build], err)
     unittest.main(argv=[sys.argv[0]], verbosity=1)
