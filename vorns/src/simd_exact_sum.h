@@ -1,0 +1,43 @@
+// Exact sums of 32-bit products in 64 bits, four products a step.
+#pragma once
+
+#include "simd.h"
+
+namespace vorn {
+
+// Each product wraps at 32 bits, the sum is exact.
+class ProductSum {
+public:
+    VORN_INLINE void add(i32x4 a, i32x4 b) {
+#if defined(__AVX2__)
+        lanes_ = _mm256_add_epi64(lanes_, _mm256_cvtepi32_epi64(_mm_mullo_epi32(a.v, b.v)));
+#else
+        // The low 32 bits of a product are the same with and without signs. Flipped in bit 31 they are the signed
+        // value plus 2^31, which total() takes off again.
+        const __m128i even = _mm_mul_epu32(a.v, b.v);
+        const __m128i odd = _mm_mul_epu32(_mm_srli_epi64(a.v, 32), _mm_srli_epi64(b.v, 32));
+        const __m128i low = _mm_set1_epi64x(0xFFFFFFFF), sign = _mm_set1_epi64x(0x80000000);
+        lanes_ = _mm_add_epi64(lanes_, _mm_add_epi64(_mm_xor_si128(_mm_and_si128(even, low), sign),
+                                                     _mm_xor_si128(_mm_and_si128(odd, low), sign)));
+        bias_ += std::int64_t{4} << 31;
+#endif
+    }
+    VORN_INLINE std::int64_t total() const {
+#if defined(__AVX2__)
+        const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
+#else
+        const __m128i pair = _mm_sub_epi64(lanes_, _mm_cvtsi64_si128(bias_));
+#endif
+        return _mm_cvtsi128_si64(_mm_add_epi64(pair, _mm_unpackhi_epi64(pair, pair)));
+    }
+
+private:
+#if defined(__AVX2__)
+    __m256i lanes_ = _mm256_setzero_si256();
+#else
+    __m128i lanes_ = _mm_setzero_si128();
+    std::int64_t bias_ = 0;
+#endif
+};
+
+}  // namespace vorn
