@@ -7,6 +7,8 @@
 #include <tuple>
 #include <type_traits>
 
+#include "elementary.h"
+#include "elementary_lanes.h"
 #include "model/log_arithmetic_model.h"
 #include "scoring/log_arithmetic_kernels.h"
 #include "support/expect.h"
@@ -584,6 +586,118 @@ TYPED_TEST(LogFixed, SubtractTruncatesTheUnscaledLogarithm) {
             }
             EXPECT_TRUE(srcDst.surroundingsUntouched());
         }
+    }
+}
+
+// One element by the scalar functions.
+double subtracted(double a, double d, double minExp, double leastRest, double small, double zero) {
+    if (d >= minExp) {
+        const double rest = 1.0 - vorn::exp64(d);
+        return rest > leastRest ? a + vorn::log64(rest) : zero;
+    }
+    return a >= small ? a : zero;
+}
+double subtracted(double a, double b) { return subtracted(a, b - a, -23.0258509299405, 2.45e-308, -9.0e9, -1.0e10); }
+double subtractedSingle(double a, double d) {
+    return subtracted(a, d, -15.3195879547406, 1.0057e-37, -4500000.0, -4500000.0);
+}
+float subtracted(float a, float b) { return static_cast<float>(subtractedSingle(a, b - a)); }
+
+template <class T>
+VornStatus logSubFloat(const T* src, T* srcDst, int len) {
+    if constexpr (std::is_same_v<T, float>) {
+        return vornsLogSub_32f(src, srcDst, len);
+    } else {
+        return vornsLogSub_64f(src, srcDst, len);
+    }
+}
+
+template <class T>
+void expectScalarBits(const std::vector<T>& a, const std::vector<T>& b) {
+    std::vector<T> expected(b), srcDst(b);
+    for (std::size_t i = 0; i < a.size(); ++i) expected[i] = subtracted(a[i], b[i]);
+    ASSERT_EQ(logSubFloat(a.data(), srcDst.data(), static_cast<int>(a.size())), vornStsNoErr);
+    EXPECT_TRUE(sameBits(srcDst, expected));
+}
+
+// Each lane has the bits of the scalar exponential and logarithm: with a minuend of 0 the result is the logarithm.
+TYPED_TEST(LogFloat, SubtractHasTheBitsOfTheScalarFunctions) {
+    using T = TypeParam;
+    Random random(54);
+    constexpr std::size_t block = 4096;
+    std::vector<T> a(block), b(block);
+    for (int round = 0; round < 400; ++round) {
+        for (std::size_t i = 0; i < block; ++i) {
+            const double d = round % 2 == 0 ? random.uniform(-24, -1e-9) : -std::exp(random.uniform(-44, 3.2));
+            a[i] = static_cast<T>(round % 4 < 2 ? 0.0 : random.uniform(-100, 100));
+            b[i] = std::min(static_cast<T>(a[i] + d), std::nextafter(a[i], T(-infinity)));
+        }
+        expectScalarBits(a, b);
+    }
+}
+
+TYPED_TEST(LogFloat, SubtractHardElementsAtEveryPosition) {
+    using T = TypeParam;
+    const T inf = std::numeric_limits<T>::infinity(), nan = std::numeric_limits<T>::quiet_NaN();
+    std::vector<T> subtrahends = borderDifferences<T>();
+    for (double d : {-0x1p-6, -4.1588830833596715, -1e-40, -1e-310, -700.0, -710.0, -1e30})
+        subtrahends.push_back(static_cast<T>(d));
+    subtrahends.insert(subtrahends.end(), {-inf, nan, std::numeric_limits<T>::lowest()});
+    std::erase_if(subtrahends, [](T x) { return x >= T(0); });
+    for (std::size_t len = 1; len <= 70; ++len) {
+        for (T minuend : {T(0), T(-1e7), T(-1e10), inf, nan}) {
+            std::vector<T> a(len), b(len);
+            for (std::size_t i = 0; i < len; ++i) {
+                a[i] = i % 4 == len % 4 ? minuend : T(0);
+                b[i] = a[i] + subtrahends[(len + i * 7) % subtrahends.size()];
+                if (b[i] >= a[i]) b[i] = nan;
+            }
+            expectScalarBits(a, b);
+        }
+    }
+}
+
+TYPED_TEST(LogFixed, SubtractHasTheBitsOfTheScalarFunctions) {
+    using T = TypeParam;
+    Random random(55);
+    for (int len : testLengths()) {
+        for (int sf : {0, 3, 8, -2, 31, -31, 200, -200}) {
+            std::vector<T> a(len), b(len), expected(len);
+            const int spread = std::is_same_v<T, Vorn32s> ? std::numeric_limits<int>::max() : 20000;
+            for (int i = 0; i < len; ++i) {
+                a[i] = static_cast<T>(i % 3 == 0 ? random.integer(-spread, spread) : random.integer(-10000, 10000));
+                const std::int64_t difference = random.integer(1, i % 2 == 0 ? 30 : 8000);
+                b[i] = static_cast<T>(a[i] - difference);  // wraps
+                if constexpr (std::is_same_v<T, Vorn16s>) {
+                    if (b[i] >= a[i]) b[i] = -32768, a[i] = 32767;
+                }
+                const float d = (static_cast<float>(b[i]) - static_cast<float>(a[i])) *
+                                std::ldexp(1.0f, -sf);  // infinity and 0 at the ends
+                const double r = std::clamp(subtractedSingle(a[i], d), -2147483648.0, 2147483647.0);
+                expected[i] = static_cast<T>(static_cast<std::int32_t>(r));
+            }
+            Guarded<T> src(a), srcDst(b);
+            ASSERT_EQ(logSub(src, srcDst, len, sf), vornStsNoErr);
+            EXPECT_TRUE(sameBits(srcDst.values(), expected)) << "len " << len << " sf " << sf;
+            EXPECT_TRUE(srcDst.surroundingsUntouched());
+        }
+    }
+}
+
+TEST(ElementaryLanes, HaveTheBitsOfTheScalarFunctions) {
+    Random random(56);
+    const auto check = [](auto lanes, auto scalar, double x, double y) {
+        double argument[2] = {x, y}, result[2];
+        store(result, lanes(vorn::load<vorn::f64x2>(argument)));
+        const double expected[2] = {scalar(x), scalar(y)};
+        ASSERT_TRUE(sameBits(result, expected, 2)) << x << " " << y;
+    };
+    for (int i = 0; i < 1000000; ++i) {
+        const double x = random.uniform(-24, 0), y = i % 2 == 0 ? random.uniform(-700, 700) : -std::exp(x);
+        check([](vorn::f64x2 v) { return vorn::expOfModerate(v); }, vorn::exp64, x, y);
+        const double z = random.uniform(0x1p-60, 1), w = i % 2 == 0 ? std::exp(y) : 1.0 - std::exp(x);
+        check([](vorn::f64x2 v) { return vorn::logOfNormal(v); }, vorn::log64, z, w > 0 ? w : 1.0);
+        if (HasFatalFailure()) return;
     }
 }
 

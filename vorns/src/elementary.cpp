@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "elementary_lanes.h"
 #include "elementary_tables.h"
 
 namespace vorn {
@@ -29,38 +30,22 @@ constexpr double integerShift = 0x1.8p52;
 
 }  // namespace
 
-// x = k ln2/128 + r with |r| <= ln2/256, exp x = 2^(k/128) (1 + r + r^2/2 + ... + r^6/720); the omitted rest is below
-// 2^-71.
 double exp64(double x) {
     constexpr double largest = 0x1.62e42fefa39efp9;    // exp rounds to a finite number up to here
     constexpr double smallest = -0x1.74910d52d3051p9;  // and to a number above zero down to here
-    constexpr double stepsPerUnit = 0x1.71547652b82fep7;
-    constexpr double stepHigh = 0x1.62e42fefcp-8;  // a multiple of 2^-42: times k it is exact
-    constexpr double stepLow = -0x1.c610ca86c3899p-44;
     if (!(magnitude(x) < 708.0)) {
         if (x != x) return x + x;
         if (x > largest) return infinity;
         if (x < smallest) return 0.0;
     }
-    const double shifted = x * stepsPerUnit + integerShift;
-    const double steps = shifted - integerShift;
-    const auto k = static_cast<std::int32_t>(bitsOf(shifted));
-    const double r = (x - steps * stepHigh) - steps * stepLow;
+    const ExpSteps<f64x1> steps(f64x1{x});
+    const double value = steps.mantissa.v;
+    const int exponent = static_cast<std::int32_t>(steps.shifted.v) >> 7;
+    if (static_cast<int>(bitsOf(value) >> 52) + exponent > 0) [[likely]]
+        return steps.normal().v;
 
-    const PowerOfTwo& power = powersOfTwo[k & 127];
-    const double r2 = r * r;
-    const double head = power.rest + r;
-    const double tail = r2 * ((0x1p-1 + r * 0x1.5555555555555p-3) +
-                              r2 * ((0x1.5555555555555p-5 + r * 0x1.1111111111111p-7) + r2 * 0x1.6c16c16c16c17p-10));
-    const double rest = power.value * (head + tail);
-    const double value = power.value + rest;
-
-    const int exponent = k >> 7;
-    if (static_cast<int>(bitsOf(value) >> 52) + exponent > 0) [[likely]] {
-        return fromBits(bitsOf(value) + (static_cast<std::uint64_t>(static_cast<std::int64_t>(exponent)) << 52));
-    }
     // A denormal result: value + below is rounded once, to a multiple of 2^(-1074 - exponent).
-    const double below = (power.value - value) + rest;
+    const double below = (steps.power.v - value) + steps.rest.v;
     const double unit = powerOfTwo(-1074 - exponent);
     const double base = unit * 0x1p52;
     const double rounded = base + value;
@@ -71,53 +56,20 @@ double exp64(double x) {
     return fromBits(units);
 }
 
-// x = 2^k m, m x reciprocal = 1 + r with |r| < 0.005: ln x = k ln2 - ln reciprocal + r - r^2/2 + ... - r^8/8. The
-// reciprocal has ten bits, so that its products with the two halves of m are exact, and so is the sum of the three
-// leading terms. Around 1, where these cancel, the series in x - 1 itself, its square term in two parts.
 double log64(double x) {
-    constexpr double ln2High = 0x1.62e42fefa38p-1;  // a multiple of 2^-42
-    constexpr double ln2Low = 0x1.ef35793c7673p-45;
-    constexpr std::uint64_t upperHalf = ~std::uint64_t{0} << 32;
-
     const double fromOne = x - 1.0;
-    if (magnitude(fromOne) < 0x1p-6) {
-        const double r = fromOne;
-        const double high = fromBits(bitsOf(r) & ~std::uint64_t{0x7FFFFFF});
-        const double halfSquare = 0.5 * (high * high);
-        const double halfSquareRest = 0.5 * ((r - high) * (r + high));
-        const double leading = r - halfSquare;
-        const double leadingRest = (r - leading) - halfSquare;
-        const double r2 = r * r;
-        const double series =
-            ((0x1.5555555555555p-2 - r * 0x1p-2) + r2 * (0x1.999999999999ap-3 - r * 0x1.5555555555555p-3)) +
-            (r2 * r2) * ((0x1.2492492492492p-3 - r * 0x1p-3) + r2 * (0x1.c71c71c71c71cp-4 - r * 0x1.999999999999ap-4));
-        return leading + ((leadingRest - halfSquareRest) + (r * r2) * series);
-    }
+    if (magnitude(fromOne) < nearOne) return logNearOne(f64x1{fromOne}).v;
 
     std::uint64_t bits = bitsOf(x);
-    int denormalShift = 0;
+    int bias = exponentBias;
     if (bits - 0x0010000000000000 >= 0x7FE0000000000000) [[unlikely]] {
         if (x == 0.0) return -infinity;
         if (x != x || x == infinity) return x + x;
         if (x < 0.0) return defaultNan;
         bits = bitsOf(x * 0x1p52);
-        denormalShift = 52;
+        bias += 52;
     }
-    const int k = static_cast<int>(bits >> 52) - (1023 + denormalShift);
-    const std::uint64_t mantissaBits = (bits & 0x000FFFFFFFFFFFFF) | 0x3FF0000000000000;
-    const double mantissa = fromBits(mantissaBits);
-    const double mantissaHigh = fromBits(mantissaBits & upperHalf);
-    const LogarithmOfStep& step = logarithmsOfSteps[(bits >> 45) & 127];
-
-    const double rHigh = mantissaHigh * step.reciprocal - 1.0;
-    const double rLow = (mantissa - mantissaHigh) * step.reciprocal;
-    const double r = rHigh + rLow;
-    const double leading = (k * ln2High + step.ln) + rHigh;
-    const double leadingRest = rLow + (k * ln2Low + step.rest);
-    const double r2 = r * r;
-    const double series = ((0x1p-1 - r * 0x1.5555555555555p-2) + r2 * (0x1p-2 - r * 0x1.999999999999ap-3)) +
-                          (r2 * r2) * ((0x1.5555555555555p-3 - r * 0x1.2492492492492p-3) + r2 * 0x1p-3);
-    return leading + (leadingRest - r2 * series);
+    return logAwayFromOne<f64x1>(i64x1{bits}, bias).v;
 }
 
 namespace {

@@ -8,7 +8,7 @@
 #include <limits>
 #include <type_traits>
 
-#include "elementary.h"
+#include "elementary_lanes.h"
 #include "frame/scale.h"
 #include "simd.h"
 
@@ -360,24 +360,67 @@ int anyElement(const typename V::Element* src, const typename V::Element* srcDst
     return 0;
 }
 
-// ln(exp(a) - exp(a + d)) for a difference that has been widened to double; the floor is that of the single forms.
-double logSubSingle(double a, double d) {
-    using Limits = LogLimits<float>;
-    if (d >= Limits::minExpWide) {
-        const double rest = 1.0 - exp64(d);
-        return rest > 1.0057e-37 ? a + log64(rest) : Limits::zero;
+// What the forms differ in: where the subtrahend counts as nothing, where the result counts as the logarithm of zero.
+struct DoubleSubtraction {
+    using Limits = LogLimits<double>;
+    static constexpr double zero = Limits::zero, minExp = Limits::minExp, leastRest = 2.45e-308;
+    template <class V>
+    static VORN_INLINE auto stays(V a) {
+        return a >= splat<V>(Limits::small);
     }
-    return a > Limits::zero ? a : Limits::zero;
+};
+// In double too, with the limits of the single forms.
+struct SingleSubtraction {
+    using Limits = LogLimits<float>;
+    static constexpr double zero = Limits::zero, minExp = Limits::minExpWide, leastRest = 1.0057e-37;
+    template <class V>
+    static VORN_INLINE auto stays(V a) {
+        return a > splat<V>(zero);
+    }
+};
+
+// ln(exp(a) - exp(a + d)). A difference that is not a number counts as far below. Fixed-point differences that wrapped
+// may be above zero: any that leaves nothing stands for them.
+template <class Subtraction, class V>
+VORN_INLINE V logSubOf(V a, V d) {
+    const V zero = splat<V>(Subtraction::zero);
+    const V lowest = splat<V>(Subtraction::minExp), highest = splat<V>(700.0);
+    const V rest = splat<V>(1.0) - expOfModerate(maxOf(minOf(d, highest), lowest));
+    const V nearby = select(rest > splat<V>(Subtraction::leastRest), a + logOfNormal(rest), zero);
+    return select(d >= lowest, nearby, select(Subtraction::stays(a), a, zero));
+}
+
+VORN_INLINE f64xN logSubOf(f64xN a, f64xN b) { return logSubOf<DoubleSubtraction>(a, b - a); }
+VORN_INLINE f32xN logSubOf(f32xN a, f32xN b) {
+    const f32xN d = b - a;
+    return narrow(logSubOf<SingleSubtraction>(widenLow(a), widenLow(d)),
+                  logSubOf<SingleSubtraction>(widenHigh(a), widenHigh(d)));
 }
 
 // The logarithm is added to the integer without being scaled back, and the floor is an integer value too.
-template <class Integer>
-void logSubElements(const Integer* src, Integer* srcDst, std::ptrdiff_t len, int scaleFactor) {
-    const float scale = GetScale_32s32f(scaleFactor);
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
-        const float d = (static_cast<float>(srcDst[i]) - static_cast<float>(src[i])) * scale;
-        const double r = std::clamp(logSubSingle(src[i], d), -2147483648.0, 2147483647.0);
-        srcDst[i] = static_cast<Integer>(truncated(r));  // 16 bits wrap
+VORN_INLINE i32xN logSubOf(i32xN a, i32xN b, f32xN scale) {
+    const auto clamped = [](f64xN x) {
+        return minOf(maxOf(x, splat<f64xN>(-2147483648.0)), splat<f64xN>(2147483647.0));
+    };
+    const f32xN d = (toFloat(b) - toFloat(a)) * scale;
+    return truncToInt(clamped(logSubOf<SingleSubtraction>(toDoubleLow(a), widenLow(d))),
+                      clamped(logSubOf<SingleSubtraction>(toDoubleHigh(a), widenHigh(d))));
+}
+VORN_INLINE i16xN logSubOf(i16xN a, i16xN b, f32xN scale) {
+    const auto lowBits = [](i32xN x) { return shiftRight<16>(shiftLeft<16>(x)); };  // 16 bits wrap
+    return narrowSat(lowBits(logSubOf(widenLow(a), widenLow(b), scale)),
+                     lowBits(logSubOf(widenHigh(a), widenHigh(b), scale)));
+}
+
+template <class T, class... Scale>
+void logSubElements(const T* src, T* srcDst, std::ptrdiff_t len, Scale... scale) {
+    using V = Wide<T>;
+    std::ptrdiff_t i = 0;
+    for (; i + V::lanes <= len; i += V::lanes)
+        store(srcDst + i, logSubOf(load<V>(src + i), load<V>(srcDst + i), scale...));
+    if (i < len) {
+        const std::ptrdiff_t n = len - i;
+        storeFirst(srcDst + i, logSubOf(loadFirst<V>(src + i, n), loadFirst<V>(srcDst + i, n), scale...), n);
     }
 }
 
@@ -409,29 +452,13 @@ void logSumFixed(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
     dst[0] = logSumOf(src, len, scaleFactor);
 }
 
-void logSub(const Vorn64f* src, Vorn64f* srcDst, int len) {
-    using Limits = LogLimits<double>;
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
-        const double d = srcDst[i] - src[i];
-        if (d >= Limits::minExp) {
-            const double rest = 1.0 - exp64(d);
-            srcDst[i] = rest > 2.45e-308 ? src[i] + log64(rest) : Limits::zero;
-        } else {
-            srcDst[i] = src[i] >= Limits::small ? src[i] : Limits::zero;
-        }
-    }
-}
-void logSub(const Vorn32f* src, Vorn32f* srcDst, int len) {
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
-        const float d = srcDst[i] - src[i];
-        srcDst[i] = static_cast<float>(logSubSingle(src[i], d));
-    }
-}
+void logSub(const Vorn64f* src, Vorn64f* srcDst, int len) { logSubElements(src, srcDst, len); }
+void logSub(const Vorn32f* src, Vorn32f* srcDst, int len) { logSubElements(src, srcDst, len); }
 void logSubFixed(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    logSubElements(src, srcDst, len, scaleFactor);
+    logSubElements(src, srcDst, len, splat<f32xN>(GetScale_32s32f(scaleFactor)));
 }
 void logSubFixed(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    logSubElements(src, srcDst, len, scaleFactor);
+    logSubElements(src, srcDst, len, splat<f32xN>(GetScale_32s32f(scaleFactor)));
 }
 
 }  // namespace vorn

@@ -76,7 +76,7 @@ void logAddFixed(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
 void logSumFixed(const Vorn32s* src, Vorn32s* dst, int len, int scaleFactor);
 void logSumFixed(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor);
 
-// srcDst[i] = ln(exp(src[i]) - exp(srcDst[i])), one element at a time in double.
+// srcDst[i] = ln(exp(src[i]) - exp(srcDst[i])), in double.
 void logSub(const Vorn64f* src, Vorn64f* srcDst, int len);
 void logSub(const Vorn32f* src, Vorn32f* srcDst, int len);
 void logSubFixed(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);
