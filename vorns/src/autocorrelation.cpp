@@ -40,7 +40,8 @@ struct SinglePairs : PairTerms<Vorn32fc, Vorn32f> {
     static constexpr auto* forward = vornsFFTFwd_CToC_32fc_I;
     static constexpr auto* inverse = vornsFFTInv_CToC_32fc_I;
     static void square(Vorn32fc* spectrum, int len) {
-        fft::FloatProduct<Vorn32f, fft::Second::Conjugated>::pairs(&spectrum->re, &spectrum->re, &spectrum->re, len);
+        fft::multiplyPairs(&spectrum->re, &spectrum->re, &spectrum->re, len,
+                           fft::FloatProduct<Vorn32f, fft::Second::Conjugated>());
     }
 };
 struct DoublePairs : PairTerms<Vorn64fc, Vorn64f> {
@@ -51,7 +52,8 @@ struct DoublePairs : PairTerms<Vorn64fc, Vorn64f> {
     static constexpr auto* forward = vornsFFTFwd_CToC_64fc_I;
     static constexpr auto* inverse = vornsFFTInv_CToC_64fc_I;
     static void square(Vorn64fc* spectrum, int len) {
-        fft::FloatProduct<Vorn64f, fft::Second::Conjugated>::pairs(&spectrum->re, &spectrum->re, &spectrum->re, len);
+        fft::multiplyPairs(&spectrum->re, &spectrum->re, &spectrum->re, len,
+                           fft::FloatProduct<Vorn64f, fft::Second::Conjugated>());
     }
 };
 
