@@ -1,6 +1,9 @@
 #!/usr/bin/env bash
 # Sets up a fresh Debian machine (as root), builds the library and its tests with gcc, with clang and with the
-# sanitizers, and runs everything in one go.  ./test.sh --quick: gcc only, no sanitizers.
+# sanitizers, and runs everything in one go.
+#   ./test.sh                    all of it
+#   ./test.sh --quick            gcc only, no sanitizers
+#   ./test.sh PRESET ...         the named presets of CMakePresets.json
 set -eu
 cd "$(dirname "$0")"
 . ./cmake/debian-setup.sh
@@ -8,7 +11,11 @@ debian_setup g++ clang-14 libclang-rt-14-dev cmake ninja-build ccache pkg-config
     libmpfr-dev libsndfile1-dev qemu-user
 
 presets=(release clang asan asan-clang tsan)
-[ "${1:-}" = --quick ] && presets=(release)
+if [ "${1:-}" = --quick ]; then
+    presets=(release)
+elif [ $# -gt 0 ]; then
+    presets=("$@")
+fi
 
 started=$(date +%s)
 for preset in "${presets[@]}"; do

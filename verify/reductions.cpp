@@ -73,8 +73,12 @@ template <class T1, class T2, class Use>
 void eachTwo(Source& source, Use use) {
     for (int len : lengths) {
         const auto n = static_cast<std::size_t>(len);
-        use(source.values<T1>(n), source.values<T2>(n), len);
-        use(source.patterns<T1>(n), source.patterns<T2>(n), len);
+        const auto values1 = source.values<T1>(n);  // one after the other: arguments are evaluated in any order
+        const auto values2 = source.values<T2>(n);
+        use(values1, values2, len);
+        const auto patterns1 = source.patterns<T1>(n);
+        const auto patterns2 = source.patterns<T2>(n);
+        use(patterns1, patterns2, len);
     }
 }
 template <class T1, class T2, class Result, class Call>
