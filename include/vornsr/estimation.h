@@ -7,7 +7,7 @@
 VORN_BEGIN_DECLS
 
 /**
- * @defgroup column_statistics Column statistics
+ * @defgroup vornsr_column_statistics Column statistics
  * @brief Mean and variance of each column of a matrix: the parameters of a diagonal Gaussian from a block of frames.
  *
  * src is a matrix of height rows (frames) by width columns (features), row r beginning at src + r srcStep; i runs over
@@ -37,7 +37,7 @@ VornStatus vornsWeightedMeanVarColumn_32f_D2(const Vorn32f* src, int srcStep, co
 /** @} */
 
 /**
- * @defgroup updates Parameter updates
+ * @defgroup vornsr_updates Parameter updates
  * @brief New parameters of a Gaussian from what a pass over the data has summed.
  *
  * `vornsUpdateGConst_DirectVar_32f`: the constant of a diagonal Gaussian of len dimensions, dst[0] = c + s: c = len

@@ -11,7 +11,7 @@ typedef struct VornFBankState_16s VornFBankState_16s;
 typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
 
 /**
- * @defgroup filter_banks Mel filter banks
+ * @defgroup vornsr_filter_banks Mel filter banks
  * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced along
  * the mel scale mel(f) = melMul ln(1 + f / melDiv) (Stevens, Volkmann and Newman 1937; Davis and Mermelstein 1980).
  *
@@ -79,7 +79,7 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
 /** @} */
 
 /**
- * @defgroup dct_lifter DCT lifter
+ * @defgroup vornsr_dct_lifter DCT lifter
  * @brief Cepstral coefficients of a vector of log filter bank energies: a cosine transform of type II without
  * normalisation, with a weight on each output (Davis and Mermelstein 1980; the raised sine lifter: Juang, Rabiner and
  * Wilpon 1987).
@@ -113,7 +113,7 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
 /** @} */
 
 /**
- * @defgroup deltas Deltas and accelerations
+ * @defgroup vornsr_deltas Deltas and accelerations
  * @brief First and second differences of feature vectors along time, for utterances that arrive in blocks.
  *
  * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next and
@@ -157,7 +157,7 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
 /** @} */
 
 /**
- * @defgroup conditioning Frame conditioning
+ * @defgroup vornsr_conditioning Frame conditioning
  * @brief Small steps on the samples of a frame and on the energies of an utterance. No state but what the caller hands in.
  *
  * **Offset compensation.** `vornsCompensateOffset*` removes a constant offset by the first-order filter

@@ -10,7 +10,7 @@ typedef struct VornsFFTSpec VornsFFTSpec;
 typedef struct VornsFFTFixedSpec VornsFFTFixedSpec;
 
 /**
- * @defgroup fft_contexts Transform contexts
+ * @defgroup vornsr_fft_contexts Transform contexts
  * @brief Tables and factors for the transforms of N = 2^order values: how large, how made, how released.
  *
  * X[k] = s * sum over n of x[n] * exp(-2 pi i n k / N) forward, x[n] = s * sum over k of X[k] * exp(+2 pi i n k / N)
@@ -89,7 +89,7 @@ VornStatus vornsFFTGetBufSize_R_16s32s(const VornsFFTFixedSpec* ctx, int* size);
 /** @} */
 
 /**
- * @defgroup complex_transforms Complex transforms
+ * @defgroup vornsr_complex_transforms Complex transforms
  * @brief Forward and inverse transforms of N = 2^order complex values.
  *
  * Values are pairs (`32fc`, `64fc`, `32sc`) or two arrays, real and imaginary parts (`32f`, `64f`, `32s`), N values each.
@@ -138,7 +138,7 @@ VornStatus vornsFFTInv_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const
 /** @} */
 
 /**
- * @defgroup real_transforms Transforms of real data
+ * @defgroup vornsr_real_transforms Transforms of real data
  * @brief Between N = 2^order real values and their conjugate-symmetric spectrum.
  *
  * Three layouts hold the spectrum, X[0] and X[N/2] being real:
@@ -211,7 +211,7 @@ VornStatus vornsFFTInv_CCSToR_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const
 /** @} */
 
 /**
- * @defgroup packed_spectra Packed spectra
+ * @defgroup vornsr_packed_spectra Packed spectra
  * @brief Products of spectra in Pack and Perm layout, and their expansion into all complex values.
  *
  * len counts the values of the real signal; it may be odd here, and then Pack and Perm are both Xr[0] and the pairs
@@ -264,7 +264,7 @@ VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len);
 /** @} */
 
 /**
- * @defgroup autocorrelation Autocorrelation
+ * @defgroup vornsr_autocorrelation Autocorrelation
  * @brief dst[k] = sum over n from 0 to srcLen - 1 - k of src[n] * src[n + k], for k from 0 to dstLen - 1.
  *
  * In the complex forms the first factor is conjugated. Lags at and above srcLen are 0. `NormA` multiplies every lag by

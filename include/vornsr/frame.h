@@ -7,7 +7,7 @@
 VORN_BEGIN_DECLS
 
 /**
- * @defgroup version Version record
+ * @defgroup vornsr_version Version record
  * @{
  */
 
@@ -29,7 +29,7 @@ const VornLibraryVersion* vornsrGetLibVersion(void);
 /** @} */
 
 /**
- * @defgroup memory Memory blocks
+ * @defgroup vornsr_memory Memory blocks
  * @brief Blocks on which the aligned kernels can run.
  *
  * `vornsMalloc_*(len)` returns a block of len elements whose address is a multiple of 32, not initialised, or null when
@@ -61,7 +61,7 @@ void vornsFree(void* pointer);
 /** @} */
 
 /**
- * @defgroup core Floating-point core
+ * @defgroup vornsr_core Floating-point core
  * @brief Special values, and the calling thread's rounding control.
  *
  * The constants are the replacement values of warnings: a quiet not-a-number, and the two infinities, of each width.

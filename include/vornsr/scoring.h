@@ -7,7 +7,7 @@
 VORN_BEGIN_DECLS
 
 /**
- * @defgroup logarithm_domain Log-domain arithmetic
+ * @defgroup vornsr_logarithm_domain Log-domain arithmetic
  * @brief Sums and differences of likelihoods that are kept as natural logarithms.
  *
  * Formulas, element by element over two arrays of len elements:
@@ -80,7 +80,7 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
 /** @} */
 
 /**
- * @defgroup single_frame Single-frame Gaussian scores
+ * @defgroup vornsr_single_frame Single-frame Gaussian scores
  * @brief The log density of one feature vector under one Gaussian.
  *
  *     result = val - S / 2,  S = sum over j of (src[j] - mean[j])^2 * v[j]
@@ -177,7 +177,7 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
 /** @} */
 
 /**
- * @defgroup multi_frame Multi-frame Gaussian scores
+ * @defgroup vornsr_multi_frame Multi-frame Gaussian scores
  * @brief The log density of many frames under one Gaussian, or of one frame under many Gaussians.
  *
  * Formula: score = val - S / 2, S = sum over j of (x[j] - m[j])^2 * v[j], with the feature vector x, the mean m and the
@@ -277,7 +277,7 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
 /** @} */
 
 /**
- * @defgroup mixtures Mixtures
+ * @defgroup vornsr_mixtures Mixtures
  * @brief Gaussian scores folded as they are made: the best so far, the log-sum with what is there, the score of a mixture.
  *
  * With score(i) that of group multi_frame for row i in the same arithmetic, bit for bit unless said otherwise:

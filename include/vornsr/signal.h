@@ -7,7 +7,7 @@
 VORN_BEGIN_DECLS
 
 /**
- * @defgroup move Move, set, conjugate
+ * @defgroup vornsr_move Move, set, conjugate
  * @brief Block operations on all eleven element types, and complex conjugation.
  *
  * Formulas, for n from 0 to len - 1:
@@ -88,7 +88,7 @@ VornStatus vornsConjFlip_16sc(const Vorn16sc* src, Vorn16sc* dst, int len);
 /** @} */
 
 /**
- * @defgroup convert Conversions
+ * @defgroup vornsr_convert Conversions
  * @brief Between the element types, with stated rounding, saturation and scale.
  *
  * `vornsConvert_<from><to>(src, dst, len, ...)` converts len elements of src to dst. src and dst must not overlap, save
@@ -167,7 +167,7 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
 /** @} */
 
 /**
- * @defgroup arithmetic Element-wise arithmetic
+ * @defgroup vornsr_arithmetic Element-wise arithmetic
  * @brief Sums, differences, products and quotients of two vectors, or of a vector and a constant.
  *
  * Formulas, for each element. The subtraction and the division of two vectors take their first operand from src2; in
@@ -409,7 +409,7 @@ VornStatus vornsDivCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
 /** @} */
 
 /**
- * @defgroup reductions Reductions and elementary functions
+ * @defgroup vornsr_reductions Reductions and elementary functions
  * @brief Sums, dot products, extrema, logarithms, roots, magnitudes and absolute values of vectors.
  *
  * All of these check pointers first (`vornStsNullPtrErr`), then len below 1 (`vornStsSizeErr`), and write nothing

@@ -13,7 +13,7 @@
 #endif
 
 /**
- * @defgroup types Types and statuses
+ * @defgroup vornsr_types Types and statuses
  * @brief What every function of the library shares.
  *
  * Names. A function is named by its prefix, its stem, the type codes from source to result and its modifiers:
