@@ -1,6 +1,8 @@
 // Absolute values of vectors.
 #include <cstddef>
+#include <cstdint>
 
+#include "elementwise.h"
 #include "frame/checks.h"
 #include "simd.h"
 #include "vornsr/signal.h"
@@ -12,18 +14,26 @@ VORN_INLINE f32xN absolute(f32xN x) { return absOf(x); }
 VORN_INLINE f64xN absolute(f64xN x) { return absOf(x); }
 // -32768 gives 32767.
 VORN_INLINE i16xN absolute(i16xN x) { return maxOf(x, subSat(splat<i16xN>(0), x)); }
-// -2147483648, which has no opposite, is still negative after the first line; its complement is 2147483647.
-VORN_INLINE i32xN absolute(i32xN x) {
-    const i32xN wrapped = (x ^ shiftRight<31>(x)) - shiftRight<31>(x);
-    return wrapped ^ shiftRight<31>(wrapped);
-}
+VORN_INLINE i32xN absolute(i32xN x) { return absSat(x); }
+
+template <class Element>
+struct AbsoluteKernel {
+    using V = Wide<Element>;
+    static constexpr std::int64_t step = V::lanes;
+    static constexpr bool unrolled = true;
+    const Element* src;
+    Element* dst;
+
+    VORN_INLINE V at(std::int64_t i) const { return absolute(load<V>(src + i)); }
+    VORN_INLINE void put(std::int64_t i, V x) const { store(dst + i, x); }
+    VORN_INLINE void putPastCache(std::int64_t i, V x) const { storeStream(dst + i, x); }
+    VORN_INLINE void part(std::int64_t n) const { storeFirst(dst, absolute(loadFirst<V>(src, n)), n); }
+    VORN_INLINE Element* result() const { return dst; }
+};
 
 template <class Element>
 void absolutes(const Element* src, Element* dst, std::ptrdiff_t len) {
-    using V = Wide<Element>;
-    std::ptrdiff_t i = 0;
-    for (; i + V::lanes <= len; i += V::lanes) store(dst + i, absolute(load<V>(src + i)));
-    if (i < len) storeFirst(dst + i, absolute(loadFirst<V>(src + i, len - i)), len - i);
+    forEachStep(len, AbsoluteKernel<Element>{src, dst});
 }
 
 }  // namespace

@@ -58,51 +58,59 @@ struct Ordered<Vorn16u> : OrderedUnsigned<Vorn16u, Vorn16s> {};
 template <>
 struct Ordered<Vorn32u> : OrderedUnsigned<Vorn32u, Vorn32s> {};
 
-// The best of `best` and the elements, up to the sign of a zero.
-template <class Better, class Element>
-Element bestOf(const Element* src, std::ptrdiff_t len, Element best) {
+// The best so far, up to the sign of a zero. It is kept in several chains, each of which waits for itself only.
+template <class Better, class Element, int chains>
+class Running {
+public:
     using Lanes = Ordered<Element>;
     using V = typename Lanes::V;
-    constexpr int step = 4 * V::lanes;
-    std::ptrdiff_t i = 0;
-    if (len >= V::lanes) {
-        V lanes[4] = {Lanes::splat(best), Lanes::splat(best), Lanes::splat(best), Lanes::splat(best)};
-        for (; i + step <= len; i += step) {
-            for (int k = 0; k < 4; ++k) lanes[k] = Better::keep(Lanes::load(src + i + k * V::lanes), lanes[k]);
-        }
-        for (; i + V::lanes <= len; i += V::lanes) lanes[0] = Better::keep(Lanes::load(src + i), lanes[0]);
-        const V all = Better::keep(Better::keep(lanes[3], lanes[2]), Better::keep(lanes[1], lanes[0]));
+    explicit Running(Element first) {
+        for (V& lanes : chain_) lanes = Lanes::splat(first);
+    }
+    VORN_INLINE void meet(int k, V x) { chain_[k] = Better::keep(x, chain_[k]); }
+    VORN_INLINE Element best() const {
+        V all = chain_[0];
+        for (int k = 1; k < chains; ++k) all = Better::keep(chain_[k], all);
         typename V::Element lane[V::lanes];
         store(lane, all);
+        Element best = Lanes::element(lane[0]);
         for (auto x : lane) {
             if (Better::strictly(Lanes::element(x), best)) best = Lanes::element(x);
         }
+        return best;
     }
-    for (; i < len; ++i) {
-        if (Better::strictly(src[i], best)) best = src[i];
+
+private:
+    V chain_[chains];
+};
+
+// One pass for all searches over a vector of at least one register. The last register ends at the last element.
+template <int chains, class Element, class... Search>
+VORN_INLINE void scan(const Element* src, std::ptrdiff_t len, Search&... search) {
+    using Lanes = Ordered<Element>;
+    constexpr std::ptrdiff_t lanes = Lanes::V::lanes;
+    const auto meet = [&](int k, const Element* p) {
+        const auto x = Lanes::load(p);
+        (search.meet(k, x), ...);
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + chains * lanes <= len; i += chains * lanes) {
+        for (int k = 0; k < chains; ++k) meet(k, src + i + k * lanes);
     }
-    return best;
+    for (; i + lanes <= len; i += lanes) meet(0, src + i);
+    if (i < len) meet(0, src + len - lanes);
 }
 
-// Bytes: the even and the odd ones as 16-bit lanes.
-template <class Better>
-Vorn8u bestOf(const Vorn8u* src, std::ptrdiff_t len, Vorn8u best) {
-    constexpr int step = 2 * i16xN::lanes;
-    std::ptrdiff_t i = 0;
-    if (len >= step) {
-        i16xN even = splat<i16xN>(best), odd = even;
-        for (; i + step <= len; i += step) {
-            const i16xN both = load<i16xN>(reinterpret_cast<const Vorn16s*>(src + i));
-            even = Better::keep(both & splat<i16xN>(0xFF), even);
-            odd = Better::keep(shiftRightLogical<8>(both), odd);
-        }
-        Vorn16s lane[i16xN::lanes];
-        store(lane, Better::keep(odd, even));
-        for (Vorn16s x : lane) {
-            if (Better::strictly(x, Vorn16s{best})) best = static_cast<Vorn8u>(x);
-        }
+// The best of `best` and the elements, up to the sign of a zero.
+template <class Better, class Element>
+Element bestOf(const Element* src, std::ptrdiff_t len, Element best) {
+    if (len >= Ordered<Element>::V::lanes) {
+        constexpr int chains = 8;
+        Running<Better, Element, chains> running(best);
+        scan<chains>(src, len, running);
+        return running.best();
     }
-    for (; i < len; ++i) {
+    for (std::ptrdiff_t i = 0; i < len; ++i) {
         if (Better::strictly(src[i], best)) best = src[i];
     }
     return best;
@@ -122,14 +130,37 @@ std::ptrdiff_t firstEqual(const Element* src, std::ptrdiff_t len, Element value)
     return 0;  // a not-a-number in front, which nothing replaces
 }
 
-// What the plain scan finds. Lanes do not keep the order of zeros of both signs: the first zero decides.
-template <class Better, class Element>
-Element extreme(const Element* src, std::ptrdiff_t len) {
-    const Element best = bestOf<Better>(src, len, src[0]);
+// Lanes do not keep the order of zeros of both signs: the first zero decides.
+template <class Element>
+Element firstOfZeros(const Element* src, std::ptrdiff_t len, Element best) {
     if constexpr (std::is_floating_point_v<Element>) {
         if (best == 0) return src[firstEqual(src, len, best)];
     }
     return best;
+}
+
+// What the plain scan finds.
+template <class Better, class Element>
+Element extreme(const Element* src, std::ptrdiff_t len) {
+    return firstOfZeros(src, len, bestOf<Better>(src, len, src[0]));
+}
+
+template <class Element>
+void extremes(const Element* src, std::ptrdiff_t len, Element* min, Element* max) {
+    Element smallest, largest;
+    if (len >= Ordered<Element>::V::lanes) {
+        constexpr int chains = 4;
+        Running<Smallest, Element, chains> low(src[0]);
+        Running<Largest, Element, chains> high(src[0]);
+        scan<chains>(src, len, low, high);
+        smallest = firstOfZeros(src, len, low.best());
+        largest = firstOfZeros(src, len, high.best());
+    } else {
+        smallest = extreme<Smallest>(src, len);
+        largest = extreme<Largest>(src, len);
+    }
+    *min = smallest;
+    *max = largest;
 }
 
 // Blocks are scanned for their best value; the index is looked for in the one block that holds the best of all.
@@ -217,63 +248,49 @@ VornStatus vornsMin_64f(const Vorn64f* src, int len, Vorn64f* result) {
 VornStatus vornsMinMax_8u(const Vorn8u* src, int len, Vorn8u* min, Vorn8u* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn8u smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_16u(const Vorn16u* src, int len, Vorn16u* min, Vorn16u* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn16u smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_16s(const Vorn16s* src, int len, Vorn16s* min, Vorn16s* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn16s smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_32u(const Vorn32u* src, int len, Vorn32u* min, Vorn32u* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn32u smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_32s(const Vorn32s* src, int len, Vorn32s* min, Vorn32s* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn32s smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_32f(const Vorn32f* src, int len, Vorn32f* min, Vorn32f* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn32f smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 
 VornStatus vornsMinMax_64f(const Vorn64f* src, int len, Vorn64f* min, Vorn64f* max) {
     VORN_CHECK(notNull(src, min, max));
     VORN_CHECK(positive(len));
-    const Vorn64f smallest = extreme<Smallest>(src, len);
-    *max = extreme<Largest>(src, len);
-    *min = smallest;
+    extremes(src, len, min, max);
     return vornStsNoErr;
 }
 

@@ -459,6 +459,26 @@ VORN_INLINE i16x16 narrowU16(i32x8 low, i32x8 high) {
 VORN_INLINE void storeNarrowed(float* p, f64x4 a) { _mm_storeu_ps(p, _mm256_cvtpd_ps(a.v)); }
 VORN_INLINE i32x8 maxOf(i32x8 a, i32x8 b) { return {_mm256_max_epi32(a.v, b.v)}; }
 VORN_INLINE i32x8 minOf(i32x8 a, i32x8 b) { return {_mm256_min_epi32(a.v, b.v)}; }
+VORN_INLINE i32x8 absSat(i32x8 a) { return {_mm256_min_epu32(_mm256_abs_epi32(a.v), _mm256_set1_epi32(0x7FFFFFFF))}; }
+
+// Unsigned bytes, for what depends on their order.
+
+struct u8x32 {
+    static constexpr int lanes = 32;
+    using Element = std::uint8_t;
+    __m256i v;
+};
+template <>
+VORN_INLINE u8x32 load<u8x32>(const std::uint8_t* p) {
+    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
+}
+VORN_INLINE void store(std::uint8_t* p, u8x32 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
+template <>
+VORN_INLINE u8x32 splat<u8x32>(std::uint8_t x) {
+    return {_mm256_set1_epi8(static_cast<char>(x))};
+}
+VORN_INLINE u8x32 minOf(u8x32 a, u8x32 b) { return {_mm256_min_epu8(a.v, b.v)}; }
+VORN_INLINE u8x32 maxOf(u8x32 a, u8x32 b) { return {_mm256_max_epu8(a.v, b.v)}; }
 
 // Parts and sums of the lanes.
 

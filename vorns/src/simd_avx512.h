@@ -468,6 +468,26 @@ VORN_INLINE i16x32 narrowU16(i32x16 low, i32x16 high) {
 VORN_INLINE void storeNarrowed(float* p, f64x8 a) { _mm256_storeu_ps(p, _mm512_cvtpd_ps(a.v)); }
 VORN_INLINE i32x16 maxOf(i32x16 a, i32x16 b) { return {_mm512_max_epi32(a.v, b.v)}; }
 VORN_INLINE i32x16 minOf(i32x16 a, i32x16 b) { return {_mm512_min_epi32(a.v, b.v)}; }
+VORN_INLINE i32x16 absSat(i32x16 a) { return {_mm512_min_epu32(_mm512_abs_epi32(a.v), _mm512_set1_epi32(0x7FFFFFFF))}; }
+
+// Unsigned bytes, for what depends on their order.
+
+struct u8x64 {
+    static constexpr int lanes = 64;
+    using Element = std::uint8_t;
+    __m512i v;
+};
+template <>
+VORN_INLINE u8x64 load<u8x64>(const std::uint8_t* p) {
+    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
+}
+VORN_INLINE void store(std::uint8_t* p, u8x64 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <>
+VORN_INLINE u8x64 splat<u8x64>(std::uint8_t x) {
+    return {_mm512_set1_epi8(static_cast<char>(x))};
+}
+VORN_INLINE u8x64 minOf(u8x64 a, u8x64 b) { return {_mm512_min_epu8(a.v, b.v)}; }
+VORN_INLINE u8x64 maxOf(u8x64 a, u8x64 b) { return {_mm512_max_epu8(a.v, b.v)}; }
 
 // Parts and sums of the lanes.
 

@@ -615,6 +615,30 @@ VORN_INLINE i16x8 narrowU16(i32x4 low, i32x4 high) {
 VORN_INLINE void storeNarrowed(float* p, f64x2 a) { _mm_storel_pi(reinterpret_cast<__m64*>(p), _mm_cvtpd_ps(a.v)); }
 VORN_INLINE i32x4 maxOf(i32x4 a, i32x4 b) { return select(a > b, a, b); }
 VORN_INLINE i32x4 minOf(i32x4 a, i32x4 b) { return select(a > b, b, a); }
+// Absolute values; -2147483648 gives 2147483647.
+VORN_INLINE i32x4 absSat(i32x4 a) {
+    const i32x4 sign = shiftRight<31>(a), wrapped = (a ^ sign) - sign;
+    return wrapped + shiftRight<31>(wrapped);
+}
+
+// Unsigned bytes, for what depends on their order.
+
+struct u8x16 {
+    static constexpr int lanes = 16;
+    using Element = std::uint8_t;
+    __m128i v;
+};
+template <>
+VORN_INLINE u8x16 load<u8x16>(const std::uint8_t* p) {
+    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
+}
+VORN_INLINE void store(std::uint8_t* p, u8x16 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <>
+VORN_INLINE u8x16 splat<u8x16>(std::uint8_t x) {
+    return {_mm_set1_epi8(static_cast<char>(x))};
+}
+VORN_INLINE u8x16 minOf(u8x16 a, u8x16 b) { return {_mm_min_epu8(a.v, b.v)}; }
+VORN_INLINE u8x16 maxOf(u8x16 a, u8x16 b) { return {_mm_max_epu8(a.v, b.v)}; }
 
 // Parts and sums of the lanes.
 

@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "frame/checks.h"
+#include "frame/rounding.h"
 #include "frame/scale.h"
 #include "simd.h"
 #include "vornsr/signal.h"
@@ -133,6 +134,49 @@ VornStatus integerRoots(const Source* src, Result* dst, std::ptrdiff_t len, int 
     return rootStatus(any(negative));
 }
 
+VORN_INLINE void storePacked(Vorn8u* p, const i32xN (&root)[4]) {
+    store(reinterpret_cast<std::int8_t*>(p), narrowSatU8(root[0], root[1], root[2], root[3]));
+}
+template <class Result>
+VORN_INLINE void storePacked(Result* p, const i32xN (&root)[2]) {
+    store(reinterpret_cast<Vorn16s*>(p), narrowSat(root[0], root[1]));
+}
+
+// Roots of integers of up to 16 bits in single. Twice a tie is an odd number T and the square of twice the scaled root
+// an integer other than T^2: they are at least 1/(2T) apart, more than half a unit of a single as long as T < 4096.
+template <class Element>
+VornStatus rootsInSingle(const Element* src, Element* dst, std::ptrdiff_t len, int scaleFactor) {
+    constexpr int parts = 4 / static_cast<int>(sizeof(Element)), step = parts * i32xN::lanes;
+    const f32xN scale = splat<f32xN>(static_cast<float>(rootScale(std::clamp(scaleFactor, -16, 64))));
+    const f32xN largest = splat<f32xN>(static_cast<float>(std::numeric_limits<Element>::max()));
+    i32xN signs = splat<i32xN>(0);
+    const auto rootsOf = [&](const Element* from, Element* to) {
+        i32xN root[parts];
+        for (int k = 0; k < parts; ++k) {
+            const i32xN x = loadWidened<i32xN>(from + k * i32xN::lanes);
+            signs = signs | x;
+            root[k] = roundToInt(minOf(sqrtOf(maxOf(toFloat(x), splat<f32xN>(0.0f))) * scale, largest));
+        }
+        storePacked(to, root);
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + step <= len; i += step) rootsOf(src + i, dst + i);
+    if (i < len) {
+        Element last[step] = {};
+        std::copy_n(src + i, len - i, last);
+        rootsOf(last, last);
+        std::copy_n(last, len - i, dst + i);
+    }
+    return rootStatus(any(splat<i32xN>(0) > signs));
+}
+
+// Where a result below the largest can be as large as 2048, single cannot tell it from a tie.
+template <class Element>
+VornStatus smallIntegerRoots(const Element* src, Element* dst, std::ptrdiff_t len, int scaleFactor) {
+    if (sizeof(Element) == 1 || scaleFactor >= -3) return rootsInSingle(src, dst, len, scaleFactor);
+    return integerRoots(src, dst, len, scaleFactor);
+}
+
 void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len, int scaleFactor) {
     constexpr std::ptrdiff_t block = 64;
     const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
@@ -189,15 +233,56 @@ std::int64_t scaledRootOf64(std::int64_t number, int scaleFactor) {
     return static_cast<std::int64_t>(root + up);
 }
 
+// Rounded once: the upper halves stand in the low bits of 2^84 + 2^63 and the lower ones in those of 2^52.
+VORN_INLINE f64xN toDouble(i64xN x) {
+    const i64xN upper = shiftRightLogical<32>(x) ^ splat<i64xN>(0x4530000080000000);
+    const i64xN lower = (x & splat<i64xN>(0xFFFFFFFF)) | splat<i64xN>(0x4330000000000000);
+    return (floatOf(upper) - splat<f64xN>(0x1p84 + 0x1p63 + 0x1p52)) + floatOf(lower);
+}
+
+// Roots of 64-bit integers through double, whose relative error is below 2^-52. That decides wherever the root and the
+// result are below 2^24, for then a tie is either hit exactly or at least 2^-51 away, and wherever no tie is within
+// 2^-50. What is left goes through integers. The rounding mode is to nearest.
+template <class Result>
+VORN_NOINLINE bool rootsThroughDouble(const Vorn64s* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    constexpr int lanes = i64xN::lanes;
+    constexpr Result largest = std::numeric_limits<Result>::max();
+    const f64xN zero = splat<f64xN>(0.0), shifter = splat<f64xN>(0x1p52), small = splat<f64xN>(0x1p24);
+    const f64xN limit = splat<f64xN>(std::min(static_cast<double>(largest), 0x1p51));
+    const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
+    auto negative = zero < zero;
+    const auto rootsOf = [&](const Vorn64s* from, Result* to) {
+        const f64xN number = toDouble(load<i64xN>(from));
+        negative = negative | (number < zero);
+        const f64xN root = sqrtOf(maxOf(number, zero)), scaled = minOf(root * scale, limit);
+        const f64xN shifted = scaled + shifter;
+        const f64xN fromTie = splat<f64xN>(0.5) - absOf(scaled - (shifted - shifter));
+        if (all((maxOf(root, scaled) < small) | (fromTie > scaled * splat<f64xN>(0x1p-50)))) {
+            std::int64_t rounded[lanes];
+            store(rounded, bitsOf(shifted) ^ bitsOf(shifter));
+            for (int k = 0; k < lanes; ++k) to[k] = static_cast<Result>(rounded[k]);
+        } else {
+            for (int k = 0; k < lanes; ++k) {
+                to[k] = static_cast<Result>(std::min<std::int64_t>(scaledRootOf64(from[k], scaleFactor), largest));
+            }
+        }
+    };
+    std::ptrdiff_t i = 0;
+    for (; i + lanes <= len; i += lanes) rootsOf(src + i, dst + i);
+    if (i < len) {
+        Vorn64s numbers[lanes] = {};
+        Result last[lanes];
+        std::copy_n(src + i, len - i, numbers);
+        rootsOf(numbers, last);
+        std::copy_n(last, len - i, dst + i);
+    }
+    return any(negative);
+}
+
 template <class Result>
 VornStatus roots64(const Vorn64s* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
-    bool anyNegative = false;
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
-        anyNegative |= src[i] < 0;
-        const std::int64_t root = scaledRootOf64(src[i], scaleFactor);
-        dst[i] = static_cast<Result>(std::min<std::int64_t>(root, std::numeric_limits<Result>::max()));
-    }
-    return rootStatus(anyNegative);
+    const RoundingGuard guard(Rounding::Nearest);
+    return rootStatus(rootsThroughDouble(src, dst, len, scaleFactor));
 }
 
 }  // namespace
@@ -260,37 +345,37 @@ VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) {
 VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    return integerRoots(src, dst, len, scaleFactor);
+    return smallIntegerRoots(src, dst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_8u_ISfs(Vorn8u* srcDst, int len, int scaleFactor) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
-    return integerRoots(srcDst, srcDst, len, scaleFactor);
+    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    return integerRoots(src, dst, len, scaleFactor);
+    return smallIntegerRoots(src, dst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16u_ISfs(Vorn16u* srcDst, int len, int scaleFactor) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
-    return integerRoots(srcDst, srcDst, len, scaleFactor);
+    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    return integerRoots(src, dst, len, scaleFactor);
+    return smallIntegerRoots(src, dst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16s_ISfs(Vorn16s* srcDst, int len, int scaleFactor) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
-    return integerRoots(srcDst, srcDst, len, scaleFactor);
+    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int scaleFactor) {

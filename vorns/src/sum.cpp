@@ -140,20 +140,30 @@ void exactSum(const Vorn16sc* src, std::ptrdiff_t len, std::int64_t& re, std::in
     }
 }
 
-// Upper and lower halves of 32-bit numbers are summed apart, so that 32-bit lanes hold many of them.
+// 32-bit numbers: lanes that wrap, and the exact sums of the upper halves. Without what the upper halves account for,
+// the wrapped sum is that of the lower ones, which 32 bits hold for 32768 numbers.
 std::int64_t exactSum(const Vorn32s* src, std::ptrdiff_t len) {
     constexpr std::ptrdiff_t vectorsAtOnce = 16384;
     std::int64_t sum = 0;
     std::ptrdiff_t i = 0;
     while (i + i32xN::lanes <= len) {
         const std::ptrdiff_t stop = std::min(len, i + vectorsAtOnce * i32xN::lanes);
-        i32xN low = splat<i32xN>(0), high = low;
-        for (; i + i32xN::lanes <= stop; i += i32xN::lanes) {
-            const i32xN x = load<i32xN>(src + i);
-            low = low + (x & splat<i32xN>(0xFFFF));
-            high = high + shiftRight<16>(x);
+        i32xN wrapped[2] = {splat<i32xN>(0), splat<i32xN>(0)}, high[2] = {splat<i32xN>(0), splat<i32xN>(0)};
+        const auto add = [&](int k) {
+            const i32xN x = load<i32xN>(src + i + k * i32xN::lanes);
+            wrapped[k] = wrapped[k] + x;
+            high[k] = high[k] + shiftRight<16>(x);
+        };
+        for (; i + 2 * i32xN::lanes <= stop; i += 2 * i32xN::lanes) {
+            add(0);
+            add(1);
         }
-        sum += sumOfLanes(high) * 65536 + sumOfLanes(low);
+        if (i + i32xN::lanes <= stop) {
+            add(0);
+            i += i32xN::lanes;
+        }
+        const i32xN upper = high[0] + high[1];
+        sum += sumOfLanes(upper) * 65536 + sumOfLanes((wrapped[0] + wrapped[1]) - shiftLeft<16>(upper));
     }
     for (; i < len; ++i) sum += src[i];
     return sum;
