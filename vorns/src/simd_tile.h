@@ -3,6 +3,8 @@
 // wide loads still pay.
 #pragma once
 
+#include <type_traits>
+
 #include "simd.h"
 
 namespace vorn {
@@ -46,9 +48,15 @@ struct f64x2x4 {
 };
 
 // Eight singles in every build.
+//
+// upperFloats(a): the elements times 2^16, where that is cheaper than the elements themselves; a sum over them comes
+// back by upperUnit. squares(a): the squares of the elements, rounded once.
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 using f32x8of8 = f32x8;
 VORN_INLINE f32x8of8 toFloats(i16x8 a) { return {_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(a.v))}; }
+inline constexpr float upperUnit = 1;
+VORN_INLINE f32x8of8 upperFloats(i16x8 a) { return toFloats(a); }
+VORN_INLINE f32x8of8 squares(i16x8 a) { return toFloats(a) * toFloats(a); }
 #else
 struct f32x8of8 {
     static constexpr int lanes = 8;
@@ -58,12 +66,22 @@ struct f32x8of8 {
 VORN_INLINE f32x8of8 operator-(f32x8of8 a, f32x8of8 b) { return {a.low - b.low, a.high - b.high}; }
 VORN_INLINE f32x8of8 operator*(f32x8of8 a, f32x8of8 b) { return {a.low * b.low, a.high * b.high}; }
 VORN_INLINE f32x8of8 toFloats(i16x8 a) { return {toFloat(widenLow(a)), toFloat(widenHigh(a))}; }
+VORN_INLINE f32x4 lowHalf(f32x8of8 a) { return a.low; }
+VORN_INLINE f32x4 highHalf(f32x8of8 a) { return a.high; }
+inline constexpr float upperUnit = 0x1p-16f;
+VORN_INLINE f32x8of8 upperFloats(i16x8 a) {
+    const __m128i zero = _mm_setzero_si128();
+    return {{_mm_cvtepi32_ps(_mm_unpacklo_epi16(zero, a.v))}, {_mm_cvtepi32_ps(_mm_unpackhi_epi16(zero, a.v))}};
+}
+VORN_INLINE f32x8of8 squares(i16x8 a) { return {toFloat(productsLow(a, a)), toFloat(productsHigh(a, a))}; }
 #endif
 
 // What a build takes at a time: singles and doubles, 16-bit integers (whole groups of eight), and 16-bit integers that
 // are to be widened to singles.
 #if defined(VORN_SIMD_AVX512)
 VORN_INLINE f32x16 toFloats(i16x16 a) { return {_mm512_cvtepi32_ps(_mm512_cvtepi16_epi32(a.v))}; }
+VORN_INLINE f32x16 upperFloats(i16x16 a) { return toFloats(a); }
+VORN_INLINE f32x16 squares(i16x16 a) { return toFloats(a) * toFloats(a); }
 using SingleWidths = Widths<f32x16, f32x8, f32x4>;
 using DoubleWidths = Widths<f64x8, f64x4, f64x2>;
 using ShortWidths = Widths<i16x32, i16x16, i16x8>;
@@ -88,6 +106,7 @@ VORN_INLINE f64x4of4 widened(f32x4 a) { return {_mm256_cvtps_pd(a.v)}; }
 VORN_INLINE f64x4of4 firstOnly(double x) { return {_mm256_insertf128_pd(_mm256_setzero_pd(), _mm_set_sd(x), 0)}; }
 // Lanes 0 and 1 + lanes 2 and 3.
 VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return lowHalf(a) + highHalf(a); }
+VORN_INLINE double firstLane(f64x4of4 a) { return firstLane(lowHalf(a)); }
 #else
 struct f64x4of4 {
     static constexpr int lanes = 4;
@@ -117,6 +136,7 @@ VORN_INLINE void storeFirst(double* p, f64x4of4 a, std::ptrdiff_t n) {
 VORN_INLINE f64x4of4 widened(f32x4 a) { return {widenLow(a), widenHigh(a)}; }
 VORN_INLINE f64x4of4 firstOnly(double x) { return {withFirst(splat<f64x2>(0.0), x), splat<f64x2>(0.0)}; }
 VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return a.low + a.high; }
+VORN_INLINE double firstLane(f64x4of4 a) { return firstLane(a.low); }
 VORN_INLINE f64x4of4 operator+(f64x4of4 a, f64x4of4 b) { return {a.low + b.low, a.high + b.high}; }
 VORN_INLINE f64x4of4 operator-(f64x4of4 a, f64x4of4 b) { return {a.low - b.low, a.high - b.high}; }
 VORN_INLINE f64x4of4 operator*(f64x4of4 a, f64x4of4 b) { return {a.low * b.low, a.high * b.high}; }
@@ -140,6 +160,9 @@ struct FourOf<double> {
 };
 template <class T>
 using Four = typename FourOf<T>::type;
+
+// The lanes by name.
+VORN_INLINE f32x4 lanesOf(float a, float b, float c, float d) { return {_mm_setr_ps(a, b, c, d)}; }
 
 // rowsOf<b>(r0, r1, r2, r3): the tile whose row r is block b (of 16 bytes) of the r-th argument.
 // sumNeighbours(tile): (lane 0 + lane 1) + (lane 2 + lane 3) of each row; sumLanes(tile): lane 0 + lane 1.
@@ -333,33 +356,75 @@ VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
 
 // Integer lanes.
 
-// Lane 0 + lane 1 + lane 2 + lane 3 of each argument, wrapping.
-VORN_INLINE i32x4 sumLanes(i32x4 r0, i32x4 r1, i32x4 r2, i32x4 r3) {
-    const __m128i r01 = _mm_add_epi32(_mm_unpacklo_epi32(r0.v, r1.v), _mm_unpackhi_epi32(r0.v, r1.v));
-    const __m128i r23 = _mm_add_epi32(_mm_unpacklo_epi32(r2.v, r3.v), _mm_unpackhi_epi32(r2.v, r3.v));
-    return {_mm_add_epi32(_mm_unpacklo_epi64(r01, r23), _mm_unpackhi_epi64(r01, r23))};
-}
-
-// The lower half of the lanes plus the upper half, wrapping.
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
-VORN_INLINE i32x4 foldHalves(i32x8 a) { return lowHalf(a) + highHalf(a); }
-#endif
-#if defined(VORN_SIMD_AVX512)
-VORN_INLINE i32x8 foldHalves(i32x16 a) { return lowHalf(a) + highHalf(a); }
-#endif
-
-// Lane n comes to lane 0, and so on; zeros follow. 0 <= n <= 8.
-VORN_INLINE i16x8 dropFirst(i16x8 a, int n) {
-    const __m128i upper = _mm_srli_si128(a.v, 8);
-    const auto bits = [](int count) { return _mm_cvtsi64_si128(count); };  // a negative count shifts everything out
-    const __m128i inHalf = _mm_srl_epi64(a.v, bits(16 * n));
-    const __m128i across =
-        _mm_or_si128(_mm_sll_epi64(upper, bits(64 - 16 * n)), _mm_srl_epi64(upper, bits(16 * n - 64)));
-    return {_mm_or_si128(inHalf, across)};
+// Lane n of each block of 16 bytes comes to its lane 0, and so on; zeros follow.
+template <int n>
+VORN_INLINE i16x8 dropFirst(i16x8 a) {
+    return {_mm_srli_si128(a.v, 2 * n)};
 }
 template <int n>
 VORN_INLINE i32x4 dropFirst(i32x4 a) {
     return {_mm_srli_si128(a.v, 4 * n)};
+}
+// Of each block of 16 bytes: the first two lanes of a, then those of b; the last two of both; each lane and its
+// neighbour exchanged.
+VORN_INLINE i32x4 firstTwoOf(i32x4 a, i32x4 b) { return {_mm_unpacklo_epi64(a.v, b.v)}; }
+VORN_INLINE i32x4 lastTwoOf(i32x4 a, i32x4 b) { return {_mm_unpackhi_epi64(a.v, b.v)}; }
+VORN_INLINE i32x4 neighboursExchanged(i32x4 a) { return {_mm_shuffle_epi32(a.v, 0xB1)}; }
+VORN_INLINE i32x4 evenLanes(i32x4 a) { return {_mm_and_si128(a.v, _mm_set1_epi64x(0xFFFFFFFF))}; }
+// Lane 0 + lane 1, lane 2 + lane 3 of a, then of b, wrapping.
+VORN_INLINE i32x4 sumNeighbours(i32x4 a, i32x4 b) {
+    const __m128 x = _mm_castsi128_ps(a.v), y = _mm_castsi128_ps(b.v);
+    return {_mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(x, y, 0x88)), _mm_castps_si128(_mm_shuffle_ps(x, y, 0xDD)))};
+}
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+template <int n>
+VORN_INLINE i16x16 dropFirst(i16x16 a) {
+    return {_mm256_srli_si256(a.v, 2 * n)};
+}
+VORN_INLINE i32x8 firstTwoOf(i32x8 a, i32x8 b) { return {_mm256_unpacklo_epi64(a.v, b.v)}; }
+VORN_INLINE i32x8 lastTwoOf(i32x8 a, i32x8 b) { return {_mm256_unpackhi_epi64(a.v, b.v)}; }
+VORN_INLINE i32x8 neighboursExchanged(i32x8 a) { return {_mm256_shuffle_epi32(a.v, 0xB1)}; }
+VORN_INLINE i32x8 evenLanes(i32x8 a) { return {_mm256_and_si256(a.v, _mm256_set1_epi64x(0xFFFFFFFF))}; }
+VORN_INLINE i16x16 sideBySide(i16x8 low, i16x8 high) { return {_mm256_set_m128i(high.v, low.v)}; }
+#endif
+
+// The same 16 bytes in each block of V.
+template <class V>
+V inEachBlock(i16x8 a);
+template <>
+VORN_INLINE i16x8 inEachBlock<i16x8>(i16x8 a) {
+    return a;
+}
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+template <>
+VORN_INLINE i16x16 inEachBlock<i16x16>(i16x8 a) {
+    return {_mm256_broadcastsi128_si256(a.v)};
+}
+#endif
+
+// Four rows of eight 16-bit columns, or one. Part p holds row p or, where two fit into a vector, the rows p and p + 2.
+template <class V, int n>
+struct Parts {
+    using Vector = V;
+    static constexpr int count = n;
+    V part[n];
+};
+using OneShortRow = Parts<i16x8, 1>;
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+using FourShortRows = Parts<i16x16, 2>;
+VORN_INLINE FourShortRows fourShortRows(i16x8 r0, i16x8 r1, i16x8 r2, i16x8 r3) {
+    return {{sideBySide(r0, r2), sideBySide(r1, r3)}};
+}
+#else
+using FourShortRows = Parts<i16x8, 4>;
+VORN_INLINE FourShortRows fourShortRows(i16x8 r0, i16x8 r1, i16x8 r2, i16x8 r3) { return {{r0, r1, r2, r3}}; }
+#endif
+// of(p) for each part p, a number that the compiler knows.
+template <int n, class Function>
+VORN_INLINE void forParts(const Function& of) {
+    of(std::integral_constant<int, 0>());
+    if constexpr (n > 1) of(std::integral_constant<int, 1>());
+    if constexpr (n > 2) of(std::integral_constant<int, 2>()), of(std::integral_constant<int, 3>());
 }
 
 }  // namespace vorn

@@ -1,5 +1,5 @@
-// Gaussian scores: what becomes of a sum. An end takes the sums of up to four rows at once, makes the scores and folds
-// them into the caller's array; it is put together from the val of a row, the final form and the fold.
+// Gaussian scores: what becomes of a sum. An end takes the sums of four rows at once or that of one, makes the scores
+// and folds them into the caller's array; it is put together from the val of a row, the final form and the fold.
 #pragma once
 
 #include <algorithm>
@@ -12,14 +12,35 @@
 
 namespace vorn {
 
-// The first count elements of four, or all of them.
-template <class T>
-VORN_INLINE Four<T> loadUpTo4(const T* p, std::ptrdiff_t count) {
-    return count == 4 ? load<Four<T>>(p) : loadFirst<Four<T>>(p, count);
+// Where sums and scores belong: to the four rows from `row` on, or to that row alone. Then the other lanes are of no
+// account. A last row without a partner is odd.
+struct RowsFrom {
+    static constexpr bool areFour = true;
+    std::ptrdiff_t row;
+};
+struct RowAlone {
+    static constexpr bool areFour = false;
+    std::ptrdiff_t row;
+    bool isOdd;
+};
+
+template <class Where, class T>
+VORN_INLINE Four<T> loadAt(Where at, const T* p) {
+    if constexpr (Where::areFour) {
+        return load<Four<T>>(p + at.row);
+    } else if constexpr (std::is_same_v<T, double>) {
+        return firstOnly(p[at.row]);
+    } else {
+        return loadFirst<Four<T>, 1>(p + at.row);
+    }
 }
-template <class T>
-VORN_INLINE void storeUpTo4(T* p, Four<T> a, std::ptrdiff_t count) {
-    count == 4 ? store(p, a) : storeFirst(p, a, count);
+template <class Where, class T>
+VORN_INLINE void storeAt(Where at, T* p, Four<T> a) {
+    if constexpr (Where::areFour) {
+        store(p + at.row, a);
+    } else {
+        p[at.row] = firstLane(a);
+    }
 }
 
 VORN_INLINE f32x4 single(f32x4 a) { return a; }
@@ -30,7 +51,10 @@ template <class T>
 struct OneVal {
     T val;
     OneVal from(std::ptrdiff_t) const { return *this; }
-    VORN_INLINE Four<T> four(std::ptrdiff_t, std::ptrdiff_t) const { return splat<Four<T>>(val); }
+    template <class Where>
+    VORN_INLINE Four<T> at(Where) const {
+        return splat<Four<T>>(val);
+    }
 };
 template <class T>
 OneVal(T) -> OneVal<T>;
@@ -39,7 +63,10 @@ template <class T>
 struct ValOfRow {
     const T* val;
     ValOfRow from(std::ptrdiff_t row) const { return {val + row}; }
-    VORN_INLINE Four<T> four(std::ptrdiff_t row, std::ptrdiff_t count) const { return loadUpTo4(val + row, count); }
+    template <class Where>
+    VORN_INLINE Four<T> at(Where rows) const {
+        return loadAt(rows, val);
+    }
 };
 template <class T>
 ValOfRow(const T*) -> ValOfRow<T>;
@@ -116,12 +143,13 @@ VORN_INLINE f32x4 clampToInt(f32x4 a) {
 template <class T>
 struct Store {
     T* result;
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count, Four<T> score) const {
-        storeUpTo4(result + row, score, count);
+    template <class Where>
+    VORN_INLINE void put(Where at, Four<T> score) const {
+        storeAt(at, result, score);
     }
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count,
-                         f32x4 score) const requires std::is_same_v<T, Vorn32s> {
-        put(row, count, truncToInt(score));
+    template <class Where>
+    VORN_INLINE void put(Where at, f32x4 score) const requires std::is_same_v<T, Vorn32s> {
+        put(at, truncToInt(score));
     }
 };
 template <class T>
@@ -131,13 +159,9 @@ Store(T*) -> Store<T>;
 // parity of a row decides its rounding. Kept so on purpose.
 struct StoreOddRowRounded {
     Vorn32s* result;
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count, f32x4 score) const {
-        storeUpTo4(result + row, truncToInt(score), count);
-        if (count % 2 != 0) {
-            Vorn32s rounded[4];
-            store(rounded, roundToInt(clampToInt(score)));
-            result[row + count - 1] = rounded[count - 1];
-        }
+    VORN_INLINE void put(RowsFrom at, f32x4 score) const { storeAt(at, result, truncToInt(score)); }
+    VORN_INLINE void put(RowAlone at, f32x4 score) const {
+        storeAt(at, result, at.isOdd ? roundToInt(clampToInt(score)) : truncToInt(score));
     }
 };
 
@@ -145,19 +169,20 @@ struct StoreOddRowRounded {
 template <class T>
 struct Max {
     T* srcDst;
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count, Four<T> score) const {
-        const Four<T> old = loadUpTo4(srcDst + row, count);
+    template <class Where>
+    VORN_INLINE void put(Where at, Four<T> score) const {
+        const Four<T> old = loadAt(at, srcDst);
         if constexpr (std::is_same_v<T, Vorn32s>) {
-            storeUpTo4(srcDst + row, select(score > old, score, old), count);
+            storeAt(at, srcDst, select(score > old, score, old));
         } else {
-            storeUpTo4(srcDst + row, maxOf(score, old), count);
+            storeAt(at, srcDst, maxOf(score, old));
         }
     }
     // Of integers in single: an old value of more than 24 bits comes back rounded, even where it stays.
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count,
-                         f32x4 score) const requires std::is_same_v<T, Vorn32s> {
-        const f32x4 old = toFloat(loadUpTo4(srcDst + row, count));
-        storeUpTo4(srcDst + row, truncToInt(maxOf(score, old)), count);
+    template <class Where>
+    VORN_INLINE void put(Where at, f32x4 score) const requires std::is_same_v<T, Vorn32s> {
+        const f32x4 old = toFloat(loadAt(at, srcDst));
+        storeAt(at, srcDst, truncToInt(maxOf(score, old)));
     }
 };
 template <class T>
@@ -166,8 +191,9 @@ Max(T*) -> Max<T>;
 // The maximum in single of a score clamped to the range of the integers.
 struct MaxOfClamped {
     Vorn32s* srcDst;
-    VORN_INLINE void put(std::ptrdiff_t row, std::ptrdiff_t count, f32x4 score) const {
-        Max<Vorn32s>{srcDst}.put(row, count, clampToInt(score));
+    template <class Where>
+    VORN_INLINE void put(Where at, f32x4 score) const {
+        Max<Vorn32s>{srcDst}.put(at, clampToInt(score));
     }
 };
 
@@ -177,9 +203,9 @@ struct End {
     Form form;
     Fold fold;
 
-    template <class Sum>
-    VORN_INLINE void operator()(std::ptrdiff_t row, std::ptrdiff_t count, Sum negatedSum) const {
-        fold.put(row, count, form(negatedSum, val.four(row, count)));
+    template <class Where, class Sum>
+    VORN_INLINE void operator()(Where at, Sum negatedSum) const {
+        fold.put(at, form(negatedSum, val.at(at)));
     }
 };
 template <class Val, class Form, class Fold>
@@ -192,13 +218,12 @@ struct OddRowAddsValLast {
     PowerOfTwoSum form;
     Store<Vorn32s> fold;
 
-    VORN_INLINE void operator()(std::ptrdiff_t row, std::ptrdiff_t count, f32x4 negatedSum) const {
-        const i32x4 vals = val.four(row, count);
-        fold.put(row, count, form(negatedSum, vals));
-        if (count % 2 != 0) {
-            Vorn32s last[4];
-            store(last, truncToInt(form.scaled(negatedSum)) + vals);
-            fold.result[row + count - 1] = last[count - 1];
+    VORN_INLINE void operator()(RowsFrom at, f32x4 negatedSum) const { fold.put(at, form(negatedSum, val.at(at))); }
+    VORN_INLINE void operator()(RowAlone at, f32x4 negatedSum) const {
+        if (at.isOdd) {
+            fold.put(at, truncToInt(form.scaled(negatedSum)) + val.at(at));
+        } else {
+            fold.put(at, form(negatedSum, val.at(at)));
         }
     }
 };

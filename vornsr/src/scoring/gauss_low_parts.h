@@ -7,26 +7,35 @@
 
 namespace vorn {
 
+// A shift by `left` or by `right` bits, one of which is 0.
+struct Shift {
+    int left, right;
+    template <class V>
+    VORN_INLINE V operator()(V a) const {
+        return shiftRight(shiftLeft(a, left), right);
+    }
+};
+
 // The shifts that bring the two halves of a sum to the unit of the score.
 struct LowShifts {
-    int highLeft, highRight, lowLeft, lowRight;
+    Shift high, low;
 
-    explicit LowShifts(int scaleFactor) : highLeft(0), highRight(0), lowLeft(0), lowRight(0) {
+    explicit LowShifts(int scaleFactor) : high{0, 0}, low{0, 0} {
         if (scaleFactor > 15) {
-            highRight = scaleFactor - 15;
-            lowRight = 15;  // goes no further with the scale factor
+            high.right = scaleFactor - 15;
+            low.right = 15;  // goes no further with the scale factor
         } else if (scaleFactor >= 0) {
-            highLeft = 15 - scaleFactor;
-            lowRight = scaleFactor;
+            high.left = 15 - scaleFactor;
+            low.right = scaleFactor;
         } else {
             const int up = scaleFactor < -32 ? 32 : -scaleFactor;  // from 32 on nothing is left
-            highLeft = 15 + up;
-            lowLeft = up;
+            high.left = 15 + up;
+            low.left = up;
         }
     }
     template <class V>
-    VORN_INLINE V operator()(V high, V low) const {
-        return shiftRight(shiftLeft(high, highLeft), highRight) + shiftRight(shiftLeft(low, lowLeft), lowRight);
+    VORN_INLINE V operator()(V highSum, V lowSum) const {
+        return high(highSum) + low(lowSum);
     }
 };
 

@@ -1,4 +1,5 @@
-// Gaussian scores at low precision: -S / 2 x 2^-scaleFactor of four rows of 16-bit data.
+// Gaussian scores at low precision: -S / 2 x 2^-scaleFactor of 16-bit data, of four rows at once or of one (in lane 0;
+// the other lanes are of no account).
 #pragma once
 
 #include <cstddef>
@@ -9,106 +10,170 @@
 
 namespace vorn {
 
-// The sums of the two halves over columns, negated.
-template <class I>
-struct NegatedHalves {
-    I high = splat<I>(0), low = splat<I>(0);
+// ---- The 16-bit columns of rows as parts: take(p) yields the eight columns of the row at p.
 
-    template <class Shorts>
-    VORN_INLINE void subtract(Shorts d, Shorts var) {
-        const auto terms = lowTerms(d, var);
-        high = high - terms.high;
-        low = low - terms.low;
+template <class Rows, class Take>
+VORN_INLINE Rows partsOf(const Shared<Vorn16s>& row, const Take& take) {
+    const i16x8 columns = take(row[0]);
+    Rows all;
+    forParts<Rows::count>([&](auto p) __attribute__((always_inline)) {
+        all.part[p] = inEachBlock<typename Rows::Vector>(columns);
+    });
+    return all;
+}
+template <class Rows, class Take>
+VORN_INLINE Rows partsOf(const FourRows<Vorn16s>& rows, const Take& take) {
+    return fourShortRows(take(rows[0]), take(rows[1]), take(rows[2]), take(rows[3]));
+}
+template <class Rows, class Take>
+VORN_INLINE Rows partsOf(UnitVar, const Take&) {
+    Rows ones;
+    forParts<Rows::count>([&](auto p)
+                              __attribute__((always_inline)) { ones.part[p] = splat<typename Rows::Vector>(1); });
+    return ones;
+}
+
+// The sums of the two halves over columns, negated; a 32-bit lane for a pair of 16-bit columns.
+template <class Rows>
+struct NegatedHalves {
+    using Pairs = decltype(mulAddPairs(typename Rows::Vector{}, typename Rows::Vector{}));
+    Parts<Pairs, Rows::count> high, low;
+
+    VORN_INLINE NegatedHalves() {
+        forParts<Rows::count>([&](auto p)
+                                  __attribute__((always_inline)) { high.part[p] = low.part[p] = splat<Pairs>(0); });
+    }
+    template <class Vectors, class Take>
+    VORN_INLINE void subtract(const Vectors& vectors, const Take& take) {
+        const Rows x = partsOf<Rows>(vectors.src, take), mean = partsOf<Rows>(vectors.mean, take),
+                   var = partsOf<Rows>(vectors.var, take);
+        forParts<Rows::count>([&](auto p) __attribute__((always_inline)) {
+            const auto terms = lowTerms(subSat(x.part[p], mean.part[p]), var.part[p]);
+            high.part[p] = high.part[p] - terms.high;
+            low.part[p] = low.part[p] - terms.low;
+        });
     }
 };
 
-// 32-bit lanes for pairs of 16-bit ones.
-template <class Shorts>
-using PairLanes = decltype(mulAddPairs(Shorts{}, Shorts{}));
+// The columns from j on.
+struct ColumnsFrom {
+    std::ptrdiff_t j;
+    VORN_INLINE i16x8 operator()(const Vorn16s* row) const { return load<i16x8>(row + j); }
+};
 
-// The rows of a pair: the parts are summed over all columns and shifted once, lane by lane.
+// The rows of a pair: the halves are summed over all columns and shifted once, lane by lane. What is left behind the
+// groups of eight goes to the lanes as passes of four, two and one columns bring it there: lane 1 gets the third and
+// fourth column of a pass of four, lane 0 all others.
 struct LowSums {
-    template <class Src, class Mean, class Var>
-    static VORN_INLINE i32x4 negated(const Pairing<Src, Mean, Var>& rows, std::ptrdiff_t len, const LowShifts& shift) {
-        NegatedHalves<i32x4> sums[4];
-        const std::ptrdiff_t left = len - subtractGroups(ShortWidths{}, rows, len, sums);
-        if (left > 0) {
-            for (int r = 0; r < 4; ++r) {
-                NegatedHalves<i32x4> rest;
-                rest.subtract(differenceOfRest(rows.src[r], rows.mean[r], len), loadRest(rows.var[r], len));
-                const RestPasses high = RestPasses::of(rest.high, left), low = RestPasses::of(rest.low, left);
-                for (int k = 0; k < 3; ++k) {
-                    sums[r].high = sums[r].high + high.pass[k];
-                    sums[r].low = sums[r].low + low.pass[k];
+    template <class Rows>
+    static VORN_NOINLINE i32x4 ofFour(const Rows& rows, std::ptrdiff_t len, const LowShifts& shift) {
+        return negated<FourShortRows>(rows, len, shift);
+    }
+    template <class Row>
+    static VORN_NOINLINE i32x4 ofOne(const Row& row, std::ptrdiff_t len, const LowShifts& shift) {
+        return negated<OneShortRow>(row, len, shift);
+    }
+
+private:
+    template <class Rows, class Vectors>
+    static VORN_INLINE i32x4 negated(const Vectors& vectors, std::ptrdiff_t len, const LowShifts& shift) {
+        NegatedHalves<Rows> sums;
+        for (std::ptrdiff_t j = 0; j + 8 <= len; j += 8) sums.subtract(vectors, ColumnsFrom{j});
+        return withColumnsLeft(
+            len, [&](auto left) __attribute__((always_inline)) {
+                NegatedHalves<Rows> rest;
+                if constexpr (left > 0) {
+                    if (len < 8) {
+                        rest.subtract(vectors, ShortRow<left>());
+                    } else {
+                        rest.subtract(vectors, BehindGroups<left>{len});
+                    }
                 }
+                return totals<left>(sums.high, rest.high, shift.high) + totals<left>(sums.low, rest.low, shift.low);
+            });
+    }
+
+    // The total of each row.
+    template <int left, class Sums>
+    static VORN_INLINE i32x4 totals(const Sums& sums, const Sums& rest, Shift shift) {
+        // A shift to the left gives the same in any order, and the rest may stay in any lane.
+        if (shift.right == 0) return shiftLeft(addedUp<Ungathered>(sums, rest, shift), shift.left);
+        return addedUp<Gathered<left>>(sums, rest, shift);
+    }
+
+    // How the lanes of two rows and of their rests meet: every two neighbours of the result belong to one row.
+    struct Ungathered {
+        template <class I>
+        static VORN_INLINE I pair(I a, I b, I restA, I restB, Shift) {
+            a = a + restA, b = b + restB;
+            return firstTwoOf(a, b) + lastTwoOf(a, b);
+        }
+    };
+    template <int left>
+    struct Gathered {
+        template <class I>
+        static VORN_INLINE I pair(I a, I b, I restA, I restB, Shift shift) {
+            const I first = firstTwoOf(a, b), last = lastTwoOf(a, b);
+            if constexpr (left == 0) {
+                return shift(first) + shift(last);
+            } else if constexpr (left < 4) {
+                return shift(first + evenSums(firstTwoOf(restA, restB))) + shift(last);
+            } else if constexpr (left == 4) {
+                return shift(first + firstTwoOf(restA, restB)) + shift(last);
+            } else {
+                return shift(first + firstTwoOf(restA, restB) + evenSums(lastTwoOf(restA, restB))) + shift(last);
             }
         }
-        const auto total = [&](int r) __attribute__((always_inline)) { return shift(sums[r].high, sums[r].low); };
-        return sumLanes(total(0), total(1), total(2), total(3));
-    }
+        // Each two neighbours in the lane of the first.
+        template <class I>
+        static VORN_INLINE I evenSums(I a) {
+            return evenLanes(a + neighboursExchanged(a));
+        }
+    };
 
-private:
-    // Adds the whole groups of eight columns to the sums; returns the first column behind them.
-    template <class... V, class Rows>
-    static VORN_INLINE std::ptrdiff_t subtractGroups(Widths<V...>, const Rows& rows, std::ptrdiff_t len,
-                                                     NegatedHalves<i32x4> (&sums)[4]) {
-        std::ptrdiff_t j = 0;
-        ((j = subtractVectors<V>(rows, j, len, sums)), ...);
-        return j;
+    template <class Lanes>
+    static VORN_INLINE i32x4 addedUp(const Parts<i32x4, 1>& sums, const Parts<i32x4, 1>& rest, Shift shift) {
+        const i32x4 none = splat<i32x4>(0);
+        const i32x4 row = Lanes::pair(sums.part[0], none, rest.part[0], none, shift);
+        return sumNeighbours(row, row);
     }
-    template <class V, class Rows>
-    static VORN_INLINE std::ptrdiff_t subtractVectors(const Rows& rows, std::ptrdiff_t j, std::ptrdiff_t len,
-                                                      NegatedHalves<i32x4> (&sums)[4]) {
-        if (j + V::lanes > len) return j;
-        NegatedHalves<PairLanes<V>> r0, r1, r2, r3;
-        const auto subtract = [&](NegatedHalves<PairLanes<V>> & sum, int r) __attribute__((always_inline)) {
-            sum.subtract(subSat(load<V>(rows.src[r] + j), load<V>(rows.mean[r] + j)), lowWeights<V>(rows.var[r] + j));
-        };
-        for (; j + V::lanes <= len; j += V::lanes) subtract(r0, 0), subtract(r1, 1), subtract(r2, 2), subtract(r3, 3);
-        const auto fold = [&](const NegatedHalves<PairLanes<V>>& sum, int r) __attribute__((always_inline)) {
-            sums[r].high = sums[r].high + foldedToFour(sum.high);
-            sums[r].low = sums[r].low + foldedToFour(sum.low);
-        };
-        fold(r0, 0), fold(r1, 1), fold(r2, 2), fold(r3, 3);
-        return j;
+    template <class Lanes>
+    static VORN_INLINE i32x4 addedUp(const Parts<i32x4, 4>& sums, const Parts<i32x4, 4>& rest, Shift shift) {
+        return sumNeighbours(Lanes::pair(sums.part[0], sums.part[1], rest.part[0], rest.part[1], shift),
+                             Lanes::pair(sums.part[2], sums.part[3], rest.part[2], rest.part[3], shift));
+    }
+    template <class Lanes, class I>
+    static VORN_INLINE i32x4 addedUp(const Parts<I, 2>& sums, const Parts<I, 2>& rest, Shift shift) {
+        const I rows = Lanes::pair(sums.part[0], sums.part[1], rest.part[0], rest.part[1], shift);
+        return sumNeighbours(lowHalf(rows), highHalf(rows));
     }
 };
 
-// A last odd row: the parts of each group and of each pass are shifted before they are added, so the truncation of the
+// A last odd row: the halves of each group and of each pass are shifted before they are added, so the truncation of the
 // shifts falls differently than in the rows of a pair. Kept so on purpose.
 struct LowOddSum {
-    template <class Src, class Mean, class Var>
-    static Vorn32s negated(const Pairing<Src, Mean, Var>& rows, int r, std::ptrdiff_t len, const LowShifts& shift) {
+    template <class Row>
+    static VORN_NOINLINE i32x4 ofOne(const Row& row, std::ptrdiff_t len, const LowShifts& shift) {
         i32x4 total = splat<i32x4>(0);
-        const std::ptrdiff_t left = len - addGroups(ShortWidths{}, rows, r, len, shift, total);
-        if (left > 0) {
-            NegatedHalves<i32x4> rest;
-            rest.subtract(differenceOfRest(rows.src[r], rows.mean[r], len), loadRest(rows.var[r], len));
-            const RestPasses high = RestPasses::of(rest.high, left), low = RestPasses::of(rest.low, left);
-            for (int k = 0; k < 3; ++k) total = total + shift(high.pass[k], low.pass[k]);
+        const auto halvesOf = [&](const auto& take) __attribute__((always_inline)) {
+            NegatedHalves<OneShortRow> halves;
+            halves.subtract(row, take);
+            return halves;
+        };
+        for (std::ptrdiff_t j = 0; j + 8 <= len; j += 8) {
+            const auto group = halvesOf(ColumnsFrom{j});
+            total = total + shift(group.high.part[0], group.low.part[0]);
         }
-        return sumLanes(total);
-    }
-
-private:
-    template <class... V, class Rows>
-    static VORN_INLINE std::ptrdiff_t addGroups(Widths<V...>, const Rows& rows, int r, std::ptrdiff_t len,
-                                                const LowShifts& shift, i32x4& total) {
-        std::ptrdiff_t j = 0;
-        ((j = addVectors<V>(rows, r, j, len, shift, total)), ...);
-        return j;
-    }
-    template <class V, class Rows>
-    static VORN_INLINE std::ptrdiff_t addVectors(const Rows& rows, int r, std::ptrdiff_t j, std::ptrdiff_t len,
-                                                 const LowShifts& shift, i32x4& total) {
-        auto lanes = splat<PairLanes<V>>(0);
-        for (; j + V::lanes <= len; j += V::lanes) {
-            NegatedHalves<PairLanes<V>> group;
-            group.subtract(subSat(load<V>(rows.src[r] + j), load<V>(rows.mean[r] + j)), lowWeights<V>(rows.var[r] + j));
-            lanes = lanes + shift(group.high, group.low);
-        }
-        total = total + foldedToFour(lanes);
-        return j;
+        withColumnsLeft(
+            len, [&](auto left) __attribute__((always_inline)) {
+                if constexpr (left > 0) {
+                    const auto rest = len < 8 ? halvesOf(ShortRow<left>()) : halvesOf(BehindGroups<left>{len});
+                    const RestPasses high = RestPasses::of<left>(rest.high.part[0]);
+                    const RestPasses low = RestPasses::of<left>(rest.low.part[0]);
+                    for (int k = 0; k < 3; ++k) total = total + shift(high.pass[k], low.pass[k]);
+                }
+            });
+        return splat<i32x4>(sumLanes(total));
     }
 };
 

@@ -6,7 +6,7 @@
 #include <type_traits>
 
 #include "frame/rows.h"
-#include "simd.h"
+#include "simd_tile.h"
 
 namespace vorn {
 
@@ -43,50 +43,32 @@ struct FourRows {
     VORN_INLINE const T* operator[](std::ptrdiff_t r) const { return row[r]; }
 };
 
-// Walks over the rows, four at a time. Where fewer are left, the first stands in for those behind the last.
+// Walks over the rows, four at a time.
 template <class T>
 class RowBlockWalk {
 public:
-    RowBlockWalk(const RowBlock<const T>& rows, std::ptrdiff_t left) : first_(rows[0]), step_(rows[1] - rows[0]) {
-        limit(left);
-    }
+    explicit RowBlockWalk(const RowBlock<const T>& rows) : first_(rows[0]), step_(rows[1] - rows[0]) {}
     VORN_INLINE FourRows<T> four() const {
-        return {{keepApart(first_), keepApart(first_ + to1_), keepApart(first_ + to2_), keepApart(first_ + to3_)}};
+        return {{keepApart(first_), keepApart(first_ + step_), keepApart(first_ + 2 * step_),
+                 keepApart(first_ + 3 * step_)}};
     }
-    VORN_INLINE void next(std::ptrdiff_t left) {
-        first_ += 4 * step_;
-        if (left < 4) limit(left);
-    }
+    VORN_INLINE void next() { first_ += 4 * step_; }
 
 private:
-    void limit(std::ptrdiff_t left) {
-        to1_ = left > 1 ? step_ : 0;
-        to2_ = left > 2 ? 2 * step_ : 0;
-        to3_ = left > 3 ? 3 * step_ : 0;
-    }
     const T* first_;
-    std::ptrdiff_t step_, to1_, to2_, to3_;
+    std::ptrdiff_t step_;
 };
 template <class T>
 class RowListWalk {
 public:
-    RowListWalk(const RowList<const T>& rows, std::ptrdiff_t left) : rows_(rows) { limit(left); }
+    explicit RowListWalk(const RowList<const T>& rows) : rows_(rows) {}
     VORN_INLINE FourRows<T> four() const {
-        return {{keepApart(rows_[0]), keepApart(rows_[to1_]), keepApart(rows_[to2_]), keepApart(rows_[to3_])}};
+        return {{keepApart(rows_[0]), keepApart(rows_[1]), keepApart(rows_[2]), keepApart(rows_[3])}};
     }
-    VORN_INLINE void next(std::ptrdiff_t left) {
-        rows_ = rows_.from(4);
-        if (left < 4) limit(left);
-    }
+    VORN_INLINE void next() { rows_ = rows_.from(4); }
 
 private:
-    void limit(std::ptrdiff_t left) {
-        to1_ = left > 1 ? 1 : 0;
-        to2_ = left > 2 ? 2 : 0;
-        to3_ = left > 3 ? 3 : 0;
-    }
     RowList<const T> rows_;
-    std::ptrdiff_t to1_, to2_, to3_;
 };
 // What is the same for every row.
 template <class Same>
@@ -94,25 +76,30 @@ class SameWalk {
 public:
     explicit SameWalk(Same same) : same_(same) {}
     VORN_INLINE Same four() const { return same_; }
-    VORN_INLINE void next(std::ptrdiff_t) {}
+    VORN_INLINE void next() {}
 
 private:
     Same same_;
 };
 
 template <class T>
-RowBlockWalk<T> walk(const RowBlock<const T>& rows, std::ptrdiff_t height) {
-    return {rows, height};
+RowBlockWalk<T> walk(const RowBlock<const T>& rows) {
+    return RowBlockWalk<T>(rows);
 }
 template <class T>
-RowListWalk<T> walk(const RowList<const T>& rows, std::ptrdiff_t height) {
-    return {rows, height};
+RowListWalk<T> walk(const RowList<const T>& rows) {
+    return RowListWalk<T>(rows);
 }
+template <class Same>
+SameWalk<Same> walk(const Same& same) {
+    return SameWalk<Same>(same);
+}
+
 template <class T>
-SameWalk<Shared<T>> walk(const Shared<T>& shared, std::ptrdiff_t) {
-    return SameWalk<Shared<T>>(shared);
+Shared<T> sharedVar(const T* var) {
+    return Shared<T>(var);
 }
-inline SameWalk<UnitVar> walk(UnitVar unit, std::ptrdiff_t) { return SameWalk<UnitVar>(unit); }
+inline UnitVar sharedVar(UnitVar) { return {}; }
 
 template <class Src, class Mean, class Var>
 struct Pairing {
@@ -129,11 +116,11 @@ struct Pairing {
 template <class Src, class Mean, class Var>
 Pairing(Src, Mean, Var) -> Pairing<Src, Mean, Var>;
 
-template <class T>
-Shared<T> sharedVar(const T* var) {
-    return Shared<T>(var);
+// The vectors of one row.
+template <class Vectors>
+VORN_INLINE auto oneRow(const Vectors& vectors, std::ptrdiff_t row) {
+    return Pairing{Shared(vectors.src[row]), Shared(vectors.mean[row]), sharedVar(vectors.var[row])};
 }
-inline UnitVar sharedVar(UnitVar) { return {}; }
 
 // Many frames, the rows of a matrix, against one Gaussian; var is a vector or UnitVar.
 template <class Src, class T, class Var>

@@ -13,45 +13,42 @@
 
 namespace vorn {
 
-// Runs over the rows, four at a time; end(row, count, sums(rows)) for each block of them.
-template <class Src, class Mean, class Var, class Sums>
-VORN_INLINE void forRows(const Pairing<Src, Mean, Var>& vectors, std::ptrdiff_t height, const Sums& block) {
-    auto src = walk(vectors.src, height);
-    auto mean = walk(vectors.mean, height);
-    auto var = walk(vectors.var, height);
-    for (std::ptrdiff_t row = 0, left = height; left > 0; row += 4, left -= 4) {
-        block(row, left < 4 ? left : 4, Pairing{src.four(), mean.four(), var.four()});
-        src.next(left - 4);
-        mean.next(left - 4);
-        var.next(left - 4);
+// Runs over the rows, four at a time as long as there are four, then one by one.
+template <class Vectors, class FourRows, class OneRow>
+VORN_INLINE void forRows(const Vectors& vectors, std::ptrdiff_t height, const FourRows& four, const OneRow& one) {
+    auto src = walk(vectors.src);
+    auto mean = walk(vectors.mean);
+    auto var = walk(vectors.var);
+    std::ptrdiff_t row = 0;
+    for (; row + 4 <= height; row += 4) {
+        four(RowsFrom{row}, Pairing{src.four(), mean.four(), var.four()});
+        src.next(), mean.next(), var.next();
     }
+    for (; row < height; ++row) one(RowAlone{row, row + 1 == height && height % 2 != 0}, oneRow(vectors, row));
 }
 
 template <class Sums, class Vectors, class End>
 void scoreRows(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, const End end) {
-    forRows(
-        vectors,
-        height, [&](std::ptrdiff_t row, std::ptrdiff_t count, const auto& rows) __attribute__((always_inline)) {
-            end(row, count, Sums::negated(rows, len));
-        });
+    const auto four = [&](RowsFrom at, const auto& rows) __attribute__((always_inline)) {
+        end(at, Sums::ofFour(rows, len));
+    };
+    const auto one = [&](RowAlone at, const auto& row) __attribute__((always_inline)) {
+        end(at, Sums::ofOne(row, len));
+    };
+    forRows(vectors, height, four, one);
 }
 
-// At low precision rows come in pairs, and a last odd one has a sum of its own.
+// At low precision a last odd row has a sum of its own.
 template <class Vectors, class End>
 void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, int scaleFactor, const End end) {
     const LowShifts shift(scaleFactor);
-    forRows(
-        vectors,
-        height, [&](std::ptrdiff_t row, std::ptrdiff_t count, const auto& rows) __attribute__((always_inline)) {
-            i32x4 totals = LowSums::negated(rows, len, shift);
-            if (count % 2 != 0) {
-                Vorn32s lane[4];
-                store(lane, totals);
-                lane[count - 1] = LowOddSum::negated(rows, static_cast<int>(count - 1), len, shift);
-                totals = load<i32x4>(lane);
-            }
-            end(row, count, totals);
-        });
+    const auto four = [&](RowsFrom at, const auto& rows) __attribute__((always_inline)) {
+        end(at, LowSums::ofFour(rows, len, shift));
+    };
+    const auto one = [&](RowAlone at, const auto& row) __attribute__((always_inline)) {
+        end(at, at.isOdd ? LowOddSum::ofOne(row, len, shift) : LowSums::ofOne(row, len, shift));
+    };
+    forRows(vectors, height, four, one);
 }
 
 template <class Vectors>

@@ -372,7 +372,7 @@ inline std::int32_t negatedLowScore(const Vorn16s* x, const Vorn16s* mean, Var v
             // The last difference is exact here.
             const std::int64_t d = x[j] - mean[j];
             const auto half = splat<i32x4>(static_cast<std::int32_t>((d * d) >> 1));
-            score = wrapSub(score, firstLane(shiftLeft(half, shifts.lowLeft)));
+            score = wrapSub(score, firstLane(shiftLeft(half, shifts.low.left)));
         } else {
             // Without variances the last difference wraps in 16 bits, with them it saturates.
             const i16x8 a = loadFirst<i16x8, 1>(x + j), b = loadFirst<i16x8, 1>(mean + j);

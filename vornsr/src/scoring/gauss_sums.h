@@ -1,5 +1,6 @@
 // Gaussian scores: the sum S = sum over j of (x[j] - m[j])^2 x v[j] in the float arithmetics, negated as the scores
-// need it, of four rows at once. How many rows advance together changes no bit; the lanes of a row and their order do.
+// need it, of four rows at once or of one (in lane 0; the other lanes are of no account). How many rows advance
+// together changes no bit; the lanes of a row and their order do.
 #pragma once
 
 #include <cstddef>
@@ -7,6 +8,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "frame/rounding.h"
 #include "scoring/gauss_rows.h"
 #include "simd_tile.h"
 #include "vornsr/types.h"
@@ -51,17 +53,18 @@ struct FloatTerms {
     }
 };
 
-// Terms of 16-bit data in single, a lane a column: the difference saturates to 16 bits.
+// Terms of 16-bit data in single, a lane a column: the difference saturates to 16 bits. Their unit is a power of two,
+// and no sum of them comes near the border of the singles, so that it changes no rounding.
 struct ShortTerms {
     using Result = Vorn32f;
 
     template <class V>
     static constexpr std::ptrdiff_t columns = V::lanes;
+    static constexpr Vorn32f unit = upperUnit;
 
     template <class V, bool, class Var>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, Var var) {
-        const auto d = toFloats(subSat(load<V>(x), load<V>(mean)));
-        return d * d * toFloats(load<V>(var));
+        return squares(subSat(load<V>(x), load<V>(mean))) * upperFloats(load<V>(var));
     }
 };
 
@@ -72,6 +75,7 @@ struct ShortPairTerms {
 
     template <class V>
     static constexpr std::ptrdiff_t columns = V::lanes;
+    static constexpr Vorn32f unit = 1;
 
     template <class V, bool>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
@@ -80,14 +84,15 @@ struct ShortPairTerms {
     }
 };
 
-// The columns behind the last group of eight: here the difference does not saturate. Kept so on purpose.
+// The columns behind the last group of eight: here the difference does not saturate. Kept so on purpose. Vectors are in
+// the unit of the groups, a column by itself is in units of 1.
 struct ExactShortTerms {
     using Result = Vorn32f;
 
     template <class V, bool>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var) {
         const auto d = toFloats(load<V>(x)) - toFloats(load<V>(mean));
-        return d * d * toFloats(load<V>(var));
+        return d * d * upperFloats(load<V>(var));
     }
     template <class V, bool>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
@@ -118,6 +123,20 @@ VORN_INLINE auto fourTerms(const Rows& rows, std::ptrdiff_t j) {
     return forFourRows([&](int r) __attribute__((always_inline)) {
         return Terms::template of<V, Rows::frameIsShared>(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
     });
+}
+// What four rows yield for one column, a lane a row.
+VORN_INLINE f32x4 columnOf(const FourRows<Vorn32f>& rows, std::ptrdiff_t j) {
+    return lanesOf(rows[0][j], rows[1][j], rows[2][j], rows[3][j]);
+}
+VORN_INLINE f32x4 columnOf(const Shared<Vorn32f>& row, std::ptrdiff_t j) { return splat<f32x4>(row[0][j]); }
+template <class Rows>
+VORN_INLINE f32x4 columnTerm(const Rows& rows, std::ptrdiff_t j) {
+    const f32x4 d = columnOf(rows.src, j) - columnOf(rows.mean, j);
+    if constexpr (isUnit<decltype(rows.var)>) {
+        return d * d;
+    } else {
+        return d * d * columnOf(rows.var, j);
+    }
 }
 // 16-byte block b of every row.
 template <int block, class V>
@@ -170,36 +189,58 @@ VORN_INLINE std::ptrdiff_t subtractGroups(Widths<V...>, const Rows& rows, std::p
     return len - j;
 }
 
+// Subtracts the columns from j on from the sum of row r, one after the other.
+template <class Terms, class Rows>
+VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Rows& rows, int r, std::ptrdiff_t j,
+                                 std::ptrdiff_t len) {
+    for (; j < len; ++j) sum = sum - Terms::column(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
+    return sum;
+}
 // -S in plain column order, for rows shorter than a group.
 template <class Terms, class Rows>
 inline auto negatedShortSums(const Rows& rows, std::ptrdiff_t len) {
-    typename Terms::Result sums[4] = {};
-    for (int r = 0; r < 4; ++r) {
-        for (std::ptrdiff_t j = 0; j < len; ++j) {
-            sums[r] = sums[r] - Terms::column(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
-        }
-    }
+    typename Terms::Result sums[4];
+    for (int r = 0; r < 4; ++r) sums[r] = subtractColumns<Terms>(0, rows, r, 0, len);
     return load<Four<typename Terms::Result>>(sums);
+}
+
+// Subtracts all whole groups V of columns of one row; returns how many columns are left behind them.
+template <class Terms, class V, class Row, class Subtract>
+VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t len, const Subtract& subtract) {
+    std::ptrdiff_t j = 0;
+    for (; j + V::lanes <= len; j += V::lanes) {
+        subtract(Terms::template of<V, Row::frameIsShared>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
+    }
+    return len - j;
 }
 
 // -S in single: one accumulator of four lanes a row, (lane 0 + lane 1) + (lane 2 + lane 3), then the last len mod 4
 // columns one by one.
 struct SingleSums {
+    using Terms = FloatTerms<Vorn32f>;
+
     template <class Rows>
-    static VORN_INLINE f32x4 negated(const Rows& rows, std::ptrdiff_t len) {
-        using Terms = FloatTerms<Vorn32f>;
+    static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
         if (len < 4) return negatedShortSums<Terms>(rows, len);
         InLanes<f32x4x4> lanes;
         const std::ptrdiff_t left = subtractGroups<Terms>(SingleWidths{}, rows, len, lanes);
         f32x4 sums = sumNeighbours(lanes.sums);
-        if (left > 0) {
+        if (left == 1) return sums - columnTerm(rows, len - 1);
+        if (left > 1) {
             f32x4 column[4];
             columnsOf(tileOf<0>(fourTerms<Terms, f32x4>(rows, len - 4)), column);
             if (left > 2) sums = sums - column[1];
-            if (left > 1) sums = sums - column[2];
+            sums = sums - column[2];
             sums = sums - column[3];
         }
         return sums;
+    }
+    template <class Row>
+    static VORN_NOINLINE f32x4 ofOne(const Row& row, std::ptrdiff_t len) {
+        f32x4 lanes = splat<f32x4>(0);
+        const std::ptrdiff_t left =
+            subtractGroupsOfOne<Terms, f32x4>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
+        return splat<f32x4>(subtractColumns<Terms>(sumNeighbours(lanes), row, 0, len - left, len));
     }
 };
 
@@ -213,26 +254,39 @@ VORN_INLINE Four<Vorn64f> lastColumn(const Rows& rows, std::ptrdiff_t len) {
 
 // -S in double: one accumulator of two lanes a row, lane 0 + lane 1, then a last odd column.
 struct DoubleSums {
+    using Terms = FloatTerms<Vorn64f>;
+
     template <class Rows>
-    static VORN_INLINE Four<Vorn64f> negated(const Rows& rows, std::ptrdiff_t len) {
-        using Terms = FloatTerms<Vorn64f>;
+    static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
         if (len < 2) return negatedShortSums<Terms>(rows, len);
         InLanes<f64x2x4> lanes;
         const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, lanes);
         const Four<Vorn64f> sums = sumLanes(lanes.sums);
         return left > 0 ? sums - lastColumn(rows, len) : sums;
     }
+    template <class Row>
+    static VORN_NOINLINE Four<Vorn64f> ofOne(const Row& row, std::ptrdiff_t len) {
+        f64x2 lanes = splat<f64x2>(0);
+        const std::ptrdiff_t left =
+            subtractGroupsOfOne<Terms, f64x2>(row, len, [&](f64x2 terms) { lanes = lanes - terms; });
+        return firstOnly(subtractColumns<Terms>(sumLanes(lanes), row, 0, len - left, len));
+    }
 };
 
 // -S in double in plain column order.
 struct DoubleSumsInOrder {
+    using Terms = FloatTerms<Vorn64f>;
+
     template <class Rows>
-    static VORN_INLINE Four<Vorn64f> negated(const Rows& rows, std::ptrdiff_t len) {
-        using Terms = FloatTerms<Vorn64f>;
+    static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
         if (len < 2) return negatedShortSums<Terms>(rows, len);
         InColumnOrder acc;
         const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, acc);
         return left > 0 ? acc.sums - lastColumn(rows, len) : acc.sums;
+    }
+    template <class Row>
+    static VORN_NOINLINE Four<Vorn64f> ofOne(const Row& row, std::ptrdiff_t len) {
+        return firstOnly(subtractColumns<Terms>(0, row, 0, 0, len));
     }
 };
 
@@ -248,73 +302,162 @@ struct ShortGroups<UnitVar> {
     using Widths = ShortWidths;
 };
 
+// (lane 0 + lane 2) + (lane 1 + lane 3) of each row, from a sum of terms back to units of 1.
+template <class Terms>
+VORN_INLINE f32x4 totals(const f32x4 (&lane)[4]) {
+    const f32x4 sums = (lane[0] + lane[2]) + (lane[1] + lane[3]);
+    return Terms::unit == 1 ? sums : sums * splat<f32x4>(Terms::unit);
+}
+
+// The terms of a group of eight columns that one row subtracts.
+VORN_INLINE void subtractInFours(f32x4& lanes, f32x8of8 terms) {
+    lanes = lanes - lowHalf(terms);
+    lanes = lanes - highHalf(terms);
+}
+VORN_INLINE void subtractInFours(f32x4& lanes, f32x4 terms) { lanes = lanes - terms; }
+
 // -S of 16-bit data in single: four lanes a row over groups of eight columns, the last len mod 8 columns one by one to
 // lane 0, then (lane 0 + lane 2) + (lane 1 + lane 3).
 struct ShortSums {
     template <class Src, class Mean, class Var>
-    static VORN_INLINE f32x4 negated(const Pairing<Src, Mean, Var>& rows, std::ptrdiff_t len) {
-        using Groups = ShortGroups<Var>;
+    static VORN_INLINE f32x4 ofFour(const Pairing<Src, Mean, Var>& rows, std::ptrdiff_t len) {
+        using Terms = typename ShortGroups<Var>::Terms;
         if (len < 8) return negatedShortSums<ExactShortTerms>(rows, len);
         InLanes<f32x4x4> acc;
-        const std::ptrdiff_t left = subtractGroups<typename Groups::Terms>(typename Groups::Widths{}, rows, len, acc);
+        const std::ptrdiff_t left = subtractGroups<Terms>(typename ShortGroups<Var>::Widths{}, rows, len, acc);
         f32x4 lane[4];
         columnsOf(acc.sums, lane);
         if (left > 0) {
             const auto last = fourTerms<ExactShortTerms, i16x8>(rows, len - 8);
-            f32x4 column[8];
-            columnsOf(tileOf<0>(last), reinterpret_cast<f32x4(&)[4]>(column[0]));
-            columnsOf(tileOf<1>(last), reinterpret_cast<f32x4(&)[4]>(column[4]));
-            for (std::ptrdiff_t j = 8 - left; j < 8; ++j) lane[0] = lane[0] - column[j];
+            f32x4 column[4];
+            if (left > 4) {
+                columnsOf(tileOf<0>(last), column);
+                if (left > 6) lane[0] = lane[0] - column[1];
+                if (left > 5) lane[0] = lane[0] - column[2];
+                lane[0] = lane[0] - column[3];
+            }
+            columnsOf(tileOf<1>(last), column);
+            if (left > 3) lane[0] = lane[0] - column[0];
+            if (left > 2) lane[0] = lane[0] - column[1];
+            if (left > 1) lane[0] = lane[0] - column[2];
+            lane[0] = lane[0] - column[3];
         }
-        return (lane[0] + lane[2]) + (lane[1] + lane[3]);
+        return totals<Terms>(lane);
+    }
+    template <class Src, class Mean, class Var>
+    static VORN_NOINLINE f32x4 ofOne(const Pairing<Src, Mean, Var>& row, std::ptrdiff_t len) {
+        using Terms = typename ShortGroups<Var>::Terms;
+        if (len < 8) return splat<f32x4>(subtractColumns<ExactShortTerms>(0, row, 0, 0, len));
+        f32x4 lanes = splat<f32x4>(0);
+        const std::ptrdiff_t left =
+            subtractGroupsOfOne<Terms, i16x8>(row, len, [&](auto terms) { subtractInFours(lanes, terms); });
+        if (left > 0) {
+            const auto terms =
+                ExactShortTerms::of<i16x8, true>(row.src[0] + len - 8, row.mean[0] + len - 8, row.var[0] + (len - 8));
+            Vorn32f term[8], sum = firstLane(lanes);
+            store(term, lowHalf(terms)), store(term + 4, highHalf(terms));
+            for (std::ptrdiff_t j = 8 - left; j < 8; ++j) sum = sum - term[j];
+            lanes = withFirst(lanes, sum);
+        }
+        return splat<f32x4>(sumHalves(lanes) * Terms::unit);
     }
 };
 
-// The elements behind the last group of eight: lanes 0 to len mod 8 - 1, zeros behind them.
-VORN_INLINE i16x8 loadRest(const Vorn16s* row, std::ptrdiff_t len) {
-    const int left = static_cast<int>(len % 8);
-    return len < 8 ? loadFirst<i16x8>(row, left) : dropFirst(load<i16x8>(row + len - 8), 8 - left);
+// Calls of(left) with the number of columns behind the last group of eight as one that the compiler knows; of(0) where
+// there are none.
+template <class Function>
+VORN_INLINE auto withColumnsLeft(std::ptrdiff_t len, const Function& of) {
+    switch (len % 8) {
+        case 1:
+            return of(std::integral_constant<int, 1>());
+        case 2:
+            return of(std::integral_constant<int, 2>());
+        case 3:
+            return of(std::integral_constant<int, 3>());
+        case 4:
+            return of(std::integral_constant<int, 4>());
+        case 5:
+            return of(std::integral_constant<int, 5>());
+        case 6:
+            return of(std::integral_constant<int, 6>());
+        case 7:
+            return of(std::integral_constant<int, 7>());
+        default:
+            return of(std::integral_constant<int, 0>());
+    }
 }
-VORN_INLINE i16x8 loadRest(UnitVar, std::ptrdiff_t) { return splat<i16x8>(1); }
-// The saturated difference of two rows there.
-VORN_INLINE i16x8 differenceOfRest(const Vorn16s* x, const Vorn16s* mean, std::ptrdiff_t len) {
-    if (len < 8) return subSat(loadRest(x, len), loadRest(mean, len));
-    return dropFirst(subSat(load<i16x8>(x + len - 8), load<i16x8>(mean + len - 8)), static_cast<int>(8 - len % 8));
-}
+
+// The columns behind the last group of eight, zeros behind them: of rows that have a whole group, and of shorter ones.
+template <int left>
+struct BehindGroups {
+    std::ptrdiff_t len;
+    VORN_INLINE i16x8 operator()(const Vorn16s* row) const { return dropFirst<8 - left>(load<i16x8>(row + len - 8)); }
+};
+template <int left>
+struct ShortRow {
+    VORN_INLINE i16x8 operator()(const Vorn16s* row) const { return loadFirst<i16x8>(row, left); }
+};
 
 // The passes of four, two and one columns in which the low-precision kinds take what is left behind the groups of
 // eight. pairs holds the sums of neighbouring columns; a pass has its columns in the first lanes.
 struct RestPasses {
     i32x4 pass[3];
 
-    static VORN_INLINE RestPasses of(i32x4 pairs, std::ptrdiff_t left) {
+    template <int left>
+    static VORN_INLINE RestPasses of(i32x4 pairs) {
         alignas(16) static constexpr std::int32_t firstLane[4] = {-1, 0, 0, 0}, firstTwo[4] = {-1, -1, 0, 0};
         const i32x4 one = load<i32x4>(firstLane);
-        if (left >= 4) return {{pairs & load<i32x4>(firstTwo), dropFirst<2>(pairs) & one, dropFirst<3>(pairs)}};
-        return {{pairs & one, dropFirst<1>(pairs) & one, splat<i32x4>(0)}};
+        if constexpr (left >= 4) {
+            return {{pairs & load<i32x4>(firstTwo), dropFirst<2>(pairs) & one, dropFirst<3>(pairs)}};
+        } else {
+            return {{pairs & one, dropFirst<1>(pairs) & one, splat<i32x4>(0)}};
+        }
     }
 };
 
 // -S of 16-bit data with the identity covariance at low precision: as ShortSums, but the last len mod 8 columns come in
 // passes of four, two and one, whose differences saturate.
 struct ShortPassSums {
-    template <class Src, class Mean>
-    static VORN_INLINE f32x4 negated(const Pairing<Src, Mean, UnitVar>& rows, std::ptrdiff_t len) {
+    template <class Rows>
+    static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
         InLanes<f32x4x4> acc;
-        const std::ptrdiff_t left = subtractGroups<ShortPairTerms>(ShortWidths{}, rows, len, acc);
-        if (left > 0) {
-            const auto rest = forFourRows([&](int r) __attribute__((always_inline)) {
-                const i16x8 d = differenceOfRest(rows.src[r], rows.mean[r], len);
-                return RestPasses::of(mulAddPairs(d, d), left);
+        subtractGroups<ShortPairTerms>(ShortWidths{}, rows, len, acc);
+        withColumnsLeft(
+            len, [&](auto left) __attribute__((always_inline)) {
+                if constexpr (left > 0) {
+                    const auto rest = forFourRows([&](int r) __attribute__((always_inline)) {
+                        return passes<left>(rows.src[r], rows.mean[r], len);
+                    });
+                    for (int k = 0; k < 3; ++k) {
+                        acc.subtract(rowsOf<0>(toFloat(rest.row[0].pass[k]), toFloat(rest.row[1].pass[k]),
+                                               toFloat(rest.row[2].pass[k]), toFloat(rest.row[3].pass[k])));
+                    }
+                }
             });
-            for (int k = 0; k < 3; ++k) {
-                acc.subtract(rowsOf<0>(toFloat(rest.row[0].pass[k]), toFloat(rest.row[1].pass[k]),
-                                       toFloat(rest.row[2].pass[k]), toFloat(rest.row[3].pass[k])));
-            }
-        }
         f32x4 lane[4];
         columnsOf(acc.sums, lane);
-        return (lane[0] + lane[2]) + (lane[1] + lane[3]);
+        return totals<ShortPairTerms>(lane);
+    }
+    template <class Row>
+    static VORN_NOINLINE f32x4 ofOne(const Row& row, std::ptrdiff_t len) {
+        f32x4 lanes = splat<f32x4>(0);
+        subtractGroupsOfOne<ShortPairTerms, i16x8>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
+        withColumnsLeft(
+            len, [&](auto left) __attribute__((always_inline)) {
+                if constexpr (left > 0) {
+                    for (const i32x4 pass : passes<left>(row.src[0], row.mean[0], len).pass)
+                        lanes = lanes - toFloat(pass);
+                }
+            });
+        return splat<f32x4>(sumHalves(lanes));
+    }
+
+private:
+    template <int left>
+    static VORN_INLINE RestPasses passes(const Vorn16s* x, const Vorn16s* mean, std::ptrdiff_t len) {
+        const i16x8 d = len < 8 ? subSat(ShortRow<left>()(x), ShortRow<left>()(mean))
+                                : subSat(BehindGroups<left>{len}(x), BehindGroups<left>{len}(mean));
+        return RestPasses::of<left>(mulAddPairs(d, d));
     }
 };
 
