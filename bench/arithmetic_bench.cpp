@@ -1,5 +1,12 @@
-// Element-wise arithmetic beside the plain loop, VOLK where it has the function, and memcpy for what memory can give.
+// Element-wise arithmetic beside the plain loop, VOLK, Eigen and OpenBLAS where they have the like, and memcpy for what
+// memory can give. A line measures a kernel: forms in place and complex forms of the same kernel are not repeated.
+#include <bit>
+#include <complex>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
+#include <random>
+#include <type_traits>
 
 #include "plain/arithmetic.h"
 #include "support/bench.h"
@@ -7,126 +14,311 @@
 #ifdef VORNSR_HAVE_VOLK
 #include <volk/volk.h>
 #endif
+#ifdef VORNSR_HAVE_OPENBLAS
+#include <cblas.h>
+#endif
+#ifdef VORNSR_HAVE_EIGEN
+// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault (its bug 105593).
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wuninitialized"
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#include <Eigen/Core>
+#pragma GCC diagnostic pop
+#endif
 
 namespace {
 
-// One block for all benchmarks here, made by the first one that runs; no element is zero, and the floats
-// lie near 1.
-std::byte* arena() {
-    static const auto block = [] {
-        auto bytes = bench::buffer<std::byte>(bench::inMemory + 4096);
-        for (std::size_t i = 0; i < bench::inMemory + 4096; ++i)
-            bytes[i] = static_cast<std::byte>(i % 4 == 3 ? 0x3F : 1 + i % 61);
-        return bytes;
-    }();
-    return block.get();
+template <class T>
+struct NumberOf {
+    using type = T;
+};
+template <>
+struct NumberOf<Vorn16sc> : NumberOf<Vorn16s> {};
+template <>
+struct NumberOf<Vorn32sc> : NumberOf<Vorn32s> {};
+template <>
+struct NumberOf<Vorn32fc> : NumberOf<Vorn32f> {};
+template <>
+struct NumberOf<Vorn64fc> : NumberOf<Vorn64f> {};
+
+// Floats from 1 to 2, integers over their range, no zero.
+template <class T>
+T someNumber(std::minstd_rand& generator) {
+    if constexpr (std::is_floating_point_v<T>) {
+        return static_cast<T>(1 + static_cast<double>(generator()) / 2147483648.0);
+    } else {
+        const auto x = static_cast<T>(static_cast<std::uint32_t>(generator()) << 1 >> (32 - 8 * sizeof(T)));
+        return x == 0 ? T{1} : x;
+    }
 }
 
+// len ordinary elements in one of the blocks of each type of number. Nothing but work in place writes to them: what one
+// benchmark leaves behind, such as subnormal numbers, must not slow the next. They are filled as far as anybody asked.
+template <class T, int which>
+T* operand(std::size_t len) {
+    using Number = typename NumberOf<T>::type;
+    static const std::unique_ptr<Number[], decltype(&std::free)> block(
+        static_cast<Number*>(std::aligned_alloc(64, bench::inMemory)), std::free);
+    static std::minstd_rand generator(which);
+    static std::size_t filled = 0;
+    for (; filled < len * (sizeof(T) / sizeof(Number)); ++filled) block[filled] = someNumber<Number>(generator);
+    return reinterpret_cast<T*>(block.get());
+}
 template <class T>
-using Call = void (*)(const T* a, const T* b, T* dst, std::size_t len);
+T* result() {
+    static const auto block = bench::buffer<std::byte>(bench::inMemory);
+    return reinterpret_cast<T*>(block.get());
+}
 
-template <class T>
-void add(const std::string& name, std::vector<std::pair<const char*, Call<T>>> calls) {
-    calls.push_back({"memcpy", [](const T* a, const T*, T* dst, std::size_t len) {
-                         // As many bytes as two operands and a result have.
-                         const std::size_t bytes = 3 * len * sizeof(T) / 2;
-                         std::memcpy(dst + 2 * len - bytes / sizeof(T), a, bytes);
-                     }});
-    const std::pair<const char*, std::size_t> sizes[] = {
-        {"39", 3 * 39 * sizeof(T)}, {"L1", bench::inL1}, {"LLC", bench::inLastLevel}, {"memory", bench::inMemory}};
-    for (const auto& [size, bytes] : sizes) {
-        const std::size_t len = bytes / sizeof(T) / 3, stride = len * sizeof(T) / 64 * 64;
-        for (const auto& [peer, call] : calls) {
-            if (std::string(peer) == "memcpy" && std::string(size) != "memory") continue;
-            bench::add(name, size, peer, static_cast<std::int64_t>(len), [=, call = call, stride = stride + 64] {
-                std::byte* block = arena();
-                auto* a = reinterpret_cast<T*>(block);
-                auto* b = reinterpret_cast<T*>(block + stride);
-                auto* dst = reinterpret_cast<T*>(block + 2 * stride);
-                call(a, b, dst, len);
-                bench::keep(dst);
-            });
+template <class A, class B, class D>
+struct Peer {
+    const char* name;
+    std::function<void(const A*, const B*, D*, std::size_t)> call;
+};
+template <class A, class B, class D>
+using Peers = std::vector<Peer<A, B, D>>;
+
+enum class Sizes { L1, caches, all };
+
+// bytes: what the buffers of a call hold for each element.
+template <class A, class B, class D>
+void add(const std::string& function, std::size_t bytes, Sizes sizes, Peers<A, B, D> peers) {
+    auto addSize = [&](const std::string& size, std::size_t len) {
+        for (const auto& peer : peers) {
+            bench::add(function, size, peer.name, static_cast<std::int64_t>(len),
+                       [len, call = peer.call, a = (A*){}, b = (B*){}, dst = (D*){}]() mutable {
+                           if (dst == nullptr) a = operand<A, 1>(len), b = operand<B, 2>(len), dst = result<D>();
+                           call(a, b, dst, len);
+                           bench::keep(dst);
+                       });
         }
-    }
+    };
+    addSize("L1", bench::inL1 / bytes);
+    if (sizes == Sizes::L1) return;
+    for (std::size_t len : {7u, 39u}) addSize(std::to_string(len), len);
+    addSize("LLC", bench::inLastLevel / bytes);
+    if (sizes == Sizes::caches) return;
+    // A copy of half the bytes moves as many.
+    peers.push_back({"memcpy", [bytes](const A* a, const B*, D* dst, std::size_t len) {
+                         const std::size_t all = bytes * len / 2, first = std::min(all, sizeof(A) * len);
+                         auto* to = reinterpret_cast<std::byte*>(dst);
+                         std::memcpy(to, a, first);
+                         std::memcpy(to + first, a, all - first);
+                     }});
+    addSize("memory", bench::inMemory / bytes);
 }
 
-#define OURS(call)                                                    \
-    {                                                                 \
-        bench::ours, [](auto* a, auto* b, auto* d, std::size_t len) { \
-            const int n = static_cast<int>(len);                      \
-            call;                                                     \
-        }                                                             \
+#ifdef VORNSR_HAVE_EIGEN
+template <class T>
+struct EigenNumber {
+    using type = T;
+};
+template <>
+struct EigenNumber<Vorn32fc> {
+    using type = std::complex<float>;
+};
+template <>
+struct EigenNumber<Vorn64fc> {
+    using type = std::complex<double>;
+};
+template <class T>
+auto eigen(T val) {
+    return std::bit_cast<typename EigenNumber<T>::type>(val);
+}
+template <class T>
+auto eigen(const T* p, std::size_t len) {
+    using E = typename EigenNumber<T>::type;
+    return Eigen::Map<const Eigen::Array<E, Eigen::Dynamic, 1>>(reinterpret_cast<const E*>(p),
+                                                                static_cast<Eigen::Index>(len));
+}
+template <class T>
+auto eigen(T* p, std::size_t len) {
+    using E = typename EigenNumber<T>::type;
+    return Eigen::Map<Eigen::Array<E, Eigen::Dynamic, 1>>(reinterpret_cast<E*>(p), static_cast<Eigen::Index>(len));
+}
+#endif
+
+// Functions of two vectors. What Eigen does with op is measured for floats.
+template <class A, class B, class D, class Op>
+void vectors(const std::string& name, VornStatus (*ours)(const A*, const B*, D*, int), Op op,
+             std::type_identity_t<Peers<A, B, D>> others = {}, Sizes sizes = Sizes::caches) {
+    Peers<A, B, D> peers = {
+        {bench::ours, [=](auto* a, auto* b, auto* d, std::size_t len) { ours(a, b, d, static_cast<int>(len)); }},
+        {"plain", [=](auto* a, auto* b, auto* d, std::size_t len) { plain::each(op, a, b, d, len); }}};
+#ifdef VORNSR_HAVE_EIGEN
+    if constexpr (std::is_floating_point_v<typename NumberOf<A>::type>) {
+        peers.push_back({"eigen", [=](auto* a, auto* b, auto* d, std::size_t len) {
+                             eigen(d, len) = op(eigen(a, len), eigen(b, len));
+                         }});
     }
-#define PLAIN(call)                                                       \
-    {                                                                     \
-        "plain", [](auto* a, auto* b, auto* d, std::size_t len) { call; } \
+#endif
+    peers.insert(peers.end(), others.begin(), others.end());
+    add(name, sizeof(A) + sizeof(B) + sizeof(D), sizes, peers);
+}
+
+// Functions of a vector and a constant.
+template <class T, class D, class Op>
+void constants(const std::string& name, VornStatus (*ours)(const T*, T, D*, int), T val, Op op,
+               std::type_identity_t<Peers<T, T, D>> others = {}, Sizes sizes = Sizes::caches) {
+    Peers<T, T, D> peers = {
+        {bench::ours, [=](auto* a, auto*, auto* d, std::size_t len) { ours(a, val, d, static_cast<int>(len)); }},
+        {"plain", [=](auto* a, auto*, auto* d, std::size_t len) { plain::each(op, a, val, d, len); }}};
+#ifdef VORNSR_HAVE_EIGEN
+    if constexpr (std::is_floating_point_v<typename NumberOf<T>::type>) {
+        peers.push_back({"eigen", [=](auto* a, auto*, auto* d, std::size_t len) {
+                             eigen(d, len) = op(eigen(a, len), eigen(val));
+                         }});
     }
+#endif
+    peers.insert(peers.end(), others.begin(), others.end());
+    add(name, sizeof(T) + sizeof(D), sizes, peers);
+}
+
+// The kernels of VOLK: result, operand, operand or constant, length.
 #ifdef VORNSR_HAVE_VOLK
-#define VOLK(call)                                               \
-    , {                                                          \
-        "volk", [](auto* a, auto* b, auto* d, std::size_t len) { \
-            const auto n = static_cast<unsigned>(len);           \
-            call;                                                \
-        }                                                        \
+#define VOLK(call)                                                                                 \
+    {                                                                                              \
+        "volk", []([[maybe_unused]] auto* a, [[maybe_unused]] auto* b, auto* d, std::size_t len) { \
+            const auto n = static_cast<unsigned>(len);                                             \
+            call;                                                                                  \
+        }                                                                                          \
     }
 #else
 #define VOLK(call)
 #endif
+// VOLK's complex numbers.
+[[maybe_unused]] auto* cc(const Vorn32fc* p) { return reinterpret_cast<const std::complex<float>*>(p); }
+[[maybe_unused]] auto* cc(Vorn32fc* p) { return reinterpret_cast<std::complex<float>*>(p); }
 
-template <int sf>
-void addIntegers() {
-    const std::string at = "_sf" + std::to_string(sf);
-    add<Vorn8u>("Add_8u_Sfs" + at, {OURS(vornsAdd_8u_Sfs(a, b, d, n, sf)), PLAIN(plain::addScaled(a, b, d, len, sf))});
-    add<Vorn16s>("Add_16s_Sfs" + at,
-                 {OURS(vornsAdd_16s_Sfs(a, b, d, n, sf)), PLAIN(plain::addScaled(a, b, d, len, sf))});
-    add<Vorn32s>("Add_32s_Sfs" + at,
-                 {OURS(vornsAdd_32s_Sfs(a, b, d, n, sf)), PLAIN(plain::addScaled(a, b, d, len, sf))});
-    add<Vorn8u>("Mul_8u_Sfs" + at,
-                {OURS(vornsMul_8u_Sfs(a, b, d, n, sf)), PLAIN(plain::multiplyScaled(a, b, d, len, sf))});
-    add<Vorn16s>("Mul_16s_Sfs" + at,
-                 {OURS(vornsMul_16s_Sfs(a, b, d, n, sf)), PLAIN(plain::multiplyScaled(a, b, d, len, sf))});
-    add<Vorn32s>("Mul_32s_Sfs" + at,
-                 {OURS(vornsMul_32s_Sfs(a, b, d, n, sf)), PLAIN(plain::multiplyScaled(a, b, d, len, sf))});
-    add<Vorn8u>("Div_8u_Sfs" + at,
-                {OURS(vornsDiv_8u_Sfs(b, a, d, n, sf)), PLAIN(plain::divideScaled(a, b, d, len, sf))});
-    add<Vorn16s>("Div_16s_Sfs" + at,
-                 {OURS(vornsDiv_16s_Sfs(b, a, d, n, sf)), PLAIN(plain::divideScaled(a, b, d, len, sf))});
-    add<Vorn32s>("Div_32s_Sfs" + at,
-                 {OURS(vornsDiv_32s_Sfs(b, a, d, n, sf)), PLAIN(plain::divideScaled(a, b, d, len, sf))});
+// One scale factor of each kind: shifted left, none, 1, rounded, all zero.
+constexpr int scaleFactors[] = {-4, 0, 1, 5, 64};
+
+// Integer functions with a scale factor; loop(a, b, dst, len, sf) is the plain one.
+template <class A, class B, class D, class Loop>
+void scaled(const std::string& name, VornStatus (*ours)(const A*, const B*, D*, int, int), Loop loop) {
+    for (int sf : scaleFactors) {
+        add<A, B, D>(name + "_sf" + std::to_string(sf), sizeof(A) + sizeof(B) + sizeof(D),
+                     sf == 5 ? Sizes::caches : Sizes::L1,
+                     {{bench::ours,
+                       [=](auto* a, auto* b, auto* d, std::size_t len) { ours(a, b, d, static_cast<int>(len), sf); }},
+                      {"plain", [=](auto* a, auto* b, auto* d, std::size_t len) { loop(a, b, d, len, sf); }}});
+    }
+}
+template <class T, class D, class Loop>
+void scaled(const std::string& name, VornStatus (*ours)(const T*, T, D*, int, int), T val, Loop loop) {
+    for (int sf : scaleFactors) {
+        add<T, T, D>(name + "_sf" + std::to_string(sf), sizeof(T) + sizeof(D), Sizes::L1,
+                     {{bench::ours,
+                       [=](auto* a, auto*, auto* d, std::size_t len) { ours(a, val, d, static_cast<int>(len), sf); }},
+                      {"plain", [=](auto* a, auto*, auto* d, std::size_t len) { loop(a, val, d, len, sf); }}});
+    }
 }
 
-void registerAll() {
-    add<Vorn32f>("Add_32f", {OURS(vornsAdd_32f(a, b, d, n)),
-                             PLAIN(plain::add(a, b, d, len)) VOLK(volk_32f_x2_add_32f(d, a, b, n))});
-    add<Vorn64f>("Add_64f", {OURS(vornsAdd_64f(a, b, d, n)),
-                             PLAIN(plain::add(a, b, d, len)) VOLK(volk_64f_x2_add_64f(d, a, b, n))});
-    add<Vorn32f>("Mul_32f", {OURS(vornsMul_32f(a, b, d, n)),
-                             PLAIN(plain::multiply(a, b, d, len)) VOLK(volk_32f_x2_multiply_32f(d, a, b, n))});
-    add<Vorn32f>("Div_32f", {OURS(vornsDiv_32f(b, a, d, n)),
-                             PLAIN(plain::divide(a, b, d, len)) VOLK(volk_32f_x2_divide_32f(d, a, b, n))});
-    add<Vorn64f>("Div_64f", {OURS(vornsDiv_64f(b, a, d, n)), PLAIN(plain::divide(a, b, d, len))});
-    add<Vorn32f>("MulC_32f", {
-        OURS((void)b; vornsMulC_32f(a, 3, d, n)),
-            PLAIN((void)b; plain::multiplyConstant(a, 3, d, len)) VOLK((void)b; volk_32f_s32f_multiply_32f(d, a, 3, n))
-    });
-    add<Vorn32fc>("Mul_32fc", {OURS(vornsMul_32fc(a, b, d, n)),
-                               PLAIN(plain::multiplyComplex(a, b, d, len)) VOLK(volk_32fc_x2_multiply_32fc(
-                                   reinterpret_cast<lv_32fc_t*>(d), reinterpret_cast<const lv_32fc_t*>(a),
-                                   reinterpret_cast<const lv_32fc_t*>(b), n))});
-    add<Vorn32fc>("Div_32fc", {OURS(vornsDiv_32fc(b, a, d, n)),
-                               PLAIN(plain::divideComplex(a, b, d, len)) VOLK(volk_32fc_x2_divide_32fc(
-                                   reinterpret_cast<lv_32fc_t*>(d), reinterpret_cast<const lv_32fc_t*>(a),
-                                   reinterpret_cast<const lv_32fc_t*>(b), n))});
-    addIntegers<0>();
-    addIntegers<1>();
-    addIntegers<5>();
-    addIntegers<-4>();
-    add<Vorn16sc>("Mul_16sc_Sfs_sf5",
-                  {OURS(vornsMul_16sc_Sfs(a, b, d, n, 5)), PLAIN(plain::multiplyComplexScaled(a, b, d, len, 5))});
-    add<Vorn32sc>("Mul_32sc_Sfs_sf5",
-                  {OURS(vornsMul_32sc_Sfs(a, b, d, n, 5)), PLAIN(plain::multiplyComplexScaled(a, b, d, len, 5))});
+template <class Op>
+auto scaling(Op op) {
+    return [op](auto a, auto b, auto* dst, std::size_t len, int sf) { plain::eachScaled(op, a, b, dst, len, sf); };
+}
+constexpr auto dividing = [](auto a, auto b, auto* dst, std::size_t len, int sf) {
+    plain::quotients(a, b, dst, len, sf);
+};
+// The functions of two vectors take the subtrahend and the divisor first.
+constexpr auto dividingReversed = [](auto a, auto b, auto* dst, std::size_t len, int sf) {
+    plain::quotients(b, a, dst, len, sf);
+};
+using plain::Product, plain::Sum;
+using DifferenceReversed = plain::Reversed<plain::Difference>;
+using QuotientReversed = plain::Reversed<plain::Quotient>;
+
+#ifdef VORNSR_HAVE_OPENBLAS
+// Scaling in place, which linear algebra has too. By -1: the numbers keep their size.
+template <class T>
+void inPlace(const char* name, VornStatus (*ours)(T, T*, int), void (*blas)(int, T, T*, int)) {
+    auto on = [](auto call) {
+        return [=](auto*, auto*, auto*, std::size_t len) { call(operand<T, 3>(len), static_cast<int>(len)); };
+    };
+    add<T, T, T>(name, sizeof(T), Sizes::caches,
+                 {{bench::ours, on([=](T* x, int n) { ours(-1, x, n); })},
+                  {"plain", on([](T* x, int n) { plain::each(Product{}, x, T{-1}, static_cast<std::size_t>(n)); })},
+                  {"openblas", on([=](T* x, int n) { blas(n, -1, x, 1); })}});
+}
+#endif
+
+void floats() {
+    vectors("vornsAdd_32f", vornsAdd_32f, Sum{}, {VOLK(volk_32f_x2_add_32f(d, a, b, n))}, Sizes::all);
+    vectors("vornsAdd_64f", vornsAdd_64f, Sum{}, {VOLK(volk_64f_x2_add_64f(d, a, b, n))});
+    vectors("vornsSub_32f", vornsSub_32f, DifferenceReversed{}, {VOLK(volk_32f_x2_subtract_32f(d, b, a, n))});
+    vectors("vornsMul_32f", vornsMul_32f, Product{}, {VOLK(volk_32f_x2_multiply_32f(d, a, b, n))});
+    vectors("vornsMul_64f", vornsMul_64f, Product{}, {VOLK(volk_64f_x2_multiply_64f(d, a, b, n))});
+    vectors("vornsMul_32fc", vornsMul_32fc, Product{}, {VOLK(volk_32fc_x2_multiply_32fc(cc(d), cc(a), cc(b), n))},
+            Sizes::all);
+    vectors("vornsMul_64fc", vornsMul_64fc, Product{});
+    vectors("vornsDiv_32f", vornsDiv_32f, QuotientReversed{}, {VOLK(volk_32f_x2_divide_32f(d, b, a, n))});
+    vectors("vornsDiv_64f", vornsDiv_64f, QuotientReversed{});
+    vectors("vornsDiv_32fc", vornsDiv_32fc, QuotientReversed{},
+            {VOLK(volk_32fc_x2_divide_32fc(cc(d), cc(b), cc(a), n))});
+    vectors("vornsDiv_64fc", vornsDiv_64fc, QuotientReversed{});
+
+    constexpr Vorn32fc complex{3, -5};
+    constants("vornsAddC_32f", vornsAddC_32f, 3.0f, Sum{}, {VOLK(volk_32f_s32f_add_32f(d, a, 3, n))});
+    constants("vornsAddC_32fc", vornsAddC_32fc, complex, Sum{});
+    constants("vornsSubCRev_32f", vornsSubCRev_32f, 3.0f, DifferenceReversed{});
+    constants("vornsMulC_32f", vornsMulC_32f, 3.0f, Product{}, {VOLK(volk_32f_s32f_multiply_32f(d, a, 3, n))},
+              Sizes::all);
+    constants("vornsMulC_64f", vornsMulC_64f, 3.0, Product{});
+    constants("vornsMulC_32fc", vornsMulC_32fc, complex, Product{},
+              {VOLK(volk_32fc_s32fc_multiply_32fc(cc(d), cc(a), {3, -5}, n))});
+    constants("vornsDivC_32f", vornsDivC_32f, 3.0f, plain::Quotient{});
+    constants("vornsDivC_64f", vornsDivC_64f, 3.0, plain::Quotient{});
+    constants("vornsDivC_32fc", vornsDivC_32fc, complex, plain::Quotient{});
+    constants("vornsDivCRev_32f", vornsDivCRev_32f, 3.0f, QuotientReversed{});
+#ifdef VORNSR_HAVE_OPENBLAS
+    openblas_set_num_threads(1);
+    inPlace("vornsMulC_32f_I", vornsMulC_32f_I, cblas_sscal);
+    inPlace("vornsMulC_64f_I", vornsMulC_64f_I, cblas_dscal);
+#endif
 }
 
-const bench::Family family(registerAll);
+void integers() {
+    vectors("vornsAdd_16s", vornsAdd_16s, Sum{}, {}, Sizes::all);
+    vectors("vornsAdd_16u", vornsAdd_16u, Sum{});
+    vectors("vornsAdd_32u", vornsAdd_32u, Sum{});
+    vectors("vornsAdd_8u16u", vornsAdd_8u16u, Sum{});
+    vectors("vornsMul_8u16u", vornsMul_8u16u, Product{});
+    vectors("vornsAdd_16s32f", vornsAdd_16s32f, Sum{});
+    vectors("vornsMul_16s32f", vornsMul_16s32f, Product{});
+    constants("vornsDivCRev_16u", vornsDivCRev_16u, Vorn16u{30000}, QuotientReversed{});
+
+    scaled("vornsAdd_8u_Sfs", vornsAdd_8u_Sfs, scaling(Sum{}));
+    scaled("vornsAdd_16s_Sfs", vornsAdd_16s_Sfs, scaling(Sum{}));
+    scaled("vornsAdd_32s_Sfs", vornsAdd_32s_Sfs, scaling(Sum{}));
+    scaled("vornsSub_8u_Sfs", vornsSub_8u_Sfs, scaling(DifferenceReversed{}));
+    scaled("vornsSub_16s_Sfs", vornsSub_16s_Sfs, scaling(DifferenceReversed{}));
+    scaled("vornsSub_32s_Sfs", vornsSub_32s_Sfs, scaling(DifferenceReversed{}));
+    scaled("vornsMul_8u_Sfs", vornsMul_8u_Sfs, scaling(Product{}));
+    scaled("vornsMul_16s_Sfs", vornsMul_16s_Sfs, scaling(Product{}));
+    scaled("vornsMul_16s32s_Sfs", vornsMul_16s32s_Sfs, scaling(Product{}));
+    scaled("vornsMul_16u16s_Sfs", vornsMul_16u16s_Sfs, scaling(Product{}));
+    scaled("vornsMul_16sc_Sfs", vornsMul_16sc_Sfs, scaling(Product{}));
+    scaled("vornsMul_32s_Sfs", vornsMul_32s_Sfs, scaling(Product{}));
+    scaled("vornsMul_32sc_Sfs", vornsMul_32sc_Sfs, scaling(Product{}));
+    scaled("vornsMul_32s32sc_Sfs", vornsMul_32s32sc_Sfs, scaling(Product{}));
+    scaled("vornsDiv_8u_Sfs", vornsDiv_8u_Sfs, dividingReversed);
+    scaled("vornsDiv_16s_Sfs", vornsDiv_16s_Sfs, dividingReversed);
+    scaled("vornsDiv_16sc_Sfs", vornsDiv_16sc_Sfs, dividingReversed);
+    scaled("vornsDiv_32s_Sfs", vornsDiv_32s_Sfs, dividingReversed);
+    scaled("vornsDiv_32s16s_Sfs", vornsDiv_32s16s_Sfs, dividingReversed);
+
+    scaled("vornsAddC_16s_Sfs", vornsAddC_16s_Sfs, Vorn16s{77}, scaling(Sum{}));
+    scaled("vornsMulC_16s_Sfs", vornsMulC_16s_Sfs, Vorn16s{77}, scaling(Product{}));
+    scaled("vornsMulC_32s_Sfs", vornsMulC_32s_Sfs, Vorn32s{77}, scaling(Product{}));
+    scaled("vornsMulC_16sc_Sfs", vornsMulC_16sc_Sfs, Vorn16sc{77, -5}, scaling(Product{}));
+    scaled("vornsDivC_16s_Sfs", vornsDivC_16s_Sfs, Vorn16s{77}, dividing);
+    scaled("vornsMulC_32f16s_Sfs", vornsMulC_32f16s_Sfs, 3000.0f, plain::multiplyToShort);
+}
+
+const bench::Family family([] {
+    floats();
+    integers();
+});
 
 }  // namespace
