@@ -15,7 +15,7 @@ namespace vorn {
 // A complex vector as the vector of its parts, for operations that treat each part by itself.
 template <class T>
 VORN_INLINE auto parts(const T* p) {
-    return Elements<Lane<T>>{{lanesAt(p)}};
+    return Elements<Lane<T>>{lanesAt(p)};
 }
 VORN_INLINE std::int64_t twice(int len) { return 2 * std::int64_t{len}; }
 

@@ -99,7 +99,7 @@ VornStatus vornsDiv_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int s
 VornStatus vornsDiv_32s16s_Sfs(const Vorn16s* src1, const Vorn32s* src2, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divideExactly(Quotient32s16s(scaleFactor), ElementPairs<Vorn32s>{{src2}}, elements(src1), dst, len);
+    return divideExactly(Quotient32s16s(scaleFactor), ElementPairs<Vorn32s>{src2}, elements(src1), dst, len);
 }
 
 VornStatus vornsDiv_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {

@@ -120,14 +120,14 @@ VornStatus vornsMul_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, in
 VornStatus vornsMul_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    computeScaled<Product32s32sc>(Elements32sInto64{{src1}}, elements(src2), dst, len, scaleFactor);
+    computeScaled<Product32s32sc>(Elements32sInto64{src1}, elements(src2), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
 VornStatus vornsMul_32s32sc_ISfs(const Vorn32s* src, Vorn32sc* srcDst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    computeScaled<Product32s32sc>(Elements32sInto64{{src}}, elements(srcDst), srcDst, len, scaleFactor);
+    computeScaled<Product32s32sc>(Elements32sInto64{src}, elements(srcDst), srcDst, len, scaleFactor);
     return vornStsNoErr;
 }
 

@@ -19,7 +19,7 @@ namespace {
 
 VORN_NOINLINE void round32f16s(const Product32f16s& op, const Vorn32f* src, Vorn32f val, Vorn16s* dst,
                                std::int64_t len) {
-    forElements(op, ElementPairs<Vorn32f>{{src}}, constant(val), dst, len);
+    forElements(op, ElementPairs<Vorn32f>{src}, constant(val), dst, len);
 }
 
 // (src val) 2^-sf in single precision, rounded to nearest whatever the caller's mode.

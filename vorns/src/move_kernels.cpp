@@ -138,10 +138,6 @@ VORN_INLINE void applyConjugate(const T* src, T* dst, std::int64_t len) {
 
 }  // namespace
 
-void copyShort(const void* src, void* dst, std::int64_t len) {
-    moveShort(static_cast<const Vorn8u*>(src), static_cast<Vorn8u*>(dst), len);
-}
-
 void conjugate(const Vorn16sc* src, Vorn16sc* dst, std::int64_t len) {
     applyConjugate<Conjugate16sc, false>(src, dst, len);
 }

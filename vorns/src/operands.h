@@ -7,6 +7,7 @@
 
 #include "elementwise.h"
 #include "simd.h"
+#include "simd_part.h"
 #include "vornsr/types.h"
 
 namespace vorn {
@@ -51,50 +52,74 @@ VORN_INLINE Lane<T>* lanesAt(T* p) {
     return reinterpret_cast<Lane<T>*>(p);
 }
 
-// An array, and room for a few of its elements.
-template <class T>
-struct Array {
-    using Element = T;
-    static constexpr bool varies = true;
-    template <std::int64_t len>
-    using Room = T[len];
-    const T* p;
-};
+// The first n lanes, rest behind them.
+template <class V, int rest>
+VORN_INLINE V partOf(const typename V::Element* p, std::int64_t n) {
+    const V x = loadPart<V>(p, n);
+    if constexpr (rest != 0) return withRest(x, n, rest);
+    return x;
+}
+// Of n lanes in two registers, those in the first.
+template <class V>
+VORN_INLINE std::int64_t lanesInLow(std::int64_t n) {
+    return n < V::lanes ? n : V::lanes;
+}
 
-// Elements of an array, one register a step.
+// Where operands come from: at(i) is what a step at element i needs, first<rest>(n) what there is of it where the
+// vector has but n elements, with rest in the lanes behind them.
+
+// An array, one register a step.
 template <class T>
-struct Elements : Array<T> {
-    using Array<T>::p;
-    VORN_INLINE Wide<Lane<T>> at(std::int64_t i) const { return load<Wide<Lane<T>>>(lanesAt(p + i)); }
+struct Elements {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE V at(std::int64_t i) const { return load<V>(lanesAt(p + i)); }
+    template <int rest>
+    VORN_INLINE V first(std::int64_t n) const {
+        return partOf<V, rest>(lanesAt(p), n * LaneOf<T>::count);
+    }
 };
 
 // The same, two registers a step.
 template <class T>
-struct ElementPairs : Array<T> {
-    using Array<T>::p;
-    VORN_INLINE Halves<Wide<Lane<T>>> at(std::int64_t i) const {
-        using V = Wide<Lane<T>>;
+struct ElementPairs {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE Halves<V> at(std::int64_t i) const {
         return {load<V>(lanesAt(p + i)), load<V>(lanesAt(p + i) + V::lanes)};
+    }
+    template <int rest>
+    VORN_INLINE Halves<V> first(std::int64_t n) const {
+        return {partOf<V, rest>(lanesAt(p), lanesInLow<V>(n)),
+                partOf<V, rest>(lanesAt(p) + V::lanes, n - lanesInLow<V>(n))};
     }
 };
 
 // The same, one element in each 64-bit lane.
-struct Elements32sInto64 : Array<Vorn32s> {
+struct Elements32sInto64 {
+    const Vorn32s* p;
     VORN_INLINE i64xN at(std::int64_t i) const { return loadInto64<i64xN>(p + i); }
+    template <int rest>
+    VORN_INLINE i64xN first(std::int64_t n) const {
+        alignas(i32xN) Vorn32s room[i32xN::lanes];
+        store(room, partOf<i32xN, rest>(p, n));
+        return loadInto64<i64xN>(room);
+    }
 };
 
 // One value for all elements.
 template <class V>
 struct Constant {
-    static constexpr bool varies = false;
-    template <std::int64_t>
-    struct Room {};
     V value;
     VORN_INLINE V at(std::int64_t) const { return value; }
+    template <int>
+    VORN_INLINE V first(std::int64_t) const {
+        return value;
+    }
 };
 template <class T>
 VORN_INLINE Elements<T> elements(const T* p) {
-    return {{p}};
+    return {p};
 }
 template <class T>
 VORN_INLINE auto constant(T val) {
@@ -122,6 +147,15 @@ VORN_INLINE void put(T* p, Halves<V> x) {
     store(p + V::lanes, x.high);
 }
 template <class T, class V>
+VORN_INLINE void putFirst(T* p, V x, std::int64_t n) {
+    storePart(p, x, n);
+}
+template <class T, class V>
+VORN_INLINE void putFirst(T* p, Halves<V> x, std::int64_t n) {
+    storePart(p, x.low, lanesInLow<V>(n));
+    storePart(p + V::lanes, x.high, n - lanesInLow<V>(n));
+}
+template <class T, class V>
 VORN_INLINE void putPastCache(T* p, V x) {
     storeStream(p, x);
 }
@@ -130,9 +164,6 @@ VORN_INLINE void putPastCache(T* p, Halves<V> x) {
     storeStream(p, x.low);
     storeStream(p + V::lanes, x.high);
 }
-
-// len from 1 to 128 bytes.
-void copyShort(const void* src, void* dst, std::int64_t len);
 
 // dst[i] = op(a[i], b[i]). An operation says how many lanes of the result it makes at once, and how to fill up operands
 // that end before a register does.
@@ -157,28 +188,8 @@ struct ElementKernel {
     D* result() const { return dst; }
 
     VORN_INLINE void part(std::int64_t n) const {
-        alignas(64) Room<A> roomA;
-        alignas(64) Room<B> roomB;
-        alignas(64) D roomD[step];
-        const ElementKernel<Op, A, B, D> kernel{op, padded(a, roomA, n), padded(b, roomB, n), roomD};
-        kernel.put(0, kernel.at(0));
-        copyShort(roomD, dst, n * static_cast<std::int64_t>(sizeof(D)));
-    }
-
-private:
-    template <class S>
-    using Room = typename S::template Room<step>;
-
-    template <class S>
-    static VORN_INLINE S padded(S source, Room<S>& room, std::int64_t n) {
-        if constexpr (S::varies) {
-            using T = typename S::Element;
-            for (std::int64_t k = 0; k < step * LaneOf<T>::count; ++k) lanesAt(&room[0])[k] = Lane<T>{Op::padding};
-            copyShort(source.p, room, n * static_cast<std::int64_t>(sizeof(T)));
-            return S{{room}};
-        } else {
-            return source;
-        }
+        putFirst(lanesAt(dst), op(a.template first<Op::padding>(n), b.template first<Op::padding>(n)),
+                 n * LaneOf<D>::count);
     }
 };
 

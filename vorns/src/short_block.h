@@ -41,15 +41,9 @@ VORN_INLINE void moveEnds(const Vorn8u* src, Vorn8u* dst, std::int64_t len) {
     }
 }
 
-// len from 1 to shortBytes.
-VORN_INLINE void moveShort(const Vorn8u* src, Vorn8u* dst, std::int64_t len) {
-    if (len > 128) {
-        moveEnds<i8xN, (i8xN::lanes > 16 ? 128 / i8xN::lanes : 1)>(src, dst, len);
-    } else if (len > 64) {
-        moveEnds<i8xN, 64 / i8xN::lanes>(src, dst, len);
-    } else if (len > 32) {
-        moveEnds<i8x16, 2>(src, dst, len);
-    } else if (len >= 16) {
+// len from 1 to 32.
+VORN_INLINE void moveFew(const Vorn8u* src, Vorn8u* dst, std::int64_t len) {
+    if (len >= 16) {
         moveEnds<i8x16, 1>(src, dst, len);
     } else if (len >= 8) {
         moveEnds<std::uint64_t, 1>(src, dst, len);
@@ -59,6 +53,19 @@ VORN_INLINE void moveShort(const Vorn8u* src, Vorn8u* dst, std::int64_t len) {
         moveEnds<std::uint16_t, 1>(src, dst, len);
     } else {
         *dst = *src;
+    }
+}
+
+// len from 1 to shortBytes.
+VORN_INLINE void moveShort(const Vorn8u* src, Vorn8u* dst, std::int64_t len) {
+    if (len > 128) {
+        moveEnds<i8xN, (i8xN::lanes > 16 ? 128 / i8xN::lanes : 1)>(src, dst, len);
+    } else if (len > 64) {
+        moveEnds<i8xN, 64 / i8xN::lanes>(src, dst, len);
+    } else if (len > 32) {
+        moveEnds<i8x16, 2>(src, dst, len);
+    } else {
+        moveFew(src, dst, len);
     }
 }
 
