@@ -5,6 +5,7 @@
 #include "elementwise.h"
 #include "frame/checks.h"
 #include "simd.h"
+#include "simd_part.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -27,7 +28,7 @@ struct AbsoluteKernel {
     VORN_INLINE V at(std::int64_t i) const { return absolute(load<V>(src + i)); }
     VORN_INLINE void put(std::int64_t i, V x) const { store(dst + i, x); }
     VORN_INLINE void putPastCache(std::int64_t i, V x) const { storeStream(dst + i, x); }
-    VORN_INLINE void part(std::int64_t n) const { storeFirst(dst, absolute(loadFirst<V>(src, n)), n); }
+    VORN_INLINE void part(std::int64_t n) const { storePart(dst, absolute(loadPart<V>(src, n)), n); }
     VORN_INLINE Element* result() const { return dst; }
 };
 

@@ -1,13 +1,17 @@
 // Dot products, without conjugation.
 #include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
+#include <utility>
 
 #include "frame/checks.h"
 #include "frame/scale.h"
 #include "scaled_result.h"
 #include "simd.h"
+#include "simd_block.h"
+#include "simd_fold.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -20,23 +24,31 @@ struct Sixteen {
     static constexpr int parts = 16 / V::lanes;
     V part[parts];
 
+    // Not a loop: the compiler would make a call of it, and keep the sums in memory.
     static VORN_INLINE Sixteen zero() {
-        Sixteen x;
-        for (V& v : x.part) v = splat<V>(0);
-        return x;
+        return []<int... k>(std::integer_sequence<int, k...>)->Sixteen {
+            return {{(static_cast<void>(k), splat<V>(0))...}};
+        }
+        (std::make_integer_sequence<int, parts>());
     }
     // Lane j takes j + 8, j + 4, j + 2, j + 1 in turn.
-    Sum folded() const {
-        Sum lane[16];
-        storeTo(lane);
-        for (int half = 8; half > 0; half /= 2) {
-            for (int j = 0; j < half; ++j) lane[j] += lane[j + half];
+    VORN_INLINE Sum folded() const { return sumOfLanes(joined<1>(0)); }
+
+private:
+    // The parts k, k + stride, ...; of them, each of the first half takes the one that lies half their number behind.
+    template <int stride>
+    VORN_INLINE V joined(int k) const {
+        if constexpr (stride == parts) {
+            return part[k];
+        } else {
+            return joined<2 * stride>(k) + joined<2 * stride>(k + stride);
         }
-        return lane[0];
     }
-    VORN_INLINE void storeTo(Sum* lane) const {
-        for (int k = 0; k < parts; ++k) store(lane + k * V::lanes, part[k]);
-    }
+};
+
+// Four lanes each.
+struct Quarters {
+    f32x4 sum[4];
 };
 
 template <class Sum, class Element>
@@ -117,28 +129,29 @@ VORN_INLINE void addProduct(ComplexSixteen<Sum>& sum, const ComplexSixteen<Sum>&
 // Sixteen lanes: lane j takes elements j, j + 16, ... The last group is filled up with zeros.
 template <class Total, template <class, class> class Operand1, template <class, class> class Operand2, class Sum,
           class E1, class E2>
-Total accumulate(Operand1<Sum, E1> a, Operand2<Sum, E2> b, std::ptrdiff_t len, Total total) {
+VORN_INLINE void accumulate(Operand1<Sum, E1> a, Operand2<Sum, E2> b, std::ptrdiff_t len, Total& total) {
     std::ptrdiff_t i = 0;
     for (; i + 16 <= len; i += 16) addProduct(total, a.at(i), b.at(i));
     if (i < len) {
         constexpr int components1 = Operand1<Sum, E1>::components, components2 = Operand2<Sum, E2>::components;
-        E1 rest1[16 * components1] = {};
-        E2 rest2[16 * components2] = {};
-        std::copy_n(a.src + i * components1, (len - i) * components1, rest1);
-        std::copy_n(b.src + i * components2, (len - i) * components2, rest2);
+        Block<E1, 16 * components1> rest1;
+        Block<E2, 16 * components2> rest2;
+        fillBlock<16 * components1>(a.src + i * components1, (len - i) * components1, rest1);
+        fillBlock<16 * components2>(b.src + i * components2, (len - i) * components2, rest2);
         addProduct(total, Operand1<Sum, E1>{rest1}.at(0), Operand2<Sum, E2>{rest2}.at(0));
     }
-    return total;
 }
 
 template <class Sum, class E1, class E2>
 Sum realDot(const E1* src1, const E2* src2, std::ptrdiff_t len) {
-    return accumulate(Real<Sum, E1>{src1}, Real<Sum, E2>{src2}, len, Sixteen<Sum>::zero()).folded();
+    auto sum = Sixteen<Sum>::zero();
+    accumulate(Real<Sum, E1>{src1}, Real<Sum, E2>{src2}, len, sum);
+    return sum.folded();
 }
 template <class Sum, class Operand1, class Operand2>
 void complexDot(Operand1 src1, Operand2 src2, std::ptrdiff_t len, Sum& re, Sum& im) {
-    const ComplexSixteen<Sum> zero = {Sixteen<Sum>::zero(), Sixteen<Sum>::zero()};
-    const ComplexSixteen<Sum> sum = accumulate(src1, src2, len, zero);
+    ComplexSixteen<Sum> sum = {Sixteen<Sum>::zero(), Sixteen<Sum>::zero()};
+    accumulate(src1, src2, len, sum);
     re = sum.re.folded();
     im = sum.im.folded();
 }
@@ -147,22 +160,19 @@ void complexDot(Operand1 src1, Operand2 src2, std::ptrdiff_t len, Sum& re, Sum& 
 // From 16 on four four-lane sums, sixteen elements a step; the pairs and the last one that remain go to the first lanes
 // of the first sum; the sums fold as (0 + 1) + (2 + 3), then the lanes likewise.
 Vorn32f dotInSingle(const Vorn32f* src1, const Vorn32f* src2, std::ptrdiff_t len) {
-    Vorn32f lane[16] = {};
+    f32x4 first = splat<f32x4>(0.0f), second = first, thirdAndFourth = first;
     std::ptrdiff_t i = 0;
     if (len >= 16) {
         Sixteen<Vorn32f> sums = Sixteen<Vorn32f>::zero();
         for (; i + 16 <= len; i += 16) addProduct(sums, load16<Vorn32f>(src1 + i), load16<Vorn32f>(src2 + i));
-        sums.storeTo(lane);
+        const auto quarters = std::bit_cast<Quarters>(sums);
+        first = quarters.sum[0];
+        second = quarters.sum[1];
+        thirdAndFourth = quarters.sum[2] + quarters.sum[3];
     }
-    const bool isLong = i > 0;
-    for (; i + 2 <= len; i += 2) {
-        lane[0] += src1[i] * src2[i];
-        lane[1] += src1[i + 1] * src2[i + 1];
-    }
-    if (i < len) lane[0] += src1[i] * src2[i];
-    if (!isLong) return lane[0] + lane[1];
-    const auto sum = [&lane](int k) { return load<f32x4>(lane + 4 * k); };
-    return sumNeighbours((sum(0) + sum(1)) + (sum(2) + sum(3)));
+    for (; i + 2 <= len; i += 2) first = first + loadFirst<f32x4, 2>(src1 + i) * loadFirst<f32x4, 2>(src2 + i);
+    if (i < len) first = first + loadFirst<f32x4, 1>(src1 + i) * loadFirst<f32x4, 1>(src2 + i);
+    return sumNeighbours((first + second) + thirdAndFourth);
 }
 
 // Exact dot products of 16-bit numbers: 32-bit lanes hold two products each, shifted so that none is negative; their
@@ -175,16 +185,12 @@ public:
         low_ = low_ + (shifted & splat<i32xN>(0xFFFF));
         high_ = high_ + shiftRightLogical<16>(shifted);
     }
-    // The sum of what `count` calls have added.
-    std::int64_t total(std::int64_t count) const {
-        std::int32_t low[i32xN::lanes], high[i32xN::lanes];
-        store(low, low_);
-        store(high, high_);
-        std::int64_t sum = -count * i32xN::lanes * std::int64_t{shift};
-        for (int j = 0; j < i32xN::lanes; ++j) sum += low[j] + std::int64_t{high[j]} * 65536;
-        return sum;
+    // The sum of what `count` calls have added, at most 32767; the next one begins at zero.
+    VORN_INLINE std::int64_t takeTotal(std::int64_t count) {
+        const std::int64_t sum = wideSumOfLanes(low_) + wideSumOfLanes(high_) * 65536;
+        *this = HalfSums();
+        return sum - count * i32xN::lanes * std::int64_t{shift};
     }
-    static constexpr std::ptrdiff_t atOnce = 32767;
 
 private:
     i32xN low_ = splat<i32xN>(0), high_ = splat<i32xN>(0);
@@ -193,18 +199,33 @@ private:
 using SumOfProducts = HalfSums<2147418112u>;
 using DifferenceOfProducts = HalfSums<2147483648u>;
 
+// Walks `step` elements at a time: add(i, n) for whole steps has n == step known to the compiler, and for the rest n <
+// step. flush(count) follows after at most atOnce calls.
+template <int step, class Add, class Flush>
+VORN_INLINE void overSteps(std::ptrdiff_t len, Add add, Flush flush) {
+    constexpr std::ptrdiff_t atOnce = 32767;
+    for (std::ptrdiff_t i = 0; i < len;) {
+        std::ptrdiff_t count = std::min((len - i) / step, atOnce - 1);
+        for (const std::ptrdiff_t end = i + count * step; i < end; i += step)
+            add(i, std::integral_constant<int, step>());
+        if (len - i < step && i < len) {
+            add(i, len - i);
+            i = len;
+            ++count;
+        }
+        flush(count);
+    }
+}
+// n of `step` numbers.
+VORN_INLINE i16xN take(const Vorn16s* p, std::integral_constant<int, i16xN::lanes>) { return load<i16xN>(p); }
+VORN_INLINE i16xN take(const Vorn16s* p, std::ptrdiff_t n) { return loadPart<i16xN>(p, n); }
+
 std::int64_t exactDot(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t len) {
     std::int64_t sum = 0;
-    std::ptrdiff_t i = 0;
-    while (i + i16xN::lanes <= len) {
-        const std::ptrdiff_t vectors = std::min((len - i) / i16xN::lanes, SumOfProducts::atOnce);
-        SumOfProducts sums;
-        for (std::ptrdiff_t v = 0; v < vectors; ++v, i += i16xN::lanes) {
-            sums.add(mulAddPairs(load<i16xN>(src1 + i), load<i16xN>(src2 + i)));
-        }
-        sum += sums.total(vectors);
-    }
-    for (; i < len; ++i) sum += src1[i] * src2[i];
+    SumOfProducts sums;
+    overSteps<i16xN::lanes>(
+        len, [&](std::ptrdiff_t i, auto n) { sums.add(mulAddPairs(take(src1 + i, n), take(src2 + i, n))); },
+        [&](std::ptrdiff_t count) { sum += sums.takeTotal(count); });
     return sum;
 }
 
@@ -218,50 +239,53 @@ VORN_INLINE i16xN exchanged(i16xN pairs) {
     return shortsOf(shiftLeft<16>(both) | shiftRightLogical<16>(both));
 }
 
+VORN_INLINE i16xN takePairs(const Vorn16sc* p, std::integral_constant<int, i32xN::lanes>) {
+    return load<i16xN>(&p->re);
+}
+VORN_INLINE i16xN takePairs(const Vorn16sc* p, std::ptrdiff_t n) { return loadPart<i16xN>(&p->re, 2 * n); }
+// Real numbers in the places of the real parts.
+VORN_INLINE i16xN takeAsPairs(const Vorn16s* p, std::integral_constant<int, i32xN::lanes>) {
+    return shortsOf(loadWidened<i32xN>(p) & splat<i32xN>(0xFFFF));
+}
+VORN_INLINE i16xN takeAsPairs(const Vorn16s* p, std::ptrdiff_t n) {
+    Block<Vorn16s, i16xN::lanes> block;
+    fillBlock<i16xN::lanes>(p, n, block);
+    return takeAsPairs(block, std::integral_constant<int, i32xN::lanes>());
+}
+
 Exact exactDot(const Vorn16sc* src1, const Vorn16sc* src2, std::ptrdiff_t len) {
-    constexpr int step = i32xN::lanes;
     Exact sum = {0, 0};
-    std::ptrdiff_t i = 0;
-    while (i + step <= len) {
-        const std::ptrdiff_t vectors = std::min((len - i) / step, SumOfProducts::atOnce);
-        DifferenceOfProducts re;
-        SumOfProducts im;
-        for (std::ptrdiff_t v = 0; v < vectors; ++v, i += step) {
-            const i16xN a = load<i16xN>(&src1[i].re), b = load<i16xN>(&src2[i].re);
+    DifferenceOfProducts re;
+    SumOfProducts im;
+    overSteps<i32xN::lanes>(
+        len,
+        [&](std::ptrdiff_t i, auto n) {
+            const i16xN a = takePairs(src1 + i, n), b = takePairs(src2 + i, n);
             const i16xN realOfA = a & shortsOf(splat<i32xN>(0xFFFF));
             re.add(mulAddPairs(realOfA, b) - mulAddPairs(a ^ realOfA, b));
             im.add(mulAddPairs(a, exchanged(b)));
-        }
-        sum.re += re.total(vectors);
-        sum.im += im.total(vectors);
-    }
-    for (; i < len; ++i) {
-        sum.re += std::int64_t{src1[i].re} * src2[i].re - std::int64_t{src1[i].im} * src2[i].im;
-        sum.im += std::int64_t{src1[i].re} * src2[i].im + std::int64_t{src1[i].im} * src2[i].re;
-    }
+        },
+        [&](std::ptrdiff_t count) {
+            sum.re += re.takeTotal(count);
+            sum.im += im.takeTotal(count);
+        });
     return sum;
 }
 
 Exact exactDot(const Vorn16s* src1, const Vorn16sc* src2, std::ptrdiff_t len) {
-    constexpr int step = i32xN::lanes;
     Exact sum = {0, 0};
-    std::ptrdiff_t i = 0;
-    while (i + step <= len) {
-        const std::ptrdiff_t vectors = std::min((len - i) / step, SumOfProducts::atOnce);
-        SumOfProducts re, im;
-        for (std::ptrdiff_t v = 0; v < vectors; ++v, i += step) {
-            const i16xN a = shortsOf(loadWidened<i32xN>(src1 + i) & splat<i32xN>(0xFFFF));
-            const i16xN b = load<i16xN>(&src2[i].re);
+    SumOfProducts re, im;
+    overSteps<i32xN::lanes>(
+        len,
+        [&](std::ptrdiff_t i, auto n) {
+            const i16xN a = takeAsPairs(src1 + i, n), b = takePairs(src2 + i, n);
             re.add(mulAddPairs(a, b));
             im.add(mulAddPairs(a, exchanged(b)));
-        }
-        sum.re += re.total(vectors);
-        sum.im += im.total(vectors);
-    }
-    for (; i < len; ++i) {
-        sum.re += src1[i] * src2[i].re;
-        sum.im += src1[i] * src2[i].im;
-    }
+        },
+        [&](std::ptrdiff_t count) {
+            sum.re += re.takeTotal(count);
+            sum.im += im.takeTotal(count);
+        });
     return sum;
 }
 

@@ -5,8 +5,11 @@
 #include <limits>
 #include <type_traits>
 
+#include "elementwise.h"
 #include "frame/checks.h"
 #include "simd.h"
+#include "simd_fold.h"
+#include "simd_part.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -71,13 +74,7 @@ public:
     VORN_INLINE Element best() const {
         V all = chain_[0];
         for (int k = 1; k < chains; ++k) all = Better::keep(chain_[k], all);
-        typename V::Element lane[V::lanes];
-        store(lane, all);
-        Element best = Lanes::element(lane[0]);
-        for (auto x : lane) {
-            if (Better::strictly(Lanes::element(x), best)) best = Lanes::element(x);
-        }
-        return best;
+        return Lanes::element(folded(all, [](auto lower, auto upper) { return Better::keep(upper, lower); }));
     }
 
 private:
@@ -104,10 +101,15 @@ VORN_INLINE void scan(const Element* src, std::ptrdiff_t len, Search&... search)
 // The best of `best` and the elements, up to the sign of a zero.
 template <class Better, class Element>
 Element bestOf(const Element* src, std::ptrdiff_t len, Element best) {
-    if (len >= Ordered<Element>::V::lanes) {
-        constexpr int chains = 8;
+    constexpr int lanes = Ordered<Element>::V::lanes, chains = 8;
+    if (len >= chains * lanes) {
         Running<Better, Element, chains> running(best);
         scan<chains>(src, len, running);
+        return running.best();
+    }
+    if (len >= lanes) {
+        Running<Better, Element, 1> running(best);
+        scan<1>(src, len, running);
         return running.best();
     }
     for (std::ptrdiff_t i = 0; i < len; ++i) {
@@ -187,14 +189,25 @@ VornStatus extremeWithIndex(const Element* src, std::ptrdiff_t len, Element* res
 }
 
 template <class Better, class Element>
-VornStatus everyBetter(const Element* src, Element* srcDst, std::ptrdiff_t len) {
+struct EveryKernel {
     using V = Wide<Element>;
-    std::ptrdiff_t i = 0;
-    for (; i + V::lanes <= len; i += V::lanes) store(srcDst + i, Better::keep(load<V>(src + i), load<V>(srcDst + i)));
-    if (i < len) {
-        const std::ptrdiff_t n = len - i;
-        storeFirst(srcDst + i, Better::keep(loadFirst<V>(src + i, n), loadFirst<V>(srcDst + i, n)), n);
+    static constexpr std::int64_t step = V::lanes;
+    static constexpr bool unrolled = true;
+    const Element* src;
+    Element* srcDst;
+
+    VORN_INLINE V at(std::int64_t i) const { return Better::keep(load<V>(src + i), load<V>(srcDst + i)); }
+    VORN_INLINE void put(std::int64_t i, V x) const { store(srcDst + i, x); }
+    VORN_INLINE void putPastCache(std::int64_t i, V x) const { storeStream(srcDst + i, x); }
+    VORN_INLINE void part(std::int64_t n) const {
+        storePart(srcDst, Better::keep(loadPart<V>(src, n), loadPart<V>(srcDst, n)), n);
     }
+    VORN_INLINE Element* result() const { return srcDst; }
+};
+
+template <class Better, class Element>
+VornStatus everyBetter(const Element* src, Element* srcDst, std::ptrdiff_t len) {
+    forEachStep(len, EveryKernel<Better, Element>{src, srcDst});
     return vornStsNoErr;
 }
 

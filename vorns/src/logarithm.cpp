@@ -8,6 +8,7 @@
 #include "frame/rounding.h"
 #include "frame/scale.h"
 #include "logarithm_kernels.h"
+#include "simd_part.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -27,24 +28,28 @@ VORN_NOINLINE std::ptrdiff_t lnOfNormals(const Element* src, Element* dst, std::
     return i;
 }
 
-// dst may be src. Returns the code of the first bad element.
+template <class V>
+VORN_INLINE V lnOf(V x, LnCode& code) {
+    return all(isNormalPositive(x)) ? lnOfSeparated(separate(x)) : lnOfAny(x, code);
+}
+
+// dst may be src. Returns the code of the first bad element. A last vector that ends with the elements is read before
+// they are written over; what it repeats changes no code.
 template <class Element>
 LnCode lnVector(const Element* src, Element* dst, std::ptrdiff_t len) {
     using V = Wide<Element>;
     LnCode code = lnGood;
+    if (len < V::lanes) {
+        storePart(dst, lnOf(withRest(loadPart<V>(src, len), len, Element(1)), code), len);
+        return code;
+    }
+    const V end = load<V>(src + len - V::lanes);
     std::ptrdiff_t i = lnOfNormals(src, dst, 0, len);
     while (i + V::lanes <= len) {
         store(dst + i, lnOfAny(load<V>(src + i), code));
         i = lnOfNormals(src, dst, i + V::lanes, len);
     }
-    if (i < len) {
-        // The rest of a whole vector holds ones.
-        Element last[V::lanes];
-        store(last, splat<V>(1));
-        storeFirst(last, loadFirst<V>(src + i, len - i), len - i);
-        if (lnOfNormals(last, last, 0, V::lanes) == 0) store(last, lnOfAny(load<V>(last), code));
-        storeFirst(dst + i, load<V>(last), len - i);
-    }
+    if (i < len) store(dst + len - V::lanes, lnOf(end, code));
     return code;
 }
 
@@ -105,13 +110,13 @@ LnCode lnIntegers(const Vorn32s* src, Vorn32s* dst, std::ptrdiff_t len, Step ste
     std::ptrdiff_t i = 0;
     for (; i < len; i += i32xN::lanes) {
         const std::ptrdiff_t n = std::min<std::ptrdiff_t>(i32xN::lanes, len - i);
-        const i32xN x = n == i32xN::lanes ? load<i32xN>(src + i) : loadFirst<i32xN>(src + i, n);
+        const i32xN x = n == i32xN::lanes ? load<i32xN>(src + i) : loadPart<i32xN>(src + i, n);
         if (code == lnGood && any(splat<i32xN>(1) > x)) [[unlikely]]
             code = firstBad(src + i, n);
         if (n == i32xN::lanes) {
             store(dst + i, step(x));
         } else {
-            storeFirst(dst + i, step(x), n);
+            storePart(dst + i, step(x), n);
         }
     }
     return code;

@@ -5,6 +5,7 @@
 #include "frame/checks.h"
 #include "frame/scale.h"
 #include "simd.h"
+#include "simd_block.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -23,8 +24,8 @@ struct Pairs {
 
     VORN_INLINE Parts<V> at(std::ptrdiff_t i) const { return separate(src + 2 * i); }
     VORN_INLINE Parts<V> firstAt(std::ptrdiff_t i, std::ptrdiff_t n) const {
-        Element last[2 * V::lanes] = {};
-        std::copy_n(src + 2 * i, 2 * n, last);
+        Block<Element, 2 * V::lanes> last;
+        fillBlock<2 * V::lanes>(src + 2 * i, 2 * n, last);
         return separate(last);
     }
 
@@ -44,7 +45,7 @@ struct Apart {
 
     VORN_INLINE Parts<V> at(std::ptrdiff_t i) const { return {load<V>(re + i), load<V>(im + i)}; }
     VORN_INLINE Parts<V> firstAt(std::ptrdiff_t i, std::ptrdiff_t n) const {
-        return {loadFirst<V>(re + i, n), loadFirst<V>(im + i, n)};
+        return {loadPart<V>(re + i, n), loadPart<V>(im + i, n)};
     }
 };
 
@@ -73,52 +74,75 @@ private:
     f64xN scale_;
 };
 
-// 16-bit numbers: the sum of squares is exact in 32 bits; 2^31, which wraps, is the only negative one.
-VORN_INLINE i32xN sumOfSquares(const Vorn16s* pairs) {
-    const i16xN z = load<i16xN>(pairs);
-    return mulAddPairs(z, z);
+// 16-bit numbers: the sum of squares is exact in 32 bits; 2^31, which wraps, is the only negative one. As many of them
+// at once as a register holds of 16-bit numbers, from pairs or from parts apart.
+struct SumsOfSquares {
+    i32xN low, high;
+};
+VORN_INLINE SumsOfSquares sumsOfSquares(i16xN low, i16xN high) {
+    return {mulAddPairs(low, low), mulAddPairs(high, high)};
 }
-struct RootInSingle {
-    VORN_INLINE f32xN operator()(i32xN sum) const { return sqrtOf(absOf(toFloat(sum))); }
+struct Pairs16 {
+    const Vorn16s* src;
+    VORN_INLINE SumsOfSquares at(std::ptrdiff_t i) const {
+        return sumsOfSquares(load<i16xN>(src + 2 * i), load<i16xN>(src + 2 * i + i16xN::lanes));
+    }
+    VORN_INLINE SumsOfSquares firstAt(std::ptrdiff_t i, std::ptrdiff_t n) const {
+        return sumsOfSquares(loadUpTo<i16xN>(src + 2 * i, 2 * n),
+                             loadUpTo<i16xN>(src + 2 * i + i16xN::lanes, 2 * n - i16xN::lanes));
+    }
+};
+struct Apart16 {
+    const Vorn16s *re, *im;
+    VORN_INLINE SumsOfSquares at(std::ptrdiff_t i) const { return paired(load<i16xN>(re + i), load<i16xN>(im + i)); }
+    VORN_INLINE SumsOfSquares firstAt(std::ptrdiff_t i, std::ptrdiff_t n) const {
+        return paired(loadPart<i16xN>(re + i, n), loadPart<i16xN>(im + i, n));
+    }
+
+private:
+    static VORN_INLINE SumsOfSquares paired(i16xN re, i16xN im) {
+        const auto pairs = inOrder(zip(re, im));
+        return sumsOfSquares(shortsOf(pairs.low), shortsOf(pairs.high));
+    }
+};
+
+class RootInSingle {
+public:
+    VORN_INLINE void put(Vorn32f* dst, SumsOfSquares sums) const {
+        store(dst, root(sums.low));
+        store(dst + f32xN::lanes, root(sums.high));
+    }
+    VORN_INLINE void putFirst(Vorn32f* dst, SumsOfSquares sums, std::ptrdiff_t n) const {
+        storeUpTo(dst, root(sums.low), n);
+        storeUpTo(dst + f32xN::lanes, root(sums.high), n - f32xN::lanes);
+    }
+
+private:
+    static VORN_INLINE f32xN root(i32xN sum) { return sqrtOf(absOf(toFloat(sum))); }
 };
 // Rounded to nearest and saturated; exact, since in double no root comes near a tie that it does not hit.
 class ScaledRoot {
 public:
     explicit ScaledRoot(int scaleFactor)
         : scale_(splat<f64xN>(GetScale_32s64f(std::clamp(scaleFactor, -1000, 1000)))) {}
-    VORN_INLINE i32xN operator()(i32xN sum) const {
-        return roundToInt(scaled(toDoubleLow(sum)), scaled(toDoubleHigh(sum)));
+    VORN_INLINE void put(Vorn16s* dst, SumsOfSquares sums) const { store(dst, roots(sums)); }
+    VORN_INLINE void putFirst(Vorn16s* dst, SumsOfSquares sums, std::ptrdiff_t n) const {
+        storePart(dst, roots(sums), n);
     }
 
 private:
+    VORN_INLINE i16xN roots(SumsOfSquares sums) const { return narrowSat(root(sums.low), root(sums.high)); }
+    VORN_INLINE i32xN root(i32xN sum) const { return roundToInt(scaled(toDoubleLow(sum)), scaled(toDoubleHigh(sum))); }
     VORN_INLINE f64xN scaled(f64xN sum) const { return minOf(sqrtOf(absOf(sum)) * scale_, splat<f64xN>(32767.0)); }
     f64xN scale_;
 };
 
-// Blocks of pairs on the stack take up the last elements and both layouts: fetch(i, n, pairs) brings n numbers from i.
-template <class Fetch, class Result, class Root>
-void magnitudes16(Fetch fetch, Result* dst, std::ptrdiff_t len, Root root) {
-    constexpr std::ptrdiff_t block = 128;
-    Vorn16s pairs[2 * block] = {};
-    for (std::ptrdiff_t i = 0; i < len; i += block) {
-        const std::ptrdiff_t n = std::min(block, len - i);
-        fetch(i, n, pairs);
-        typename decltype(root(splat<i32xN>(0)))::Element result[block];
-        for (std::ptrdiff_t j = 0; j < n; j += i32xN::lanes) store(result + j, root(sumOfSquares(pairs + 2 * j)));
-        for (std::ptrdiff_t j = 0; j < n; ++j) dst[i + j] = static_cast<Result>(result[j]);
-    }
-}
-
-auto pairsOf(const Vorn16sc* src) {
-    return [src](std::ptrdiff_t i, std::ptrdiff_t n, Vorn16s* pairs) { std::copy_n(&src[i].re, 2 * n, pairs); };
-}
-auto pairsOf(const Vorn16s* re, const Vorn16s* im) {
-    return [re, im](std::ptrdiff_t i, std::ptrdiff_t n, Vorn16s* pairs) {
-        for (std::ptrdiff_t j = 0; j < n; ++j) {
-            pairs[2 * j] = re[i + j];
-            pairs[2 * j + 1] = im[i + j];
-        }
-    };
+template <class Source, class Result, class Root>
+void magnitudes16(Source src, Result* dst, std::ptrdiff_t len, Root root) {
+    constexpr int lanes = i16xN::lanes;
+    std::ptrdiff_t i = 0;
+    for (; i + lanes <= len; i += lanes) root.put(dst + i, src.at(i));
+    if (i < len) root.putFirst(dst + i, src.firstAt(i, len - i), len - i);
 }
 
 template <class Source, class Result, class Magnitude>
@@ -126,7 +150,7 @@ void magnitudes(Source src, Result* dst, std::ptrdiff_t len, Magnitude magnitude
     constexpr int lanes = Source::V::lanes;
     std::ptrdiff_t i = 0;
     for (; i + lanes <= len; i += lanes) store(dst + i, magnitude(src.at(i)));
-    if (i < len) storeFirst(dst + i, magnitude(src.firstAt(i, len - i)), len - i);
+    if (i < len) storePart(dst + i, magnitude(src.firstAt(i, len - i)), len - i);
 }
 
 }  // namespace
@@ -172,27 +196,27 @@ VornStatus vornsMagnitude_64f(const Vorn64f* re, const Vorn64f* im, Vorn64f* dst
 VornStatus vornsMagnitude_16sc32f(const Vorn16sc* src, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(pairsOf(src), dst, len, RootInSingle());
+    magnitudes16(Pairs16{&src->re}, dst, len, RootInSingle());
     return vornStsNoErr;
 }
 
 VornStatus vornsMagnitude_16s32f(const Vorn16s* re, const Vorn16s* im, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(re, im, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(pairsOf(re, im), dst, len, RootInSingle());
+    magnitudes16(Apart16{re, im}, dst, len, RootInSingle());
     return vornStsNoErr;
 }
 
 VornStatus vornsMagnitude_16sc_Sfs(const Vorn16sc* src, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(pairsOf(src), dst, len, ScaledRoot(scaleFactor));
+    magnitudes16(Pairs16{&src->re}, dst, len, ScaledRoot(scaleFactor));
     return vornStsNoErr;
 }
 
 VornStatus vornsMagnitude_16s_Sfs(const Vorn16s* re, const Vorn16s* im, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(re, im, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(pairsOf(re, im), dst, len, ScaledRoot(scaleFactor));
+    magnitudes16(Apart16{re, im}, dst, len, ScaledRoot(scaleFactor));
     return vornStsNoErr;
 }

@@ -10,6 +10,7 @@
 #include "frame/rounding.h"
 #include "frame/scale.h"
 #include "simd.h"
+#include "simd_block.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -32,9 +33,9 @@ VornStatus roots(const Element* src, Element* dst, std::ptrdiff_t len) {
         store(dst + i, sqrtOf(x));
     }
     if (i < len) {
-        const V x = loadFirst<V>(src + i, len - i);
+        const V x = loadPart<V>(src + i, len - i);
         negative = negative | (x < zero);
-        storeFirst(dst + i, sqrtOf(x), len - i);
+        storePart(dst + i, sqrtOf(x), len - i);
     }
     return rootStatus(any(negative));
 }
@@ -69,135 +70,103 @@ VORN_INLINE ComplexLanes scaledRoot(f64xN re, f64xN im) {
 }
 
 void complexRoots(const Vorn64f* src, Vorn64f* dst, std::ptrdiff_t len) {
-    constexpr int lanes = f64xN::lanes;
-    const auto step = [](const Vorn64f* from, Vorn64f* to) {
+    forBlocks<2 * f64xN::lanes>(src, dst, 2 * len, [](const Vorn64f* from, Vorn64f* to) {
         f64xN re, im;
         loadPairs(from, re, im);
         const ComplexLanes root = scaledRoot(re, im);
         storePairs(to, root.re, root.im);
-    };
-    std::ptrdiff_t i = 0;
-    for (; i + lanes <= len; i += lanes) step(src + 2 * i, dst + 2 * i);
-    if (i < len) {
-        Vorn64f last[2 * lanes] = {};
-        std::copy_n(src + 2 * i, 2 * (len - i), last);
-        step(last, last);
-        std::copy_n(last, 2 * (len - i), dst + 2 * i);
-    }
+    });
 }
 
 void complexRoots(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t len) {
-    constexpr int lanes = f32xN::lanes;
-    const auto step = [](const Vorn32f* from, Vorn32f* to) {
+    forBlocks<2 * f32xN::lanes>(src, dst, 2 * len, [](const Vorn32f* from, Vorn32f* to) {
         f32xN re, im;
         loadPairs(from, re, im);
         const ComplexLanes low = principalRoot(widenLow(re), widenLow(im));
         const ComplexLanes high = principalRoot(widenHigh(re), widenHigh(im));
         storePairs(to, narrow(low.re, high.re), narrow(low.im, high.im));
-    };
-    std::ptrdiff_t i = 0;
-    for (; i + lanes <= len; i += lanes) step(src + 2 * i, dst + 2 * i);
-    if (i < len) {
-        Vorn32f last[2 * lanes] = {};
-        std::copy_n(src + 2 * i, 2 * (len - i), last);
-        step(last, last);
-        std::copy_n(last, 2 * (len - i), dst + 2 * i);
-    }
+    });
 }
 
 // Scales beyond these change no result, and the power of two stays finite.
 double rootScale(int scaleFactor) { return GetScale_32s64f(std::clamp(scaleFactor, -1000, 1000)); }
 
-// Roots of integers of up to 32 bits as integers of up to 16: in double the root is exact enough to round correctly at
-// every scale, since a result of 16 bits is never closer than 2^-34, relatively, to a tie that it does not hit.
-template <class Source, class Result>
-VornStatus integerRoots(const Source* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
-    constexpr std::ptrdiff_t block = 128;
-    const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
-    const f64xN largest = splat<f64xN>(std::numeric_limits<Result>::max());
-    const f64xN zero = splat<f64xN>(0.0);
-    auto negative = zero < zero;
-    const auto rootOf = [&](f64xN x) {
-        negative = negative | (x < zero);
-        return minOf(sqrtOf(maxOf(x, zero)) * scale, largest);
-    };
-    for (std::ptrdiff_t i = 0; i < len; i += block) {
-        const std::ptrdiff_t n = std::min(block, len - i);
-        std::int32_t numbers[block] = {};
-        for (std::ptrdiff_t j = 0; j < n; ++j) numbers[j] = src[i + j];
-        for (std::ptrdiff_t j = 0; j < n; j += i32xN::lanes) {
-            const i32xN x = load<i32xN>(numbers + j);
-            store(numbers + j, roundToInt(rootOf(toDoubleLow(x)), rootOf(toDoubleHigh(x))));
-        }
-        for (std::ptrdiff_t j = 0; j < n; ++j) dst[i + j] = static_cast<Result>(numbers[j]);
-    }
-    return rootStatus(any(negative));
+VORN_INLINE i32xN loadInts(const Vorn32s* p) { return load<i32xN>(p); }
+template <class Source>
+VORN_INLINE i32xN loadInts(const Source* p) {
+    return loadWidened<i32xN>(p);
 }
-
 VORN_INLINE void storePacked(Vorn8u* p, const i32xN (&root)[4]) {
     store(reinterpret_cast<std::int8_t*>(p), narrowSatU8(root[0], root[1], root[2], root[3]));
 }
-template <class Result>
-VORN_INLINE void storePacked(Result* p, const i32xN (&root)[2]) {
-    store(reinterpret_cast<Vorn16s*>(p), narrowSat(root[0], root[1]));
+VORN_INLINE void storePacked(Vorn16s* p, const i32xN (&root)[2]) { store(p, narrowSat(root[0], root[1])); }
+VORN_INLINE void storePacked(Vorn16u* p, const i32xN (&root)[2]) {
+    store(reinterpret_cast<Vorn16s*>(p), narrowU16(root[0], root[1]));
 }
 
-// Roots of integers of up to 16 bits in single. Twice a tie is an odd number T and the square of twice the scaled root
-// an integer other than T^2: they are at least 1/(2T) apart, more than half a unit of a single as long as T < 4096.
+// One register of results at a time; root() makes them of as many 32-bit integers as a register holds.
+template <class Source, class Result, class Root>
+VORN_INLINE VornStatus rootsOfIntegers(const Source* src, Result* dst, std::ptrdiff_t len, Root root) {
+    constexpr int parts = 4 / static_cast<int>(sizeof(Result));
+    i32xN signs = splat<i32xN>(0);
+    forBlocks<parts * i32xN::lanes>(src, dst, len, [&](const Source* from, Result* to) {
+        i32xN result[parts];
+        for (int k = 0; k < parts; ++k) {
+            const i32xN x = loadInts(from + k * i32xN::lanes);
+            signs = signs | x;
+            result[k] = root(x);
+        }
+        storePacked(to, result);
+    });
+    return rootStatus(any(splat<i32xN>(0) > signs));
+}
+
+// Integers of up to 32 bits, results of up to 16: in double the root is exact enough to round correctly at every scale,
+// since such a result is never closer than 2^-34, relatively, to a tie that it does not hit.
+template <class Source, class Result>
+VornStatus rootsInDouble(const Source* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    const f64xN scale = splat<f64xN>(rootScale(scaleFactor)), zero = splat<f64xN>(0.0);
+    const f64xN largest = splat<f64xN>(std::numeric_limits<Result>::max());
+    const auto rootOf = [&](f64xN x) { return minOf(sqrtOf(maxOf(x, zero)) * scale, largest); };
+    return rootsOfIntegers(src, dst, len,
+                           [&](i32xN x) { return roundToInt(rootOf(toDoubleLow(x)), rootOf(toDoubleHigh(x))); });
+}
+
+// Integers of up to 16 bits in single. Twice a tie is an odd number T and the square of twice the scaled root an
+// integer other than T^2: they are at least 1/(2T) apart, more than half a unit of a single as long as T < 4096.
 template <class Element>
 VornStatus rootsInSingle(const Element* src, Element* dst, std::ptrdiff_t len, int scaleFactor) {
-    constexpr int parts = 4 / static_cast<int>(sizeof(Element)), step = parts * i32xN::lanes;
     const f32xN scale = splat<f32xN>(static_cast<float>(rootScale(std::clamp(scaleFactor, -16, 64))));
     const f32xN largest = splat<f32xN>(static_cast<float>(std::numeric_limits<Element>::max()));
-    i32xN signs = splat<i32xN>(0);
-    const auto rootsOf = [&](const Element* from, Element* to) {
-        i32xN root[parts];
-        for (int k = 0; k < parts; ++k) {
-            const i32xN x = loadWidened<i32xN>(from + k * i32xN::lanes);
-            signs = signs | x;
-            root[k] = roundToInt(minOf(sqrtOf(maxOf(toFloat(x), splat<f32xN>(0.0f))) * scale, largest));
-        }
-        storePacked(to, root);
-    };
-    std::ptrdiff_t i = 0;
-    for (; i + step <= len; i += step) rootsOf(src + i, dst + i);
-    if (i < len) {
-        Element last[step] = {};
-        std::copy_n(src + i, len - i, last);
-        rootsOf(last, last);
-        std::copy_n(last, len - i, dst + i);
-    }
-    return rootStatus(any(splat<i32xN>(0) > signs));
+    const f32xN zero = splat<f32xN>(0.0f);
+    return rootsOfIntegers(
+        src, dst, len, [&](i32xN x) { return roundToInt(minOf(sqrtOf(maxOf(toFloat(x), zero)) * scale, largest)); });
 }
 
 // Where a result below the largest can be as large as 2048, single cannot tell it from a tie.
 template <class Element>
 VornStatus smallIntegerRoots(const Element* src, Element* dst, std::ptrdiff_t len, int scaleFactor) {
-    if (sizeof(Element) == 1 || scaleFactor >= -3) return rootsInSingle(src, dst, len, scaleFactor);
-    return integerRoots(src, dst, len, scaleFactor);
+    if constexpr (sizeof(Element) > 1) {
+        if (scaleFactor < -3) return rootsInDouble(src, dst, len, scaleFactor);
+    }
+    return rootsInSingle(src, dst, len, scaleFactor);
 }
 
 void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len, int scaleFactor) {
-    constexpr std::ptrdiff_t block = 64;
     const f64xN scale = splat<f64xN>(rootScale(scaleFactor));
     const f64xN lowest = splat<f64xN>(-32768.0), highest = splat<f64xN>(32767.0);
-    for (std::ptrdiff_t i = 0; i < len; i += block) {
-        const std::ptrdiff_t n = std::min(block, len - i);
-        std::int32_t re[block] = {}, im[block] = {};
-        for (std::ptrdiff_t j = 0; j < n; ++j) {
-            re[j] = src[i + j].re;
-            im[j] = src[i + j].im;
-        }
-        for (std::ptrdiff_t j = 0; j < n; j += i32xN::lanes) {
-            const i32xN x = load<i32xN>(re + j), y = load<i32xN>(im + j);
-            const ComplexLanes low = principalRoot(toDoubleLow(x), toDoubleLow(y));
-            const ComplexLanes high = principalRoot(toDoubleHigh(x), toDoubleHigh(y));
-            const auto scaled = [&](f64xN part) { return minOf(maxOf(part * scale, lowest), highest); };
-            store(re + j, roundToInt(scaled(low.re), scaled(high.re)));
-            store(im + j, roundToInt(scaled(low.im), scaled(high.im)));
-        }
-        for (std::ptrdiff_t j = 0; j < n; ++j) dst[i + j] = {static_cast<Vorn16s>(re[j]), static_cast<Vorn16s>(im[j])};
-    }
+    const auto scaled = [&](f64xN low, f64xN high) {
+        return roundToInt(minOf(maxOf(low * scale, lowest), highest), minOf(maxOf(high * scale, lowest), highest));
+    };
+    const auto* numbers = reinterpret_cast<const Vorn16s*>(src);
+    forBlocks<i16xN::lanes>(numbers, reinterpret_cast<Vorn16s*>(dst), 2 * len, [&](const Vorn16s* from, Vorn16s* to) {
+        const i32xN both = intsOf(load<i16xN>(from));
+        const i32xN re = shiftRight<16>(shiftLeft<16>(both)), im = shiftRight<16>(both);
+        const ComplexLanes low = principalRoot(toDoubleLow(re), toDoubleLow(im));
+        const ComplexLanes high = principalRoot(toDoubleHigh(re), toDoubleHigh(im));
+        const i32xN rootRe = scaled(low.re, high.re), rootIm = scaled(low.im, high.im);
+        store(to, shortsOf((rootRe & splat<i32xN>(0xFFFF)) | shiftLeft<16>(rootIm)));
+    });
 }
 
 // The integer part of the root of x, below 2^126: an estimate in double, one step of Newton, and a correction.
@@ -240,6 +209,13 @@ VORN_INLINE f64xN toDouble(i64xN x) {
     return (floatOf(upper) - splat<f64xN>(0x1p84 + 0x1p63 + 0x1p52)) + floatOf(lower);
 }
 
+VORN_INLINE void storeIntegers(Vorn64s* p, i64xN x) { store(p, x); }
+VORN_INLINE void storeIntegers(Vorn16s* p, i64xN x) {
+    Vorn64s lane[i64xN::lanes];
+    store(lane, x);
+    for (int k = 0; k < i64xN::lanes; ++k) p[k] = static_cast<Vorn16s>(lane[k]);
+}
+
 // Roots of 64-bit integers through double, whose relative error is below 2^-52. That decides wherever the root and the
 // result are below 2^24, for then a tie is either hit exactly or at least 2^-51 away, and wherever no tie is within
 // 2^-50. What is left goes through integers. The rounding mode is to nearest.
@@ -258,24 +234,14 @@ VORN_NOINLINE bool rootsThroughDouble(const Vorn64s* src, Result* dst, std::ptrd
         const f64xN shifted = scaled + shifter;
         const f64xN fromTie = splat<f64xN>(0.5) - absOf(scaled - (shifted - shifter));
         if (all((maxOf(root, scaled) < small) | (fromTie > scaled * splat<f64xN>(0x1p-50)))) {
-            std::int64_t rounded[lanes];
-            store(rounded, bitsOf(shifted) ^ bitsOf(shifter));
-            for (int k = 0; k < lanes; ++k) to[k] = static_cast<Result>(rounded[k]);
+            storeIntegers(to, bitsOf(shifted) ^ bitsOf(shifter));
         } else {
             for (int k = 0; k < lanes; ++k) {
                 to[k] = static_cast<Result>(std::min<std::int64_t>(scaledRootOf64(from[k], scaleFactor), largest));
             }
         }
     };
-    std::ptrdiff_t i = 0;
-    for (; i + lanes <= len; i += lanes) rootsOf(src + i, dst + i);
-    if (i < len) {
-        Vorn64s numbers[lanes] = {};
-        Result last[lanes];
-        std::copy_n(src + i, len - i, numbers);
-        rootsOf(numbers, last);
-        std::copy_n(last, len - i, dst + i);
-    }
+    forBlocks<lanes>(src, dst, len, rootsOf);
     return any(negative);
 }
 
@@ -407,7 +373,7 @@ VornStatus vornsSqrt_64s_ISfs(Vorn64s* srcDst, int len, int scaleFactor) {
 VornStatus vornsSqrt_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    return integerRoots(src, dst, len, scaleFactor);
+    return rootsInDouble(src, dst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_64s16s_Sfs(const Vorn64s* src, Vorn16s* dst, int len, int scaleFactor) {

@@ -1,10 +1,13 @@
 // Sums of vectors. A complex vector is summed as one of twice the length whose lanes fold to two.
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
 #include "frame/checks.h"
 #include "scaled_result.h"
 #include "simd.h"
+#include "simd_block.h"
+#include "simd_fold.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -12,76 +15,107 @@ namespace {
 
 constexpr int hintFast = 1;
 
-// Real numbers fold to one sum, complex ones to the sums of the parts.
+// Real numbers fold to one sum, complex ones to the sums of the parts in the first two lanes of a register. addOne adds
+// the next element behind whole steps, in order.
 struct RealSum {
+    using Single = float;
+    using Double = double;
     static constexpr int components = 1;
-    static void fold(f32x4 lanes, Vorn32f* sum) { sum[0] = sumNeighbours(lanes); }
-    static void fold(f64x2 lanes, Vorn64f* sum) { sum[0] = sumLanes(lanes); }
+    static Single fold(f32x4 lanes) { return sumNeighbours(lanes); }
+    template <class V>
+    static Double fold(V lanes) {
+        return sumOfLanes(lanes);
+    }
+    template <class Sum, class Element>
+    static Sum addOne(Sum sum, const Element* p) {
+        return sum + static_cast<Sum>(*p);
+    }
+    template <class Sum, class Result>
+    static void put(Sum sum, Result* result) {
+        *result = static_cast<Result>(sum);
+    }
 };
 struct ComplexSum {
+    using Single = f32x4;
+    using Double = f64x2;
     static constexpr int components = 2;
-    static void fold(f32x4 lanes, Vorn32f* sum) {
-        Vorn32f lane[4];
-        store(lane, lanes);
-        sum[0] = lane[0] + lane[2];
-        sum[1] = lane[1] + lane[3];
+    static Single fold(f32x4 lanes) { return lanes + upperToLower(lanes); }
+    template <class V>
+    static Double fold(V lanes) {
+        return foldedTo<sizeof(f64x2)>(lanes, [](auto a, auto b) { return a + b; });
     }
-    static void fold(f64x2 lanes, Vorn64f* sum) { store(sum, lanes); }
+    static Single addOne(Single sum, const Vorn32f* p) { return sum + loadFirst<f32x4, 2>(p); }
+    static Double addOne(Double sum, const Vorn32f* p) { return sum + widenLow(loadFirst<f32x4, 2>(p)); }
+    static Double addOne(Double sum, const Vorn64f* p) { return sum + load<f64x2>(p); }
+    static void put(Single sum, Vorn32f* result) {
+        Vorn32f lane[4];
+        store(lane, sum);
+        result[0] = lane[0];
+        result[1] = lane[1];
+    }
+    static void put(Double sum, Vorn32f* result) { put(narrow(sum, sum), result); }
+    static void put(Double sum, Vorn64f* result) { store(result, sum); }
 };
 
-template <class Kind, class Sum, class Element>
-void addRest(const Element* src, std::ptrdiff_t i, std::ptrdiff_t len, Sum* sum) {
-    for (; i < len; ++i) sum[i % Kind::components] += src[i];
+template <class Kind, class Total, class Element, class Result>
+VORN_INLINE void addRest(Total total, const Element* src, std::ptrdiff_t i, std::ptrdiff_t len, Result* sum) {
+    for (; i < len; i += Kind::components) total = Kind::addOne(total, src + i);
+    Kind::put(total, sum);
 }
 
 // Two four-lane sums in single, eight singles a step. What remains is added to the folded lanes in order.
 template <class Kind>
 void sumInSingle(const Vorn32f* src, std::ptrdiff_t len, Vorn32f* sum) {
-    f32x4 first = splat<f32x4>(0.0f), second = first;
+    typename Kind::Single total{};
     std::ptrdiff_t i = 0;
-    for (; i + 8 <= len; i += 8) {
-        first = first + load<f32x4>(src + i);
-        second = second + load<f32x4>(src + i + 4);
+    if (len >= 8) {
+        f32x4 first = splat<f32x4>(0.0f), second = first;
+        for (; i + 8 <= len; i += 8) {
+            first = first + load<f32x4>(src + i);
+            second = second + load<f32x4>(src + i + 4);
+        }
+        total = Kind::fold(first + second);
     }
-    Kind::fold(first + second, sum);
-    addRest<Kind>(src, i, len, sum);
+    addRest<Kind>(total, src, i, len, sum);
 }
 
 // Four two-lane sums in double, eight elements a step, and one rounding to single at the end.
 template <class Kind>
 void sumInDouble(const Vorn32f* src, std::ptrdiff_t len, Vorn32f* sum) {
-    f64x2 lanes[4] = {splat<f64x2>(0.0), splat<f64x2>(0.0), splat<f64x2>(0.0), splat<f64x2>(0.0)};
+    typename Kind::Double total{};
     std::ptrdiff_t i = 0;
-    for (; i + 8 <= len; i += 8) {
-        const f32x4 low = load<f32x4>(src + i), high = load<f32x4>(src + i + 4);
-        lanes[0] = lanes[0] + widenLow(low);
-        lanes[1] = lanes[1] + widenHigh(low);
-        lanes[2] = lanes[2] + widenLow(high);
-        lanes[3] = lanes[3] + widenHigh(high);
+    if (len >= 8) {
+        f64x2 lanes[4] = {splat<f64x2>(0.0), splat<f64x2>(0.0), splat<f64x2>(0.0), splat<f64x2>(0.0)};
+        for (; i + 8 <= len; i += 8) {
+            const f32x4 low = load<f32x4>(src + i), high = load<f32x4>(src + i + 4);
+            lanes[0] = lanes[0] + widenLow(low);
+            lanes[1] = lanes[1] + widenHigh(low);
+            lanes[2] = lanes[2] + widenLow(high);
+            lanes[3] = lanes[3] + widenHigh(high);
+        }
+        total = Kind::fold((lanes[0] + lanes[1]) + (lanes[2] + lanes[3]));
     }
-    Vorn64f total[2];
-    Kind::fold((lanes[0] + lanes[1]) + (lanes[2] + lanes[3]), total);
-    addRest<Kind>(src, i, len, total);
-    for (int c = 0; c < Kind::components; ++c) sum[c] = static_cast<Vorn32f>(total[c]);
+    addRest<Kind>(total, src, i, len, sum);
 }
 
 // Sixteen lanes, in vectors of the build's width; lane j takes element j of each sixteen. They fold in halves.
 template <class Kind>
 void sumOfDoubles(const Vorn64f* src, std::ptrdiff_t len, Vorn64f* sum) {
     constexpr int lanes = 16, parts = lanes / f64xN::lanes;
-    f64xN part[parts];
-    for (f64xN& v : part) v = splat<f64xN>(0.0);
+    typename Kind::Double total{};
     std::ptrdiff_t i = 0;
-    for (; i + lanes <= len; i += lanes) {
-        for (int k = 0; k < parts; ++k) part[k] = part[k] + load<f64xN>(src + i + k * f64xN::lanes);
+    if (len >= lanes) {
+        f64xN part[parts];
+        for (f64xN& v : part) v = splat<f64xN>(0.0);
+        for (; i + lanes <= len; i += lanes) {
+            for (int k = 0; k < parts; ++k) part[k] = part[k] + load<f64xN>(src + i + k * f64xN::lanes);
+        }
+        for (int half = parts / 2; half > 0; half /= 2) {
+            for (int k = 0; k < half; ++k) part[k] = part[k] + part[k + half];
+        }
+        total = Kind::fold(part[0]);
     }
-    Vorn64f lane[lanes];
-    for (int k = 0; k < parts; ++k) store(lane + k * f64xN::lanes, part[k]);
-    for (int half = lanes / 2; half >= Kind::components; half /= 2) {
-        for (int k = 0; k < half; ++k) lane[k] += lane[k + half];
-    }
-    for (int c = 0; c < Kind::components; ++c) sum[c] = lane[c];
-    addRest<Kind>(src, i, len, sum);
+    addRest<Kind>(total, src, i, len, sum);
 }
 
 template <class Kind>
@@ -93,79 +127,75 @@ void sumOfSingles(const Vorn32f* src, std::ptrdiff_t len, Vorn32f* sum, int hint
     }
 }
 
-// Exact sums of 16-bit numbers. 32-bit lanes take one or two elements of each vector and are emptied in time.
+// Exact sums of 16-bit numbers: 32-bit lanes that are emptied before the sum of all of them could overflow.
 constexpr std::ptrdiff_t flushAfter = 65536;
 
-std::int64_t sumOfLanes(i32xN lanes) {
-    std::int32_t lane[i32xN::lanes];
-    store(lane, lanes);
+template <class Add, class Flush>
+VORN_INLINE void overRegisters(const Vorn16s* src, std::ptrdiff_t len, Add add, Flush flush) {
+    constexpr int lanes = i16xN::lanes;
+    for (std::ptrdiff_t i = 0; i < len;) {
+        const std::ptrdiff_t stop = std::min(len, i + flushAfter);
+        for (; i + lanes <= stop; i += lanes) add(load<i16xN>(src + i));
+        if (i < stop) add(loadPart<i16xN>(src + i, stop - i));
+        i = stop;
+        flush();
+    }
+}
+
+std::int64_t exactSum(const Vorn16s* src, std::ptrdiff_t len) {
     std::int64_t sum = 0;
-    for (std::int32_t x : lane) sum += x;
+    i32xN pairs = splat<i32xN>(0);
+    overRegisters(
+        src, len, [&](i16xN x) { pairs = pairs + mulAddPairs(x, splat<i16xN>(1)); },
+        [&] {
+            sum += sumOfLanes(pairs);
+            pairs = splat<i32xN>(0);
+        });
     return sum;
 }
 
-void exactSum(const Vorn16s* src, std::ptrdiff_t len, std::int64_t& sum) {
-    sum = 0;
-    std::ptrdiff_t i = 0;
-    while (i + i16xN::lanes <= len) {
-        const std::ptrdiff_t stop = std::min(len, i + flushAfter);
-        i32xN pairs = splat<i32xN>(0);
-        for (; i + i16xN::lanes <= stop; i += i16xN::lanes) {
-            pairs = pairs + mulAddPairs(load<i16xN>(src + i), splat<i16xN>(1));
-        }
-        sum += sumOfLanes(pairs);
-    }
-    for (; i < len; ++i) sum += src[i];
-}
-
-void exactSum(const Vorn16sc* src, std::ptrdiff_t len, std::int64_t& re, std::int64_t& im) {
-    const Vorn16s* numbers = &src->re;
-    const std::ptrdiff_t count = 2 * len;
-    re = im = 0;
-    std::ptrdiff_t i = 0;
-    while (i + i16xN::lanes <= count) {
-        const std::ptrdiff_t stop = std::min(count, i + flushAfter);
-        i32xN first = splat<i32xN>(0), second = first;
-        for (; i + i16xN::lanes <= stop; i += i16xN::lanes) {
-            const i32xN both = intsOf(load<i16xN>(numbers + i));
-            first = first + shiftRight<16>(shiftLeft<16>(both));
-            second = second + shiftRight<16>(both);
-        }
-        re += sumOfLanes(first);
-        im += sumOfLanes(second);
-    }
-    for (; i < count; i += 2) {
-        re += numbers[i];
-        im += numbers[i + 1];
-    }
+struct ExactComplex {
+    std::int64_t re, im;
+};
+ExactComplex exactSum(const Vorn16sc* src, std::ptrdiff_t len) {
+    ExactComplex sum = {0, 0};
+    i32xN re = splat<i32xN>(0), im = re;
+    overRegisters(
+        &src->re, 2 * len,
+        [&](i16xN x) {
+            const i32xN both = intsOf(x);
+            re = re + shiftRight<16>(shiftLeft<16>(both));
+            im = im + shiftRight<16>(both);
+        },
+        [&] {
+            sum.re += sumOfLanes(re);
+            sum.im += sumOfLanes(im);
+            re = im = splat<i32xN>(0);
+        });
+    return sum;
 }
 
 // 32-bit numbers: lanes that wrap, and the exact sums of the upper halves. Without what the upper halves account for,
 // the wrapped sum is that of the lower ones, which 32 bits hold for 32768 numbers.
 std::int64_t exactSum(const Vorn32s* src, std::ptrdiff_t len) {
-    constexpr std::ptrdiff_t vectorsAtOnce = 16384;
+    constexpr std::ptrdiff_t lanes = i32xN::lanes, vectorsAtOnce = 16384;
     std::int64_t sum = 0;
-    std::ptrdiff_t i = 0;
-    while (i + i32xN::lanes <= len) {
-        const std::ptrdiff_t stop = std::min(len, i + vectorsAtOnce * i32xN::lanes);
+    for (std::ptrdiff_t i = 0; i < len;) {
+        const std::ptrdiff_t stop = std::min(len, i + vectorsAtOnce * lanes);
         i32xN wrapped[2] = {splat<i32xN>(0), splat<i32xN>(0)}, high[2] = {splat<i32xN>(0), splat<i32xN>(0)};
-        const auto add = [&](int k) {
-            const i32xN x = load<i32xN>(src + i + k * i32xN::lanes);
+        const auto add = [&](int k, i32xN x) {
             wrapped[k] = wrapped[k] + x;
             high[k] = high[k] + shiftRight<16>(x);
         };
-        for (; i + 2 * i32xN::lanes <= stop; i += 2 * i32xN::lanes) {
-            add(0);
-            add(1);
+        for (; i + 2 * lanes <= stop; i += 2 * lanes) {
+            add(0, load<i32xN>(src + i));
+            add(1, load<i32xN>(src + i + lanes));
         }
-        if (i + i32xN::lanes <= stop) {
-            add(0);
-            i += i32xN::lanes;
-        }
+        for (int k = 0; k < 2; ++k) add(k, loadUpTo<i32xN>(src + i + k * lanes, stop - i - k * lanes));
+        i = stop;
         const i32xN upper = high[0] + high[1];
-        sum += sumOfLanes(upper) * 65536 + sumOfLanes((wrapped[0] + wrapped[1]) - shiftLeft<16>(upper));
+        sum += wideSumOfLanes(upper) * 65536 + wideSumOfLanes((wrapped[0] + wrapped[1]) - shiftLeft<16>(upper));
     }
-    for (; i < len; ++i) sum += src[i];
     return sum;
 }
 
@@ -209,36 +239,30 @@ VornStatus vornsSum_64fc(const Vorn64fc* src, int len, Vorn64fc* sum) {
 VornStatus vornsSum_16s32s_Sfs(const Vorn16s* src, int len, Vorn32s* sum, int scaleFactor) {
     VORN_CHECK(notNull(src, sum));
     VORN_CHECK(positive(len));
-    std::int64_t exact;
-    exactSum(src, len, exact);
-    *sum = scaled32(exact, scaleFactor);
+    *sum = scaled32(exactSum(src, len), scaleFactor);
     return vornStsNoErr;
 }
 
 VornStatus vornsSum_16s_Sfs(const Vorn16s* src, int len, Vorn16s* sum, int scaleFactor) {
     VORN_CHECK(notNull(src, sum));
     VORN_CHECK(positive(len));
-    std::int64_t exact;
-    exactSum(src, len, exact);
-    *sum = saturate<Vorn16s>(scaled32(exact, scaleFactor));
+    *sum = saturate<Vorn16s>(scaled32(exactSum(src, len), scaleFactor));
     return vornStsNoErr;
 }
 
 VornStatus vornsSum_16sc32sc_Sfs(const Vorn16sc* src, int len, Vorn32sc* sum, int scaleFactor) {
     VORN_CHECK(notNull(src, sum));
     VORN_CHECK(positive(len));
-    std::int64_t re, im;
-    exactSum(src, len, re, im);
-    *sum = {scaled32(re, scaleFactor), scaled32(im, scaleFactor)};
+    const ExactComplex exact = exactSum(src, len);
+    *sum = {scaled32(exact.re, scaleFactor), scaled32(exact.im, scaleFactor)};
     return vornStsNoErr;
 }
 
 VornStatus vornsSum_16sc_Sfs(const Vorn16sc* src, int len, Vorn16sc* sum, int scaleFactor) {
     VORN_CHECK(notNull(src, sum));
     VORN_CHECK(positive(len));
-    std::int64_t re, im;
-    exactSum(src, len, re, im);
-    *sum = {saturate<Vorn16s>(scaled32(re, scaleFactor)), saturate<Vorn16s>(scaled32(im, scaleFactor))};
+    const ExactComplex exact = exactSum(src, len);
+    *sum = {saturate<Vorn16s>(scaled32(exact.re, scaleFactor)), saturate<Vorn16s>(scaled32(exact.im, scaleFactor))};
     return vornStsNoErr;
 }
 
