@@ -257,14 +257,12 @@ private:
         for (int n = 0; n < radix; ++n) {
             combine(count - 1, x + 2 * n * stride, stride * radix, y + 2 * n * span, normalised, factor);
         }
-        // In a plan of three stages and more the second stage leaves its butterfly 0 unmultiplied.
-        const bool plainZero = count == 1 || (count == 2 && innermost_ > 2);
         for (std::int64_t k = 0; k < span; ++k) {
             C z[8];
             for (int n = 0; n < radix; ++n) {
                 const C a = {y[2 * (n * span + k)], y[2 * (n * span + k) + 1]};
                 const C w = twiddle(n * k, radix * span);
-                z[n] = n == 0 || (plainZero && k == 0) ? a : C{a.re * w.re - a.im * w.im, a.re * w.im + a.im * w.re};
+                z[n] = n == 0 || count == 1 ? a : C{a.re * w.re - a.im * w.im, a.re * w.im + a.im * w.re};
             }
             if (radix == 4) butterfly4(z, factor, false);
             if (radix == 8) butterfly8(z, factor, false);

@@ -32,7 +32,8 @@ void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* sr
             const Tables<T> tables = tablesOf(spec);
             const WideBlocks<T> blocks{dst};
             if (src == dst) {
-                bitReverse(spec.bitRevTab, order, reinterpret_cast<Complex<T>*>(dst));
+                auto* const values = reinterpret_cast<Complex<T>*>(dst);
+                bitReverse(spec.bitRevTab, order, values, values);
                 longTransform(tables, 0, order, scaled, target, blocks, target, work);
             } else {
                 longTransform(tables, 0, order, scaled, firstPassOfAll(tables, order, source, blocks), blocks, target,
@@ -74,13 +75,8 @@ void transformSplit(const FloatSpec<T>& spec, int order, Direction direction, co
                               work);
                 return;
             }
-            for (const auto& [from, to] : {std::pair{srcRe, dstRe}, std::pair{srcIm, dstIm}}) {
-                if (from == to) {
-                    bitReverse(spec.bitRevTab, order, to);
-                } else {
-                    bitReverseCopy(spec.bitRevTab, order, from, to);
-                }
-            }
+            bitReverse(spec.bitRevTab, order, srcRe, dstRe);
+            bitReverse(spec.bitRevTab, order, srcIm, dstIm);
             longTransform(tables, 0, order, scaled, target, target, target, work);
         }
     });

@@ -3,18 +3,36 @@
 #pragma once
 
 #include <cstddef>
+#include <utility>
 
 #include "fft/butterflies.h"
 #include "simd.h"
+#include "simd_groups.h"
+#include "simd_tile.h"
 
 namespace vorn::fft {
 
-enum class Parts { RealFirst, ImaginaryFirst };
+// Calls run<g>() for g from 0 to count - 1.
+template <int count, class Run>
+VORN_INLINE void eachGroup(Run run) {
+    [&]<int... g>(std::integer_sequence<int, g...>) __attribute__((always_inline)) {
+        (run.template operator()<g>(), ...);
+    }
+    (std::make_integer_sequence<int, count>{});
+}
 
 // Pairs. With the imaginary parts first, the forward transform is the inverse one: both ends of it exchange the parts.
 template <class T, Parts parts = Parts::RealFirst>
 struct Interleaved {
     T* data;
+
+    // How a first pass loads a vector of values.
+    template <class V>
+    using Point = Pairs<V, parts>;
+    template <class V>
+    VORN_INLINE Point<V> loadPoint(std::ptrdiff_t i) const {
+        return {vorn::load<V>(data + 2 * i)};
+    }
 
     template <class V>
     VORN_INLINE Complex<V> load(std::ptrdiff_t i) const {
@@ -33,22 +51,18 @@ struct Interleaved {
             data[2 * i] = z.re;
             data[2 * i + 1] = z.im;
         } else {
-            storePairs(data + 2 * i, z.re, z.im);
+            storePairGroups(data + 2 * i, z.re, z.im);
         }
     }
-    // One value each of lanes columns, count values a column, column after column from the first on; values come in
-    // bit-reversed order.
+    // As many neighbouring values as x holds, in bit-reversed order, from first on and from places step values apart.
     template <class V, int count>
-    VORN_INLINE void loadReversedColumns(std::ptrdiff_t first, Complex<V> (&points)[count]) const {
-        constexpr int run = 16 / sizeof(T);
-        const T* from[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) from[lane] = data + 2 * (first + lane * count);
-        for (int i = 0; i < 2 * count; i += run) {
+    VORN_INLINE void loadReversed(std::ptrdiff_t first, std::ptrdiff_t step, Point<V> (&x)[count]) const {
+        constexpr int run = 16 / sizeof(T) / 2;
+        for (int n = 0; n < count; n += run) {
             V v[run];
-            loadColumns(from, i, v);
-            for (int n = 0; n < run; n += 2) {
-                points[bitReversed((i + n) / 2, count)] = ordered(Complex<V>{v[n], v[n + 1]});
-            }
+            for (int i = 0; i < run; ++i) v[i] = loadGroups<V>(data + 2 * (first + n + i * step), 2 * run * step);
+            if constexpr (run == 2) transposePairs(v);
+            for (int i = 0; i < run; ++i) x[bitReversed(n + i, count)] = {v[i]};
         }
     }
     VORN_INLINE Interleaved from(std::ptrdiff_t offset) const { return {data + 2 * offset}; }
@@ -68,6 +82,12 @@ struct Split {
     T* im;
 
     template <class V>
+    using Point = Complex<V>;
+    template <class V>
+    VORN_INLINE Point<V> loadPoint(std::ptrdiff_t i) const {
+        return load<V>(i);
+    }
+    template <class V>
     VORN_INLINE Complex<V> load(std::ptrdiff_t i) const {
         if constexpr (ElementOf<V>::lanes == 1) {
             return {re[i], im[i]};
@@ -86,35 +106,30 @@ struct Split {
         }
     }
     template <class V, int count>
-    VORN_INLINE void loadReversedColumns(std::ptrdiff_t first, Complex<V> (&points)[count]) const {
+    VORN_INLINE void loadReversed(std::ptrdiff_t first, std::ptrdiff_t step, Point<V> (&x)[count]) const {
         constexpr int run = 16 / sizeof(T);
-        const T *fromRe[V::lanes], *fromIm[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) {
-            fromRe[lane] = re + first + lane * count;
-            fromIm[lane] = im + first + lane * count;
-        }
-        for (int i = 0; i < count; i += run) {
+        for (int n = 0; n < count; n += run) {
             V real[run], imaginary[run];
-            loadColumns(fromRe, i, real);
-            loadColumns(fromIm, i, imaginary);
-            for (int n = 0; n < run; ++n) points[bitReversed(i + n, count)] = {real[n], imaginary[n]};
+            for (int i = 0; i < run; ++i) {
+                real[i] = loadGroups<V>(re + first + n + i * step, run * step);
+                imaginary[i] = loadGroups<V>(im + first + n + i * step, run * step);
+            }
+            transposeGroups(real);
+            transposeGroups(imaginary);
+            for (int i = 0; i < run; ++i) x[bitReversed(n + i, count)] = {real[i], imaginary[i]};
         }
     }
-    // Column i of the points goes to the values from position[i] on.
-    template <class V, int count>
-    VORN_INLINE void storeColumns(const std::ptrdiff_t (&position)[V::lanes], const Complex<V> (&points)[count]) const {
-        constexpr int run = 16 / sizeof(T);
-        T *toRe[V::lanes], *toIm[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) {
-            toRe[lane] = re + position[lane];
-            toIm[lane] = im + position[lane];
-        }
-        for (int i = 0; i < count; i += run) {
-            V real[run], imaginary[run];
-            for (int n = 0; n < run; ++n) real[n] = points[i + n].re, imaginary[n] = points[i + n].im;
-            vorn::storeColumns(toRe, i, real);
-            vorn::storeColumns(toIm, i, imaginary);
-        }
+    // Stores the groups of z, each to the values from offset on of its own place.
+    template <class V, int groups>
+    static VORN_INLINE void storeGroups(const Split (&places)[groups], int offset, Complex<V> z) {
+        eachGroup<groups>([&]<int g>() __attribute__((always_inline)) {
+            storeGroup<g>(places[g].re + offset, z.re);
+            storeGroup<g>(places[g].im + offset, z.im);
+        });
+    }
+    // Where value number offset of the block at position begins, as addresses to which the compiler adds constants.
+    VORN_INLINE Split place(std::ptrdiff_t position, int offset) const {
+        return {keepApart(re + position + offset), keepApart(im + position + offset)};
     }
     VORN_INLINE Split from(std::ptrdiff_t offset) const { return {re + offset, im + offset}; }
 };
@@ -135,21 +150,21 @@ struct Blocks {
         vorn::store(data + 2 * i, z.re);
         vorn::store(data + 2 * i + lanes, z.im);
     }
-    template <class V, int count>
-    VORN_INLINE void storeColumns(const std::ptrdiff_t (&position)[V::lanes], const Complex<V> (&points)[count]) const {
-        static_assert(count % lanes == 0);
-        constexpr int run = 16 / sizeof(T);
-        T* to[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) to[lane] = data + 2 * position[lane];
-        for (int i = 0; i < count; i += run) {
-            V real[run], imaginary[run];
-            for (int n = 0; n < run; ++n) real[n] = points[i + n].re, imaginary[n] = points[i + n].im;
-            const int offset = i / lanes * (2 * lanes) + i % lanes;
-            vorn::storeColumns(to, offset, real);
-            vorn::storeColumns(to, offset + lanes, imaginary);
-        }
+    template <class V, int groups>
+    static VORN_INLINE void storeGroups(const Blocks (&places)[groups], int offset, Complex<V> z) {
+        eachGroup<groups>([&]<int g>() __attribute__((always_inline)) {
+            storeGroup<g>(places[g].data + numberOf(offset), z.re);
+            storeGroup<g>(places[g].data + numberOf(offset) + lanes, z.im);
+        });
+    }
+    VORN_INLINE Blocks place(std::ptrdiff_t position, int offset) const {
+        return {keepApart(data + 2 * position + numberOf(offset))};
     }
     VORN_INLINE Blocks from(std::ptrdiff_t offset) const { return {data + 2 * offset}; }
+
+private:
+    // Where the real part of a value stands.
+    static constexpr int numberOf(int value) { return value / lanes * (2 * lanes) + value % lanes; }
 };
 
 template <class T>

@@ -1,38 +1,44 @@
-// The bit-reversal passes: element i and the element whose order bits are those of i in reverse change place.
+// The bit-reversal pass: element i and the element whose order bits are those of i in reverse change place.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
+
+#include "fft/butterflies.h"
 
 namespace vorn::fft {
 
-// The table reverses the bits between the highest and the lowest; together with those two, entry i places the elements
-// 2i and 2i + 1 and the two that lie half the length behind them. order is at least 2.
-
+// dst may be src. Squares of elements change place as wholes: the highest bits of a place number the rows of a square,
+// far apart, the lowest ones its columns, which fill one cache line, and the reversed square stands where those in
+// between are reversed (Carter, Gatlin 1998). The table reverses order - 2 bits and gives twice the result. order is at
+// least 8.
 template <class Element>
-void bitReverseCopy(const std::int32_t* table, int order, const Element* src, Element* dst) {
-    const std::ptrdiff_t half = std::ptrdiff_t{1} << (order - 1);
-    for (std::ptrdiff_t i = 0; i < half / 2; ++i) {
-        const std::ptrdiff_t to = table[i];
-        dst[to] = src[2 * i];
-        dst[to + half] = src[2 * i + 1];
-        dst[to + 1] = src[2 * i + half];
-        dst[to + half + 1] = src[2 * i + half + 1];
-    }
-}
-
-template <class Element>
-void bitReverse(const std::int32_t* table, int order, Element* data) {
-    const std::ptrdiff_t half = std::ptrdiff_t{1} << (order - 1);
-    for (std::ptrdiff_t i = 0; i < half / 2; ++i) {
-        const std::ptrdiff_t here = 2 * i, to = table[i];
-        if (here > to) continue;
-        std::swap(data[here + 1], data[to + half]);
-        if (here == to) continue;
-        std::swap(data[here], data[to]);
-        std::swap(data[here + half], data[to + 1]);
-        std::swap(data[here + half + 1], data[to + half + 1]);
+void bitReverse(const std::int32_t* table, int order, const Element* src, Element* dst) {
+    constexpr int side = 64 / sizeof(Element), sideOrder = side == 4 ? 2 : side == 8 ? 3 : 4;
+    static_assert(side == 1 << sideOrder);
+    const std::ptrdiff_t step = std::ptrdiff_t{1} << (order - sideOrder);
+    const auto reversedFrom = [&](std::ptrdiff_t square, Element(&to)[side][side]) {
+        for (int row = 0; row < side; ++row) {
+            for (int column = 0; column < side; ++column) {
+                to[bitReversed(column, side)][bitReversed(row, side)] = src[row * step + square * side + column];
+            }
+        }
+    };
+    const auto store = [&](std::ptrdiff_t square, const Element(&from)[side][side]) {
+        for (int row = 0; row < side; ++row) {
+            for (int column = 0; column < side; ++column) dst[row * step + square * side + column] = from[row][column];
+        }
+    };
+    for (std::ptrdiff_t square = 0; square < step / side; ++square) {
+        const std::ptrdiff_t partner = table[square] >> (2 * sideOrder - 1);
+        if (partner < square) continue;
+        Element here[side][side], there[side][side];
+        reversedFrom(square, here);
+        if (partner != square) {
+            reversedFrom(partner, there);
+            store(square, there);
+        }
+        store(partner, here);
     }
 }
 

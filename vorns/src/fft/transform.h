@@ -41,85 +41,79 @@ void directTransform(int order, Level level, Source src, Target dst) {
         return;
     }
     const auto run = [&]<int length>() {
-        Complex<T> x[length];
+        Complex<T> x[length], result[length];
         for (int n = 0; n < length; ++n) x[n] = src.template load<T>(n);
-        transform(x, level);
-        for (int n = 0; n < length; ++n) dst.store(n, x[n]);
+        transform<length>([&](int n) { return x[n]; }, [&](int k, Complex<T> z) { result[k] = z; }, level);
+        for (int n = 0; n < length; ++n) dst.store(n, result[n]);
     };
     if (order == 2) run.template operator()<4>();
     if (order == 3) run.template operator()<8>();
 }
 
-// The first stage on lanes columns, and with it the second: n1 x n2 points become their transform. The twiddles of the
-// second stage are the same for every column; butterfly 0 needs none.
-template <int n1, int n2, class V>
-VORN_INLINE void transformColumns(Complex<V> (&points)[n1 * n2], const Element<V>* twiddles) {
-    Complex<V> first[n2][n1];
+// The first stage and, unless n2 is 1, the second, of as many columns as a vector of points covers; the twiddles of the
+// second are the same for every column. legs(i, x) gives the values i, i + n2, i + 2 n2 ... of the columns, and
+// block(c) tells where the transform of column c goes.
+template <int n1, int n2, class Point, class T, class Legs, class Block, class Target>
+VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Target dst) {
+    using Turn = Runs<Point>;
+    using V = typename Turn::Vector;
+    constexpr int runs = n1 / Turn::length * Turn::perGroup, groups = Turn::columns / Turn::perGroup;
+    Complex<V> first[n2][runs];
     for (int i = 0; i < n2; ++i) {
-        Complex<V> x[n1];
-        for (int n = 0; n < n1; ++n) x[n] = points[n * n2 + i];
+        Point x[n1];
+        legs(i, x);
         transform(x);
-        for (int k = 0; k < n1; ++k) first[i][k] = x[k];
+        Turn::from(x, first[i]);
     }
-    for (int k = 0; k < n1; ++k) {
-        Complex<V> x[n2];
-        for (int i = 0; i < n2; ++i) x[i] = first[i][k];
-        if (k > 0) {
-            for (int i = 1; i < n2; ++i) {
-                const Element<V>* factor = twiddles + (i - 1) * 2 * n1 + k;
-                x[i] = x[i] * Complex<V>{splat<V>(factor[0]), splat<V>(factor[n1])};
-            }
-        }
-        transform(x);
-        for (int n = 0; n < n2; ++n) points[k + n * n1] = x[n];
-    }
-}
-
-template <class V>
-auto atMostEightLanes(V v) {
-    if constexpr (V::lanes > 8) {
-        return lowHalf(v);
-    } else {
-        return v;
-    }
-}
-
-// The columns that a first pass takes at once. They fill lines of the destination piece by piece; with at most eight of
-// them these lines stay in the first-level cache, although those of a long transform share a few sets of it.
-template <class T>
-using ColumnLanes = decltype(atMostEightLanes(Wide<T>{}));
-
-// The first pass over data in natural order: column c, its values 2^order / points apart, becomes a block of the
-// bit-reversed order, at 2 * bitReversal[c].
-template <int n1, int n2, class V, class Source, class Target>
-void firstPass(const std::int32_t* bitReversal, const Element<V>* twiddles, int order, Source src, Target dst) {
-    constexpr int count = n1 * n2;
-    const std::ptrdiff_t columns = (std::ptrdiff_t{1} << order) / count;
-    for (std::ptrdiff_t column = 0; column < columns; column += V::lanes) {
-        Complex<V> points[count];
-        for (int n = 0; n < count; ++n) points[n] = src.template load<V>(n * columns + column);
+    for (int run = 0; run < runs; ++run) {
+        const int k = run / Turn::perGroup * Turn::length;
+        Target places[groups];
+        for (int g = 0; g < groups; ++g) places[g] = dst.place(block(Turn::perGroup * g + run % Turn::perGroup), k);
         if constexpr (n2 == 1) {
-            transform(points);
+            Target::storeGroups(places, 0, first[0][run]);
         } else {
-            transformColumns<n1, n2>(points, twiddles);
+            const T* const factors = keepApart(twiddles + k);
+            const auto load = [&](int i) {
+                const T* factor = factors + (i - 1) * 2 * n1;
+                if (i == 0) return first[0][run];
+                return first[i][run] * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
+            };
+            transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
         }
-        std::ptrdiff_t position[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) position[lane] = std::ptrdiff_t{2} * bitReversal[column + lane];
-        dst.storeColumns(position, points);
+    }
+}
+
+// The first pass over data in natural order: column c, its values 2^order / (n1 n2) apart, becomes a block of the
+// bit-reversed order, at 2 * bitReversal[c]. It runs in the widest vectors that the columns fill.
+template <int n1, int n2, class V, class T, class Source, class Target>
+void firstPass(const std::int32_t* bitReversal, const T* twiddles, int order, Source src, Target dst) {
+    using Point = typename Source::template Point<V>;
+    const std::ptrdiff_t columns = (std::ptrdiff_t{1} << order) / (n1 * n2);
+    if constexpr (V::lanes > Precision<T>::Narrow::lanes) {
+        if (columns < Runs<Point>::columns) {
+            return firstPass<n1, n2, decltype(lowHalf(V{}))>(bitReversal, twiddles, order, src, dst);
+        }
+    }
+    for (std::ptrdiff_t column = 0; column < columns; column += Runs<Point>::columns) {
+        const auto legs = [&](int i, Point(&x)[n1]) {
+            for (int n = 0; n < n1; ++n) x[n] = src.template loadPoint<V>((n * n2 + i) * columns + column);
+        };
+        const auto block = [&](int c) { return std::ptrdiff_t{2} * bitReversal[column + c]; };
+        transformColumns<n1, n2, Point>(twiddles, legs, block, dst);
     }
 }
 
 // The first pass over data that has been put into bit-reversed order; src and dst may be the same memory.
-template <int n1, int n2, class V, class Source, class Target>
-void firstPassReversed(const Element<V>* twiddles, int order, Source src, Target dst) {
+template <int n1, int n2, class V, class T, class Source, class Target>
+void firstPassReversed(const T* twiddles, int order, Source src, Target dst) {
+    using Point = typename Source::template Point<V>;
     constexpr int count = n1 * n2;
-    for (std::ptrdiff_t first = 0; first < std::ptrdiff_t{1} << order; first += V::lanes * count) {
-        Complex<V> points[count];
-        src.loadReversedColumns(first, points);
-        transformColumns<n1, n2>(points, twiddles);
-        std::ptrdiff_t position[V::lanes];
-        for (int lane = 0; lane < V::lanes; ++lane) position[lane] = first + lane * count;
-        dst.storeColumns(position, points);
+    for (std::ptrdiff_t first = 0; first < std::ptrdiff_t{1} << order; first += Runs<Point>::columns * count) {
+        const auto legs = [&](int i, Point(&x)[n1]) {
+            src.template loadReversed<V>(first + bitReversed(i, n2) * n1, count, x);
+        };
+        const auto block = [&](int c) { return first + c * count; };
+        transformColumns<n1, n2, Point>(twiddles, legs, block, dst);
     }
 }
 
@@ -130,14 +124,13 @@ void stage(const Element<V>* twiddles, int order, std::ptrdiff_t span, In in, Ou
     for (std::ptrdiff_t sub = 0; sub < std::ptrdiff_t{1} << order; sub += radix * span) {
         const Element<V>* factor = twiddles;
         for (std::ptrdiff_t k = sub; k < sub + span; k += V::lanes) {
-            Complex<V> x[radix];
-            x[0] = in.template load<V>(k);
-            for (int n = 1; n < radix; ++n, factor += 2 * V::lanes) {
-                x[n] = in.template load<V>(k + bitReversed(n, radix) * span) *
-                       Complex<V>{load<V>(factor), load<V>(factor + V::lanes)};
-            }
-            transform(x);
-            for (int n = 0; n < radix; ++n) out.store(k + n * span, x[n]);
+            const auto load = [&](int n) {
+                const Element<V>* at = factor + (n - 1) * 2 * V::lanes;
+                const Complex<V> x = in.template load<V>(k + bitReversed(n, radix) * span);
+                return n == 0 ? x : x * Complex<V>{vorn::load<V>(at), vorn::load<V>(at + V::lanes)};
+            };
+            transform<radix>(load, [&](int n, Complex<V> z) { out.store(k + n * span, z); });
+            factor += (radix - 1) * 2 * V::lanes;
         }
     }
 }
@@ -187,20 +180,16 @@ void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, 
     if (plan.stages() == 2) {
         const Blocks<T, Narrow::lanes> blocks{mid};
         if (plan.radix[0] == 4) {
-            firstPass<4, 1, Narrow>(tables.bitReversal, tables.twiddles, order, src, blocks);
+            firstPass<4, 1, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
         } else if constexpr (sizeof(T) == 8) {
-            firstPass<8, 1, Narrow>(tables.bitReversal, tables.twiddles, order, src, blocks);
+            firstPass<8, 1, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
         }
         laterStages<Narrow>(tables.twiddles, plan, 1, plan.radix[0], order, blocks, dst);
         return;
     }
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
         const WideBlocks<T> blocks{mid};
-        if ((std::ptrdiff_t{1} << order) / (n1 * n2) >= ColumnLanes<T>::lanes) {
-            firstPass<n1, n2, ColumnLanes<T>>(tables.bitReversal, tables.twiddles, order, src, blocks);
-        } else {
-            firstPass<n1, n2, Narrow>(tables.bitReversal, tables.twiddles, order, src, blocks);
-        }
+        firstPass<n1, n2, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
         laterStages<V>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, blocks, dst);
     });
 }
@@ -216,7 +205,7 @@ FirstPassDone firstPassOfAll(const Tables<T>& tables, int order, Source src, Mid
     int innermost = order;
     while (innermost >= Precision<T>::longOrder) innermost -= blockingOf<T>(innermost).block;
     withFirstRadices<T>(planOf<T>(innermost), [&]<int n1, int n2>() {
-        firstPass<n1, n2, ColumnLanes<T>>(tables.bitReversal, tables.twiddles, order, src, mid);
+        firstPass<n1, n2, Wide<T>>(tables.bitReversal, tables.twiddles, order, src, mid);
     });
     return {};
 }
@@ -227,7 +216,7 @@ void subTransform(const Tables<T>& tables, int order, Source src, Mid mid, Targe
     const Plan& plan = planOf<T>(order);
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
         if constexpr (!std::is_same_v<Source, FirstPassDone>) {
-            firstPassReversed<n1, n2, typename Precision<T>::Narrow>(tables.twiddles, order, src, mid);
+            firstPassReversed<n1, n2, Wide<T>>(tables.twiddles, order, src, mid);
         }
         laterStages<Wide<T>>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, mid, dst);
     });
