@@ -7,6 +7,12 @@
 
 #include "simd.h"
 
+// With AVX-512 too a tile is two registers of 32 bytes: building one of 64 bytes takes more shuffles than it saves
+// operations on short rows, and 64-byte arithmetic slows down what runs between the scores.
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#define VORN_WIDE_TILES 1
+#endif
+
 namespace vorn {
 
 // Hides how a pointer came about. Without it GCC 12 computes the addresses of neighbouring rows in vector registers,
@@ -25,9 +31,7 @@ struct Widths {};
 struct f32x4x4 {
     using Element = float;
     using Block = f32x4;
-#if defined(VORN_SIMD_AVX512)
-    __m512 v;  // rows 0 1 2 3
-#elif defined(VORN_SIMD_AVX2)
+#if defined(VORN_WIDE_TILES)
     __m256 v02, v13;
 #else
     __m128 v0, v1, v2, v3;
@@ -38,9 +42,7 @@ struct f32x4x4 {
 struct f64x2x4 {
     using Element = double;
     using Block = f64x2;
-#if defined(VORN_SIMD_AVX512)
-    __m512d v;
-#elif defined(VORN_SIMD_AVX2)
+#if defined(VORN_WIDE_TILES)
     __m256d v02, v13;
 #else
     __m128d v0, v1, v2, v3;
@@ -51,7 +53,7 @@ struct f64x2x4 {
 //
 // upperFloats(a): the elements times 2^16, where that is cheaper than the elements themselves; a sum over them comes
 // back by upperUnit. squares(a): the squares of the elements, rounded once.
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_WIDE_TILES)
 using f32x8of8 = f32x8;
 VORN_INLINE f32x8of8 toFloats(i16x8 a) { return {_mm256_cvtepi32_ps(_mm256_cvtepi16_epi32(a.v))}; }
 inline constexpr float upperUnit = 1;
@@ -78,15 +80,7 @@ VORN_INLINE f32x8of8 squares(i16x8 a) { return {toFloat(productsLow(a, a)), toFl
 
 // What a build takes at a time: singles and doubles, 16-bit integers (whole groups of eight), and 16-bit integers that
 // are to be widened to singles.
-#if defined(VORN_SIMD_AVX512)
-VORN_INLINE f32x16 toFloats(i16x16 a) { return {_mm512_cvtepi32_ps(_mm512_cvtepi16_epi32(a.v))}; }
-VORN_INLINE f32x16 upperFloats(i16x16 a) { return toFloats(a); }
-VORN_INLINE f32x16 squares(i16x16 a) { return toFloats(a) * toFloats(a); }
-using SingleWidths = Widths<f32x16, f32x8, f32x4>;
-using DoubleWidths = Widths<f64x8, f64x4, f64x2>;
-using ShortWidths = Widths<i16x32, i16x16, i16x8>;
-using ShortToSingleWidths = Widths<i16x16, i16x8>;
-#elif defined(VORN_SIMD_AVX2)
+#if defined(VORN_WIDE_TILES)
 using SingleWidths = Widths<f32x8, f32x4>;
 using DoubleWidths = Widths<f64x4, f64x2>;
 using ShortWidths = Widths<i16x16, i16x8>;
@@ -99,7 +93,7 @@ using ShortToSingleWidths = Widths<i16x8>;
 #endif
 
 // Four doubles, one for each row of a tile, in every build.
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_WIDE_TILES)
 using f64x4of4 = f64x4;
 VORN_INLINE f64x4of4 widened(f32x4 a) { return {_mm256_cvtps_pd(a.v)}; }
 // x in lane 0, zeros behind it.
@@ -174,87 +168,7 @@ VORN_INLINE auto rowsOf(V r0, V r1, V r2, V r3) {
     return RowsOf<block, V>::of(r0, r1, r2, r3);
 }
 
-#if defined(VORN_SIMD_AVX512)
-
-VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) { return {_mm512_sub_ps(a.v, b.v)}; }
-VORN_INLINE f64x2x4 operator-(f64x2x4 a, f64x2x4 b) { return {_mm512_sub_pd(a.v, b.v)}; }
-
-template <int block>
-struct RowsOf<block, f32x16> {
-    static VORN_INLINE f32x4x4 of(f32x16 r0, f32x16 r1, f32x16 r2, f32x16 r3) {
-        constexpr int half = block < 2 ? 0x44 : 0xEE;
-        const __m512 r01 = _mm512_shuffle_f32x4(r0.v, r1.v, half);
-        const __m512 r23 = _mm512_shuffle_f32x4(r2.v, r3.v, half);
-        return {_mm512_shuffle_f32x4(r01, r23, block % 2 == 0 ? 0x88 : 0xDD)};
-    }
-};
-template <int block>
-struct RowsOf<block, f32x8> {
-    static VORN_INLINE f32x4x4 of(f32x8 r0, f32x8 r1, f32x8 r2, f32x8 r3) {
-        constexpr int half = block == 0 ? 0x20 : 0x31;
-        const __m256 r01 = _mm256_permute2f128_ps(r0.v, r1.v, half);
-        const __m256 r23 = _mm256_permute2f128_ps(r2.v, r3.v, half);
-        return {_mm512_insertf32x8(_mm512_castps256_ps512(r01), r23, 1)};
-    }
-};
-template <>
-struct RowsOf<0, f32x4> {
-    static VORN_INLINE f32x4x4 of(f32x4 r0, f32x4 r1, f32x4 r2, f32x4 r3) {
-        return {
-            _mm512_insertf32x8(_mm512_castps256_ps512(_mm256_set_m128(r1.v, r0.v)), _mm256_set_m128(r3.v, r2.v), 1)};
-    }
-};
-template <int block>
-struct RowsOf<block, f64x8> {
-    static VORN_INLINE f64x2x4 of(f64x8 r0, f64x8 r1, f64x8 r2, f64x8 r3) {
-        constexpr int half = block < 2 ? 0x44 : 0xEE;
-        const __m512d r01 = _mm512_shuffle_f64x2(r0.v, r1.v, half);
-        const __m512d r23 = _mm512_shuffle_f64x2(r2.v, r3.v, half);
-        return {_mm512_shuffle_f64x2(r01, r23, block % 2 == 0 ? 0x88 : 0xDD)};
-    }
-};
-template <int block>
-struct RowsOf<block, f64x4> {
-    static VORN_INLINE f64x2x4 of(f64x4 r0, f64x4 r1, f64x4 r2, f64x4 r3) {
-        constexpr int half = block == 0 ? 0x20 : 0x31;
-        const __m256d r01 = _mm256_permute2f128_pd(r0.v, r1.v, half);
-        const __m256d r23 = _mm256_permute2f128_pd(r2.v, r3.v, half);
-        return {_mm512_insertf64x4(_mm512_castpd256_pd512(r01), r23, 1)};
-    }
-};
-template <>
-struct RowsOf<0, f64x2> {
-    static VORN_INLINE f64x2x4 of(f64x2 r0, f64x2 r1, f64x2 r2, f64x2 r3) {
-        const __m256d r01 = _mm256_set_m128d(r1.v, r0.v), r23 = _mm256_set_m128d(r3.v, r2.v);
-        return {_mm512_insertf64x4(_mm512_castpd256_pd512(r01), r23, 1)};
-    }
-};
-
-VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) {
-    const __m512 pairs = _mm512_add_ps(a.v, _mm512_permute_ps(a.v, 0xB1));
-    const __m512 sums = _mm512_add_ps(pairs, _mm512_permute_ps(pairs, 0x4E));
-    const __m512i firstOfRow = _mm512_setr_epi32(0, 4, 8, 12, 0, 4, 8, 12, 0, 4, 8, 12, 0, 4, 8, 12);
-    return {_mm512_castps512_ps128(_mm512_permutexvar_ps(firstOfRow, sums))};
-}
-VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) {
-    const __m512d sums = _mm512_add_pd(a.v, _mm512_permute_pd(a.v, 0x55));
-    return {_mm512_castpd512_pd256(_mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 0, 2, 4, 6), sums))};
-}
-VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
-    const __m512i transposed = _mm512_setr_epi32(0, 4, 8, 12, 1, 5, 9, 13, 2, 6, 10, 14, 3, 7, 11, 15);
-    const __m512 columns = _mm512_permutexvar_ps(transposed, a.v);
-    column[0] = {_mm512_castps512_ps128(columns)};
-    column[1] = {_mm512_extractf32x4_ps(columns, 1)};
-    column[2] = {_mm512_extractf32x4_ps(columns, 2)};
-    column[3] = {_mm512_extractf32x4_ps(columns, 3)};
-}
-VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
-    const __m512d columns = _mm512_permutexvar_pd(_mm512_setr_epi64(0, 2, 4, 6, 1, 3, 5, 7), a.v);
-    column[0] = {_mm512_castpd512_pd256(columns)};
-    column[1] = {_mm512_extractf64x4_pd(columns, 1)};
-}
-
-#elif defined(VORN_SIMD_AVX2)
+#if defined(VORN_WIDE_TILES)
 
 VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
     return {_mm256_sub_ps(a.v02, b.v02), _mm256_sub_ps(a.v13, b.v13)};
@@ -376,7 +290,7 @@ VORN_INLINE i32x4 sumNeighbours(i32x4 a, i32x4 b) {
     const __m128 x = _mm_castsi128_ps(a.v), y = _mm_castsi128_ps(b.v);
     return {_mm_add_epi32(_mm_castps_si128(_mm_shuffle_ps(x, y, 0x88)), _mm_castps_si128(_mm_shuffle_ps(x, y, 0xDD)))};
 }
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_WIDE_TILES)
 template <int n>
 VORN_INLINE i16x16 dropFirst(i16x16 a) {
     return {_mm256_srli_si256(a.v, 2 * n)};
@@ -395,7 +309,7 @@ template <>
 VORN_INLINE i16x8 inEachBlock<i16x8>(i16x8 a) {
     return a;
 }
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_WIDE_TILES)
 template <>
 VORN_INLINE i16x16 inEachBlock<i16x16>(i16x8 a) {
     return {_mm256_broadcastsi128_si256(a.v)};
@@ -410,7 +324,7 @@ struct Parts {
     V part[n];
 };
 using OneShortRow = Parts<i16x8, 1>;
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_WIDE_TILES)
 using FourShortRows = Parts<i16x16, 2>;
 VORN_INLINE FourShortRows fourShortRows(i16x8 r0, i16x8 r1, i16x8 r2, i16x8 r3) {
     return {{sideBySide(r0, r2), sideBySide(r1, r3)}};

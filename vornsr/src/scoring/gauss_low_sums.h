@@ -65,6 +65,8 @@ struct ColumnsFrom {
 // groups of eight goes to the lanes as passes of four, two and one columns bring it there: lane 1 gets the third and
 // fourth column of a pass of four, lane 0 all others.
 struct LowSums {
+    static constexpr std::ptrdiff_t group = 8;
+
     template <class Rows>
     static VORN_NOINLINE i32x4 ofFour(const Rows& rows, std::ptrdiff_t len, const LowShifts& shift) {
         return negated<FourShortRows>(rows, len, shift);

@@ -30,9 +30,11 @@ struct OneByOne {
     Kernel kernel;
 
     template <class Vectors, class T>
-    void operator()(const Vectors& vectors, std::ptrdiff_t height, ValOfRow<T> val, Store<T> fold) const {
+    void operator()(const Vectors& vectors, std::ptrdiff_t height, ValOfRow<T> val, IntoRun<T> fold) const {
         for (std::ptrdiff_t g = 0; g < height; ++g) {
-            kernel(vectors.src[g], vectors.mean[g], val.val + g, fold.result + g);
+            T score;
+            kernel(vectors.src[g], vectors.mean[g], val.val + g, &score);
+            fold.put(RowAlone{g, false}, splat<Four<T>>(score));
         }
     }
 };

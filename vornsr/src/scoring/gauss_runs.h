@@ -26,17 +26,6 @@ inline void logAddVector(const Vorn32f* src, Vorn32f* srcDst, std::ptrdiff_t len
 inline void logAddVector(const Vorn64f* src, Vorn64f* srcDst, std::ptrdiff_t len) {
     vornsLogAddVec_64f_M7(src, srcDst, static_cast<int>(len));
 }
-inline Vorn32f logSumOf(const Vorn32f* src, std::ptrdiff_t len) {
-    Vorn32f sum;
-    vornsLogSum_32f_M7(src, &sum, static_cast<int>(len));
-    return sum;
-}
-inline Vorn64f logSumOf(const Vorn64f* src, std::ptrdiff_t len) {
-    Vorn64f sum;
-    vornsLogSum_64f_M7(src, &sum, static_cast<int>(len));
-    return sum;
-}
-
 // Log-adds the score of each row to srcDst.
 template <std::ptrdiff_t rowsOfRun, class Scores, class Vectors, class Val, class T>
 void logAddInRuns(const Scores& scores, const Vectors& vectors, std::ptrdiff_t height, Val val, T* srcDst) {
@@ -47,19 +36,45 @@ void logAddInRuns(const Scores& scores, const Vectors& vectors, std::ptrdiff_t h
     });
 }
 
+// A run of scores, with the value of the runs before it in front, that is log-summed while it is made.
+template <class T>
+class LogSumOfRun {
+public:
+    LogSumOfRun(T* elements, std::ptrdiff_t inFront, std::ptrdiff_t len)
+        : elements_(elements), inFront_(inFront), len_(len) {}
+    // The scores before these have reached memory by now; these have not.
+    template <class Where>
+    VORN_INLINE void put(Where at, Four<T> score) {
+        storeAt(at, elements_ + inFront_, score);
+        advance(sum_, elements_, inFront_ + at.row, len_);
+    }
+    T finished() { return finish(sum_, elements_, len_); }
+
+private:
+    T* elements_;
+    std::ptrdiff_t inFront_, len_;
+    LogSumSoFar<std::conditional_t<std::is_same_v<T, Vorn32f>, f32x4, f64x2>> sum_;
+};
+template <class T>
+struct IntoRun {
+    LogSumOfRun<T>* run;
+    template <class Where>
+    VORN_INLINE void put(Where at, Four<T> score) const {
+        run->put(at, score);
+    }
+};
+
 // The log-sum over the scores of all rows: the value of the runs so far stands in front of the scores of the next.
 template <class Scores, class Vectors, class T>
 T logSumInRuns(const Scores& scores, const Vectors& vectors, std::ptrdiff_t height, const T* val) {
-    T buffer[1 + gaussiansOfRun];
+    T elements[1 + gaussiansOfRun];
     T sum = 0;
     forRuns(height, gaussiansOfRun, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-        scores(vectors.from(first), count, ValOfRow{val + first}, Store{buffer + 1});
-        if (first == 0) {
-            sum = logSumOf(buffer + 1, count);
-        } else {
-            buffer[0] = sum;
-            sum = logSumOf(buffer, count + 1);
-        }
+        const std::ptrdiff_t inFront = first > 0 ? 1 : 0;
+        elements[0] = sum;
+        LogSumOfRun<T> run(elements, inFront, inFront + count);
+        scores(vectors.from(first), count, ValOfRow{val + first}, IntoRun<T>{&run});
+        sum = run.finished();
     });
     return sum;
 }

@@ -13,18 +13,25 @@
 
 namespace vorn {
 
-// Runs over the rows, four at a time as long as there are four, then one by one.
+// Runs over the rows, the first `inFours` four at a time and the others one by one.
 template <class Vectors, class FourRows, class OneRow>
-VORN_INLINE void forRows(const Vectors& vectors, std::ptrdiff_t height, const FourRows& four, const OneRow& one) {
+VORN_INLINE void forRows(const Vectors& vectors, std::ptrdiff_t inFours, std::ptrdiff_t height, const FourRows& four,
+                         const OneRow& one) {
     auto src = walk(vectors.src);
     auto mean = walk(vectors.mean);
     auto var = walk(vectors.var);
     std::ptrdiff_t row = 0;
-    for (; row + 4 <= height; row += 4) {
+    for (; row < inFours; row += 4) {
         four(RowsFrom{row}, Pairing{src.four(), mean.four(), var.four()});
         src.next(), mean.next(), var.next();
     }
     for (; row < height; ++row) one(RowAlone{row, row + 1 == height && height % 2 != 0}, oneRow(vectors, row));
+}
+
+// How many rows advance in fours.
+template <class Sums>
+VORN_INLINE std::ptrdiff_t rowsInFours(std::ptrdiff_t len, std::ptrdiff_t height) {
+    return len < Sums::group ? 0 : height & ~std::ptrdiff_t{3};
 }
 
 template <class Sums, class Vectors, class End>
@@ -35,7 +42,7 @@ void scoreRows(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height
     const auto one = [&](RowAlone at, const auto& row) __attribute__((always_inline)) {
         end(at, Sums::ofOne(row, len));
     };
-    forRows(vectors, height, four, one);
+    forRows(vectors, rowsInFours<Sums>(len, height), height, four, one);
 }
 
 // At low precision a last odd row has a sum of its own.
@@ -48,7 +55,7 @@ void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t hei
     const auto one = [&](RowAlone at, const auto& row) __attribute__((always_inline)) {
         end(at, at.isOdd ? LowOddSum::ofOne(row, len, shift) : LowSums::ofOne(row, len, shift));
     };
-    forRows(vectors, height, four, one);
+    forRows(vectors, rowsInFours<LowSums>(len, height), height, four, one);
 }
 
 template <class Vectors>

@@ -196,14 +196,6 @@ VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Rows& rows, i
     for (; j < len; ++j) sum = sum - Terms::column(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
     return sum;
 }
-// -S in plain column order, for rows shorter than a group.
-template <class Terms, class Rows>
-inline auto negatedShortSums(const Rows& rows, std::ptrdiff_t len) {
-    typename Terms::Result sums[4];
-    for (int r = 0; r < 4; ++r) sums[r] = subtractColumns<Terms>(0, rows, r, 0, len);
-    return load<Four<typename Terms::Result>>(sums);
-}
-
 // Subtracts all whole groups V of columns of one row; returns how many columns are left behind them.
 template <class Terms, class V, class Row, class Subtract>
 VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t len, const Subtract& subtract) {
@@ -218,10 +210,10 @@ VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t le
 // columns one by one.
 struct SingleSums {
     using Terms = FloatTerms<Vorn32f>;
+    static constexpr std::ptrdiff_t group = 4;
 
     template <class Rows>
     static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
-        if (len < 4) return negatedShortSums<Terms>(rows, len);
         InLanes<f32x4x4> lanes;
         const std::ptrdiff_t left = subtractGroups<Terms>(SingleWidths{}, rows, len, lanes);
         f32x4 sums = sumNeighbours(lanes.sums);
@@ -255,10 +247,10 @@ VORN_INLINE Four<Vorn64f> lastColumn(const Rows& rows, std::ptrdiff_t len) {
 // -S in double: one accumulator of two lanes a row, lane 0 + lane 1, then a last odd column.
 struct DoubleSums {
     using Terms = FloatTerms<Vorn64f>;
+    static constexpr std::ptrdiff_t group = 2;
 
     template <class Rows>
     static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
-        if (len < 2) return negatedShortSums<Terms>(rows, len);
         InLanes<f64x2x4> lanes;
         const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, lanes);
         const Four<Vorn64f> sums = sumLanes(lanes.sums);
@@ -276,10 +268,10 @@ struct DoubleSums {
 // -S in double in plain column order.
 struct DoubleSumsInOrder {
     using Terms = FloatTerms<Vorn64f>;
+    static constexpr std::ptrdiff_t group = 2;
 
     template <class Rows>
     static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
-        if (len < 2) return negatedShortSums<Terms>(rows, len);
         InColumnOrder acc;
         const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, acc);
         return left > 0 ? acc.sums - lastColumn(rows, len) : acc.sums;
@@ -319,10 +311,11 @@ VORN_INLINE void subtractInFours(f32x4& lanes, f32x4 terms) { lanes = lanes - te
 // -S of 16-bit data in single: four lanes a row over groups of eight columns, the last len mod 8 columns one by one to
 // lane 0, then (lane 0 + lane 2) + (lane 1 + lane 3).
 struct ShortSums {
+    static constexpr std::ptrdiff_t group = 8;
+
     template <class Src, class Mean, class Var>
     static VORN_INLINE f32x4 ofFour(const Pairing<Src, Mean, Var>& rows, std::ptrdiff_t len) {
         using Terms = typename ShortGroups<Var>::Terms;
-        if (len < 8) return negatedShortSums<ExactShortTerms>(rows, len);
         InLanes<f32x4x4> acc;
         const std::ptrdiff_t left = subtractGroups<Terms>(typename ShortGroups<Var>::Widths{}, rows, len, acc);
         f32x4 lane[4];
@@ -418,6 +411,8 @@ struct RestPasses {
 // -S of 16-bit data with the identity covariance at low precision: as ShortSums, but the last len mod 8 columns come in
 // passes of four, two and one, whose differences saturate.
 struct ShortPassSums {
+    static constexpr std::ptrdiff_t group = 8;
+
     template <class Rows>
     static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
         InLanes<f32x4x4> acc;

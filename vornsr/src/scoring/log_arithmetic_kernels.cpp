@@ -134,11 +134,24 @@ private:
     Index interval_;
 };
 
-// One interval's coefficients for all lanes.
+// One interval's coefficients for all lanes: whole vectors in memory, which arithmetic takes as they are.
 template <class V, IntervalNumber interval>
-struct Uniform {
+class Uniform {
+public:
+    V operator[](int row) const { return load<V>(table_.row[row]); }
+
+private:
     using T = typename V::Element;
-    V operator[](int row) const { return splat<V>(coefficient<T>(row, interval)); }
+    struct Table {
+        alignas(sizeof(V)) T row[terms<T> + 1][V::lanes];
+    };
+    static constexpr Table table_ = [] {
+        Table table{};
+        for (int row = 0; row <= terms<T>; ++row) {
+            for (T& lane : table.row[row]) lane = coefficient<T>(row, interval);
+        }
+        return table;
+    }();
 };
 
 // m + f: in single one Horner chain, in double two, over the even and the odd rows in the square of t.
@@ -162,8 +175,11 @@ V addPolynomial(V m, V d, const Coefficients& p) {
 
 // How the lanes get their polynomials; the values are the same. Element-wise work wants the fewest operations: the
 // coefficients are chosen, and one polynomial is evaluated. In a running sum each step waits for the one before: all
-// three polynomials are evaluated beside one another, and the choice, which then delays nothing, comes last.
+// three polynomials are evaluated beside one another, and the choice, which then delays nothing, comes last. Where
+// other work fills the waiting, the fewest operations win again, if the choice is a look-up in registers.
 enum class Choice { First, Last };
+template <class V>
+constexpr Choice choiceBesideWork = HasLookup<V> ? Choice::First : Choice::Last;
 
 template <Split split, Choice choice = Choice::First, class V>
 V logAdd(V a, V b) {
@@ -217,19 +233,35 @@ f32x4 foldLanes(f32x4 sums) {
 }
 f64x2 foldLanes(f64x2 sums) { return logAdd<Split::Below, Choice::Last>(sums, upperToLower(sums)); }
 
-// shortest: the least length that is summed in lanes.
-template <class V>
-typename V::Element logSum(const typename V::Element* src, std::ptrdiff_t len, std::ptrdiff_t shortest) {
-    V sum = splat<V>(src[0]);
-    std::ptrdiff_t i = 1;
-    if (len >= shortest) {
-        V sums = load<V>(src);
-        for (i = V::lanes; i + V::lanes <= len; i += V::lanes)
-            sums = logAdd<Split::Below, Choice::Last>(sums, load<V>(src + i));
-        sum = splat<V>(firstLane(foldLanes(sums)));
+// The least length that is summed in lanes.
+template <class T>
+constexpr std::ptrdiff_t shortestInLanes = std::is_same_v<T, float> ? 8 : 5;
+
+template <Choice choice, class V>
+void advanceSums(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t made, std::ptrdiff_t len) {
+    if (len < shortestInLanes<typename V::Element>) return;
+    std::ptrdiff_t i = sum.taken;
+    if (i == 0 && made >= V::lanes) {
+        sum.sums = load<V>(src);
+        i = V::lanes;
     }
-    for (; i < len; ++i) sum = logAddElement(sum, src[i]);
-    return firstLane(sum);
+    V sums = sum.sums;
+    for (; i + V::lanes <= made; i += V::lanes) sums = logAdd<Split::Below, choice>(sums, load<V>(src + i));
+    sum.sums = sums;
+    sum.taken = i;
+}
+template <class V>
+typename V::Element finishedSum(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t len) {
+    advanceSums<Choice::Last>(sum, src, len, len);
+    std::ptrdiff_t i = sum.taken;
+    V total = splat<V>(i > 0 ? firstLane(foldLanes(sum.sums)) : src[i++]);
+    for (; i < len; ++i) total = logAddElement(total, src[i]);
+    return firstLane(total);
+}
+template <class V>
+typename V::Element logSum(const typename V::Element* src, std::ptrdiff_t len) {
+    LogSumSoFar<V> sum;
+    return finishedSum(sum, src, len);
 }
 
 // ---- Fixed point.
@@ -426,6 +458,15 @@ void logSubElements(const T* src, T* srcDst, std::ptrdiff_t len, Scale... scale)
 
 }  // namespace
 
+void advance(LogSumSoFar<f32x4>& sum, const Vorn32f* src, std::ptrdiff_t made, std::ptrdiff_t len) {
+    advanceSums<choiceBesideWork<f32x4>>(sum, src, made, len);
+}
+void advance(LogSumSoFar<f64x2>& sum, const Vorn64f* src, std::ptrdiff_t made, std::ptrdiff_t len) {
+    advanceSums<choiceBesideWork<f64x2>>(sum, src, made, len);
+}
+Vorn32f finish(LogSumSoFar<f32x4>& sum, const Vorn32f* src, std::ptrdiff_t len) { return finishedSum(sum, src, len); }
+Vorn64f finish(LogSumSoFar<f64x2>& sum, const Vorn64f* src, std::ptrdiff_t len) { return finishedSum(sum, src, len); }
+
 int ParamErr64f(const Vorn64f* src, const Vorn64f* srcDst, int len) {
     return anyElement<f64xN>(src, srcDst, len, [](f64xN a, f64xN b) { return any(b - a >= splat<f64xN>(0.0)); });
 }
@@ -467,5 +508,5 @@ using namespace vorn;
 
 void vornsLogAddVec_32f_M7_sp(const Vorn32f* src, Vorn32f* srcDst, int len) { logAddVector<f32x4>(src, srcDst, len); }
 void vornsLogAddVec_64f_M7(const Vorn64f* src, Vorn64f* srcDst, int len) { logAddVector<f64x2>(src, srcDst, len); }
-void vornsLogSum_32f_M7(const Vorn32f* src, Vorn32f* dst, int len) { dst[0] = logSum<f32x4>(src, len, 8); }
-void vornsLogSum_64f_M7(const Vorn64f* src, Vorn64f* dst, int len) { dst[0] = logSum<f64x2>(src, len, 5); }
+void vornsLogSum_32f_M7(const Vorn32f* src, Vorn32f* dst, int len) { dst[0] = logSum<f32x4>(src, len); }
+void vornsLogSum_64f_M7(const Vorn64f* src, Vorn64f* dst, int len) { dst[0] = logSum<f64x2>(src, len); }
