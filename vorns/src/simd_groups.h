@@ -32,6 +32,9 @@ VORN_INLINE void transposePairs(f32x4 (&v)[2]) {
     v[0] = {low}, v[1] = {high};
 }
 
+// The first pair of a, the second of b.
+VORN_INLINE f32x4 firstAndSecondPair(f32x4 a, f32x4 b) { return {_mm_shuffle_ps(a.v, b.v, _MM_SHUFFLE(3, 2, 1, 0))}; }
+
 // Group g from p + g * step.
 template <class V>
 V loadGroups(const typename V::Element* p, std::ptrdiff_t step);
@@ -90,6 +93,11 @@ VORN_INLINE void transposeGroups(f64x4 (&v)[2]) {
 VORN_INLINE void transposePairs(f32x8 (&v)[2]) {
     const __m256d a = _mm256_castps_pd(v[0].v), b = _mm256_castps_pd(v[1].v);
     v[0] = {_mm256_castpd_ps(_mm256_unpacklo_pd(a, b))}, v[1] = {_mm256_castpd_ps(_mm256_unpackhi_pd(a, b))};
+}
+// The second group of a and the first of b change place.
+VORN_INLINE void exchangeGroups(f64x4& a, f64x4& b) {
+    const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20), high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
+    a = {low}, b = {high};
 }
 template <>
 VORN_INLINE f32x8 loadGroups<f32x8>(const float* p, std::ptrdiff_t step) {

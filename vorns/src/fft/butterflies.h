@@ -16,6 +16,13 @@ struct Complex {
     V re, im;
 };
 
+// Pairs as they lie in memory: the real part in the first of two neighbouring lanes, or the imaginary one.
+enum class Parts { RealFirst, ImaginaryFirst };
+template <class V, Parts parts>
+struct Pairs {
+    V v;
+};
+
 template <class V>
 VORN_INLINE Complex<V> operator+(Complex<V> a, Complex<V> b) {
     return {a.re + b.re, a.im + b.im};
@@ -80,14 +87,13 @@ struct TimesFactor {
         const V f = constant<V>(factor);
         return {a.re * f, a.im * f};
     }
+    template <class V, Parts parts>
+    VORN_INLINE Pairs<V, parts> operator()(Pairs<V, parts> a) const {
+        return {a.v * constant<V>(factor)};
+    }
 };
 
-// Pairs as they lie in memory: the real part in the first of two neighbouring lanes, or the imaginary one.
-enum class Parts { RealFirst, ImaginaryFirst };
-template <class V, Parts parts>
-struct Pairs {
-    V v;
-};
+// Pairs as vectors.
 template <class V, Parts parts>
 VORN_INLINE Pairs<V, parts> operator+(Pairs<V, parts> a, Pairs<V, parts> b) {
     return {a.v + b.v};

@@ -29,7 +29,7 @@ struct Blocking {
     int buffer;
 };
 
-// The narrow vector of a precision: the lanes of every build, for transforms with few columns.
+// The narrow vector of a precision, for transforms with few columns: four lanes, where the build has them.
 template <class T>
 struct Precision;
 
@@ -58,7 +58,11 @@ struct Precision<float> {
 
 template <>
 struct Precision<double> {
+#if defined(__AVX2__)
+    using Narrow = f64x4;
+#else
     using Narrow = f64x2;
+#endif
     static constexpr int longOrder = 15;
     static constexpr Plan plans[] = {
         {4, 4},           // order 4

@@ -27,6 +27,33 @@ inline Tables<T> tablesOf(const FloatSpec<T>& spec) {
     return {spec.bitRevTab, firstTwiddle(spec.twdTab), spec.blkTwdTab};
 }
 
+// Eight pairs in registers of 16 bytes: one double pair each, or two neighbouring single pairs. The two of these run
+// through the transforms of the even and of the odd values side by side.
+template <Parts parts, class Level>
+VORN_INLINE void eightPairs(Level level, Interleaved<const double, parts> src, Interleaved<double, parts> dst) {
+    using Point = Pairs<f64x2, parts>;
+    transform<8, true>([&](int n) { return src.template loadPoint<f64x2>(n); },
+                       [&](int k, Point z) { store(dst.data + 2 * k, z.v); }, level);
+}
+template <Parts parts, class Level>
+VORN_INLINE void eightPairs(Level level, Interleaved<const float, parts> src, Interleaved<float, parts> dst) {
+    using Point = Pairs<f32x4, parts>;
+    Point x[4];
+    transform<4, true>([&](int n) { return src.template loadPoint<f32x4>(2 * n); }, [&](int k, Point z) { x[k] = z; },
+                       level);
+    const f32x4 root = splat<f32x4>(0.7071067811865476F);
+    for (int k = 0; k < 4; k += 2) {
+        f32x4 halves[2] = {x[k].v, x[k + 1].v};
+        transposePairs(halves);
+        const Point even = {halves[0]}, odd = {halves[1]}, turn = turned(odd);
+        const Point whole = k == 0 ? odd : turn;
+        const Point eighth = {(k == 0 ? odd + turn : turn - odd).v * root};
+        const Point factored = {firstAndSecondPair(whole.v, eighth.v)};
+        store(dst.data + 2 * k, (even + factored).v);
+        store(dst.data + 2 * k + 8, (even - factored).v);
+    }
+}
+
 // Orders 0 to 3, without a table. The factor, where there is one, falls on the first level of sums.
 template <class T, class Level, class Source, class Target>
 void directTransform(int order, Level level, Source src, Target dst) {
@@ -40,6 +67,9 @@ void directTransform(int order, Level level, Source src, Target dst) {
         dst.store(1, level(a - b));
         return;
     }
+    if constexpr (requires { eightPairs(level, src, dst); }) {
+        if (order == 3) return eightPairs(level, src, dst);
+    }
     const auto run = [&]<int length>() {
         Complex<T> x[length], result[length];
         for (int n = 0; n < length; ++n) x[n] = src.template load<T>(n);
@@ -50,7 +80,7 @@ void directTransform(int order, Level level, Source src, Target dst) {
     if (order == 3) run.template operator()<8>();
 }
 
-// The first stage and, unless n2 is 1, the second, of as many columns as a vector of points covers; the twiddles of the
+// The first two stages of as many columns as a vector of points covers; the twiddles of the
 // second are the same for every column. legs(i, x) gives the values i, i + n2, i + 2 n2 ... of the columns, and
 // block(c) tells where the transform of column c goes.
 template <int n1, int n2, class Point, class T, class Legs, class Block, class Target>
@@ -69,17 +99,13 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
         const int k = run / Turn::perGroup * Turn::length;
         Target places[groups];
         for (int g = 0; g < groups; ++g) places[g] = dst.place(block(Turn::perGroup * g + run % Turn::perGroup), k);
-        if constexpr (n2 == 1) {
-            Target::storeGroups(places, 0, first[0][run]);
-        } else {
-            const T* const factors = keepApart(twiddles + k);
-            const auto load = [&](int i) {
-                const T* factor = factors + (i - 1) * 2 * n1;
-                if (i == 0) return first[0][run];
-                return first[i][run] * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
-            };
-            transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
-        }
+        const T* const factors = keepApart(twiddles + k);
+        const auto load = [&](int i) {
+            const T* factor = factors + (i - 1) * 2 * n1;
+            if (i == 0) return first[0][run];
+            return first[i][run] * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
+        };
+        transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
     }
 }
 
@@ -158,7 +184,7 @@ void laterStages(const Element<V>* twiddles, const Plan& plan, int from, std::pt
     runStage<V>(twiddles, plan.radix[last], order, span, mid, dst);
 }
 
-// Calls run<n1, n2>() with the first two radices of a plan of at least three stages.
+// Calls run<n1, n2>() with the first two radices of a plan.
 template <class T, class Run>
 VORN_INLINE void withFirstRadices(const Plan& plan, Run run) {
     if constexpr (sizeof(T) == 8) {
@@ -170,22 +196,48 @@ VORN_INLINE void withFirstRadices(const Plan& plan, Run run) {
     run.template operator()<4, 4>();
 }
 
+// A transform of two stages, in narrow registers: the values between its stages need no memory.
+template <int n1, int n2, class T, class Source, class Target>
+void twoStages(const T* twiddles, Source src, Target dst) {
+    using V = typename Precision<T>::Narrow;
+    using Point = typename Source::template Point<V>;
+    using Turn = Runs<Point>;
+    constexpr int runs = n1 / Turn::length * Turn::perGroup;
+    Complex<V> first[n1 / V::lanes][n2];
+    for (int column = 0; column < n2; column += Turn::columns) {
+        Point x[n1];
+        Complex<V> run[runs];
+        transform<n1, true>([&](int n) { return src.template loadPoint<V>(n * n2 + column); },
+                            [&](int k, Point z) { x[k] = z; });
+        Turn::from(x, run);
+        if constexpr (V::lanes == 2 * Turn::length) {
+            // The neighbouring runs of one column become one.
+            for (int i = 0; i < runs; ++i) {
+                if (i / Turn::perGroup % 2 != 0) continue;
+                exchangeGroups(run[i].re, run[i + Turn::perGroup].re);
+                exchangeGroups(run[i].im, run[i + Turn::perGroup].im);
+            }
+        }
+        for (int i = 0; i < runs; ++i) first[i / Turn::columns][column + i % Turn::columns] = run[i];
+    }
+    for (int k = 0; k < n1; k += V::lanes) {
+        const Complex<V>(&x)[n2] = first[k / V::lanes];
+        const auto load = [&](int i) {
+            const T* factor = twiddles + (k / V::lanes * (n2 - 1) + i - 1) * 2 * V::lanes;
+            return i == 0 ? x[0] : x[i] * Complex<V>{vorn::load<V>(factor), vorn::load<V>(factor + V::lanes)};
+        };
+        transform<n2, true>(load, [&](int n, Complex<V> z) { dst.store(k + n * n1, z); });
+    }
+}
+
 // An order below longOrder, from data in natural order. mid has room for 2^order values and must not be src; it may be
 // dst.
 template <class T, class Source, class Target>
 void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, T* mid) {
     using V = Wide<T>;
-    using Narrow = typename Precision<T>::Narrow;
     const Plan& plan = planOf<T>(order);
     if (plan.stages() == 2) {
-        const Blocks<T, Narrow::lanes> blocks{mid};
-        if (plan.radix[0] == 4) {
-            firstPass<4, 1, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
-        } else if constexpr (sizeof(T) == 8) {
-            firstPass<8, 1, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
-        }
-        laterStages<Narrow>(tables.twiddles, plan, 1, plan.radix[0], order, blocks, dst);
-        return;
+        return withFirstRadices<T>(plan, [&]<int n1, int n2>() { twoStages<n1, n2>(tables.twiddles, src, dst); });
     }
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
         const WideBlocks<T> blocks{mid};
