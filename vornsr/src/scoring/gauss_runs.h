@@ -42,11 +42,10 @@ class LogSumOfRun {
 public:
     LogSumOfRun(T* elements, std::ptrdiff_t inFront, std::ptrdiff_t len)
         : elements_(elements), inFront_(inFront), len_(len) {}
-    // The scores before these have reached memory by now; these have not.
     template <class Where>
     VORN_INLINE void put(Where at, Four<T> score) {
         storeAt(at, elements_ + inFront_, score);
-        advance(sum_, elements_, inFront_ + at.row, len_);
+        advance(sum_, elements_, inFront_ + at.row + (Where::areFour ? 4 : 1), len_);
     }
     T finished() { return finish(sum_, elements_, len_); }
 

@@ -52,11 +52,33 @@ struct Subtracted {
     }
 };
 
-// The terms of a vector's last eight columns, of which the last `count` have not been summed: those join in order.
+// The terms of a vector's last eight columns, of which the last `count`, at least one, have not been summed: those join
+// in order.
 template <class Sign, class T>
 VORN_INLINE T joinLast(T sum, const T (&term)[8], std::ptrdiff_t count) {
-    for (std::ptrdiff_t k = 8 - count; k < 8; ++k) sum = Sign()(sum, term[k]);
-    return sum;
+    constexpr Sign join;
+    switch (count) {
+        case 7:
+            sum = join(sum, term[1]);
+            [[fallthrough]];
+        case 6:
+            sum = join(sum, term[2]);
+            [[fallthrough]];
+        case 5:
+            sum = join(sum, term[3]);
+            [[fallthrough]];
+        case 4:
+            sum = join(sum, term[4]);
+            [[fallthrough]];
+        case 3:
+            sum = join(sum, term[5]);
+            [[fallthrough]];
+        case 2:
+            sum = join(sum, term[6]);
+            [[fallthrough]];
+        default:
+            return join(sum, term[7]);
+    }
 }
 
 // S, or -S. Of each sixteen columns the first eight go to one accumulator of four lanes and the next eight to another;
@@ -188,31 +210,21 @@ VORN_INLINE EightSingles singlesOf(const Vorn16s* p) {
 }
 VORN_INLINE EightSingles singlesOf(const Vorn32f* p) { return {load<f32x4>(p), load<f32x4>(p + 4)}; }
 
-// Adds the group sums of one or two groups of eight to the running sum, in order: lanes 0 to 3 + lanes 4 to 7, then
+// Adds the sums of two groups of eight columns to the running sum, in order: lanes 0 to 3 + lanes 4 to 7, then
 // (0 + 2) + (1 + 3).
-template <class F>
-VORN_INLINE void addGroups(float& sum, F terms) {
-    if constexpr (F::lanes == 8) {
-        sum += sumHalves(lowHalf(terms) + highHalf(terms));
-    } else {
-        addGroups(sum, lowHalf(terms));
-        addGroups(sum, highHalf(terms));
-    }
-}
-// The same of a whole vector of 16-bit columns, as far as the build has one wider than a group.
-template <class Var>
-VORN_INLINE void addWideGroups(float& sum, i16xN d, Var var) {
-    using F = f32xN;
-    F low = toFloat(widenLow(d)), high = toFloat(widenHigh(d));
-    low = low * low, high = high * high;
+template <class V, class Var>
+VORN_INLINE void addTwoGroups(float& sum, V d, Var var) {
+    auto first = toFloat(widenLow(d)), second = toFloat(widenHigh(d));
+    using F = decltype(first);
+    first = first * first, second = second * second;
     if constexpr (std::is_same_v<Var, const Vorn16s*>) {
-        const i16xN v = load<i16xN>(var);
-        low = low * toFloat(widenLow(v)), high = high * toFloat(widenHigh(v));
+        const V v = load<V>(var);
+        first = first * toFloat(widenLow(v)), second = second * toFloat(widenHigh(v));
     } else if constexpr (!isUnit<Var>) {
-        low = low * load<F>(var), high = high * load<F>(var + F::lanes);
+        first = first * load<F>(var), second = second * load<F>(var + F::lanes);
     }
-    addGroups(sum, low);
-    addGroups(sum, high);
+    sum += sumHalves(lowHalf(first) + highHalf(first));
+    sum += sumHalves(lowHalf(second) + highHalf(second));
 }
 
 // The terms of eight columns with exact differences.
@@ -235,9 +247,10 @@ template <class Var>
 inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdiff_t len) {
     float sum = 0.0f;
     std::ptrdiff_t j = 0;
-    if constexpr (i16xN::lanes > 8) {
-        for (; j + i16xN::lanes <= len; j += i16xN::lanes) {
-            addWideGroups(sum, subSat(load<i16xN>(x + j), load<i16xN>(mean + j)), var + j);
+    using TwoGroups = FourShortRows::Vector;
+    if constexpr (TwoGroups::lanes == 16) {
+        for (; j + 16 <= len; j += 16) {
+            addTwoGroups(sum, subSat(load<TwoGroups>(x + j), load<TwoGroups>(mean + j)), var + j);
         }
     }
     for (; j + 8 <= len; j += 8) {
@@ -287,11 +300,14 @@ inline std::int64_t exactSquares(const Vorn16s* x, const Vorn16s* mean, std::ptr
     std::ptrdiff_t j = 0;
     do {
         const std::ptrdiff_t vectors = (len - j) / i16xN::lanes;
-        SquareSums<i32xN> wide;
-        for (std::ptrdiff_t n = vectors < steps ? vectors : steps; n > 0; --n, j += i16xN::lanes) {
-            wide.add(subSat(load<i16xN>(x + j), load<i16xN>(mean + j)));
+        SquareSums<i32x4> four;
+        if (vectors > 0) {
+            SquareSums<i32xN> wide;
+            for (std::ptrdiff_t n = vectors < steps ? vectors : steps; n > 0; --n, j += i16xN::lanes) {
+                wide.add(subSat(load<i16xN>(x + j), load<i16xN>(mean + j)));
+            }
+            four = {foldedToFour(wide.low), foldedToFour(wide.high)};
         }
-        SquareSums<i32x4> four{foldedToFour(wide.low), foldedToFour(wide.high)};
         if (vectors <= steps) {
             for (; j + 8 <= len; j += 8) four.add(subSat(load<i16x8>(x + j), load<i16x8>(mean + j)));
             if (len & 4) four.add(subSat(loadFirst<i16x8, 4>(x + j), loadFirst<i16x8, 4>(mean + j))), j += 4;
@@ -334,20 +350,26 @@ VORN_INLINE i16x8 firstLowWeights(Var var) {
     }
 }
 
+// The length from which low-precision sums in the widest vectors of the build pay for folding them at the end.
+inline constexpr std::ptrdiff_t widensFrom = 2 * i16xN::lanes;
+
 // -S / 2 x 2^-scaleFactor in wrapping integers. The groups of eight are shifted once, at their end and negated; the
 // remainders of four, of two and of one at once and then subtracted.
 template <class Var>
 inline std::int32_t negatedLowScore(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdiff_t len,
                                     int scaleFactor) {
     const LowShifts shifts(scaleFactor);
-    i32xN wideHigh = splat<i32xN>(0), wideLow = wideHigh;
+    i32x4 high = splat<i32x4>(0), low = high;
     std::ptrdiff_t j = 0;
-    for (; j + i16xN::lanes <= len; j += i16xN::lanes) {
-        const i16xN d = subSat(load<i16xN>(x + j), load<i16xN>(mean + j));
-        const auto t = lowTerms(d, lowWeights<i16xN>(var + j));
-        wideHigh = wideHigh - t.high, wideLow = wideLow - t.low;
+    if (len >= widensFrom) {
+        i32xN wideHigh = splat<i32xN>(0), wideLow = wideHigh;
+        for (; j + i16xN::lanes <= len; j += i16xN::lanes) {
+            const i16xN d = subSat(load<i16xN>(x + j), load<i16xN>(mean + j));
+            const auto t = lowTerms(d, lowWeights<i16xN>(var + j));
+            wideHigh = wideHigh - t.high, wideLow = wideLow - t.low;
+        }
+        high = foldedToFour(wideHigh), low = foldedToFour(wideLow);
     }
-    i32x4 high = foldedToFour(wideHigh), low = foldedToFour(wideLow);
     for (; j + 8 <= len; j += 8) {
         const i16x8 d = subSat(load<i16x8>(x + j), load<i16x8>(mean + j));
         const auto t = lowTerms(d, lowWeights<i16x8>(var + j));

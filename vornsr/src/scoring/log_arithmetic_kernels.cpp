@@ -237,9 +237,9 @@ f64x2 foldLanes(f64x2 sums) { return logAdd<Split::Below, Choice::Last>(sums, up
 template <class T>
 constexpr std::ptrdiff_t shortestInLanes = std::is_same_v<T, float> ? 8 : 5;
 
+// Takes whole vectors of the first `made` elements.
 template <Choice choice, class V>
-void advanceSums(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t made, std::ptrdiff_t len) {
-    if (len < shortestInLanes<typename V::Element>) return;
+void addVectors(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t made) {
     std::ptrdiff_t i = sum.taken;
     if (i == 0 && made >= V::lanes) {
         sum.sums = load<V>(src);
@@ -250,13 +250,32 @@ void advanceSums(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdi
     sum.sums = sums;
     sum.taken = i;
 }
+// Takes the first `made` elements one by one.
+template <class V>
+void addElements(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t made) {
+    std::ptrdiff_t i = sum.taken;
+    V total = i > 0 ? sum.sums : splat<V>(src[i++]);
+    for (; i < made; ++i) total = logAddElement(total, src[i]);
+    sum.sums = total;
+    sum.taken = i;
+}
+
+// Sums of single elements wait until all are there: their branches go either way, and one that went wrong would take
+// the work beside it along.
+template <class V>
+void advanceSum(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t made, std::ptrdiff_t len) {
+    // The newest elements are on their way to memory: a vector with some of them would have to wait.
+    constexpr std::ptrdiff_t newest = 4;
+    if (len >= shortestInLanes<typename V::Element>) addVectors<choiceBesideWork<V>>(sum, src, made - newest);
+}
 template <class V>
 typename V::Element finishedSum(LogSumSoFar<V>& sum, const typename V::Element* src, std::ptrdiff_t len) {
-    advanceSums<Choice::Last>(sum, src, len, len);
-    std::ptrdiff_t i = sum.taken;
-    V total = splat<V>(i > 0 ? firstLane(foldLanes(sum.sums)) : src[i++]);
-    for (; i < len; ++i) total = logAddElement(total, src[i]);
-    return firstLane(total);
+    if (len >= shortestInLanes<typename V::Element>) {
+        addVectors<Choice::Last>(sum, src, len);
+        sum.sums = splat<V>(firstLane(foldLanes(sum.sums)));
+    }
+    addElements(sum, src, len);
+    return firstLane(sum.sums);
 }
 template <class V>
 typename V::Element logSum(const typename V::Element* src, std::ptrdiff_t len) {
@@ -459,10 +478,10 @@ void logSubElements(const T* src, T* srcDst, std::ptrdiff_t len, Scale... scale)
 }  // namespace
 
 void advance(LogSumSoFar<f32x4>& sum, const Vorn32f* src, std::ptrdiff_t made, std::ptrdiff_t len) {
-    advanceSums<choiceBesideWork<f32x4>>(sum, src, made, len);
+    advanceSum(sum, src, made, len);
 }
 void advance(LogSumSoFar<f64x2>& sum, const Vorn64f* src, std::ptrdiff_t made, std::ptrdiff_t len) {
-    advanceSums<choiceBesideWork<f64x2>>(sum, src, made, len);
+    advanceSum(sum, src, made, len);
 }
 Vorn32f finish(LogSumSoFar<f32x4>& sum, const Vorn32f* src, std::ptrdiff_t len) { return finishedSum(sum, src, len); }
 Vorn64f finish(LogSumSoFar<f64x2>& sum, const Vorn64f* src, std::ptrdiff_t len) { return finishedSum(sum, src, len); }

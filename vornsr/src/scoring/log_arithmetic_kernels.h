@@ -29,7 +29,7 @@ struct LogSumSoFar {
     V sums;
     std::ptrdiff_t taken = 0;
 };
-// Takes what there is of the len elements at src, the first `made` of them, as far as it fills whole vectors.
+// Takes some of the len elements at src, of which the first `made` are there.
 void advance(LogSumSoFar<f32x4>& sum, const Vorn32f* src, std::ptrdiff_t made, std::ptrdiff_t len);
 void advance(LogSumSoFar<f64x2>& sum, const Vorn64f* src, std::ptrdiff_t made, std::ptrdiff_t len);
 // Takes the rest; the log-sum of all len elements, with the bits of vornsLogSum_*_M7.
