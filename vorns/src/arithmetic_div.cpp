@@ -18,10 +18,11 @@ constexpr VornStatus notZero(T val) {
 }
 
 // The whole vector is computed, also where a divisor is zero.
-template <class Quotient, class A, class B, class D>
+template <Extent extent = Extent::small, class Quotient, class A, class B, class D>
 VORN_NOINLINE VornStatus divide(const Quotient& how, A dividend, B divisor, D* dst, std::int64_t len) {
+    if (extent == Extent::small && !isSmall<D>(len)) return divide<Extent::any>(how, dividend, divisor, dst, len);
     const Quotient quotient = how;
-    forElements(quotient, dividend, divisor, dst, len);
+    forElements<extent>(quotient, dividend, divisor, dst, len);
     return quotient.metZero() ? vornStsDivByZero : vornStsNoErr;
 }
 
@@ -117,13 +118,13 @@ VornStatus vornsDiv_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
 VornStatus vornsDiv_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(src2), elements(src1), dst, len);
+    return divide(ComplexQuotient<Vorn32f>(), elements(src2), complexFactors(src1), dst, len);
 }
 
 VornStatus vornsDiv_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(srcDst), elements(src), srcDst, len);
+    return divide(ComplexQuotient<Vorn32f>(), elements(srcDst), complexFactors(src), srcDst, len);
 }
 
 VornStatus vornsDiv_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -141,13 +142,13 @@ VornStatus vornsDiv_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
 VornStatus vornsDiv_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(src2), elements(src1), dst, len);
+    return divide(ComplexQuotient<Vorn64f>(), elements(src2), complexFactors(src1), dst, len);
 }
 
 VornStatus vornsDiv_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(srcDst), elements(src), srcDst, len);
+    return divide(ComplexQuotient<Vorn64f>(), elements(srcDst), complexFactors(src), srcDst, len);
 }
 
 VornStatus vornsDivC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor) {
@@ -218,7 +219,7 @@ VornStatus vornsDivC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(src), constant(val), dst, len);
+    divide(ComplexQuotient<Vorn32f>(), elements(src), constantFactor(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -226,7 +227,7 @@ VornStatus vornsDivC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(srcDst), constant(val), srcDst, len);
+    divide(ComplexQuotient<Vorn32f>(), elements(srcDst), constantFactor(val), srcDst, len);
     return vornStsNoErr;
 }
 
@@ -250,7 +251,7 @@ VornStatus vornsDivC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(src), constant(val), dst, len);
+    divide(ComplexQuotient<Vorn64f>(), elements(src), constantFactor(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -258,7 +259,7 @@ VornStatus vornsDivC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(srcDst), constant(val), srcDst, len);
+    divide(ComplexQuotient<Vorn64f>(), elements(srcDst), constantFactor(val), srcDst, len);
     return vornStsNoErr;
 }
 

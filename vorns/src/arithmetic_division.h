@@ -6,14 +6,19 @@
 #include <bit>
 #include <cstdint>
 
+#include "arithmetic_ops.h"
 #include "frame/scale.h"
 #include "operands.h"
 #include "simd.h"
+#include "simd_divide.h"
 
 namespace vorn {
 
+template <class V>
+using MaskOf = decltype(V{} == V{});
+
 // Remembers whether a divisor was zero. The lanes that fill up a short vector are ones.
-template <class V, int lanesAtOnce, bool lightWork>
+template <class Mask, int lanesAtOnce, bool lightWork>
 class WatchesDivisor {
 public:
     static constexpr int lanes = lanesAtOnce;
@@ -22,45 +27,47 @@ public:
     bool metZero() const { return any(zeros_); }
 
 protected:
-    using Mask = decltype(V{} == V{});
     VORN_INLINE Mask note(Mask zero) const {
         zeros_ = zeros_ | zero;
         return zero;
     }
 
 private:
-    mutable Mask zeros_ = splat<V>(1) == splat<V>(0);
+    mutable Mask zeros_{};
 };
 
 // Floats: the processor's division says everything.
 template <class T>
-struct FloatQuotient : WatchesDivisor<Wide<T>, Wide<T>::lanes, true> {
+struct FloatQuotient : WatchesDivisor<MaskOf<Wide<T>>, Wide<T>::lanes, true> {
     using V = Wide<T>;
     VORN_INLINE V operator()(V dividend, V divisor) const {
         this->note(divisor == splat<V>(0));
-        return dividend / divisor;
+        return divided(dividend, divisor);
     }
 };
 
-// (a conj(b)) / |b|^2; where b is zero, each part of a is divided by +0.
+template <class V>
+using ComplexMaskOf = decltype(zeros(V{}));
+
+// (a conj(b)) / |b|^2
 template <class V>
 struct ComplexFraction {
     V numerator, denominator;
-    decltype(V{} == V{}) zero;
-    VORN_INLINE ComplexFraction(V a, V b) {
-        const V squares = b * b, magnitudes = absOf(b);
-        zero = magnitudes + swapPairs(magnitudes) == splat<V>(0);
-        denominator = squares + swapPairs(squares);
-        numerator = select(zero, a, addSub(a * dupEven(b), -(swapPairs(a) * dupOdd(b))));
+    VORN_INLINE ComplexFraction(V a, const ComplexFactor<V>& b) {
+        const V squares = b.value * b.value;
+        numerator = subAdd(a * b.re, exchanged(a) * b.im);
+        denominator = squares + exchanged(squares);
     }
 };
 
+// Where the divisor is zero, each part of the dividend is divided by +0.
 template <class T>
-struct ComplexQuotient : WatchesDivisor<Wide<T>, Wide<T>::lanes, false> {
+struct ComplexQuotient : WatchesDivisor<ComplexMaskOf<Wide<T>>, Wide<T>::lanes, false> {
     using V = Wide<T>;
-    VORN_INLINE V operator()(V dividend, V divisor) const {
-        const ComplexFraction<V> fraction(dividend, divisor);
-        this->note(fraction.zero);
+    VORN_INLINE V operator()(V dividend, const ComplexFactor<V>& divisor) const {
+        ComplexFraction<V> fraction(dividend, divisor);
+        const auto zero = zeros(divisor.value);
+        if (any(zero)) fraction.numerator = selectComplex(this->note(zero), dividend, fraction.numerator);
         return fraction.numerator / fraction.denominator;
     }
 };
@@ -81,9 +88,9 @@ VORN_INLINE V tinyDivisor() {
 
 template <class V>
 struct RealDivision {
-    V factor, highest;
-    VORN_INLINE V operator()(V a, V b, decltype(V{} == V{}) zero) const {
-        return minOf(a * factor / select(zero, tinyDivisor<V>(), b), highest);
+    V factor, lowest, highest;
+    VORN_INLINE V operator()(V a, V b, MaskOf<V> zero) const {
+        return between(lowest, a * factor / select(zero, tinyDivisor<V>(), b), highest);
     }
 };
 
@@ -96,8 +103,8 @@ VORN_INLINE f64xN nearestInteger(f64xN x) {
 // Exact also where |a| 2^-sf reaches 2^52: the remainder decides. The nearest integer n to y is the nearest to x or its
 // neighbour; N - n b is computed without a rounding, n in two pieces of which no product with b has more than 48 bits.
 struct CorrectedDivision {
-    f64xN factor, highest;
-    VORN_INLINE f64xN operator()(f64xN a, f64xN b, decltype(a == b) zero) const {
+    f64xN factor, lowest, highest;
+    VORN_INLINE f64xN operator()(f64xN a, f64xN b, MaskOf<f64xN> zero) const {
         const f64xN divisor = select(zero, tinyDivisor<f64xN>(), b), dividend = a * factor;
         const f64xN bound = splat<f64xN>(0x1p32);
         const f64xN n = nearestInteger(maxOf(minOf(dividend / divisor, bound), -bound));
@@ -107,22 +114,22 @@ struct CorrectedDivision {
         const f64xN half = n * splat<f64xN>(0.5);
         const auto away = (twice > size) | ((twice == size) & (nearestInteger(half) != half));
         const f64xN sign = (remainder ^ divisor) & splat<f64xN>(-0.0);
-        return minOf(n + select(away, splat<f64xN>(1) | sign, splat<f64xN>(0)), highest);
+        return between(lowest, n + select(away, splat<f64xN>(1) | sign, splat<f64xN>(0)), highest);
     }
 };
 
-// From integer lanes to floating-point ones and back. Above 2^31 the conversion back gives the lowest integer, so the
-// division keeps its result below; a result below -2^31 comes out right by itself.
+// From integer lanes to floating-point ones and back.
 
 VORN_INLINE Halves<i32xN> widen(i16xN a) { return zip(a, shiftRight<15>(a)); }
 VORN_INLINE Halves<i32xN> widenUnsigned(i16xN a) { return zip(a, splat<i16xN>(0)); }
 
 template <class V, class Division, int lanesAtOnce>
-class IntegerQuotient : public WatchesDivisor<V, lanesAtOnce, false> {
+class IntegerQuotient : public WatchesDivisor<MaskOf<V>, lanesAtOnce, false> {
 public:
-    // The quotient of so many lanes with scale factor sf, at most highest.
-    IntegerQuotient(int sf, typename V::Element highest)
-        : division_{splat<V>(static_cast<typename V::Element>(GetScale_32s64f(sf))), splat<V>(highest)} {}
+    // The quotient with scale factor sf, from lowest to highest.
+    IntegerQuotient(int sf, typename V::Element lowest, typename V::Element highest)
+        : division_{splat<V>(static_cast<typename V::Element>(GetScale_32s64f(sf))), splat<V>(lowest),
+                    splat<V>(highest)} {}
 
 protected:
     VORN_INLINE i32xN quotient(i32xN a, i32xN b) const {
@@ -143,7 +150,7 @@ private:
 
 // Single precision is exact: 255 x 2^15 < 2^23, and at sf = -16 every quotient saturates.
 struct Quotient8u : IntegerQuotient<f32xN, RealDivision<f32xN>, i8xN::lanes> {
-    explicit Quotient8u(int sf) : IntegerQuotient(std::clamp(sf, -16, 9), 256.0f) {}
+    explicit Quotient8u(int sf) : IntegerQuotient(std::clamp(sf, -16, 9), 0, 255) {}
     VORN_INLINE i8xN operator()(i8xN dividend, i8xN divisor) const {
         const auto a = splitUnsigned(dividend), b = splitUnsigned(divisor);
         return joinSatUnsigned(Halves<i16xN>{joinSat(quotient(widenUnsigned(a.low), widenUnsigned(b.low))),
@@ -155,7 +162,7 @@ struct Quotient8u : IntegerQuotient<f32xN, RealDivision<f32xN>, i8xN::lanes> {
 template <class V>
 struct Quotient16s : IntegerQuotient<V, RealDivision<V>, i16xN::lanes> {
     using Base = IntegerQuotient<V, RealDivision<V>, i16xN::lanes>;
-    explicit Quotient16s(int sf) : Base(std::clamp(sf, -31, 16), 32768) {}
+    explicit Quotient16s(int sf) : Base(std::clamp(sf, -31, 16), -32768, 32767) {}
     VORN_INLINE i16xN operator()(i16xN dividend, i16xN divisor) const {
         return joinSat(this->quotient(widen(dividend), widen(divisor)));
     }
@@ -166,14 +173,14 @@ inline constexpr int leastScaleInSingle16s = -7;
 template <class Division>
 struct Quotient32s : IntegerQuotient<f64xN, Division, i32xN::lanes> {
     using Base = IntegerQuotient<f64xN, Division, i32xN::lanes>;
-    explicit Quotient32s(int sf) : Base(std::clamp(sf, -63, 33), 2147483647.0) {}
+    explicit Quotient32s(int sf) : Base(std::clamp(sf, -63, 33), -2147483648.0, 2147483647.0) {}
     VORN_INLINE i32xN operator()(i32xN dividend, i32xN divisor) const { return this->quotient(dividend, divisor); }
 };
 inline constexpr int leastUncorrectedScale32s = -20;
 
 // Double precision is exact: a quotient that does not saturate is below 2^16, and |b| at most 2^15.
 struct Quotient32s16s : IntegerQuotient<f64xN, RealDivision<f64xN>, i16xN::lanes> {
-    explicit Quotient32s16s(int sf) : IntegerQuotient(std::clamp(sf, -30, 32), 32768) {}
+    explicit Quotient32s16s(int sf) : IntegerQuotient(std::clamp(sf, -30, 32), -32768, 32767) {}
     VORN_INLINE i16xN operator()(Halves<i32xN> dividend, i16xN divisor) const {
         return narrowSat(quotient(dividend.low, widenLow(divisor)), quotient(dividend.high, widenHigh(divisor)));
     }
@@ -181,7 +188,7 @@ struct Quotient32s16s : IntegerQuotient<f64xN, RealDivision<f64xN>, i16xN::lanes
 
 // Both are without a sign: 65535 < 2^23.
 struct Quotient16u : IntegerQuotient<f32xN, RealDivision<f32xN>, i16xN::lanes> {
-    Quotient16u() : IntegerQuotient(0, 65535) {}
+    Quotient16u() : IntegerQuotient(0, 0, 65535) {}
     VORN_INLINE i16xN operator()(i16xN dividend, i16xN divisor) const {
         const auto q = quotient(widenUnsigned(dividend), widenUnsigned(divisor));
         const i32xN middle = splat<i32xN>(32768);
@@ -191,7 +198,7 @@ struct Quotient16u : IntegerQuotient<f32xN, RealDivision<f32xN>, i16xN::lanes> {
 
 // a / b = (a conj(b)) / |b|^2 with an exact numerator below 2^32 and an exact denominator up to 2^31: with |x| < 2^16
 // what does not saturate is exact in double precision, and no quotient is above 2^16 or, other than 0, below 2^-31.
-struct Quotient16sc : WatchesDivisor<f64xN, i16xN::lanes, false> {
+struct Quotient16sc : WatchesDivisor<ComplexMaskOf<f64xN>, i16xN::lanes, false> {
     f64xN factor;
     explicit Quotient16sc(int sf) : factor(splat<f64xN>(GetScale_32s64f(std::clamp(sf, -50, 20)))) {}
     VORN_INLINE i16xN operator()(i16xN dividend, i16xN divisor) const {
@@ -204,10 +211,11 @@ private:
         return roundToInt(divide(toDoubleLow(a), toDoubleLow(b)), divide(toDoubleHigh(a), toDoubleHigh(b)));
     }
     VORN_INLINE f64xN divide(f64xN a, f64xN b) const {
-        const ComplexFraction<f64xN> fraction(a, b);
-        const auto zero = note(fraction.zero);
-        const f64xN denominator = select(zero, tinyDivisor<f64xN>(), fraction.denominator);
-        return minOf(fraction.numerator * factor / denominator, splat<f64xN>(32768));
+        const ComplexFraction<f64xN> fraction(a, ComplexFactor<f64xN>(b));
+        const auto zero = note(zeros(b));
+        const f64xN numerator = selectComplex(zero, a, fraction.numerator);
+        const f64xN denominator = selectComplex(zero, tinyDivisor<f64xN>(), fraction.denominator);
+        return between(splat<f64xN>(-32768), numerator * factor / denominator, splat<f64xN>(32767));
     }
 };
 

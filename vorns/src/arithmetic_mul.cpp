@@ -148,14 +148,14 @@ VornStatus vornsMul_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
 VornStatus vornsMul_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(elements(src1), elements(src2), dst, len);
+    compute<ComplexTimes<Vorn32f>>(complexFactors(src1), elements(src2), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsMul_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(elements(src), elements(srcDst), srcDst, len);
+    compute<ComplexTimes<Vorn32f>>(complexFactors(src), elements(srcDst), srcDst, len);
     return vornStsNoErr;
 }
 
@@ -176,13 +176,13 @@ VornStatus vornsMul_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
 VornStatus vornsMul_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(elements(src1), elements(src2), dst, len);
+    compute<ComplexTimes<Vorn64f>>(complexFactors(src1), elements(src2), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsMul_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(elements(src), elements(srcDst), srcDst, len);
+    compute<ComplexTimes<Vorn64f>>(complexFactors(src), elements(srcDst), srcDst, len);
     return vornStsNoErr;
 }

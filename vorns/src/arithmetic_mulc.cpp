@@ -5,27 +5,12 @@
 
 using namespace vorn;
 
-void vorn::multiplyByConstant(const Vorn32f* a, Vorn32f val, Vorn32f* dst, std::int64_t len) {
-    if (val == 1) {
-        if (a != dst) copyElements(a, dst, len);
-    } else if (val == 0) {
-        zeroElements(dst, len);
-    } else {
-        compute<InFloat<Vorn32f, Times>>(elements(a), constant(val), dst, len);
-    }
-}
-
 namespace {
-
-VORN_NOINLINE void round32f16s(const Product32f16s& op, const Vorn32f* src, Vorn32f val, Vorn16s* dst,
-                               std::int64_t len) {
-    forElements(op, ElementPairs<Vorn32f>{src}, constant(val), dst, len);
-}
 
 // (src val) 2^-sf in single precision, rounded to nearest whatever the caller's mode.
 void multiply32f16s(const Vorn32f* src, Vorn32f val, Vorn16s* dst, std::int64_t len, int sf) {
     const RoundingGuard nearest(Rounding::Nearest);
-    round32f16s(Product32f16s(GetScale_32s32f(sf)), src, val, dst, len);
+    computeWith(Product32f16s(GetScale_32s32f(sf)), ElementPairs<Vorn32f>{src}, constant(val), dst, len);
 }
 
 }  // namespace
@@ -141,14 +126,14 @@ VornStatus vornsMulC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
 VornStatus vornsMulC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(elements(src), constant(val), dst, len);
+    compute<ComplexTimes<Vorn32f>>(complexFactors(src), constant(val), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsMulC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(elements(srcDst), constant(val), srcDst, len);
+    compute<ComplexTimes<Vorn32f>>(complexFactors(srcDst), constant(val), srcDst, len);
     return vornStsNoErr;
 }
 
@@ -169,14 +154,14 @@ VornStatus vornsMulC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
 VornStatus vornsMulC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(elements(src), constant(val), dst, len);
+    compute<ComplexTimes<Vorn64f>>(complexFactors(src), constant(val), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsMulC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(elements(srcDst), constant(val), srcDst, len);
+    compute<ComplexTimes<Vorn64f>>(complexFactors(srcDst), constant(val), srcDst, len);
     return vornStsNoErr;
 }
 

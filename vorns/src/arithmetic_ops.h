@@ -244,6 +244,13 @@ private:
     }
 };
 
+// x between two bounds; not a number gives the upper one. What is converted to integers stays within their range,
+// because setting the flag of an invalid conversion, and taking it back, costs more than the work on a short vector.
+template <class V>
+VORN_INLINE V between(V lowest, V x, V highest) {
+    return maxOf(minOf(x, highest), lowest);
+}
+
 // The product of 32-bit integers goes through double precision: what is above 2^53 loses its low bits. Without a scale
 // factor it is truncated to an integer, with one it is rounded to nearest.
 template <bool rounded>
@@ -256,10 +263,8 @@ struct Product32s : Operation<i32xN::lanes, false> {
     }
 
 private:
-    // What is below -2^31 converts to it by itself.
     VORN_INLINE f64xN product(f64xN a, f64xN b) const {
-        const f64xN s = rounded ? a * b * factor : a * b;
-        return minOf(s, splat<f64xN>(2147483647.0));
+        return between(splat<f64xN>(-2147483648.0), rounded ? a * b * factor : a * b, splat<f64xN>(2147483647.0));
     }
 };
 
@@ -272,7 +277,9 @@ struct Product32f16s : Operation<i16xN::lanes, false> {
     }
 
 private:
-    VORN_INLINE i32xN rounded(f32xN x) const { return roundToInt(minOf(x * factor, splat<f32xN>(32767))); }
+    VORN_INLINE i32xN rounded(f32xN x) const {
+        return roundToInt(between(splat<f32xN>(-32768), x * factor, splat<f32xN>(32767)));
+    }
 };
 
 // Integer operations that have no scale factor.
@@ -356,7 +363,10 @@ struct In32f : Operation<i16xN::lanes, true> {
 template <class T>
 struct ComplexTimes : Operation<Wide<T>::lanes, true> {
     using V = Wide<T>;
-    VORN_INLINE V operator()(V a, V b) const { return addSub(dupEven(a) * b, dupOdd(a) * swapPairs(b)); }
+    VORN_INLINE V operator()(const ComplexFactor<V>& a, V factor) const {
+        const V b = inRegister(factor);
+        return addSub(a.re * b, a.im * exchanged(b));
+    }
 };
 
 }  // namespace vorn

@@ -27,27 +27,27 @@ VORN_INLINE std::int64_t elementsToBoundary(const T* p, std::int64_t bytes) {
 // The last register ends at the last element, so it overlaps the one before it, and so does the second register, which
 // brings the result to a boundary. All their operands are read before anything is written over them: the result may be
 // one of the operands.
-template <class Kernel>
-VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
-    constexpr std::int64_t step = Kernel::step;
-    constexpr std::int64_t registerBytes = sizeof(Wide<std::int64_t>);
-    if (len < step) return kernel.part(len);
 
+// The registers before the boundary; the next element, or -1 where the result never stands on one.
+template <class Kernel>
+VORN_INLINE std::int64_t stepsToBoundary(const Kernel& kernel) {
+    const std::int64_t start = elementsToBoundary(kernel.result(), sizeof(Wide<std::int64_t>));
+    if (start <= 0) return start;
+    const auto first = kernel.at(0), second = kernel.at(start);
+    kernel.put(0, first);
+    kernel.put(start, second);
+    return start + Kernel::step;
+}
+
+template <class Kernel>
+VORN_INLINE void stepsInCache(std::int64_t len, const Kernel& kernel) {
+    constexpr std::int64_t step = Kernel::step;
     const std::int64_t end = len - step;
     const auto last = kernel.at(end);
     std::int64_t i = 0;
     if (end >= 8 * step) {
-        const std::int64_t start = elementsToBoundary(kernel.result(), registerBytes);
-        if (start > 0) {
-            const auto first = kernel.at(0), second = kernel.at(start);
-            kernel.put(0, first);
-            kernel.put(start, second);
-            i = start + step;
-        }
-        if (start >= 0 && bypassesCache(len * static_cast<std::int64_t>(sizeof *kernel.result()))) {
-            for (; i < end; i += step) kernel.putPastCache(i, kernel.at(i));
-            storeFence();
-        }
+        const std::int64_t start = stepsToBoundary(kernel);
+        if (start > 0) i = start;
     }
     for (; Kernel::unrolled && i + 4 * step <= end; i += 4 * step) {
         const auto a = kernel.at(i), b = kernel.at(i + step), c = kernel.at(i + 2 * step), d = kernel.at(i + 3 * step);
@@ -58,6 +58,35 @@ VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
     }
     for (; i < end; i += step) kernel.put(i, kernel.at(i));
     kernel.put(end, last);
+}
+
+template <class Kernel>
+VORN_INLINE void stepsPastCache(std::int64_t len, const Kernel& kernel) {
+    const std::int64_t end = len - Kernel::step;
+    const auto last = kernel.at(end);
+    for (std::int64_t i = stepsToBoundary(kernel); i < end; i += Kernel::step) kernel.putPastCache(i, kernel.at(i));
+    storeFence();
+    kernel.put(end, last);
+}
+
+// A result so small that it never bypasses the cache, or any.
+enum class Extent { small, any };
+template <class T>
+VORN_INLINE bool isSmall(std::int64_t len) {
+    return len * static_cast<std::int64_t>(sizeof(T)) < leastBypassBytes;
+}
+
+template <Extent extent = Extent::any, class Kernel>
+VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
+    if (len < Kernel::step) return kernel.part(len);
+    if constexpr (extent == Extent::any) {
+        const auto* result = kernel.result();
+        const bool reachesBoundary = elementsToBoundary(result, sizeof(Wide<std::int64_t>)) >= 0;
+        if (reachesBoundary && bypassesCache(len * static_cast<std::int64_t>(sizeof *result))) {
+            return stepsPastCache(len, kernel);
+        }
+    }
+    stepsInCache(len, kernel);
 }
 
 }  // namespace vorn

@@ -7,6 +7,8 @@
 
 #include "elementwise.h"
 #include "simd.h"
+#include "simd_complex.h"
+#include "simd_pairs.h"
 #include "simd_part.h"
 #include "vornsr/types.h"
 
@@ -107,6 +109,27 @@ struct Elements32sInto64 {
     }
 };
 
+// A register of complex numbers, and their real and imaginary parts twice, as products take them.
+template <class Register>
+struct ComplexFactor {
+    using V = Register;
+    V value, re, im;
+    VORN_INLINE explicit ComplexFactor(V x) : value(x), re(dupEven(x)), im(dupOdd(x)) {}
+    VORN_INLINE explicit ComplexFactor(const typename V::Element* p)
+        : value(inRegister(load<V>(p))), re(loadDupEven<V>(p)), im(dupOdd(value)) {}
+};
+
+template <class T>
+struct ComplexFactors {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE ComplexFactor<V> at(std::int64_t i) const { return ComplexFactor<V>(lanesAt(p + i)); }
+    template <int rest>
+    VORN_INLINE ComplexFactor<V> first(std::int64_t n) const {
+        return ComplexFactor<V>(partOf<V, rest>(lanesAt(p), 2 * n));
+    }
+};
+
 // One value for all elements.
 template <class V>
 struct Constant {
@@ -122,6 +145,10 @@ VORN_INLINE Elements<T> elements(const T* p) {
     return {p};
 }
 template <class T>
+VORN_INLINE ComplexFactors<T> complexFactors(const T* p) {
+    return {p};
+}
+template <class T>
 VORN_INLINE auto constant(T val) {
     using V = Wide<Lane<T>>;
     if constexpr (LaneOf<T>::count == 1) {
@@ -134,6 +161,12 @@ VORN_INLINE auto constant(T val) {
     } else {
         return Constant<V>{std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(val)))};
     }
+}
+
+template <class T>
+VORN_INLINE auto constantFactor(T val) {
+    using V = Wide<Lane<T>>;
+    return Constant<ComplexFactor<V>>{ComplexFactor<V>(constant(val).value)};
 }
 
 // A result of one or two registers.
@@ -193,9 +226,9 @@ struct ElementKernel {
     }
 };
 
-template <class Op, class A, class B, class D>
+template <Extent extent, class Op, class A, class B, class D>
 VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
-    forEachStep(len, ElementKernel<Op, A, B, D>{op, a, b, dst});
+    forEachStep<extent>(len, ElementKernel<Op, A, B, D>{op, a, b, dst});
 }
 
 // What most operations say of themselves.
