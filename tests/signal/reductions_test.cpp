@@ -263,10 +263,20 @@ TEST(DotProducts, SixteenBitsAreExact) {
             EXPECT_EQ(zw.im, scaled<Vorn32s>(ay.im, for32)) << len << " " << sf;
         }
     }
-    const std::vector<Vorn16s> low(600000, -32768);
+    // Longer than what lanes of 32 bits hold of products.
+    constexpr int many = 1100000;
+    const std::vector<Vorn16s> low(many, -32768);
+    const std::vector<Vorn16sc> lowPairs(many, Vorn16sc{-32768, -32768});
     Vorn64s d;
-    vornsDotProd_16s64s(low.data(), low.data(), 600000, &d);
-    EXPECT_EQ(d, 600000ll << 30);
+    Vorn64sc z;
+    vornsDotProd_16s64s(low.data(), low.data(), many, &d);
+    EXPECT_EQ(d, std::int64_t{many} << 30);
+    vornsDotProd_16sc64sc(lowPairs.data(), lowPairs.data(), many, &z);
+    EXPECT_EQ(z.re, 0);
+    EXPECT_EQ(z.im, std::int64_t{many} << 31);
+    vornsDotProd_16s16sc64sc(low.data(), lowPairs.data(), many, &z);
+    EXPECT_EQ(z.re, std::int64_t{many} << 30);
+    EXPECT_EQ(z.im, std::int64_t{many} << 30);
 }
 
 TEST(DotProducts, ThirtyTwoBitsThroughDouble) {
@@ -621,45 +631,104 @@ TEST(Roots, IntegersAreCorrectlyRounded) {
     }
 }
 
+// Complex numbers of every size and shape.
+std::vector<Vorn64fc> complexNumbers(test::Random& random, std::size_t len) {
+    std::vector<Vorn64fc> z(len);
+    const auto power = [&](double x, std::int64_t low, std::int64_t high) {
+        return std::ldexp(random.integer(0, 1) == 0 ? x : -x, static_cast<int>(random.integer(low, high)));
+    };
+    for (std::size_t i = 0; i < len; ++i) {
+        const double x = random.uniform(1.0, 2.0), y = random.uniform(1.0, 2.0);
+        switch (i % 8) {
+            case 0:
+                z[i] = {power(x, 0, 0), power(y, 0, 0)};
+                break;
+            case 1:
+                z[i] = {power(x, 0, 0), power(y, -60, 60)};
+                break;
+            case 2:
+                z[i] = {power(x, -1074, 1023), power(y, -1074, 1023)};
+                break;
+            case 3:
+                z[i] = {power(x, 990, 1023), power(y, 990, 1023)};
+                break;
+            case 4:
+                z[i] = {power(x, -1074, -1000), power(y, -1074, -1000)};
+                break;
+            case 5:  // the imaginary part far below, down to results that are denormal
+                z[i] = {power(x, -700, 1023), power(y, -1074, -400)};
+                break;
+            case 6:  // the imaginary part far above
+                z[i] = {power(x, -1074, -400), power(y, -700, 1023)};
+                break;
+            default: {  // squares
+                const auto a = static_cast<double>(random.integer(-33554432, 33554432));
+                const auto b = static_cast<double>(random.integer(1, 33554432));
+                z[i] = {a * a - b * b, 2 * a * b};
+            }
+        }
+    }
+    return z;
+}
+
+// The parts of the principal root of z, without signs.
+struct PreciseRoot {
+    test::Precise re, im;
+    explicit PreciseRoot(double x, double y) {
+        using test::Precise;
+        const Precise size = sqrt(Precise(x) * Precise(x) + Precise(y) * Precise(y)), two(2.0);
+        const Precise larger = sqrt((size + Precise(std::fabs(x))) / two),
+                      smaller = Precise(std::fabs(y)) / (two * larger);
+        re = x < 0 ? smaller : larger;
+        im = x < 0 ? larger : smaller;
+    }
+};
+
+TEST(Roots, ComplexDoublesAreWithinOneUnit) {
+    test::Random random(12);
+    constexpr std::size_t len = 24003;
+    const std::vector<Vorn64fc> z = complexNumbers(random, len);
+    std::vector<Vorn64fc> root(len), inPlace = z;
+    ASSERT_EQ(vornsSqrt_64fc(z.data(), root.data(), len), vornStsNoErr);
+    EXPECT_EQ(vornsSqrt_64fc_I(inPlace.data(), len), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(inPlace, root));
+    test::Worst normal, denormal;
+    for (std::size_t i = 0; i < len; ++i) {
+        const PreciseRoot exact(z[i].re, z[i].im);
+        const auto meet = [&](const test::Precise& part, double result) {
+            (result < std::numeric_limits<double>::min() ? denormal : normal).meet(part.distance(result), z[i].re);
+        };
+        meet(exact.re, root[i].re);
+        meet(exact.im, std::fabs(root[i].im));
+        ASSERT_EQ(std::signbit(root[i].im), std::signbit(z[i].im));
+        ASSERT_FALSE(std::signbit(root[i].re));
+        if (i % 8 == 7) {  // a square
+            ASSERT_EQ(root[i].re, std::floor(root[i].re));
+        }
+    }
+    EXPECT_LE(normal.distance, 0.501) << normal.text();
+    EXPECT_LE(denormal.distance, 0.751) << denormal.text();  // a scale of two is taken back at the end
+    RecordProperty("worst", normal.text());
+}
+
 TEST(Roots, ComplexRootsArePrincipal) {
     test::Random random(12);
-    std::vector<Vorn64fc> z = complexData<Vorn64fc>(random, 3000);
-    for (std::size_t i = 0; i < 500; ++i) z[i] = {std::ldexp(z[i].re, 950), std::ldexp(z[i].im, 955)};
-    for (std::size_t i = 500; i < 1000; ++i) z[i] = {std::ldexp(z[i].re, -980), std::ldexp(z[i].im, -990)};
-    std::vector<Vorn32fc> w(z.size()), rootOfSingle(z.size());
-    for (std::size_t i = 0; i < z.size(); ++i)
-        w[i] = {static_cast<float>(z[(i + 1000) % 3000].re), static_cast<float>(z[i].im)};
-    std::vector<Vorn64fc> root(z.size());
-    ASSERT_EQ(vornsSqrt_64fc(z.data(), root.data(), 3000), vornStsNoErr);
-    ASSERT_EQ(vornsSqrt_32fc(w.data(), rootOfSingle.data(), 3000), vornStsNoErr);
-    test::Worst worst, worstSingle;
-    const auto parts = [](double re, double im, auto meet) {
-        using test::Precise;
-        const Precise x(re), y(im), size = sqrt(x * x + y * y), half(0.5);
-        const Precise big = sqrt((size + Precise(std::fabs(re))) * half), other = Precise(std::fabs(im)) / (big + big);
-        meet(re < 0 ? other : big, re < 0 ? big : other);
-    };
-    for (std::size_t i = 0; i < z.size(); ++i) {
-        parts(z[i].re, z[i].im, [&](const test::Precise& re, const test::Precise& im) {
-            worst.meet(re.distance(root[i].re), z[i].re);
-            worst.meet(im.distance(std::fabs(root[i].im)), z[i].re);
-            EXPECT_EQ(std::signbit(root[i].im), std::signbit(z[i].im));
-        });
-        if (!std::isfinite(w[i].re) || !std::isfinite(w[i].im) || (w[i].re == 0 && w[i].im == 0)) continue;
-        parts(static_cast<double>(w[i].re), static_cast<double>(w[i].im),
-              [&](const test::Precise& re, const test::Precise& im) {
-                  worstSingle.meet(re.distance(rootOfSingle[i].re), static_cast<double>(w[i].re));
-                  worstSingle.meet(im.distance(std::fabs(rootOfSingle[i].im)), static_cast<double>(w[i].re));
-              });
+    constexpr std::size_t len = 3000;
+    const std::vector<Vorn64fc> z = complexNumbers(random, len);
+    std::vector<Vorn32fc> w(len), root(len);
+    for (std::size_t i = 0; i < len; ++i) w[i] = {static_cast<float>(z[i].re), static_cast<float>(z[i].im)};
+    ASSERT_EQ(vornsSqrt_32fc(w.data(), root.data(), len), vornStsNoErr);
+    test::Worst worst;
+    for (std::size_t i = 0; i < len; ++i) {
+        const auto re = static_cast<double>(w[i].re), im = static_cast<double>(w[i].im);
+        if (!std::isfinite(re) || !std::isfinite(im) || (re == 0 && im == 0)) continue;
+        const PreciseRoot exact(re, im);
+        worst.meet(exact.re.distance(root[i].re), re);
+        worst.meet(exact.im.distance(std::fabs(root[i].im)), re);
     }
-    EXPECT_LE(worst.distance, 2.0) << worst.text();
-    EXPECT_LE(worstSingle.distance, 0.501) << worstSingle.text();
-    RecordProperty("worst", worst.text());
-    std::vector<Vorn64fc> inPlace = z;
-    EXPECT_EQ(vornsSqrt_64fc_I(inPlace.data(), 3000), vornStsNoErr);
-    EXPECT_TRUE(test::sameBits(inPlace, root));
-    EXPECT_EQ(vornsSqrt_32fc_I(w.data(), 3000), vornStsNoErr);
-    EXPECT_TRUE(test::sameBits(w, rootOfSingle));
+    EXPECT_LE(worst.distance, 0.501) << worst.text();
+    EXPECT_EQ(vornsSqrt_32fc_I(w.data(), len), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(w, root));
     const float inf = std::numeric_limits<float>::infinity();
     const Vorn32fc special[] = {{0, 0}, {-4, 0}, {-4, -0.0f}, {3, 4}, {-3, -4}, {inf, 1}, {-inf, 1}, {1, inf}};
     const Vorn32fc expected[] = {{0, 0}, {0, 2}, {0, -2}, {2, 1}, {1, -2}, {inf, 0}, {0, inf}, {inf, inf}};
@@ -828,28 +897,82 @@ TEST(Reciprocal, DividesAndReplaces) {
     }
 }
 
-// Null pointers before the length, for one member of each shape.
-TEST(Checks, PointersThenLength) {
-    Vorn16s x[2] = {1, 2}, y[2] = {3, 4};
-    int index = 9;
-    EXPECT_EQ(vornsMaxIndx_16s(nullptr, 0, y, &index), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMaxIndx_16s(x, 0, nullptr, &index), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMaxIndx_16s(x, 0, y, nullptr), vornStsSizeErr);
-    EXPECT_EQ(vornsMinMax_16s(x, 0, nullptr, y), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMinMax_16s(x, 0, y, nullptr), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMinMax_16s(x, 0, y, y + 1), vornStsSizeErr);
-    EXPECT_EQ(vornsDotProd_16s_Sfs(x, nullptr, 0, y, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsDotProd_16s_Sfs(x, x, -1, y, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsMagnitude_16s_Sfs(x, nullptr, y, 0, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMagnitude_16s_Sfs(x, x, y, 0, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsSqrt_16s_ISfs(nullptr, 0, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsSqrt_16s_ISfs(y, 0, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsAbs_16s(x, nullptr, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMaxEvery_16s_I(nullptr, y, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMaxEvery_16s_I(x, y, 0), vornStsSizeErr);
-    EXPECT_EQ(y[0], 3);
-    EXPECT_EQ(y[1], 4);
-    EXPECT_EQ(index, 9);
+// Values as one would write them down.
+TEST(Reductions, LiteralValues) {
+    const Vorn16s power[] = {4096, 1, 1, 1}, ones[] = {4096, 1, 1, 1};
+    float single = 0;
+    EXPECT_EQ(vornsDotProd_16s32f(power, ones, 4, &single), vornStsNoErr);
+    EXPECT_EQ(single, 16777220.0f);  // 2^24 + 3 rounded once; adding the ones in single would lose all of them
+    const Vorn16s one[] = {1}, minusOne[] = {-1}, zero[] = {0};
+    for (int sf : {-15, -16, -1000}) {
+        Vorn16s dp = 5;
+        EXPECT_EQ(vornsDotProd_16s_Sfs(one, one, 1, &dp, sf), vornStsNoErr);
+        EXPECT_EQ(dp, 32767);
+        EXPECT_EQ(vornsDotProd_16s_Sfs(one, minusOne, 1, &dp, sf), vornStsNoErr);
+        EXPECT_EQ(dp, -32768);
+        EXPECT_EQ(vornsDotProd_16s_Sfs(one, zero, 1, &dp, sf), vornStsNoErr);
+        EXPECT_EQ(dp, 0);
+    }
+    std::vector<float> tied(100, 3.0f);
+    tied[0] = 1.0f;
+    float value = 0;
+    int index = -1;
+    EXPECT_EQ(vornsMaxIndx_32f(tied.data(), 100, &value, &index), vornStsNoErr);
+    EXPECT_EQ(value, 3.0f);
+    EXPECT_EQ(index, 1);
+    EXPECT_EQ(vornsMaxIndx_32f(tied.data(), 100, &value, nullptr), vornStsNoErr);
+    EXPECT_EQ(value, 3.0f);
+    const Vorn16s lowest[] = {-32768, -32767, 5, 0};
+    Vorn16s absolute[4];
+    EXPECT_EQ(vornsAbs_16s(lowest, absolute, 4), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(absolute, (const Vorn16s[]){32767, 32767, 5, 0}, 4));
+    const Vorn32s lowest32[] = {intMin, intMin + 1, -1};
+    Vorn32s absolute32[3];
+    EXPECT_EQ(vornsAbs_32s(lowest32, absolute32, 3), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(absolute32, (const Vorn32s[]){intMax, intMax, 1}, 3));
+}
+
+// Scale factors around the borders beyond which no root is needed; the warning is tested on both sides.
+TEST(Roots, BordersOfTheScaleFactor) {
+    const Vorn16s x16[] = {1, 32767, 0, -1};
+    Vorn16s y[4];
+    const auto expect16 = [&](int sf, std::initializer_list<Vorn16s> expected) {
+        EXPECT_EQ(vornsSqrt_16s_Sfs(x16, y, 4, sf), vornStsSqrtNegArg);
+        EXPECT_TRUE(test::sameBits(y, std::vector<Vorn16s>(expected).data(), 4)) << sf;
+    };
+    expect16(-15, {32767, 32767, 0, 0});
+    expect16(-14, {16384, 32767, 0, 0});
+    expect16(8, {0, 1, 0, 0});  // 181.02 / 256 = 0.71
+    expect16(9, {0, 0, 0, 0});
+    const Vorn32s x32[] = {1, 2147483647, 0, -1};
+    const Vorn64s x64[] = {1, 9223372036854775807, 0, -1};
+    const auto expectWide = [&](int sf, std::initializer_list<Vorn16s> of32, std::initializer_list<Vorn16s> of64) {
+        EXPECT_EQ(vornsSqrt_32s16s_Sfs(x32, y, 4, sf), vornStsSqrtNegArg);
+        EXPECT_TRUE(test::sameBits(y, std::vector<Vorn16s>(of32).data(), 4)) << sf;
+        EXPECT_EQ(vornsSqrt_64s16s_Sfs(x64, y, 4, sf), vornStsSqrtNegArg);
+        EXPECT_TRUE(test::sameBits(y, std::vector<Vorn16s>(of64).data(), 4)) << sf;
+    };
+    expectWide(-15, {32767, 32767, 0, 0}, {32767, 32767, 0, 0});
+    expectWide(-14, {16384, 32767, 0, 0}, {16384, 32767, 0, 0});
+    expectWide(16, {0, 1, 0, 0}, {0, 32767, 0, 0});
+    Vorn64s wide[4];
+    const Vorn64s largest = 9223372036854775807;
+    EXPECT_EQ(vornsSqrt_64s_Sfs(x64, wide, 4, -63), vornStsSqrtNegArg);
+    EXPECT_TRUE(test::sameBits(wide, (const Vorn64s[]){largest, largest, 0, 0}, 4));
+    EXPECT_EQ(vornsSqrt_64s_Sfs(x64, wide, 4, 31), vornStsSqrtNegArg);
+    EXPECT_TRUE(test::sameBits(wide, (const Vorn64s[]){0, 1, 0, 0}, 4));
+    EXPECT_EQ(vornsSqrt_64s_Sfs(x64, wide, 4, 33), vornStsSqrtNegArg);
+    EXPECT_TRUE(test::sameBits(wide, (const Vorn64s[]){0, 0, 0, 0}, 4));
+    const Vorn8u x8[] = {0, 1, 255};
+    Vorn8u y8[3];
+    EXPECT_EQ(vornsSqrt_8u_Sfs(x8, y8, 3, -8), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(y8, (const Vorn8u[]){0, 255, 255}, 3));
+    EXPECT_EQ(vornsSqrt_8u_Sfs(x8, y8, 3, -7), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(y8, (const Vorn8u[]){0, 128, 255}, 3));
+    EXPECT_EQ(vornsSqrt_8u_Sfs(x8, y8, 3, 4), vornStsNoErr);  // 15.97 / 16
+    EXPECT_TRUE(test::sameBits(y8, (const Vorn8u[]){0, 0, 1}, 3));
+    EXPECT_EQ(vornsSqrt_8u_Sfs(x8, y8, 3, 5), vornStsNoErr);  // 0.499
+    EXPECT_TRUE(test::sameBits(y8, (const Vorn8u[]){0, 0, 0}, 3));
 }
 
 }  // namespace

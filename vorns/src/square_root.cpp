@@ -44,13 +44,10 @@ struct ComplexLanes {
     f64xN re, im;
 };
 
-// The principal root, in double: u = sqrt((|z| + |re|)/2) and im/(2u) are its parts, in this order where re is not
-// negative. An infinite imaginary part makes both infinite. For parts whose squares neither overflow nor vanish.
-VORN_INLINE ComplexLanes principalRoot(f64xN re, f64xN im) {
+// The principal root of z has the parts u = sqrt((|z| + |re|)/2) and im/(2u), in this order where re is not negative.
+// An infinite imaginary part makes both infinite.
+VORN_INLINE ComplexLanes principal(f64xN re, f64xN im, f64xN larger, f64xN smaller) {
     const f64xN zero = splat<f64xN>(0.0), infinity = splat<f64xN>(std::numeric_limits<double>::infinity());
-    const f64xN size = sqrtOf(re * re + im * im);
-    const f64xN larger = sqrtOf(splat<f64xN>(0.5) * (size + absOf(re)));
-    f64xN smaller = im / (larger + larger);
     smaller = select(larger == zero, im, smaller);
     smaller = select(absOf(im) == infinity, im, smaller);
     const f64xN sign = im & splat<f64xN>(-0.0);
@@ -58,22 +55,87 @@ VORN_INLINE ComplexLanes principalRoot(f64xN re, f64xN im) {
     return {select(left, absOf(smaller), larger), select(left, larger | sign, smaller)};
 }
 
-// Powers of two that bring the larger part near 1; the root takes half of the exponent back.
-VORN_INLINE ComplexLanes scaledRoot(f64xN re, f64xN im) {
-    const f64xN largest = maxOf(absOf(re), absOf(im));
-    const auto tiny = largest<splat<f64xN>(0x1p-500), huge = largest> splat<f64xN>(0x1p500);
-    const f64xN one = splat<f64xN>(1.0);
-    const f64xN scale = select(tiny, splat<f64xN>(0x1p600), select(huge, splat<f64xN>(0x1p-600), one));
-    const f64xN back = select(tiny, splat<f64xN>(0x1p-300), select(huge, splat<f64xN>(0x1p300), one));
-    const ComplexLanes root = principalRoot(re * scale, im * scale);
-    return {root.re * back, root.im * back};
+// In double, for parts whose squares neither overflow nor vanish and whose result is rounded to a narrower type.
+VORN_INLINE ComplexLanes principalRoot(f64xN re, f64xN im) {
+    const f64xN size = sqrtOf(re * re + im * im);
+    const f64xN larger = sqrtOf(splat<f64xN>(0.5) * (size + absOf(re)));
+    return principal(re, im, larger, im / (larger + larger));
+}
+
+// A number and what its rounding lost.
+struct Exact {
+    f64xN high, low;
+};
+// Halves of 26 bits (Veltkamp 1968), whose products are exact (Dekker 1971).
+VORN_INLINE Exact halvesOf(f64xN a) {
+    const f64xN spread = splat<f64xN>(0x1p27 + 1.0) * a;
+    const f64xN high = spread - (spread - a);
+    return {high, a - high};
+}
+VORN_INLINE Exact exactProduct(f64xN a, f64xN b) {
+    const f64xN high = a * b;
+    const Exact x = halvesOf(a), y = halvesOf(b);
+    return {high, ((x.high * y.high - high) + (x.high * y.low + x.low * y.high)) + x.low * y.low};
+}
+
+// u and part/(2u) for |re| = x and |im| = y, within 0.501 units in the last place. What the roundings of the steps lose
+// is carried along: |z| = size + sizeRest, u = larger + largerRest. restOf(number, rest) decides whether a rest is one.
+struct RootParts {
+    f64xN larger, smaller;
+};
+template <class RestOf>
+VORN_INLINE RootParts rootParts(f64xN x, f64xN y, f64xN part, RestOf restOf) {
+    const f64xN half = splat<f64xN>(0.5), most = maxOf(x, y), least = minOf(x, y);
+    const Exact most2 = exactProduct(most, most), least2 = exactProduct(least, least);
+    const f64xN square = most2.high + least2.high;
+    const f64xN squareRest = ((most2.high - square) + least2.high) + (most2.low + least2.low);
+
+    const f64xN size = sqrtOf(square);
+    const Exact size2 = exactProduct(size, size);
+    const f64xN sizeRest = restOf(size, (((square - size2.high) - size2.low) + squareRest) / (size + size));
+
+    const f64xN sum = size + x, sumRest = (x - (sum - size)) + sizeRest;
+    const f64xN larger = sqrtOf(half * sum), inverse = splat<f64xN>(1.0) / (larger + larger);
+    const Exact larger2 = exactProduct(larger, larger);
+    const f64xN largerRest = restOf(larger, (((half * sum - larger2.high) - larger2.low) + half * sumRest) * inverse);
+
+    const f64xN smaller = part * inverse;
+    const Exact product = exactProduct(smaller, larger);
+    const f64xN missing = (part - (product.high + product.high)) - (product.low + product.low);
+    const f64xN smallerRest = restOf(smaller, (missing - (smaller + smaller) * largerRest) * inverse);
+    return {larger + largerRest, smaller + smallerRest};
+}
+
+// Powers of two that bring numbers of any size near 1.
+VORN_INLINE f64xN towardsOne(f64xN size, double power) {
+    return select(size < splat<f64xN>(0x1p-300), splat<f64xN>(power),
+                  select(size > splat<f64xN>(0x1p300), splat<f64xN>(1.0 / power), splat<f64xN>(1.0)));
+}
+
+// Parts of any size. The imaginary one is divided with a power of its own, since it may be much smaller. Rests of
+// zeros, infinities and not-a-numbers are none.
+VORN_NOINLINE RootParts rootPartsOfAny(f64xN x, f64xN y) {
+    const f64xN most = maxOf(x, y), one = splat<f64xN>(1.0);
+    const f64xN scale = towardsOne(most, 0x1p600), scaleOfRoot = towardsOne(most, 0x1p300);
+    const f64xN scaleOfPart = towardsOne(y, 0x1p600);
+    const RootParts root = rootParts(x * scale, y * scale, y * scaleOfPart, [](f64xN number, f64xN rest) {
+        return select(absOf(rest) <= absOf(number) * splat<f64xN>(0x1p-40), rest, splat<f64xN>(0.0));
+    });
+    return {root.larger * (one / scaleOfRoot), root.smaller * (scaleOfRoot / scaleOfPart)};
+}
+
+VORN_INLINE ComplexLanes preciseRoot(f64xN re, f64xN im) {
+    const f64xN x = absOf(re), y = absOf(im), largest = splat<f64xN>(0x1p300);
+    const bool ordinary = all((x <= largest) & (y <= largest) & (y >= splat<f64xN>(0x1p-300)));
+    const RootParts root = ordinary ? rootParts(x, y, y, [](f64xN, f64xN rest) { return rest; }) : rootPartsOfAny(x, y);
+    return principal(re, im, root.larger, root.smaller | (im & splat<f64xN>(-0.0)));
 }
 
 void complexRoots(const Vorn64f* src, Vorn64f* dst, std::ptrdiff_t len) {
     forBlocks<2 * f64xN::lanes>(src, dst, 2 * len, [](const Vorn64f* from, Vorn64f* to) {
         f64xN re, im;
         loadPairs(from, re, im);
-        const ComplexLanes root = scaledRoot(re, im);
+        const ComplexLanes root = preciseRoot(re, im);
         storePairs(to, root.re, root.im);
     });
 }
