@@ -1,6 +1,7 @@
 // Plain models of sums and sums of logarithms, in the order of additions and multiplications that is promised.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <vector>

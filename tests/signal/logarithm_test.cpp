@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <numeric>
+#include <type_traits>
 #include <vector>
 
 #include "model/reductions_model.h"
@@ -136,32 +137,6 @@ TEST(Ln32f, TheFirstBadElementDecides) {
     EXPECT_EQ(vornsLn_32f(x, y, 4), vornStsLnNegArg);
 }
 
-struct LnArguments {
-    test::Guarded<float> src = test::Guarded<float>(4), dst = test::Guarded<float>(4);
-    const float* srcPointer = src;
-    float* dstPointer = dst;
-    int len = 4;
-};
-
-TEST(Ln32f, CheckOrder) {
-    test::expectCheckOrder<LnArguments>(
-        [] {
-            LnArguments a;
-            a.src.assign({1, 2, 3, 4});
-            return a;
-        },
-        [](LnArguments& a) { return vornsLn_32f(a.srcPointer, a.dstPointer, a.len); },
-        [](LnArguments& a) { return a.dst.untouched(); },
-        {{"src null", vornStsNullPtrErr, [](LnArguments& a) { a.srcPointer = nullptr; }},
-         {"dst null", vornStsNullPtrErr, [](LnArguments& a) { a.dstPointer = nullptr; }},
-         {"len 0", vornStsSizeErr, [](LnArguments& a) { a.len = 0; }},
-         {"len -1", vornStsSizeErr, [](LnArguments& a) { a.len = -1; }}});
-    float x = 5.0f;
-    EXPECT_EQ(vornsLn_32f_I(nullptr, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsLn_32f_I(&x, 0), vornStsSizeErr);
-    EXPECT_EQ(x, 5.0f);
-}
-
 // What vornsSumLn_* stores and returns, from the model's code.
 template <class Result>
 void expectSumLn(const model::LnSum& expected, VornStatus status, Result sum, const std::string& context) {
@@ -185,39 +160,78 @@ void expectSumLn(const model::LnSum& expected, VornStatus status, Result sum, co
     }
 }
 
-void expectSumLn32f(const std::vector<float>& x) {
-    test::Guarded<float> src(x), sum(1);
-    const VornStatus status = vornsSumLn_32f(src, static_cast<int>(x.size()), sum);
-    expectSumLn(model::sumLn<float>(x), status, sum[0], "len " + std::to_string(x.size()));
+// Every member on the same vector; Number is the type in which mantissas are multiplied.
+template <class Number, class Source, class Result>
+void expectMember(VornStatus (*sumLn)(const Source*, int, Result*), const std::vector<Source>& x) {
+    test::Guarded<Source> src(x);
+    test::Guarded<Result> sum(1);
+    const VornStatus status = sumLn(src, static_cast<int>(x.size()), sum);
+    expectSumLn(model::sumLn<Number>(x), status, sum[0], "len " + std::to_string(x.size()));
     EXPECT_TRUE(sum.surroundingsUntouched());
 }
+void expectSumLn(const std::vector<float>& x) {
+    expectMember<float>(vornsSumLn_32f, x);
+    expectMember<float>(vornsSumLn_32f64f, x);
+}
+void expectSumLn(const std::vector<double>& x) { expectMember<double>(vornsSumLn_64f, x); }
+void expectSumLn(const std::vector<Vorn16s>& x) { expectMember<float>(vornsSumLn_16s32f, x); }
 
-TEST(SumLn32f, EqualsTheModel) {
+template <class T>
+std::vector<T> valuesBetween(test::Random& random, std::size_t n, double low, double high) {
+    std::vector<T> x(n);
+    for (T& value : x) value = static_cast<T>(random.uniform(low, high));
+    return x;
+}
+template <class T>
+T anyOf(test::Random& random, const std::vector<T>& values) {
+    return values[static_cast<std::size_t>(random.integer(0, static_cast<std::int64_t>(values.size()) - 1))];
+}
+
+template <class T>
+class SumLn : public ::testing::Test {};
+using SumLnSources = ::testing::Types<float, double, Vorn16s>;
+TYPED_TEST_SUITE(SumLn, SumLnSources);
+
+TYPED_TEST(SumLn, EqualsTheModel) {
+    using T = TypeParam;
     test::Random random(4);
-    const std::vector<float> hard = test::hardFloats<float>();
-    for (int len = 1; len <= 70; ++len) {
-        const auto n = static_cast<std::size_t>(len);
-        expectSumLn32f(random.floats(n, 0.001, 50.0));
-        expectSumLn32f(random.floats(n, 0.0, 1e-40));
+    std::vector<T> hard;
+    if constexpr (std::is_integral_v<T>) {
+        hard = test::hardIntegers<T>();
+    } else {
+        hard = test::hardFloats<T>();
+    }
+    for (std::size_t n = 1; n <= 70; ++n) {
+        expectSumLn(valuesBetween<T>(random, n, 1.0, 32767.0));
+        if constexpr (std::is_floating_point_v<T>) {
+            expectSumLn(valuesBetween<T>(random, n, 0.001, 50.0));
+            expectSumLn(valuesBetween<T>(random, n, 0.0, static_cast<double>(std::numeric_limits<T>::min())));
+        }
         for (int round = 0; round < 20; ++round) {
-            std::vector<float> x(n);
-            for (float& value : x) value = std::abs(random.anyBits<float>());
-            expectSumLn32f(x);
-            for (float& value : x)
-                value = hard[static_cast<std::size_t>(random.integer(0, static_cast<int>(hard.size()) - 1))];
-            expectSumLn32f(x);
+            std::vector<T> x(n);
+            for (T& value : x) {
+                value = random.anyBits<T>();
+                if (value < 0) value = static_cast<T>(-value);
+            }
+            expectSumLn(x);
+            for (T& value : x) value = anyOf(random, hard);
+            expectSumLn(x);
             // One hard element in good company.
-            x = random.floats(n, 1.0, 2.0);
-            x[static_cast<std::size_t>(random.integer(0, len - 1))] =
-                hard[static_cast<std::size_t>(random.integer(0, static_cast<int>(hard.size()) - 1))];
-            expectSumLn32f(x);
+            x = valuesBetween<T>(random, n, 1.0, 3.0);
+            x[static_cast<std::size_t>(random.integer(0, static_cast<int>(n) - 1))] = anyOf(random, hard);
+            expectSumLn(x);
         }
     }
-    for (int len : {511, 512, 513, 519, 520, 1023, 1024, 1025, 4099}) {
-        const auto n = static_cast<std::size_t>(len);
-        expectSumLn32f(random.floats(n, 1e-30, 1e-20));
-        expectSumLn32f(std::vector<float>(n, 0x1.fffffep127f));  // the largest products that a run can hold
-        expectSumLn32f(std::vector<float>(n, 0x1p-149f));
+    for (std::size_t n : {511, 512, 513, 519, 520, 1023, 1024, 1025, 4099}) {
+        expectSumLn(valuesBetween<T>(random, n, 1.0, 30000.0));
+        expectSumLn(std::vector<T>(n, std::numeric_limits<T>::max()));  // the largest products that a run can hold
+        if constexpr (std::is_floating_point_v<T>) expectSumLn(std::vector<T>(n, std::numeric_limits<T>::denorm_min()));
+        // Bad elements in a later run decide only if no earlier one is bad.
+        std::vector<T> x = valuesBetween<T>(random, n, 1.0, 100.0);
+        x[n - 1] = 0;
+        expectSumLn(x);
+        x[n / 2] = static_cast<T>(-1);
+        expectSumLn(x);
     }
 }
 
@@ -236,6 +250,54 @@ TEST(SumLn32f, IsCloseToTheSumOfLogarithms) {
     }
 }
 
+TEST(SumLn64f, IsCloseToTheSumOfLogarithms) {
+    test::Random random(6);
+    for (int len : {1, 8, 24, 100, 512, 3000}) {
+        const std::vector<double> x = random.doubles(static_cast<std::size_t>(len), 0.0, 1000.0);
+        test::Precise expected(0.0);
+        for (double value : x) expected = expected + log(test::Precise(value));
+        double sum = 0.0;
+        ASSERT_EQ(vornsSumLn_64f(x.data(), len, &sum), vornStsNoErr);
+        // Every product of mantissas rounds once: 2^-53 each; then some roundings of the whole.
+        EXPECT_NEAR(sum, expected.toDouble(), len * 0x1p-53 + std::abs(expected.toDouble()) * 0x1p-50) << len;
+    }
+}
+
+// A hundred times ln 32767, and ln 2 + ln 3 + ln 5 = ln 30.
+TEST(SumLn16s32f, LiteralValues) {
+    float sum = 0.0f;
+    EXPECT_EQ(vornsSumLn_16s32f(std::vector<Vorn16s>(100, 32767).data(), 100, &sum), vornStsNoErr);
+    EXPECT_EQ(sum, 1039.71777f);
+    const Vorn16s primes[] = {2, 3, 5, 1};
+    EXPECT_EQ(vornsSumLn_16s32f(primes, 4, &sum), vornStsNoErr);
+    EXPECT_EQ(sum, 3.4011974f);
+    const Vorn16s zeroFirst[] = {7, 0, -3}, negativeFirst[] = {7, -3, 0};
+    EXPECT_EQ(vornsSumLn_16s32f(zeroFirst, 3, &sum), vornStsLnZeroArg);
+    EXPECT_EQ(bitsOf(sum), 0x7F800000u);
+    EXPECT_EQ(vornsSumLn_16s32f(negativeFirst, 3, &sum), vornStsLnNegArg);
+    EXPECT_EQ(bitsOf(sum), 0x7FC00000u);
+}
+
+// The double forms store the single constants.
+TEST(SumLn64f, StatedConstants) {
+    constexpr double infinity = std::numeric_limits<double>::infinity(), nan = std::numeric_limits<double>::quiet_NaN();
+    double sum = 0.0;
+    const double zero[] = {2.0, -0.0, -1.0}, negative[] = {2.0, -1.0, 0.0};
+    EXPECT_EQ(vornsSumLn_64f(zero, 3, &sum), vornStsLnZeroArg);
+    EXPECT_EQ(sum, infinity);
+    EXPECT_EQ(vornsSumLn_64f(negative, 3, &sum), vornStsLnNegArg);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(sum), 0x7FF8000000000000u);
+    for (double bad : {infinity, -infinity, nan}) {
+        const double x[] = {2.0, bad, 0.0, -1.0};
+        sum = 0.0;
+        EXPECT_EQ(vornsSumLn_64f(x, 4, &sum), vornStsNoErr);
+        EXPECT_TRUE(std::isnan(sum));
+    }
+    const float single[] = {1.0f, 0.0f};
+    EXPECT_EQ(vornsSumLn_32f64f(single, 2, &sum), vornStsLnZeroArg);
+    EXPECT_EQ(sum, infinity);
+}
+
 TEST(SumLn32f, StatedConstants) {
     float sum = 0.0f;
     const float zero[] = {2.0f, 0.0f, -1.0f};
@@ -249,30 +311,6 @@ TEST(SumLn32f, StatedConstants) {
         EXPECT_EQ(vornsSumLn_32f(x, 4, &sum), vornStsNoErr);
         EXPECT_TRUE(std::isnan(sum));
     }
-}
-
-struct SumArguments {
-    test::Guarded<float> src = test::Guarded<float>(4), sum = test::Guarded<float>(1);
-    const float* srcPointer = src;
-    float* sumPointer = sum;
-    int len = 4;
-};
-const std::vector<test::Rule<SumArguments>> sumRules = {
-    {"src null", vornStsNullPtrErr, [](SumArguments& a) { a.srcPointer = nullptr; }},
-    {"sum null", vornStsNullPtrErr, [](SumArguments& a) { a.sumPointer = nullptr; }},
-    {"len 0", vornStsSizeErr, [](SumArguments& a) { a.len = 0; }},
-    {"len -1", vornStsSizeErr, [](SumArguments& a) { a.len = -1; }},
-};
-SumArguments goodSum() {
-    SumArguments a;
-    a.src.assign({1, 2, 3, 4});
-    return a;
-}
-
-TEST(SumLn32f, CheckOrder) {
-    test::expectCheckOrder<SumArguments>(
-        goodSum, [](SumArguments& a) { return vornsSumLn_32f(a.srcPointer, a.len, a.sumPointer); },
-        [](SumArguments& a) { return a.sum.untouched(); }, sumRules);
 }
 
 }  // namespace

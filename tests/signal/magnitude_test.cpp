@@ -129,20 +129,4 @@ TEST(Magnitude32sc, LiteralValues) {
     EXPECT_TRUE(test::sameBits(dst, (const Vorn32s[]){2, 1073741824, 1073741824, 0, 1}, 5));
 }
 
-TEST(Magnitude, ChecksPointersThenLength) {
-    const Vorn32fc z = {3, 4};
-    float dst = 7;
-    EXPECT_EQ(vornsMagnitude_32fc(nullptr, &dst, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMagnitude_32fc(&z, nullptr, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMagnitude_32fc(&z, &dst, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsMagnitude_32fc(&z, &dst, -1), vornStsSizeErr);
-    EXPECT_EQ(dst, 7);
-    const Vorn32sc w = {3, 4};
-    Vorn32s integer = 7;
-    EXPECT_EQ(vornsMagnitude_32sc_Sfs(nullptr, &integer, 0, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMagnitude_32sc_Sfs(&w, nullptr, 0, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMagnitude_32sc_Sfs(&w, &integer, 0, 0), vornStsSizeErr);
-    EXPECT_EQ(integer, 7);
-}
-
 }  // namespace

@@ -68,16 +68,4 @@ TEST(Sum32f, HintsDifferOnMixedMagnitudes) {
     EXPECT_EQ(sum32f(x, 2), 16777226.0f);
 }
 
-TEST(Sum32f, ChecksPointersThenLength) {
-    const float x[] = {1.0f, 2.0f};
-    float sum = 5.0f;
-    for (int hint : {1, 2}) {
-        EXPECT_EQ(vornsSum_32f(nullptr, 0, &sum, hint), vornStsNullPtrErr);
-        EXPECT_EQ(vornsSum_32f(x, 0, nullptr, hint), vornStsNullPtrErr);
-        EXPECT_EQ(vornsSum_32f(x, 0, &sum, hint), vornStsSizeErr);
-        EXPECT_EQ(vornsSum_32f(x, -2, &sum, hint), vornStsSizeErr);
-    }
-    EXPECT_EQ(sum, 5.0f);
-}
-
 }  // namespace
