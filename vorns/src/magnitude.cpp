@@ -120,21 +120,63 @@ public:
 private:
     static VORN_INLINE f32xN root(i32xN sum) { return sqrtOf(absOf(toFloat(sum))); }
 };
-// Rounded to nearest and saturated; exact, since in double no root comes near a tie that it does not hit.
-class ScaledRoot {
+// The root times 2^-scaleFactor, rounded to nearest; exact, since in double no root comes near a tie that it does not
+// hit.
+class ScaledRootInDouble {
 public:
-    explicit ScaledRoot(int scaleFactor)
+    explicit ScaledRootInDouble(int scaleFactor)
         : scale_(splat<f64xN>(GetScale_32s64f(std::clamp(scaleFactor, -1000, 1000)))) {}
+    VORN_INLINE i32xN operator()(i32xN sum) const {
+        return roundToInt(scaled(toDoubleLow(sum)), scaled(toDoubleHigh(sum)));
+    }
+
+private:
+    VORN_INLINE f64xN scaled(f64xN sum) const { return minOf(sqrtOf(absOf(sum)) * scale_, splat<f64xN>(32767.0)); }
+    f64xN scale_;
+};
+
+// The same for scale factors from 0 to 14, in single. The root is within 0.011 of the truth, whatever the rounding
+// mode, so that q, cut off after almost a half was added, is the result or one less; the square of the tie above q,
+// ((2q + 1) 2^scaleFactor / 2)^2, decides. Sums of squares and ties stay below 2^32 and their differences below 2^31.
+class ScaledRootInSingle {
+public:
+    static constexpr int largestFactor = 14;
+    explicit ScaledRootInSingle(int scaleFactor)
+        : scale_(splat<f32xN>(GetScale_32s32f(scaleFactor))),
+          halfSquare_(splat<i32xN>((1 << 2 * scaleFactor) / 4)),
+          odd_(splat<i32xN>(scaleFactor > 0 ? 1 : 0)),
+          doubled_(2 * scaleFactor) {}
+    VORN_INLINE i32xN operator()(i32xN sum) const {
+        const i32xN q = truncToInt(sqrtOf(absOf(toFloat(sum))) * scale_ + splat<f32xN>(0.48f)), one = splat<i32xN>(1);
+        const i32xN tie = shiftLeft(product(q, q + one), doubled_) + halfSquare_;
+        const i32xN beyond = (sum - tie) + (q & odd_);  // to even on the tie
+        return q + select(beyond > splat<i32xN>(0), one, splat<i32xN>(0));
+    }
+
+private:
+    // Of numbers below 2^16, modulo 2^32.
+    static VORN_INLINE i32xN product(i32xN a, i32xN b) {
+        const i16xN x = shortsOf(a), y = shortsOf(b);
+        return intsOf(mulLow(x, y)) | shiftLeft<16>(intsOf(mulHighUnsigned(x, y)));
+    }
+    f32xN scale_;
+    i32xN halfSquare_, odd_;
+    int doubled_;
+};
+
+// Saturated to 16 bits.
+template <class ScaledRoot>
+class RootTo16 {
+public:
+    explicit RootTo16(int scaleFactor) : root_(scaleFactor) {}
     VORN_INLINE void put(Vorn16s* dst, SumsOfSquares sums) const { store(dst, roots(sums)); }
     VORN_INLINE void putFirst(Vorn16s* dst, SumsOfSquares sums, std::ptrdiff_t n) const {
         storePart(dst, roots(sums), n);
     }
 
 private:
-    VORN_INLINE i16xN roots(SumsOfSquares sums) const { return narrowSat(root(sums.low), root(sums.high)); }
-    VORN_INLINE i32xN root(i32xN sum) const { return roundToInt(scaled(toDoubleLow(sum)), scaled(toDoubleHigh(sum))); }
-    VORN_INLINE f64xN scaled(f64xN sum) const { return minOf(sqrtOf(absOf(sum)) * scale_, splat<f64xN>(32767.0)); }
-    f64xN scale_;
+    VORN_INLINE i16xN roots(SumsOfSquares sums) const { return narrowSat(root_(sums.low), root_(sums.high)); }
+    ScaledRoot root_;
 };
 
 template <class Source, class Result, class Root>
@@ -143,6 +185,15 @@ void magnitudes16(Source src, Result* dst, std::ptrdiff_t len, Root root) {
     std::ptrdiff_t i = 0;
     for (; i + lanes <= len; i += lanes) root.put(dst + i, src.at(i));
     if (i < len) root.putFirst(dst + i, src.firstAt(i, len - i), len - i);
+}
+
+template <class Source>
+void scaledMagnitudes16(Source src, Vorn16s* dst, std::ptrdiff_t len, int scaleFactor) {
+    if (scaleFactor >= 0 && scaleFactor <= ScaledRootInSingle::largestFactor) {
+        magnitudes16(src, dst, len, RootTo16<ScaledRootInSingle>(scaleFactor));
+    } else {
+        magnitudes16(src, dst, len, RootTo16<ScaledRootInDouble>(scaleFactor));
+    }
 }
 
 template <class Source, class Result, class Magnitude>
@@ -210,13 +261,13 @@ VornStatus vornsMagnitude_16s32f(const Vorn16s* re, const Vorn16s* im, Vorn32f* 
 VornStatus vornsMagnitude_16sc_Sfs(const Vorn16sc* src, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(Pairs16{&src->re}, dst, len, ScaledRoot(scaleFactor));
+    scaledMagnitudes16(Pairs16{&src->re}, dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
 VornStatus vornsMagnitude_16s_Sfs(const Vorn16s* re, const Vorn16s* im, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(re, im, dst));
     VORN_CHECK(positive(len));
-    magnitudes16(Apart16{re, im}, dst, len, ScaledRoot(scaleFactor));
+    scaledMagnitudes16(Apart16{re, im}, dst, len, scaleFactor);
     return vornStsNoErr;
 }
