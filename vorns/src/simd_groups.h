@@ -132,6 +132,15 @@ VORN_INLINE void storeGroup(double* to, f64x4 a) {
 #endif
 
 #if defined(VORN_SIMD_AVX512)
+// Group i of vector n becomes group n of vector i.
+VORN_INLINE void turnGroups(f32x16 (&v)[4]) {
+    const __m512 low01 = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0x44),
+                 high01 = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0xEE);
+    const __m512 low23 = _mm512_shuffle_f32x4(v[2].v, v[3].v, 0x44),
+                 high23 = _mm512_shuffle_f32x4(v[2].v, v[3].v, 0xEE);
+    v[0] = {_mm512_shuffle_f32x4(low01, low23, 0x88)}, v[1] = {_mm512_shuffle_f32x4(low01, low23, 0xDD)};
+    v[2] = {_mm512_shuffle_f32x4(high01, high23, 0x88)}, v[3] = {_mm512_shuffle_f32x4(high01, high23, 0xDD)};
+}
 VORN_INLINE void transposeGroups(f32x16 (&v)[4]) {
     const __m512 low01 = _mm512_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(0, 1, 0, 1));
     const __m512 high01 = _mm512_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(2, 3, 2, 3));

@@ -127,6 +127,14 @@ struct Split {
             storeGroup<g>(places[g].im + offset, z.im);
         });
     }
+    // Stores neighbouring values of one place.
+    template <class V>
+    static VORN_INLINE void storeWhole(const Split& place, int offset, Complex<V> z) {
+        vorn::store(place.re + offset, z.re);
+        vorn::store(place.im + offset, z.im);
+    }
+    template <class V>
+    static constexpr bool takes = true;
     // Where value number offset of the block at position begins, as addresses to which the compiler adds constants.
     VORN_INLINE Split place(std::ptrdiff_t position, int offset) const {
         return {keepApart(re + position + offset), keepApart(im + position + offset)};
@@ -157,6 +165,14 @@ struct Blocks {
             storeGroup<g>(places[g].data + numberOf(offset) + lanes, z.im);
         });
     }
+    template <class V>
+    static VORN_INLINE void storeWhole(const Blocks& place, int offset, Complex<V> z) {
+        vorn::store(place.data + numberOf(offset), z.re);
+        vorn::store(place.data + numberOf(offset) + lanes, z.im);
+    }
+    // Whether a vector that is stored whole is one block.
+    template <class V>
+    static constexpr bool takes = V::lanes == lanes;
     VORN_INLINE Blocks place(std::ptrdiff_t position, int offset) const {
         return {keepApart(data + 2 * position + numberOf(offset))};
     }

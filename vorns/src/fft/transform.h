@@ -105,7 +105,20 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
             if (i == 0) return first[0][run];
             return first[i][run] * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
         };
-        transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
+        if constexpr (groups == 4 && Turn::length == n1 && Target::template takes<V>) {
+            // Four neighbouring runs of each place make up a register, and one store to each line does instead of four.
+            Complex<V> x[n2];
+            transform<n2>(load, [&](int n, Complex<V> z) { x[n] = z; });
+            for (int n = 0; n < n2; n += groups) {
+                V re[groups], im[groups];
+                for (int i = 0; i < groups; ++i) re[i] = x[n + i].re, im[i] = x[n + i].im;
+                turnGroups(re);
+                turnGroups(im);
+                for (int g = 0; g < groups; ++g) Target::storeWhole(places[g], n * n1, Complex<V>{re[g], im[g]});
+            }
+        } else {
+            transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
+        }
     }
 }
 
@@ -234,15 +247,20 @@ void twoStages(const T* twiddles, Source src, Target dst) {
 // dst.
 template <class T, class Source, class Target>
 void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, T* mid) {
-    using V = Wide<T>;
     const Plan& plan = planOf<T>(order);
     if (plan.stages() == 2) {
         return withFirstRadices<T>(plan, [&]<int n1, int n2>() { twoStages<n1, n2>(tables.twiddles, src, dst); });
     }
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
-        const WideBlocks<T> blocks{mid};
-        firstPass<n1, n2, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
-        laterStages<V>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, blocks, dst);
+        const auto run = [&]<class V>() {
+            const Blocks<T, V::lanes> blocks{mid};
+            firstPass<n1, n2, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
+            laterStages<V>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, blocks, dst);
+        };
+        if constexpr (Wide<T>::lanes == 16) {
+            if (shortLanes<T>(order) == 8) return run.template operator()<decltype(lowHalf(Wide<T>{}))>();
+        }
+        run.template operator()<Wide<T>>();
     });
 }
 
