@@ -1,8 +1,10 @@
 // Gaussian scores beside the plain loops, Eigen, and BLAS used as toolkits use it: with the products of the model and
-// the squares of the frame made beforehand, val - S / 2 = c + x^2 . (-v / 2) + x . (m v).
+// the squares of the frames made beforehand, val - S / 2 = c + x^2 . (-v / 2) + x . (m v), one frame against many
+// Gaussians is two matrix-vector products and many frames are a matrix product.
 #include <algorithm>
-#include <random>
+#include <map>
 #include <string>
+#include <utility>
 
 #include "plain/gaussian.h"
 #include "support/bench.h"
@@ -17,176 +19,301 @@
 
 namespace {
 
-// Numbers of the size that features and inverse variances have.
+const int columns[] = {13, 26, 39, 40};
+const int gaussians[] = {1, 8, 128, 1024, 65536};
+const int frames[] = {1, 128, 1000};
+const int mixtures[] = {6, 8, 128, 1000};
+
+// Numbers in [low, high), fast enough for models of 40 MB before the first benchmark runs.
 template <class T>
 std::shared_ptr<T[]> random(std::size_t len, double low, double high) {
     auto block = bench::buffer<T>(len);
-    std::mt19937 generator(static_cast<unsigned>(len));
-    std::uniform_real_distribution<double> uniform(low, high);
-    for (std::size_t i = 0; i < len; ++i) block[i] = static_cast<T>(uniform(generator));
+    std::uint64_t state = len;
+    for (std::size_t i = 0; i < len; ++i) {
+        state = state * 6364136223846793005u + 1442695040888963407u;
+        block[i] = static_cast<T>(low + (high - low) * 0x1p-32 * static_cast<double>(state >> 32));
+    }
     return block;
 }
+
+// Vectors of the size that features and inverse variances have: rows and one more, against which all rows stand.
 template <class T>
-double amplitude() {
-    return std::is_integral_v<T> ? 3000 : 10;
+struct Vectors {
+    static constexpr bool isInteger = std::is_integral_v<T>;
+
+    Vectors(int len, int height, double amplitude)
+        : mean(random<T>(std::size_t(len) * std::size_t(height), -amplitude, amplitude)),
+          var(random<T>(std::size_t(len) * std::size_t(height) + 1, isInteger ? 1 : 0.1, isInteger ? 20 : 2)),
+          one(random<T>(std::size_t(len), -amplitude, amplitude)) {}
+
+    std::shared_ptr<T[]> mean, var, one;
+};
+// Gaussians far apart: in a mixture one of them decides. Close together all count.
+template <class T>
+constexpr double farApart = std::is_integral_v<T> ? 3000 : 10;
+template <class T>
+constexpr double closeTogether = farApart<T> / 30;
+
+// Members of one kind share the vectors.
+template <class T>
+const Vectors<T>& vectorsOf(int len, int height, double amplitude) {
+    static std::map<std::pair<std::pair<int, int>, double>, Vectors<T>> all;
+    return all.try_emplace({{len, height}, amplitude}, len, height, amplitude).first->second;
 }
 
-// height rows of len columns against one vector.
 template <class T, class Val>
 struct Data {
-    Data(int len_, int height_)
-        : len(len_),
+    Data(int len_, int height_, double amplitude)
+        : vectors(vectorsOf<T>(len_, height_, amplitude)),
+          len(len_),
           height(height_),
-          mean(random<T>(size(), -amplitude<T>(), amplitude<T>())),
-          var(random<T>(size(), std::is_integral_v<T> ? 1 : 0.1, std::is_integral_v<T> ? 20 : 2)),
-          one(random<T>(static_cast<std::size_t>(len), -amplitude<T>(), amplitude<T>())),
-          val(random<Val>(static_cast<std::size_t>(height), -100, -50)) {}
-    std::size_t size() const { return static_cast<std::size_t>(len) * static_cast<std::size_t>(height); }
-    std::string text() const { return std::to_string(len) + "x" + std::to_string(height); }
+          mean(vectors.mean.get()),
+          var(vectors.var.get()),
+          one(vectors.one.get()),
+          valBlock(random<Val>(std::size_t(height), -12, -5)),
+          scoresBlock(random<Val>(std::size_t(height), -100, -50)),
+          val(valBlock.get()),
+          scores(scoresBlock.get()) {}
 
+    Vectors<T> vectors;
     int len, height;
-    std::shared_ptr<T[]> mean, var, one;
-    std::shared_ptr<Val[]> val;
+    const T *mean, *var, *one;
+    std::shared_ptr<Val[]> valBlock, scoresBlock;
+    const Val* val;
+    Val* scores;  // in place: they drift from call to call
 };
 
-template <class T, class Val, class Call>
-void add(const char* name, const Data<T, Val>& d, const char* peer, Call call) {
-    bench::add(name, d.text(), peer, d.height, [=] {
-        call(d);
-        bench::keep(d.val.get());
-    });
+// A function and what it is compared with.
+template <class T, class Val>
+struct Peer {
+    const char* name;
+    void (*call)(const Data<T, Val>&);
+};
+template <class T, class Val>
+void add(const char* function, const char* kind, int len, int height, double amplitude,
+         std::initializer_list<Peer<T, Val>> peers) {
+    const Data<T, Val> data(len, height, amplitude);
+    for (const Peer<T, Val>& peer : peers) {
+        bench::add(function, std::to_string(len) + "x" + std::to_string(height) + kind, peer.name, height,
+                   [data, call = peer.call] {
+                       call(data);
+                       bench::keep(data.scores);
+                   });
+    }
 }
 
-template <class T, class Val, class Ours, class Plain, class Baseline>
-void multiMix(const char* name, int len, int height, Ours ours, Plain plain, Baseline baseline) {
-    const Data<T, Val> data(len, height);
-    add(name, data, bench::ours, ours);
-    add(name, data, "plain",
-        [=](auto& d) { plain(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(), d.height); });
-    add(name, data, "plain-baseline",
-        [=](auto& d) { baseline(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(), d.height); });
-}
+// ---- Peers of the single forms.
 
 #if defined(VORNSR_HAVE_EIGEN)
-using Rows = Eigen::Map<Eigen::Array<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>>;
-using Vector = Eigen::Map<Eigen::Array<float, 1, Eigen::Dynamic>>;
+using Rows = Eigen::Map<const Eigen::Array<float, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>>;
+using Vector = Eigen::Map<const Eigen::Array<float, 1, Eigen::Dynamic>>;
 
-void eigenMultiMix(const Data<float, float>& d) {
-    const Rows mean(d.mean.get(), d.height, d.len), var(d.var.get(), d.height, d.len);
-    const Vector one(d.one.get(), d.len);
-    Eigen::Map<Eigen::ArrayXf> val(d.val.get(), d.height);
-    for (int g = 0; g < d.height; ++g) val[g] -= 0.5f * ((one - mean.row(g)).square() * var.row(g)).sum();
+void eigenGaussians(const Data<float, float>& d) {
+    const Rows mean(d.mean, d.height, d.len), var(d.var, d.height, d.len);
+    const Vector one(d.one, d.len);
+    for (int g = 0; g < d.height; ++g) d.scores[g] -= 0.5f * ((one - mean.row(g)).square() * var.row(g)).sum();
+}
+void eigenFrames(const Data<float, float>& d) {
+    const Rows src(d.mean, d.height, d.len);
+    const Vector mean(d.one, d.len), var(d.var, d.len);
+    for (int i = 0; i < d.height; ++i) d.scores[i] = -50.0f - 0.5f * ((src.row(i) - mean).square() * var).sum();
 }
 #endif
 
 #if defined(VORNSR_HAVE_OPENBLAS)
-// Two matrix-vector products; squares holds x^2 of the frame.
-void blasMultiMix(const Data<float, float>& d, float* squares) {
+// Two matrix-vector products; the squares of the frame are part of the work.
+void blasGaussians(const Data<float, float>& d) {
+    float squares[64];
     for (int j = 0; j < d.len; ++j) squares[j] = d.one[j] * d.one[j];
-    cblas_sgemv(CblasRowMajor, CblasNoTrans, d.height, d.len, -0.5f, d.var.get(), d.len, squares, 1, 1.0f, d.val.get(),
-                1);
-    cblas_sgemv(CblasRowMajor, CblasNoTrans, d.height, d.len, 1.0f, d.mean.get(), d.len, d.one.get(), 1, 1.0f,
-                d.val.get(), 1);
+    cblas_sgemv(CblasRowMajor, CblasNoTrans, d.height, d.len, -0.5f, d.var, d.len, squares, 1, 1.0f, d.scores, 1);
+    cblas_sgemv(CblasRowMajor, CblasNoTrans, d.height, d.len, 1.0f, d.mean, d.len, d.one, 1, 1.0f, d.scores, 1);
 }
 #endif
 
-void addSingle(int len, int height) {
-    const char* name = "vornsLogGaussMultiMix_32f_D2";
-    multiMix<float, float>(
-        name, len, height,
-        [](auto& d) {
-            vornsLogGaussMultiMix_32f_D2(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(), d.height);
-        },
-        [](auto... a) { plain::multiMix(a...); }, [](auto... a) { plain_baseline::multiMix(a...); });
-    const Data<float, float> data(len, height);
+// ---- One frame against many Gaussians.
+
+void addGaussians(int len, int height) {
+    const auto amplitude = farApart<float>;
+    add<float, float>("vornsLogGaussMultiMix_32f_D2", "", len, height, amplitude, {
+        {bench::ours,
+         [](auto& d) { vornsLogGaussMultiMix_32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+            {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+            {"plain-baseline",
+             [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
 #if defined(VORNSR_HAVE_EIGEN)
-    add(name, data, "eigen", eigenMultiMix);
+            {"eigen", eigenGaussians},
 #endif
 #if defined(VORNSR_HAVE_OPENBLAS)
-    auto squares = bench::buffer<float>(static_cast<std::size_t>(len));
-    add(name, data, "openblas-2gemv", [=](auto& d) { blasMultiMix(d, squares.get()); });
+            {"openblas-2gemv", blasGaussians},
 #endif
+    });
+    add<double, double>(
+        "vornsLogGaussMultiMix_64f_D2", "", len, height, amplitude,
+        {{bench::ours,
+          [](auto& d) { vornsLogGaussMultiMix_64f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+         {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+         {"plain-baseline",
+          [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
+    add<Vorn16s, Vorn32f>(
+        "vornsLogGaussMultiMix_Scaled_16s32f_D2", "", len, height, farApart<Vorn16s>,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGaussMultiMix_Scaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 4);
+          }},
+         {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+         {"plain-baseline",
+          [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
+    for (const bool shifts : {false, true}) {
+        add<Vorn16s, Vorn32s>(
+            "vornsLogGaussMultiMix_Low_16s32s_D2Sfs", shifts ? "sf8" : "sf0", len, height, farApart<Vorn16s>,
+            {{bench::ours,
+              shifts ? [](const Data<Vorn16s, Vorn32s>& d) {
+                  vornsLogGaussMultiMix_Low_16s32s_D2Sfs(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 8);
+              } : [](const Data<Vorn16s, Vorn32s>& d) {
+                  vornsLogGaussMultiMix_Low_16s32s_D2Sfs(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 0);
+              }},
+             {"plain", [](auto& d) { plain::multiMixLow(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+             {"plain-baseline",
+              [](auto& d) { plain_baseline::multiMixLow(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
+    }
 }
 
-void addDouble(int len, int height) {
-    multiMix<double, double>(
-        "vornsLogGaussMultiMix_64f_D2", len, height,
-        [](auto& d) {
-            vornsLogGaussMultiMix_64f_D2(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(), d.height);
-        },
-        [](auto... a) { plain::multiMix(a...); }, [](auto... a) { plain_baseline::multiMix(a...); });
-}
-
-void addScaled(int len, int height) {
-    multiMix<Vorn16s, Vorn32f>(
-        "vornsLogGaussMultiMix_Scaled_16s32f_D2", len, height,
-        [](auto& d) {
-            vornsLogGaussMultiMix_Scaled_16s32f_D2(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(),
-                                                   d.height, 4);
-        },
-        [](auto... a) { plain::multiMix(a...); }, [](auto... a) { plain_baseline::multiMix(a...); });
-}
-
-void addLow(int len, int height) {
-    multiMix<Vorn16s, Vorn32s>(
-        "vornsLogGaussMultiMix_Low_16s32s_D2Sfs", len, height,
-        [](auto& d) {
-            vornsLogGaussMultiMix_Low_16s32s_D2Sfs(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(),
-                                                   d.height, 0);
-        },
-        [](auto... a) { plain::multiMixLow(a...); }, [](auto... a) { plain_baseline::multiMixLow(a...); });
-}
+// ---- Many frames against one Gaussian: the rows are frames.
 
 void addFrames(int len, int height) {
-    const char* name = "vornsLogGauss_32f_D2";
-    const Data<float, float> data(len, height);
-    add(name, data, bench::ours, [](auto& d) {
-        vornsLogGauss_32f_D2(d.mean.get(), d.len, d.one.get(), d.var.get(), d.len, d.val.get(), d.height, -50.0f);
+    add<float, float>("vornsLogGauss_32f_D2", "", len, height, farApart<float>, {
+        {bench::ours,
+         [](auto& d) { vornsLogGauss_32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+            {"plain", [](auto& d) { plain::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+            {"plain-baseline",
+             [](auto& d) { plain_baseline::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+#if defined(VORNSR_HAVE_EIGEN)
+            {"eigen", eigenFrames},
+#endif
     });
-    add(name, data, "plain", [](auto& d) {
-        plain::frames(d.mean.get(), d.len, d.one.get(), d.var.get(), d.len, d.val.get(), d.height, -50.0f);
-    });
-    add(name, data, "plain-baseline", [](auto& d) {
-        plain_baseline::frames(d.mean.get(), d.len, d.one.get(), d.var.get(), d.len, d.val.get(), d.height, -50.0f);
-    });
+    add<Vorn16s, Vorn32f>(
+        "vornsLogGauss_Scaled_16s32f_D2", "", len, height, farApart<Vorn16s>,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGauss_Scaled_16s32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f, 4);
+          }},
+         {"plain", [](auto& d) { plain::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+         {"plain-baseline",
+          [](auto& d) { plain_baseline::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }}});
+    add<Vorn16s, Vorn32s>(
+        "vornsLogGauss_Low_16s32s_D2Sfs", "", len, height, farApart<Vorn16s>,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGauss_Low_16s32s_D2Sfs(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50, 0);
+          }},
+         {"plain", [](auto& d) { plain::framesLow(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50); }},
+         {"plain-baseline",
+          [](auto& d) { plain_baseline::framesLow(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50); }}});
+    add<float, float>(
+        "vornsLogGaussMax_32f_D2", "", len, height, farApart<float>,
+        {{bench::ours,
+          [](auto& d) { vornsLogGaussMax_32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+         {"plain", [](auto& d) { plain::framesMax(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+         {"plain-baseline",
+          [](auto& d) { plain_baseline::framesMax(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }}});
 }
 
-void addFolds(int len, int height) {
-    const Data<float, float> data(len, height);
-    auto result = bench::buffer<float>(1);
-    add("vornsLogGaussMixture_32f_D2", data, bench::ours, [=](auto& d) {
-        vornsLogGaussMixture_32f_D2(d.one.get(), d.mean.get(), d.var.get(), d.height, d.len, d.len, d.val.get(),
-                                    result.get());
-    });
-    add("vornsLogGaussMixture_32f_D2", data, "scores-only", [=](auto& d) {
-        vornsLogGaussMultiMix_32f_D2(d.mean.get(), d.var.get(), d.len, d.one.get(), d.len, d.val.get(), d.height);
-    });
-    add("vornsLogGaussMixture_32f_D2", data, "plain", [=](auto& d) {
-        result[0] = plain::mixture(d.one.get(), d.mean.get(), d.var.get(), d.height, d.len, d.len, d.val.get());
-    });
-    add("vornsLogGaussMax_32f_D2", data, bench::ours, [](auto& d) {
-        vornsLogGaussMax_32f_D2(d.mean.get(), d.len, d.one.get(), d.var.get(), d.len, d.val.get(), d.height, -50.0f);
-    });
-    add("vornsLogGaussMax_32f_D2", data, "plain",
-        [scores = bench::buffer<float>(static_cast<std::size_t>(height))](auto& d) {
-            plain::frames(d.mean.get(), d.len, d.one.get(), d.var.get(), d.len, scores.get(), d.height, -50.0f);
-            for (int i = 0; i < d.height; ++i) d.val[i] = std::max(d.val[i], scores[i]);
-        });
+// ---- Mixtures. "scores-only" over ours is the share of the scores in the call.
+
+void addMixtures(int len, int height, const char* kind, bool close) {
+    static Vorn32f total;
+    static Vorn64f total64;
+    const auto amplitude = close ? closeTogether<float> : farApart<float>;
+    const auto amplitude16 = close ? closeTogether<Vorn16s> : farApart<Vorn16s>;
+    add<float, float>(
+        "vornsLogGaussMixture_32f_D2", kind, len, height, amplitude,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGaussMixture_32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total);
+              bench::keep(&total);
+          }},
+         {"scores-only",
+          [](auto& d) { vornsLogGaussMultiMix_32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+         {"plain", [](auto& d) {
+              total = plain::mixture(d.one, d.mean, d.var, d.height, d.len, d.len, d.val);
+              bench::keep(&total);
+          }}});
+    add<double, double>(
+        "vornsLogGaussMixture_64f_D2", kind, len, height, amplitude,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGaussMixture_64f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total64);
+              bench::keep(&total64);
+          }},
+         {"scores-only",
+          [](auto& d) { vornsLogGaussMultiMix_64f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
+    add<Vorn16s, Vorn32f>(
+        "vornsLogGaussMixture_Scaled_16s32f_D2", kind, len, height, amplitude16,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGaussMixture_Scaled_16s32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total, 20);
+              bench::keep(&total);
+          }},
+         {"scores-only", [](auto& d) {
+              vornsLogGaussMultiMix_Scaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 20);
+          }}});
+    add<Vorn16s, Vorn32f>(
+        "vornsLogGaussMixture_LowScaled_16s32f_D2", kind, len, height, amplitude16,
+        {{bench::ours,
+          [](auto& d) {
+              vornsLogGaussMixture_LowScaled_16s32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total, 15);
+              bench::keep(&total);
+          }},
+         {"scores-only", [](auto& d) {
+              vornsLogGaussMultiMix_LowScaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 15);
+          }}});
 }
 
-const bench::Family gaussians([] {
-    for (int len : {13, 26, 39, 40}) {
-        for (int height : {8, 128, 1024, 8192, 65536}) {
-            addSingle(len, height);
-            addDouble(len, height);
-            addScaled(len, height);
-            addLow(len, height);
+// ---- Many frames against many Gaussians: frame by frame, and as one matrix product over [x^2, x] and [-v / 2; m v].
+
+void addBlock(int len, int numFrames, int numGaussians) {
+    const auto cells = std::size_t(numFrames) * std::size_t(numGaussians);
+    const auto& model = vectorsOf<float>(len, numGaussians, farApart<float>);
+    const auto& speech = vectorsOf<float>(len, numFrames, farApart<float>);
+    auto scores = bench::buffer<float>(cells);
+    const std::string size =
+        std::to_string(len) + "x" + std::to_string(numGaussians) + "x" + std::to_string(numFrames) + "frames";
+    const char* function = "vornsLogGaussMultiMix_32f_D2";
+    bench::add(function, size, bench::ours, std::int64_t(cells), [=] {
+        for (int i = 0; i < numFrames; ++i) {
+            vornsLogGaussMultiMix_32f_D2(model.mean.get(), model.var.get(), len, speech.mean.get() + i * len, len,
+                                         scores.get() + i * numGaussians, numGaussians);
         }
-        for (int height : {1, 100, 1000}) {
-            addFrames(len, height);
-            addFolds(len, height);
+        bench::keep(scores.get());
+    });
+    bench::add(function, size, "plain", std::int64_t(cells), [=] {
+        for (int i = 0; i < numFrames; ++i) {
+            plain::multiMix(model.mean.get(), model.var.get(), len, speech.mean.get() + i * len, len,
+                            scores.get() + i * numGaussians, numGaussians);
+        }
+        bench::keep(scores.get());
+    });
+#if defined(VORNSR_HAVE_OPENBLAS)
+    auto expanded = random<float>(2 * std::size_t(len) * std::size_t(numFrames), -1, 1);
+    auto weights = random<float>(2 * std::size_t(len) * std::size_t(numGaussians), -1, 1);
+    bench::add(function, size, "openblas-gemm", std::int64_t(cells), [=] {
+        cblas_sgemm(CblasRowMajor, CblasNoTrans, CblasTrans, numFrames, numGaussians, 2 * len, 1.0f, expanded.get(),
+                    2 * len, weights.get(), 2 * len, 1.0f, scores.get(), numGaussians);
+        bench::keep(scores.get());
+    });
+#endif
+}
+
+const bench::Family family([] {
+    for (int len : columns) {
+        for (int height : gaussians) addGaussians(len, height);
+        for (int height : frames) addFrames(len, height);
+        for (int height : mixtures) {
+            addMixtures(len, height, "", false);
+            addMixtures(len, height, "close", true);
         }
     }
+    for (int numFrames : {128, 1000}) addBlock(39, numFrames, 1024);
 });
 
 }  // namespace

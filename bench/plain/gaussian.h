@@ -12,6 +12,12 @@
                      int height);                                                                                    \
     void frames(const float* src, int step, const float* mean, const float* var, int len, float* result, int height, \
                 float val);                                                                                          \
+    void frames(const short* src, int step, const short* mean, const short* var, int len, float* result, int height, \
+                float val);                                                                                          \
+    void framesMax(const float* src, int step, const float* mean, const float* var, int len, float* srcDst,          \
+                   int height, float val);                                                                           \
+    void framesLow(const short* src, int step, const short* mean, const short* var, int len, int* result, int height,\
+                   int val);                                                                                         \
     float mixture(const float* src, const float* mean, const float* var, int height, int step, int len,              \
                   const float* val);
 

@@ -27,27 +27,46 @@ void multiMix(const short* mean, const short* var, int step, const short* src, i
 }
 
 // Low precision: saturated differences, squares in two halves, integer sums.
+static int lowScore(const short* x, const short* m, const short* v, int len) {
+    unsigned high = 0, low = 0;
+    for (int j = 0; j < len; ++j) {
+        int d = x[j] - m[j];
+        d = d < -32768 ? -32768 : d > 32767 ? 32767 : d;
+        const int square = d * d;
+        high -= static_cast<unsigned>((square >> 16) * v[j]);
+        low -= static_cast<unsigned>(((square & 0xFFFF) >> 1) * v[j]);
+    }
+    return static_cast<int>((high << 15) + low);
+}
 void multiMixLow(const short* mean, const short* var, int step, const short* src, int len, int* srcDst, int height) {
     for (int g = 0; g < height; ++g) {
-        const short* m = mean + static_cast<long>(g) * step;
-        const short* v = var + static_cast<long>(g) * step;
-        unsigned high = 0, low = 0;
-        for (int j = 0; j < len; ++j) {
-            int d = src[j] - m[j];
-            d = d < -32768 ? -32768 : d > 32767 ? 32767 : d;
-            const int square = d * d;
-            high -= static_cast<unsigned>((square >> 16) * v[j]);
-            low -= static_cast<unsigned>(((square & 0xFFFF) >> 1) * v[j]);
-        }
-        srcDst[g] += static_cast<int>((high << 15) + low);
+        const long row = static_cast<long>(g) * step;
+        srcDst[g] += lowScore(src, mean + row, var + row, len);
     }
 }
 
+template <class T>
+static float frameScore(const T* src, const T* mean, const T* var, int len, float val) {
+    return val - 0.5f * squaredDistance<T, float>(src, mean, var, len);
+}
 void frames(const float* src, int step, const float* mean, const float* var, int len, float* result, int height,
             float val) {
+    for (int i = 0; i < height; ++i) result[i] = frameScore(src + static_cast<long>(i) * step, mean, var, len, val);
+}
+void frames(const short* src, int step, const short* mean, const short* var, int len, float* result, int height,
+            float val) {
+    for (int i = 0; i < height; ++i) result[i] = frameScore(src + static_cast<long>(i) * step, mean, var, len, val);
+}
+void framesMax(const float* src, int step, const float* mean, const float* var, int len, float* srcDst, int height,
+               float val) {
     for (int i = 0; i < height; ++i) {
-        result[i] = val - 0.5f * squaredDistance<float, float>(src + static_cast<long>(i) * step, mean, var, len);
+        const float score = frameScore(src + static_cast<long>(i) * step, mean, var, len, val);
+        if (score > srcDst[i]) srcDst[i] = score;
     }
+}
+void framesLow(const short* src, int step, const short* mean, const short* var, int len, int* result, int height,
+               int val) {
+    for (int i = 0; i < height; ++i) result[i] = val + lowScore(src + static_cast<long>(i) * step, mean, var, len);
 }
 
 float mixture(const float* src, const float* mean, const float* var, int height, int step, int len, const float* val) {

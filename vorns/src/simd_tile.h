@@ -112,21 +112,10 @@ VORN_INLINE f64x4of4 load<f64x4of4>(const double* p) {
     return {load<f64x2>(p), load<f64x2>(p + 2)};
 }
 template <>
-VORN_INLINE f64x4of4 loadFirst<f64x4of4>(const double* p, std::ptrdiff_t n) {
-    double lane[4] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(double));
-    return load<f64x4of4>(lane);
-}
-template <>
 VORN_INLINE f64x4of4 splat<f64x4of4>(double x) {
     return {splat<f64x2>(x), splat<f64x2>(x)};
 }
 VORN_INLINE void store(double* p, f64x4of4 a) { store(p, a.low), store(p + 2, a.high); }
-VORN_INLINE void storeFirst(double* p, f64x4of4 a, std::ptrdiff_t n) {
-    double lane[4];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(double));
-}
 VORN_INLINE f64x4of4 widened(f32x4 a) { return {widenLow(a), widenHigh(a)}; }
 VORN_INLINE f64x4of4 firstOnly(double x) { return {withFirst(splat<f64x2>(0.0), x), splat<f64x2>(0.0)}; }
 VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return a.low + a.high; }

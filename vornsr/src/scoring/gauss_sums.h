@@ -109,7 +109,7 @@ struct ExactShortTerms {
     }
 };
 
-// What four rows yield for the same columns, each a vector.
+// What each of four rows yields.
 template <class V>
 struct FourTerms {
     V row[4];
@@ -124,7 +124,7 @@ VORN_INLINE auto fourTerms(const Rows& rows, std::ptrdiff_t j) {
         return Terms::template of<V, Rows::frameIsShared>(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
     });
 }
-// What four rows yield for one column, a lane a row.
+// The term of one column, a lane a row.
 VORN_INLINE f32x4 columnOf(const FourRows<Vorn32f>& rows, std::ptrdiff_t j) {
     return lanesOf(rows[0][j], rows[1][j], rows[2][j], rows[3][j]);
 }
@@ -189,14 +189,7 @@ VORN_INLINE std::ptrdiff_t subtractGroups(Widths<V...>, const Rows& rows, std::p
     return len - j;
 }
 
-// Subtracts the columns from j on from the sum of row r, one after the other.
-template <class Terms, class Rows>
-VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Rows& rows, int r, std::ptrdiff_t j,
-                                 std::ptrdiff_t len) {
-    for (; j < len; ++j) sum = sum - Terms::column(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
-    return sum;
-}
-// Subtracts all whole groups V of columns of one row; returns how many columns are left behind them.
+// The same for one row: all whole groups V of columns,
 template <class Terms, class V, class Row, class Subtract>
 VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t len, const Subtract& subtract) {
     std::ptrdiff_t j = 0;
@@ -204,6 +197,14 @@ VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t le
         subtract(Terms::template of<V, Row::frameIsShared>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
     }
     return len - j;
+}
+// and the last `left` columns, one after the other.
+template <class Terms, class Row>
+VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Row& row, std::ptrdiff_t len, std::ptrdiff_t left) {
+    for (std::ptrdiff_t j = len - left; j < len; ++j) {
+        sum = sum - Terms::column(row.src[0] + j, row.mean[0] + j, row.var[0] + j);
+    }
+    return sum;
 }
 
 // -S in single: one accumulator of four lanes a row, (lane 0 + lane 1) + (lane 2 + lane 3), then the last len mod 4
@@ -232,7 +233,7 @@ struct SingleSums {
         f32x4 lanes = splat<f32x4>(0);
         const std::ptrdiff_t left =
             subtractGroupsOfOne<Terms, f32x4>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
-        return splat<f32x4>(subtractColumns<Terms>(sumNeighbours(lanes), row, 0, len - left, len));
+        return splat<f32x4>(subtractColumns<Terms>(sumNeighbours(lanes), row, len, left));
     }
 };
 
@@ -261,7 +262,7 @@ struct DoubleSums {
         f64x2 lanes = splat<f64x2>(0);
         const std::ptrdiff_t left =
             subtractGroupsOfOne<Terms, f64x2>(row, len, [&](f64x2 terms) { lanes = lanes - terms; });
-        return firstOnly(subtractColumns<Terms>(sumLanes(lanes), row, 0, len - left, len));
+        return firstOnly(subtractColumns<Terms>(sumLanes(lanes), row, len, left));
     }
 };
 
@@ -278,7 +279,7 @@ struct DoubleSumsInOrder {
     }
     template <class Row>
     static VORN_NOINLINE Four<Vorn64f> ofOne(const Row& row, std::ptrdiff_t len) {
-        return firstOnly(subtractColumns<Terms>(0, row, 0, 0, len));
+        return firstOnly(subtractColumns<Terms>(0, row, len, len));
     }
 };
 
@@ -340,7 +341,7 @@ struct ShortSums {
     template <class Src, class Mean, class Var>
     static VORN_NOINLINE f32x4 ofOne(const Pairing<Src, Mean, Var>& row, std::ptrdiff_t len) {
         using Terms = typename ShortGroups<Var>::Terms;
-        if (len < 8) return splat<f32x4>(subtractColumns<ExactShortTerms>(0, row, 0, 0, len));
+        if (len < 8) return splat<f32x4>(subtractColumns<ExactShortTerms>(0, row, len, len));
         f32x4 lanes = splat<f32x4>(0);
         const std::ptrdiff_t left =
             subtractGroupsOfOne<Terms, i16x8>(row, len, [&](auto terms) { subtractInFours(lanes, terms); });
