@@ -21,6 +21,7 @@ VORN_INLINE std::int64_t elementsToBoundary(const T* p, std::int64_t bytes) {
 //   put(i, r)         stores them
 //   putPastCache(i, r)  the same past the cache; only where the result stands on a register's boundary
 //   part(n)           the whole work on a vector of n < step elements
+//   fetch(i)          if it has one: asks for the operands of the elements some way after i
 //   result()          where element 0 of the result goes
 //   unrolled          the work is light: four registers a turn pay
 //
@@ -39,7 +40,13 @@ VORN_INLINE std::int64_t stepsToBoundary(const Kernel& kernel) {
     return start + Kernel::step;
 }
 
-template <class Kernel>
+template <bool fetching, class Kernel>
+VORN_INLINE auto stepAt(const Kernel& kernel, std::int64_t i) {
+    if constexpr (fetching && requires { kernel.fetch(i); }) kernel.fetch(i);
+    return kernel.at(i);
+}
+
+template <bool fetching, class Kernel>
 VORN_INLINE void stepsInCache(std::int64_t len, const Kernel& kernel) {
     constexpr std::int64_t step = Kernel::step;
     const std::int64_t end = len - step;
@@ -50,13 +57,14 @@ VORN_INLINE void stepsInCache(std::int64_t len, const Kernel& kernel) {
         if (start > 0) i = start;
     }
     for (; Kernel::unrolled && i + 4 * step <= end; i += 4 * step) {
-        const auto a = kernel.at(i), b = kernel.at(i + step), c = kernel.at(i + 2 * step), d = kernel.at(i + 3 * step);
+        const auto a = stepAt<fetching>(kernel, i), b = stepAt<fetching>(kernel, i + step),
+                   c = stepAt<fetching>(kernel, i + 2 * step), d = stepAt<fetching>(kernel, i + 3 * step);
         kernel.put(i, a);
         kernel.put(i + step, b);
         kernel.put(i + 2 * step, c);
         kernel.put(i + 3 * step, d);
     }
-    for (; i < end; i += step) kernel.put(i, kernel.at(i));
+    for (; i < end; i += step) kernel.put(i, stepAt<fetching>(kernel, i));
     kernel.put(end, last);
 }
 
@@ -64,7 +72,9 @@ template <class Kernel>
 VORN_INLINE void stepsPastCache(std::int64_t len, const Kernel& kernel) {
     const std::int64_t end = len - Kernel::step;
     const auto last = kernel.at(end);
-    for (std::int64_t i = stepsToBoundary(kernel); i < end; i += Kernel::step) kernel.putPastCache(i, kernel.at(i));
+    for (std::int64_t i = stepsToBoundary(kernel); i < end; i += Kernel::step) {
+        kernel.putPastCache(i, stepAt<true>(kernel, i));
+    }
     storeFence();
     kernel.put(end, last);
 }
@@ -86,7 +96,7 @@ VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
             return stepsPastCache(len, kernel);
         }
     }
-    stepsInCache(len, kernel);
+    stepsInCache<extent == Extent::any>(len, kernel);
 }
 
 }  // namespace vorn

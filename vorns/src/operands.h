@@ -67,8 +67,8 @@ VORN_INLINE std::int64_t lanesInLow(std::int64_t n) {
     return n < V::lanes ? n : V::lanes;
 }
 
-// Where operands come from: at(i) is what a step at element i needs, first<rest>(n) what there is of it where the
-// vector has but n elements, with rest in the lanes behind them.
+// Where operands come from: at(i) is what a step at element i needs, fetch(i) asks for what later ones do,
+// first<rest>(n) what there is of it where the vector has but n elements, with rest in the lanes behind them.
 
 // An array, one register a step.
 template <class T>
@@ -76,6 +76,7 @@ struct Elements {
     using V = Wide<Lane<T>>;
     const T* p;
     VORN_INLINE V at(std::int64_t i) const { return load<V>(lanesAt(p + i)); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
     VORN_INLINE V first(std::int64_t n) const {
         return partOf<V, rest>(lanesAt(p), n * LaneOf<T>::count);
@@ -90,6 +91,10 @@ struct ElementPairs {
     VORN_INLINE Halves<V> at(std::int64_t i) const {
         return {load<V>(lanesAt(p + i)), load<V>(lanesAt(p + i) + V::lanes)};
     }
+    VORN_INLINE void fetch(std::int64_t i) const {
+        fetchAhead(lanesAt(p + i));
+        fetchAhead(lanesAt(p + i) + V::lanes);
+    }
     template <int rest>
     VORN_INLINE Halves<V> first(std::int64_t n) const {
         return {partOf<V, rest>(lanesAt(p), lanesInLow<V>(n)),
@@ -101,6 +106,7 @@ struct ElementPairs {
 struct Elements32sInto64 {
     const Vorn32s* p;
     VORN_INLINE i64xN at(std::int64_t i) const { return loadInto64<i64xN>(p + i); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
     VORN_INLINE i64xN first(std::int64_t n) const {
         alignas(i32xN) Vorn32s room[i32xN::lanes];
@@ -124,6 +130,7 @@ struct ComplexFactors {
     using V = Wide<Lane<T>>;
     const T* p;
     VORN_INLINE ComplexFactor<V> at(std::int64_t i) const { return ComplexFactor<V>(lanesAt(p + i)); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
     VORN_INLINE ComplexFactor<V> first(std::int64_t n) const {
         return ComplexFactor<V>(partOf<V, rest>(lanesAt(p), 2 * n));
@@ -135,6 +142,7 @@ template <class V>
 struct Constant {
     V value;
     VORN_INLINE V at(std::int64_t) const { return value; }
+    VORN_INLINE void fetch(std::int64_t) const {}
     template <int>
     VORN_INLINE V first(std::int64_t) const {
         return value;
@@ -210,6 +218,10 @@ struct ElementKernel {
     D* dst;
 
     VORN_INLINE auto at(std::int64_t i) const { return op(a.at(i), b.at(i)); }
+    VORN_INLINE void fetch(std::int64_t i) const {
+        a.fetch(i);
+        b.fetch(i);
+    }
     template <class R>
     VORN_INLINE void put(std::int64_t i, R x) const {
         vorn::put(lanesAt(dst + i), x);
