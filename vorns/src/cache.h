@@ -1,4 +1,4 @@
-// When a block is too large for the cache to be worth filling with it.
+// When a block is too large for the cache to be worth filling with it, and reading ahead of a loop.
 #pragma once
 
 #include <cstdint>
