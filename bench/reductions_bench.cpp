@@ -33,8 +33,8 @@
 
 namespace {
 
-// A quarter of a gigabyte is far from every cache but a shared one, and short enough for sweeps over many members.
-constexpr std::size_t inMemory = std::size_t{256} << 20, gap = 4096;
+// Far from every cache but the largest shared ones, and short enough for sweeps over many members.
+constexpr std::size_t inMemory = std::size_t{128} << 20, gap = 4096;
 struct Size {
     const char* name;
     std::size_t elements, bytes;  // a fixed length, or the bytes of all vectors together

@@ -149,7 +149,7 @@ Element extreme(const Element* src, std::ptrdiff_t len) {
 
 template <class Element>
 void extremes(const Element* src, std::ptrdiff_t len, Element* min, Element* max) {
-    Element smallest, largest;
+    Element smallest = src[0], largest = src[0];
     if (len >= Ordered<Element>::V::lanes) {
         constexpr int chains = 4;
         Running<Smallest, Element, chains> low(src[0]);
@@ -158,8 +158,10 @@ void extremes(const Element* src, std::ptrdiff_t len, Element* min, Element* max
         smallest = firstOfZeros(src, len, low.best());
         largest = firstOfZeros(src, len, high.best());
     } else {
-        smallest = extreme<Smallest>(src, len);
-        largest = extreme<Largest>(src, len);
+        for (std::ptrdiff_t i = 1; i < len; ++i) {
+            if (Smallest::strictly(src[i], smallest)) smallest = src[i];
+            if (Largest::strictly(src[i], largest)) largest = src[i];
+        }
     }
     *min = smallest;
     *max = largest;
