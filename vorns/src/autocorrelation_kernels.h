@@ -90,28 +90,63 @@ typename Terms::Element finishedLag(typename Terms::Element sumSoFar, const type
     return Terms::template first<V>(sum);
 }
 
-// Four vectors of lags at a time; the last ones overlap those before them.
+// The sums of lanes lags from `lag` on stand in dst and hold the terms of the samples below `from`: takes in the
+// others, fewer for every further lag, in vectors of half the lanes from where the last lag has ended.
+template <class Terms, class V>
+void finishLags(const typename Terms::Element* src, std::ptrdiff_t from, std::ptrdiff_t srcLen,
+                typename Terms::Element* dst, std::ptrdiff_t lag) {
+    const std::ptrdiff_t common = srcLen - (lag + V::lanes - 1);
+    auto sum = Terms::template at<V>(dst + lag);
+    for (std::ptrdiff_t n = from; n < common; ++n) {
+        sum = Terms::template plusTerm<V>(sum, Terms::template everywhere<V>(src[n]),
+                                          Terms::template at<V>(src + n + lag));
+    }
+    Terms::template put<V>(dst + lag, sum);
+    if constexpr (V::lanes > NarrowLags<Terms>::lanes) {
+        using Half = decltype(lowHalf(V{}));
+        finishLags<Terms, Half>(src, common, srcLen, dst, lag);
+        finishLags<Terms, Half>(src, common, srcLen, dst, lag + Half::lanes);
+    } else {
+        for (std::ptrdiff_t k = lag; k < lag + V::lanes; ++k) {
+            dst[k] = finishedLag<Terms>(dst[k], src, common, srcLen, k);
+        }
+    }
+}
+
+// The lags from `lag` on in vectors of them, the last of which ends with the last lag and may overlap the one before.
+template <class Terms, class V, int vectors>
+void correlateVectors(const typename Terms::Element* src, std::ptrdiff_t srcLen, typename Terms::Element* dst,
+                      std::ptrdiff_t lag, std::ptrdiff_t lags) {
+    std::ptrdiff_t start[vectors];
+    typename Terms::template Sum<V> sum[vectors];
+    for (int v = 0; v < vectors; ++v) {
+        start[v] = std::min(lag + v * V::lanes, lags - V::lanes);
+        sum[v] = Terms::template everywhere<V>({});
+    }
+    const std::ptrdiff_t common = srcLen - (start[vectors - 1] + V::lanes - 1);
+    for (std::ptrdiff_t n = 0; n < common; ++n) {
+        const auto a = Terms::template everywhere<V>(src[n]);
+        for (int v = 0; v < vectors; ++v) {
+            sum[v] = Terms::template plusTerm<V>(sum[v], a, Terms::template at<V>(src + n + start[v]));
+        }
+    }
+    for (int v = 0; v < vectors; ++v) {
+        Terms::template put<V>(dst + start[v], sum[v]);
+        finishLags<Terms, V>(src, common, srcLen, dst, start[v]);
+    }
+}
+
+// Up to four vectors of lags at a time.
 template <class Terms, class V>
 void correlateLanes(const typename Terms::Element* src, std::ptrdiff_t srcLen, typename Terms::Element* dst,
                     std::ptrdiff_t lags) {
-    constexpr std::ptrdiff_t lanes = V::lanes;
-    for (std::ptrdiff_t lag = 0; lag < lags; lag += 4 * lanes) {
-        std::ptrdiff_t start[4];
-        typename Terms::template Sum<V> sum[4];
-        for (int v = 0; v < 4; ++v) {
-            start[v] = std::min(lag + v * lanes, lags - lanes);
-            sum[v] = Terms::template everywhere<V>({});
-        }
-        const std::ptrdiff_t common = srcLen - (start[3] + lanes - 1);
-        for (std::ptrdiff_t n = 0; n < common; ++n) {
-            const auto a = Terms::template everywhere<V>(src[n]);
-            for (int v = 0; v < 4; ++v) {
-                sum[v] = Terms::template plusTerm<V>(sum[v], a, Terms::template at<V>(src + n + start[v]));
-            }
-        }
-        for (int v = 0; v < 4; ++v) Terms::template put<V>(dst + start[v], sum[v]);
-        for (std::ptrdiff_t k = start[0]; k < start[3] + lanes; ++k) {
-            dst[k] = finishedLag<Terms>(dst[k], src, common, srcLen, k);
+    for (std::ptrdiff_t lag = 0; lag < lags; lag += 4 * V::lanes) {
+        if (lags - lag <= V::lanes) {
+            correlateVectors<Terms, V, 1>(src, srcLen, dst, lag, lags);
+        } else if (lags - lag <= 2 * V::lanes) {
+            correlateVectors<Terms, V, 2>(src, srcLen, dst, lag, lags);
+        } else {
+            correlateVectors<Terms, V, 4>(src, srcLen, dst, lag, lags);
         }
     }
 }
