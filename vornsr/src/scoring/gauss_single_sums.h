@@ -351,7 +351,7 @@ VORN_INLINE i16x8 firstLowWeights(Var var) {
 }
 
 // The length from which low-precision sums in the widest vectors of the build pay for folding them at the end.
-inline constexpr std::ptrdiff_t widensFrom = 2 * i16xN::lanes;
+inline constexpr std::ptrdiff_t widensFrom = i16xN::lanes > 8 ? 2 * i16xN::lanes : 0;
 
 // -S / 2 x 2^-scaleFactor in wrapping integers. The groups of eight are shifted once, at their end and negated; the
 // remainders of four, of two and of one at once and then subtracted.
