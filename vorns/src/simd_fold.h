@@ -10,16 +10,12 @@
 namespace vorn {
 
 #if defined(__AVX2__)
-VORN_INLINE i64x2 lowHalf(i64x4 a) { return {_mm256_castsi256_si128(a.v)}; }
-VORN_INLINE i64x2 highHalf(i64x4 a) { return {_mm256_extracti128_si256(a.v, 1)}; }
 VORN_INLINE i16x8 lowHalf(i16x16 a) { return {_mm256_castsi256_si128(a.v)}; }
 VORN_INLINE i16x8 highHalf(i16x16 a) { return {_mm256_extracti128_si256(a.v, 1)}; }
 VORN_INLINE u8x16 lowHalf(u8x32 a) { return {_mm256_castsi256_si128(a.v)}; }
 VORN_INLINE u8x16 highHalf(u8x32 a) { return {_mm256_extracti128_si256(a.v, 1)}; }
 #endif
 #if defined(VORN_SIMD_AVX512)
-VORN_INLINE i64x4 lowHalf(i64x8 a) { return {_mm512_castsi512_si256(a.v)}; }
-VORN_INLINE i64x4 highHalf(i64x8 a) { return {_mm512_extracti64x4_epi64(a.v, 1)}; }
 VORN_INLINE i16x16 lowHalf(i16x32 a) { return {_mm512_castsi512_si256(a.v)}; }
 VORN_INLINE i16x16 highHalf(i16x32 a) { return {_mm512_extracti64x4_epi64(a.v, 1)}; }
 VORN_INLINE u8x32 lowHalf(u8x64 a) { return {_mm512_castsi512_si256(a.v)}; }
