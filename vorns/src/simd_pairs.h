@@ -23,19 +23,10 @@ VORN_INLINE V inRegister(V a) {
     return a;
 }
 
-// The first or the second of each pair twice; the two of each pair exchanged.
-VORN_INLINE f32x4 firstsTwice(f32x4 a) { return {_mm_moveldup_ps(a.v)}; }
-VORN_INLINE f64x2 firstsTwice(f64x2 a) { return {_mm_movedup_pd(a.v)}; }
-VORN_INLINE f32x4 secondsTwice(f32x4 a) { return {_mm_movehdup_ps(a.v)}; }
-VORN_INLINE f64x2 secondsTwice(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
-VORN_INLINE f32x4 exchangedPairs(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, _MM_SHUFFLE(2, 3, 0, 1))}; }
-VORN_INLINE f64x2 exchangedPairs(f64x2 a) { return {_mm_shuffle_pd(a.v, a.v, 1)}; }
-VORN_INLINE i16x8 exchangedPairs(i16x8 a) {
+// The two of each pair exchanged.
+VORN_INLINE i16x8 swapPairs(i16x8 a) {
     return {_mm_shufflehi_epi16(_mm_shufflelo_epi16(a.v, _MM_SHUFFLE(2, 3, 0, 1)), _MM_SHUFFLE(2, 3, 0, 1))};
 }
-// a - b in the first lane of each pair, a + b in the second.
-VORN_INLINE f32x4 subtractAdd(f32x4 a, f32x4 b) { return {_mm_addsub_ps(a.v, b.v)}; }
-VORN_INLINE f64x2 subtractAdd(f64x2 a, f64x2 b) { return {_mm_addsub_pd(a.v, b.v)}; }
 // Pairs of which each operand holds the first or the second, saturated to 16 bits and put side by side.
 VORN_INLINE Two<i16x8> narrowSatPairs(Two<i32x4> first, Two<i32x4> second) {
     const __m128i a = _mm_packs_epi32(first.low.v, first.high.v), b = _mm_packs_epi32(second.low.v, second.high.v);
@@ -43,18 +34,10 @@ VORN_INLINE Two<i16x8> narrowSatPairs(Two<i32x4> first, Two<i32x4> second) {
 }
 
 #if defined(__AVX2__)
-VORN_INLINE f32x8 firstsTwice(f32x8 a) { return {_mm256_moveldup_ps(a.v)}; }
-VORN_INLINE f64x4 firstsTwice(f64x4 a) { return {_mm256_movedup_pd(a.v)}; }
-VORN_INLINE f32x8 secondsTwice(f32x8 a) { return {_mm256_movehdup_ps(a.v)}; }
-VORN_INLINE f64x4 secondsTwice(f64x4 a) { return {_mm256_permute_pd(a.v, 0xF)}; }
-VORN_INLINE f32x8 exchangedPairs(f32x8 a) { return {_mm256_permute_ps(a.v, _MM_SHUFFLE(2, 3, 0, 1))}; }
-VORN_INLINE f64x4 exchangedPairs(f64x4 a) { return {_mm256_permute_pd(a.v, 0x5)}; }
-VORN_INLINE i16x16 exchangedPairs(i16x16 a) {
+VORN_INLINE i16x16 swapPairs(i16x16 a) {
     const __m128i order = _mm_setr_epi8(2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13);
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(order))};
 }
-VORN_INLINE f32x8 subtractAdd(f32x8 a, f32x8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
-VORN_INLINE f64x4 subtractAdd(f64x4 a, f64x4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
 // Both steps stay within 16 bytes, so the second undoes the order of the first.
 VORN_INLINE Two<i16x16> narrowSatPairs(Two<i32x8> first, Two<i32x8> second) {
     const __m256i a = _mm256_packs_epi32(first.low.v, first.high.v);
@@ -64,7 +47,7 @@ VORN_INLINE Two<i16x16> narrowSatPairs(Two<i32x8> first, Two<i32x8> second) {
 #endif
 
 #if defined(VORN_SIMD_AVX512)
-VORN_INLINE i16x32 exchangedPairs(i16x32 a) { return {_mm512_rol_epi32(a.v, 16)}; }
+VORN_INLINE i16x32 swapPairs(i16x32 a) { return {_mm512_rol_epi32(a.v, 16)}; }
 VORN_INLINE Two<i16x32> narrowSatPairs(Two<i32x16> first, Two<i32x16> second) {
     const __m512i a = _mm512_packs_epi32(first.low.v, first.high.v);
     const __m512i b = _mm512_packs_epi32(second.low.v, second.high.v);

@@ -97,9 +97,9 @@ private:
     template <class V>
     static VORN_INLINE V product(V x, V y) {
         if constexpr (second == Second::Conjugated) {
-            return subtractAdd(firstsTwice(y) * x, -(secondsTwice(y) * exchangedPairs(x)));
+            return addSub(dupEven(y) * x, -(dupOdd(y) * swapPairs(x)));
         } else {
-            return subtractAdd(firstsTwice(x) * y, secondsTwice(x) * exchangedPairs(y));
+            return addSub(dupEven(x) * y, dupOdd(x) * swapPairs(y));
         }
     }
 };
@@ -138,7 +138,7 @@ private:
         using Int = decltype(intsOf(a));
         const V notIm = shortsOf(splat<Int>(static_cast<std::int32_t>(0xFFFF0000)));
         const Int re = mulAddPairs(a, b ^ notIm) + shiftRight<16>(intsOf(a));
-        const Int im = mulAddPairs(a, exchangedPairs(b));
+        const Int im = mulAddPairs(a, swapPairs(b));
         return Complex<Int>{shiftRight(re, right_),
                             select(im == splat<Int>(INT32_MIN), splat<Int>(largest_), shiftRight(im, right_))};
     }
