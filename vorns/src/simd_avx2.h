@@ -546,25 +546,6 @@ VORN_INLINE void loadPairs(const std::int32_t* p, i32x8& first, i32x8& second) {
     first = bitsOf(even);
     second = bitsOf(odd);
 }
-VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x8 (&v)[4]) {
-    const __m256 low01 = _mm256_unpacklo_ps(v[0].v, v[1].v), high01 = _mm256_unpackhi_ps(v[0].v, v[1].v);
-    const __m256 low23 = _mm256_unpacklo_ps(v[2].v, v[3].v), high23 = _mm256_unpackhi_ps(v[2].v, v[3].v);
-    const __m256 lane[4] = {_mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(1, 0, 1, 0)),
-                            _mm256_shuffle_ps(low01, low23, _MM_SHUFFLE(3, 2, 3, 2)),
-                            _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(1, 0, 1, 0)),
-                            _mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(3, 2, 3, 2))};
-    for (int i = 0; i < 4; ++i) {
-        _mm_storeu_ps(to[i] + offset, _mm256_castps256_ps128(lane[i]));
-        _mm_storeu_ps(to[i + 4] + offset, _mm256_extractf128_ps(lane[i], 1));
-    }
-}
-VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x4 (&v)[2]) {
-    const __m256d lane[2] = {_mm256_unpacklo_pd(v[0].v, v[1].v), _mm256_unpackhi_pd(v[0].v, v[1].v)};
-    for (int i = 0; i < 2; ++i) {
-        _mm_storeu_pd(to[i] + offset, _mm256_castpd256_pd128(lane[i]));
-        _mm_storeu_pd(to[i + 2] + offset, _mm256_extractf128_pd(lane[i], 1));
-    }
-}
 VORN_INLINE f32x8 reverse(f32x8 a) {
     return {_mm256_permutevar8x32_ps(a.v, _mm256_setr_epi32(7, 6, 5, 4, 3, 2, 1, 0))};
 }

@@ -543,29 +543,6 @@ VORN_INLINE void loadPairs(const std::int32_t* p, i32x16& first, i32x16& second)
     first = bitsOf(even);
     second = bitsOf(odd);
 }
-VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x16 (&v)[4]) {
-    const __m512 low01 = _mm512_unpacklo_ps(v[0].v, v[1].v), high01 = _mm512_unpackhi_ps(v[0].v, v[1].v);
-    const __m512 low23 = _mm512_unpacklo_ps(v[2].v, v[3].v), high23 = _mm512_unpackhi_ps(v[2].v, v[3].v);
-    const __m512 lane[4] = {_mm512_shuffle_ps(low01, low23, _MM_SHUFFLE(1, 0, 1, 0)),
-                            _mm512_shuffle_ps(low01, low23, _MM_SHUFFLE(3, 2, 3, 2)),
-                            _mm512_shuffle_ps(high01, high23, _MM_SHUFFLE(1, 0, 1, 0)),
-                            _mm512_shuffle_ps(high01, high23, _MM_SHUFFLE(3, 2, 3, 2))};
-    for (int i = 0; i < 4; ++i) {
-        _mm_storeu_ps(to[i] + offset, _mm512_castps512_ps128(lane[i]));
-        _mm_storeu_ps(to[i + 4] + offset, _mm512_extractf32x4_ps(lane[i], 1));
-        _mm_storeu_ps(to[i + 8] + offset, _mm512_extractf32x4_ps(lane[i], 2));
-        _mm_storeu_ps(to[i + 12] + offset, _mm512_extractf32x4_ps(lane[i], 3));
-    }
-}
-VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x8 (&v)[2]) {
-    const __m512d lane[2] = {_mm512_unpacklo_pd(v[0].v, v[1].v), _mm512_unpackhi_pd(v[0].v, v[1].v)};
-    for (int i = 0; i < 2; ++i) {
-        _mm_storeu_pd(to[i] + offset, _mm512_castpd512_pd128(lane[i]));
-        _mm_storeu_pd(to[i + 2] + offset, _mm512_extractf64x2_pd(lane[i], 1));
-        _mm_storeu_pd(to[i + 4] + offset, _mm512_extractf64x2_pd(lane[i], 2));
-        _mm_storeu_pd(to[i + 6] + offset, _mm512_extractf64x2_pd(lane[i], 3));
-    }
-}
 VORN_INLINE f32x16 reverse(f32x16 a) {
     return {_mm512_permutexvar_ps(_mm512_setr_epi32(15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0), a.v)};
 }

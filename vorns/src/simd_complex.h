@@ -45,21 +45,10 @@ VORN_INLINE f64x4 loadDupEven<f64x4>(const double* p) {
     __asm__("vmovddup %1, %0" : "=x"(twice.v) : "m"(*reinterpret_cast<const double(*)[4]>(p)));
     return twice;
 }
-#endif
-
-// The imaginary parts twice.
-template <class V>
-VORN_INLINE V loadDupOdd(const typename V::Element* p) {
-    return dupOdd(load<V>(p));
-}
-#if !defined(VORN_SIMD_AVX512) && !defined(VORN_SIMD_AVX2)
+#else
 template <>
 VORN_INLINE f64x2 loadDupEven<f64x2>(const double* p) {
     return {_mm_loaddup_pd(p)};
-}
-template <>
-VORN_INLINE f64x2 loadDupOdd<f64x2>(const double* p) {
-    return {_mm_loaddup_pd(p + 1)};
 }
 #endif
 

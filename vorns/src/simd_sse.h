@@ -643,8 +643,6 @@ VORN_INLINE u8x16 maxOf(u8x16 a, u8x16 b) { return {_mm_max_epu8(a.v, b.v)}; }
 // Parts and sums of the lanes.
 
 VORN_INLINE float firstLane(f32x4 a) { return _mm_cvtss_f32(a.v); }
-// a with x added to lane 0.
-VORN_INLINE f32x4 addFirst(f32x4 a, float x) { return {_mm_add_ss(a.v, _mm_set_ss(x))}; }
 VORN_INLINE double firstLane(f64x2 a) { return _mm_cvtsd_f64(a.v); }
 VORN_INLINE std::int64_t firstLane(i64x2 a) { return _mm_cvtsi128_si64(a.v); }
 VORN_INLINE std::int32_t firstLane(i32x4 a) { return _mm_cvtsi128_si32(a.v); }
@@ -704,29 +702,6 @@ VORN_INLINE void loadPairs(const std::int32_t* p, i32x4& first, i32x4& second) {
     loadPairs(reinterpret_cast<const float*>(p), even, odd);
     first = bitsOf(even);
     second = bitsOf(odd);
-}
-// Lane i of the vectors, in their order, fills 16 bytes at to[i] + offset; loadColumns reads them back.
-VORN_INLINE void storeColumns(float* const* to, std::ptrdiff_t offset, const f32x4 (&v)[4]) {
-    const __m128 low01 = _mm_unpacklo_ps(v[0].v, v[1].v), high01 = _mm_unpackhi_ps(v[0].v, v[1].v);
-    const __m128 low23 = _mm_unpacklo_ps(v[2].v, v[3].v), high23 = _mm_unpackhi_ps(v[2].v, v[3].v);
-    _mm_storeu_ps(to[0] + offset, _mm_movelh_ps(low01, low23));
-    _mm_storeu_ps(to[1] + offset, _mm_movehl_ps(low23, low01));
-    _mm_storeu_ps(to[2] + offset, _mm_movelh_ps(high01, high23));
-    _mm_storeu_ps(to[3] + offset, _mm_movehl_ps(high23, high01));
-}
-VORN_INLINE void storeColumns(double* const* to, std::ptrdiff_t offset, const f64x2 (&v)[2]) {
-    _mm_storeu_pd(to[0] + offset, _mm_unpacklo_pd(v[0].v, v[1].v));
-    _mm_storeu_pd(to[1] + offset, _mm_unpackhi_pd(v[0].v, v[1].v));
-}
-VORN_INLINE void loadColumns(const float* const* from, std::ptrdiff_t offset, f32x4 (&v)[4]) {
-    __m128 a = _mm_loadu_ps(from[0] + offset), b = _mm_loadu_ps(from[1] + offset);
-    __m128 c = _mm_loadu_ps(from[2] + offset), d = _mm_loadu_ps(from[3] + offset);
-    _MM_TRANSPOSE4_PS(a, b, c, d);
-    v[0] = {a}, v[1] = {b}, v[2] = {c}, v[3] = {d};
-}
-VORN_INLINE void loadColumns(const double* const* from, std::ptrdiff_t offset, f64x2 (&v)[2]) {
-    const __m128d a = _mm_loadu_pd(from[0] + offset), b = _mm_loadu_pd(from[1] + offset);
-    v[0] = {_mm_unpacklo_pd(a, b)}, v[1] = {_mm_unpackhi_pd(a, b)};
 }
 
 // The last lane first.

@@ -13,11 +13,6 @@ inline bool isAligned(const T* pointer, std::uintptr_t bytes) {
     return (reinterpret_cast<std::uintptr_t>(pointer) & (bytes - 1)) == 0;
 }
 
-template <class... T>
-inline bool allAligned16(const T*... pointer) {
-    return (... && isAligned(pointer, 16));
-}
-
 // 0 when every one of the height row pointers is 16-byte aligned (also when height is below 1), 1 otherwise.
 template <class T>
 inline int RowMatrAlErr(const T* const* rows, int height) {

@@ -32,11 +32,6 @@ constexpr VornStatus atLeast(int least, Count... count) {
     return require((... && (count >= least)), vornStsSizeErr);
 }
 
-template <class... Count>
-constexpr VornStatus notNegative(Count... count) {
-    return require((... && (count >= 0)), vornStsSizeErr);
-}
-
 // A row of len elements fits into its stride.
 constexpr VornStatus strideHolds(int step, std::int64_t len) { return require(step >= len, vornStsStrideErr); }
 
