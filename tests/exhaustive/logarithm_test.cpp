@@ -4,12 +4,11 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <functional>
 #include <limits>
 #include <string>
-#include <thread>
 #include <vector>
 
+#include "exhaustive/sweep.h"
 #include "support/expect.h"
 #include "support/precise.h"
 #include "vornsr.h"
@@ -24,9 +23,6 @@ struct Findings {
     std::uint32_t wrongAt = 0;
     std::uint64_t notNearest = 0;  // results that are not the correctly rounded ones
 };
-
-constexpr std::uint32_t sliceBits = 24;
-constexpr std::size_t slices = std::size_t{1} << (32 - sliceBits);
 
 // ln in double is within 1 unit of 2^-53: next to nothing beside a unit of 2^-24.
 void measure(float x, float result, Findings& findings) {
@@ -57,12 +53,12 @@ bool isReplaced(std::uint32_t bits, std::uint32_t& replacement) {
     return true;
 }
 
-Findings sweepSlice(std::uint32_t slice, bool withAccuracy) {
+Findings sweepSlice(std::size_t slice, bool withAccuracy) {
     constexpr std::size_t block = 4096;
     static thread_local std::array<std::uint32_t, block> bits, result;
     Findings findings;
-    for (std::uint64_t at = 0; at < (std::uint64_t{1} << sliceBits); at += block) {
-        const auto first = static_cast<std::uint32_t>((std::uint64_t{slice} << sliceBits) + at);
+    for (std::uint64_t at = 0; at < test::sliceLength; at += block) {
+        const auto first = static_cast<std::uint32_t>(slice * test::sliceLength + at);
         for (std::size_t i = 0; i < block; ++i) bits[i] = first + static_cast<std::uint32_t>(i);
         vornsLn_32f(reinterpret_cast<const float*>(bits.data()), reinterpret_cast<float*>(result.data()), block);
         for (std::size_t i = 0; i < block; i += 2) {
@@ -85,17 +81,8 @@ Findings sweepSlice(std::uint32_t slice, bool withAccuracy) {
 }
 
 Findings sweep(bool withAccuracy) {
-    std::vector<Findings> found(slices);
-    std::vector<std::thread> threads;
-    const unsigned count = std::max(2u, std::thread::hardware_concurrency());
-    for (unsigned t = 0; t < count; ++t) {
-        threads.emplace_back([&, t] {
-            for (std::size_t slice = t; slice < slices; slice += count) {
-                found[slice] = sweepSlice(static_cast<std::uint32_t>(slice), withAccuracy);
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
+    std::vector<Findings> found(test::slices);
+    test::eachSlice([&](std::size_t slice) { found[slice] = sweepSlice(slice, withAccuracy); });
     Findings all;
     for (const Findings& one : found) {
         all.worst.meet(one.worst.distance, one.worst.argument);
@@ -112,13 +99,7 @@ Findings sweep(bool withAccuracy) {
 constexpr std::uint64_t digestOfAll = 0x36F2784D4B8529C6;
 
 TEST(Ln32f, EverySingleNumber) {
-#ifdef VORNSR_SANITIZED
-    GTEST_SKIP() << "four thousand million calls are too many under a sanitizer";
-#endif
-    const char* guard = std::getenv("VORNSR_GUARD");
-    if (guard != nullptr && std::string(guard) == "before") {
-        GTEST_SKIP() << "no guarded buffers here: one run is enough";
-    }
+    if (const char* why = test::whyNotSweep()) GTEST_SKIP() << why;
     const char* processor = std::getenv("VORNSR_PROCESSOR");
     const bool baseline = processor == nullptr || std::string(processor) == "m7";
     const Findings all = sweep(baseline);
