@@ -68,7 +68,7 @@ def main():
                 "cmake_minimum_required(VERSION 3.25)\nproject(use C)\nfind_package(vornsr 5.1 REQUIRED)\n"
                 f"add_executable(program {source})\ntarget_compile_options(program PRIVATE {' '.join(strict)})\n"
                 f"target_link_libraries(program PRIVATE {target} dl)\n")
-            run(["cmake", "-S", project, "-B", folder / "out", f"-DCMAKE_PREFIX_PATH={root}",
+            run(["cmake", "-G", "Ninja", "-S", project, "-B", folder / "out", f"-DCMAKE_PREFIX_PATH={root}",
                  f"-DCMAKE_C_COMPILER={options.compiler}"])
             run(["cmake", "--build", folder / "out"])
             program = folder / "out" / "program"
