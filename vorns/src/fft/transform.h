@@ -80,9 +80,9 @@ void directTransform(int order, Level level, Source src, Target dst) {
     if (order == 3) run.template operator()<8>();
 }
 
-// The first two stages of as many columns as a vector of points covers; the twiddles of the
-// second are the same for every column. legs(i, x) gives the values i, i + n2, i + 2 n2 ... of the columns, and
-// block(c) tells where the transform of column c goes.
+// The first two stages of as many columns as a vector of points covers; the twiddles of the second are the same for
+// every column. legs(i, x) gives the values i, i + n2, i + 2 n2 ... of the columns, and block(c) tells where the
+// transform of column c goes.
 template <int n1, int n2, class Point, class T, class Legs, class Block, class Target>
 VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Target dst) {
     using Turn = Runs<Point>;
