@@ -160,7 +160,7 @@ TYPED_TEST(Streaming, HardValuesFollowTheArithmetic) {
     const auto pick = [&] {
         return hard[static_cast<std::size_t>(random.integer(0, static_cast<int>(hard.size()) - 1))];
     };
-    for (int width : {1, 4, 7, 16, 21}) {
+    for (int width : {1, 4, 7, 16, 21, 40}) {
         for (int turn = 0; turn < 30; ++turn) {
             const int T = 9, step = this->parts * width;
             std::vector<float> src(static_cast<std::size_t>(T) * width);

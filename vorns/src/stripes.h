@@ -136,9 +136,9 @@ VORN_INLINE void overVectors(std::ptrdiff_t width, Body body) {
     using V = Wide<T>;
     constexpr std::ptrdiff_t lanes = V::lanes;
     if (width < lanes) return overStripes<T>(width, body);
-    for (std::ptrdiff_t column = 0; column < width; column += lanes) {
-        body(VectorStripe<V, 1>(0), std::min(column, width - lanes));
-    }
+    std::ptrdiff_t column = 0;
+    for (; column + lanes <= width; column += lanes) body(VectorStripe<V, 1>(0), column);
+    if (column < width) body(VectorStripe<V, 1>(0), width - lanes);
 }
 
 }  // namespace vorn
