@@ -9,7 +9,7 @@ namespace vorn {
 class ProductSum {
 public:
     VORN_INLINE void add(i32x4 a, i32x4 b) {
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
         lanes_ = _mm256_add_epi64(lanes_, _mm256_cvtepi32_epi64(_mm_mullo_epi32(a.v, b.v)));
 #else
         // The low 32 bits of a product are the same with and without signs. Flipped in bit 31 they are the signed
@@ -23,7 +23,7 @@ public:
 #endif
     }
     VORN_INLINE std::int64_t total() const {
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
         const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
 #else
         const __m128i pair = _mm_sub_epi64(lanes_, _mm_cvtsi64_si128(bias_));
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
     __m256i lanes_ = _mm256_setzero_si256();
 #else
     __m128i lanes_ = _mm_setzero_si128();

@@ -9,7 +9,7 @@
 
 namespace vorn {
 
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 VORN_INLINE i16x8 lowHalf(i16x16 a) { return {_mm256_castsi256_si128(a.v)}; }
 VORN_INLINE i16x8 highHalf(i16x16 a) { return {_mm256_extracti128_si256(a.v, 1)}; }
 VORN_INLINE u8x16 lowHalf(u8x32 a) { return {_mm256_castsi256_si128(a.v)}; }

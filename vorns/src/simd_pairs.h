@@ -33,7 +33,7 @@ VORN_INLINE Two<i16x8> narrowSatPairs(Two<i32x4> first, Two<i32x4> second) {
     return {{_mm_unpacklo_epi16(a, b)}, {_mm_unpackhi_epi16(a, b)}};
 }
 
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 VORN_INLINE i16x16 swapPairs(i16x16 a) {
     const __m128i order = _mm_setr_epi8(2, 3, 0, 1, 6, 7, 4, 5, 10, 11, 8, 9, 14, 15, 12, 13);
     return {_mm256_shuffle_epi8(a.v, _mm256_broadcastsi128_si256(order))};
@@ -57,7 +57,7 @@ VORN_INLINE Two<i16x32> narrowSatPairs(Two<i32x16> first, Two<i32x16> second) {
 
 // The registers of pairs of floats have 32 bytes at most: most spectra have their pairs across the cache lines, where
 // wider ones would split every load and store.
-#if defined(VORN_SIMD_AVX512) || defined(VORN_SIMD_AVX2)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 using f32Pairs = f32x8;
 using f64Pairs = f64x4;
 #else
