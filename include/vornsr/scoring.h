@@ -211,7 +211,7 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  *    (lane 0 + lane 2) + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
  *  - `16s32s..Sfs`: the same sum; divided by 2^(scaleFactor + 1), or multiplied by 2^-(scaleFactor + 1) where that
  *    exponent is not negative; val is added in single. The score is truncated toward zero without a clamp: out of range
- *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded to nearest even instead, in
+ *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded (by default to nearest even) instead, in
  *    vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the other forms
  *    truncate it as well.
  *  - `Low`, low precision: no float in the inner loop. The difference saturates; its square is split into its high

@@ -416,6 +416,8 @@ VornStatus vornsDivCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
  * on failure. Any address will do. dst must be a source of the same shape or not overlap it. Results are the same
  * bits on every processor. A scale factor sf multiplies the exact result by 2^-sf, rounds to nearest (ties to
  * even) and saturates; where a range is stated, sf is clamped to it.
+ * Roundings are told for the default rounding mode. In another mode of the caller's, what passes through floating
+ * point follows that mode where it is not exact; the mode stays as it is.
  *
  * **Sum.** `vornsSum_*(src, len, sum, ...)`. `32f`, `32fc`: hint 1 takes two four-lane sums in single over the
  * numbers j and j + 4 of each eight; they are added, the lanes fold as (0 + 1) + (2 + 3) (complex: 0 + 2 and 1 +

@@ -48,6 +48,18 @@ inline constexpr double p3single[11] = {
     0.0011123966452324845, 0.0011131507706311817};
 // clang-format on
 
+// The same rounded to nearest single, in whatever mode the model runs.
+struct SingleTable {
+    float p[11];
+};
+constexpr SingleTable roundedToSingle(const double (&table)[11]) {
+    SingleTable rounded{};
+    for (int k = 0; k < 11; ++k) rounded.p[k] = static_cast<float>(table[k]);
+    return rounded;
+}
+inline constexpr SingleTable p1rounded = roundedToSingle(p1single), p2rounded = roundedToSingle(p2single),
+                             p3rounded = roundedToSingle(p3single);
+
 // What the processor's maximum and minimum give: the second operand when the two are equal or not comparable.
 template <class T>
 T maxOf(T a, T b) {
@@ -82,19 +94,19 @@ inline float logAdd(float a, float b, bool inGroup) {
     const float d = minOf(a, b) - m;
     if (d < -15.319587707519531f) return m < -4500000.0f ? -4500000.0f : m;
     const float s1 = -2.55f, s2 = -6.8f;
-    const double* p;
+    const float* p;
     float t;
     if (inGroup ? d > s1 : d >= s1) {
-        p = p1single, t = d;
+        p = p1rounded.p, t = d;
     } else if (inGroup ? d > s2 : d >= s2) {
-        p = p2single, t = d - s1;
+        p = p2rounded.p, t = d - s1;
     } else {
-        p = p3single, t = d - s2;
+        p = p3rounded.p, t = d - s2;
     }
-    float f = static_cast<float>(p[0]);
+    float f = p[0];
     for (int k = 1; k < 11; ++k) {
         f = f * t;
-        f = f + static_cast<float>(p[k]);
+        f = f + p[k];
     }
     return m + f;
 }

@@ -1,6 +1,4 @@
 // Scores folded as they are made: the maximum, the log-add, and the log-sum of a mixture.
-#include <xmmintrin.h>
-
 #include "scoring/gauss_scores_model.h"
 
 namespace gauss {
@@ -18,16 +16,6 @@ T greater(T score, T old) {
     return score > old ? score : old;
 }
 
-// Runs the model in the rounding mode that the integer maximum works in.
-class Truncating {
-public:
-    Truncating() : saved_(_mm_getcsr()) { _mm_setcsr(saved_ | 0x6000u); }
-    ~Truncating() { _mm_setcsr(saved_); }
-
-private:
-    unsigned saved_;
-};
-
 template <Shape shape, class T, class Val, class Out, class D2, class D2L, class Score>
 void maxima(const char* name, D2 d2, D2L d2l, Score score) {
     sweep<shape, T, Val, Out>(name, d2, d2l, [=](const auto& p, std::vector<Out> out, auto) {
@@ -44,7 +32,7 @@ template <Shape shape, class D2, class D2L>
 void integerMaxima(const char* name, D2 d2, D2L d2l) {
     sweep<shape, Vorn16s, Vorn32s, Vorn32s>(name, d2, d2l, [](const auto& p, std::vector<Vorn32s> out, auto) {
         const float oneVal = static_cast<float>(p.val[0]);
-        const Truncating truncating;
+        const test::RoundingMode truncating(test::RoundingMode::towardZero);
         const auto scores = scoresOf<shape>(
             p, [&](const Integer& place) __attribute__((noinline)) {
                 const float val = shape.gaussians ? static_cast<float>(place.val) : oneVal;
@@ -193,16 +181,14 @@ TEST(LogGaussMax, IntegerFormsIgnoreTheCallersRounding) {
     Guarded<Vorn32s> wanted(old);
     ASSERT_EQ((call<gaussiansSf, false>(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, wanted.data()))),
               vornStsNoErr);
-    const unsigned control = _mm_getcsr();
-    for (unsigned mode : {0x2000u, 0x4000u, 0x6000u}) {
+    for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
         Guarded<Vorn32s> out(old);
-        _mm_setcsr((control & ~0x6000u) | mode);
-        const VornStatus status =
-            call<gaussiansSf, false>(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, out.data()));
-        const unsigned left = _mm_getcsr() & 0x6000u;
-        _mm_setcsr(control);
-        EXPECT_EQ(status, vornStsNoErr);
-        EXPECT_EQ(left, mode) << "the caller's mode comes back";
+        {
+            const test::RoundingMode rounding(mode);
+            EXPECT_EQ((call<gaussiansSf, false>(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, out.data()))),
+                      vornStsNoErr);
+            EXPECT_EQ(test::RoundingMode::current(), mode) << "the caller's mode comes back";
+        }
         EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), old.size())) << mode;
     }
 }

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <xmmintrin.h>
 
 #include <functional>
 #include <string>
@@ -12,6 +11,7 @@
 #include "model/gauss_model.h"
 #include "scoring/gauss_call.h"
 #include "support/expect.h"
+#include "support/rounding_mode.h"
 
 namespace gauss {
 
@@ -208,7 +208,8 @@ void expectChecks(const char* name, Function function) {
         [](A&) { return out.untouched(); }, rules);
 }
 
-// Both layouts of a member against the model: expected(p, old, list) is what out must become.
+// Both layouts of a member against the model, in the default rounding mode and in another: expected(p, old, list) is
+// what out must become.
 template <Shape shape, class T, class Val, class Out, class D2, class D2L, class Expected>
 void sweep(const char* name, D2 d2, D2L d2l, const Expected& expected) {
     static constexpr int scaleFactors[] = {0,  1,  7,   14,  15,  16, 20, 31,   40, -1,
@@ -222,20 +223,23 @@ void sweep(const char* name, D2 d2, D2L d2l, const Expected& expected) {
         for (int flavour = 0; flavour < (size.height > 9 ? 1 : 4); ++flavour) {
             const int scaleFactor = shape.scaled ? scaleFactors[turn % std::size(scaleFactors)] : 0;
             const auto p = makeProblem<T, Val>(size.height, size.len, scaleFactor, flavour, ++turn);
-            const auto check = [&](auto list, auto function) {
+            const auto check = [&](auto list, auto function, unsigned mode) {
                 const std::vector<Out> old = oldValues<shape, T, Val, Out>(p, flavour, turn);
                 Guarded<Out> out(old);
-                const unsigned control = _mm_getcsr() & ~0x3Fu;
+                const test::RoundingMode rounding(mode);
                 ASSERT_EQ((call<shape, list.value>(function, argumentsOf(p, out.data()))), vornStsNoErr);
-                EXPECT_EQ(_mm_getcsr() & ~0x3Fu, control);
+                EXPECT_EQ(test::RoundingMode::current(), mode);
                 const std::vector<Out> wanted = expected(p, old, list);
                 EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), wanted.size()))
                     << name << (list.value ? "_D2L" : "_D2") << " len " << size.len << " height " << size.height
-                    << " scaleFactor " << scaleFactor << " flavour " << flavour;
+                    << " scaleFactor " << scaleFactor << " flavour " << flavour << " mode " << mode;
                 EXPECT_TRUE(out.surroundingsUntouched());
             };
-            check(std::false_type(), d2);
-            check(std::true_type(), d2l);
+            const unsigned directed = (1 + test::Random(turn).next() % 3) * test::RoundingMode::down;
+            for (unsigned mode : {test::RoundingMode::nearest, directed}) {
+                check(std::false_type(), d2, mode);
+                check(std::true_type(), d2l, mode);
+            }
             if (testing::Test::HasFailure()) return;
         }
     }

@@ -1,6 +1,5 @@
 // Element-wise arithmetic: every member against exact integers or the float formula, bit for bit.
 #include <gtest/gtest.h>
-#include <xmmintrin.h>
 
 #include <algorithm>
 #include <array>
@@ -14,6 +13,7 @@
 #include "arithmetic_members.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
 
@@ -516,18 +516,9 @@ TEST(Arithmetic, ZeroResultsReadNoOperand) {
     });
 }
 
-class RoundingMode {
-public:
-    explicit RoundingMode(unsigned mode) : before_(_mm_getcsr()) { _mm_setcsr((before_ & ~0x6000u) | mode); }
-    ~RoundingMode() { _mm_setcsr(before_); }
-
-private:
-    unsigned before_;
-};
-
 // The caller's rounding mode stays, and integer results are the same in every one.
 TEST(Arithmetic, CallersRoundingMode) {
-    for (unsigned mode : {0x2000u, 0x4000u, 0x6000u}) {
+    for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
         forAllMembers([mode](const char* name, auto call, auto model, bool scaled, auto constant) {
             using Of = TypesOf<decltype(model)>;
             using D = typename Of::D;
@@ -539,9 +530,9 @@ TEST(Arithmetic, CallersRoundingMode) {
                 std::vector<D> d(100);
                 unsigned after;
                 {
-                    const RoundingMode guard(mode);
+                    const test::RoundingMode rounding(mode);
                     call(a.data(), b.data(), d.data(), 100, sf);
-                    after = _mm_getcsr() & 0x6000u;
+                    after = test::RoundingMode::current();
                 }
                 ASSERT_EQ(after, mode) << name;
                 if (!scaled) break;

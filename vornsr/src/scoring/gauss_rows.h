@@ -103,8 +103,7 @@ inline UnitVar sharedVar(UnitVar) { return {}; }
 
 template <class Src, class Mean, class Var>
 struct Pairing {
-    // The sign of a difference that will be squared is free where nothing saturates: subtracting the shared vector
-    // keeps it in a register.
+    // One frame against many Gaussians.
     static constexpr bool frameIsShared = isShared<Src>;
 
     Src src;

@@ -41,9 +41,9 @@ struct FloatTerms {
     template <class V>
     static constexpr std::ptrdiff_t columns = V::lanes;
 
-    template <class V, bool frameIsShared, class Var>
+    template <class V, class Var>
     static VORN_INLINE V of(const T* x, const T* mean, Var var) {
-        const V d = frameIsShared ? load<V>(mean) - load<V>(x) : load<V>(x) - load<V>(mean);
+        const V d = load<V>(x) - load<V>(mean);
         return weighted(d * d, var);
     }
     template <class Var>
@@ -62,7 +62,7 @@ struct ShortTerms {
     static constexpr std::ptrdiff_t columns = V::lanes;
     static constexpr Vorn32f unit = upperUnit;
 
-    template <class V, bool, class Var>
+    template <class V, class Var>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, Var var) {
         return squares(subSat(load<V>(x), load<V>(mean))) * upperFloats(load<V>(var));
     }
@@ -77,7 +77,7 @@ struct ShortPairTerms {
     static constexpr std::ptrdiff_t columns = V::lanes;
     static constexpr Vorn32f unit = 1;
 
-    template <class V, bool>
+    template <class V>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
         const V d = subSat(load<V>(x), load<V>(mean));
         return toFloat(mulAddPairs(d, d));
@@ -89,12 +89,12 @@ struct ShortPairTerms {
 struct ExactShortTerms {
     using Result = Vorn32f;
 
-    template <class V, bool>
+    template <class V>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var) {
         const auto d = toFloats(load<V>(x)) - toFloats(load<V>(mean));
         return d * d * upperFloats(load<V>(var));
     }
-    template <class V, bool>
+    template <class V>
     static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
         const auto d = toFloats(load<V>(x)) - toFloats(load<V>(mean));
         return d * d;
@@ -121,7 +121,7 @@ VORN_INLINE auto forFourRows(const Function& of) {
 template <class Terms, class V, class Rows>
 VORN_INLINE auto fourTerms(const Rows& rows, std::ptrdiff_t j) {
     return forFourRows([&](int r) __attribute__((always_inline)) {
-        return Terms::template of<V, Rows::frameIsShared>(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
+        return Terms::template of<V>(rows.src[r] + j, rows.mean[r] + j, rows.var[r] + j);
     });
 }
 // The term of one column, a lane a row.
@@ -194,7 +194,7 @@ template <class Terms, class V, class Row, class Subtract>
 VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t len, const Subtract& subtract) {
     std::ptrdiff_t j = 0;
     for (; j + V::lanes <= len; j += V::lanes) {
-        subtract(Terms::template of<V, Row::frameIsShared>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
+        subtract(Terms::template of<V>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
     }
     return len - j;
 }
@@ -347,7 +347,7 @@ struct ShortSums {
             subtractGroupsOfOne<Terms, i16x8>(row, len, [&](auto terms) { subtractInFours(lanes, terms); });
         if (left > 0) {
             const auto terms =
-                ExactShortTerms::of<i16x8, true>(row.src[0] + len - 8, row.mean[0] + len - 8, row.var[0] + (len - 8));
+                ExactShortTerms::of<i16x8>(row.src[0] + len - 8, row.mean[0] + len - 8, row.var[0] + (len - 8));
             Vorn32f term[8], sum = firstLane(lanes);
             store(term, lowHalf(terms)), store(term + 4, highHalf(terms));
             for (std::ptrdiff_t j = 8 - left; j < 8; ++j) sum = sum - term[j];
