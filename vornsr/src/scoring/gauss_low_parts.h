@@ -2,7 +2,6 @@
 // loop. The lowest bit of a square is lost.
 #pragma once
 
-#include "scoring/gauss_rows.h"
 #include "simd.h"
 
 namespace vorn {
@@ -49,20 +48,6 @@ template <class V>
 VORN_INLINE auto lowTerms(V d, V v) {
     using I = decltype(mulAddPairs(d, d));
     return HighAndLow<I>{mulAddPairs(mulHigh(d, d), v), mulAddPairs(shiftRightLogical<1>(mulLow(d, d)), v)};
-}
-template <class V, class Var>
-VORN_INLINE V lowWeights(Var var) {
-    if constexpr (isUnit<Var>) {
-        return splat<V>(1);
-    } else {
-        return load<V>(var);
-    }
-}
-// Lane k of the result is the sum of the lanes k, k + 4, ..., which are whole groups apart.
-VORN_INLINE i32x4 foldedToFour(i32x4 a) { return a; }
-template <class I>
-VORN_INLINE i32x4 foldedToFour(I a) {
-    return foldedToFour(lowHalf(a) + highHalf(a));
 }
 
 }  // namespace vorn

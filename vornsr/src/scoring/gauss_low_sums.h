@@ -85,11 +85,8 @@ private:
             len, [&](auto left) __attribute__((always_inline)) {
                 NegatedHalves<Rows> rest;
                 if constexpr (left > 0) {
-                    if (len < 8) {
-                        rest.subtract(vectors, ShortRow<left>());
-                    } else {
-                        rest.subtract(vectors, BehindGroups<left>{len});
-                    }
+                    takingColumnsLeft<left>(
+                        len, [&](const auto& take) __attribute__((always_inline)) { rest.subtract(vectors, take); });
                 }
                 return totals<left>(sums.high, rest.high, shift.high) + totals<left>(sums.low, rest.low, shift.low);
             });
@@ -169,7 +166,7 @@ struct LowOddSum {
         withColumnsLeft(
             len, [&](auto left) __attribute__((always_inline)) {
                 if constexpr (left > 0) {
-                    const auto rest = len < 8 ? halvesOf(ShortRow<left>()) : halvesOf(BehindGroups<left>{len});
+                    const auto rest = takingColumnsLeft<left>(len, halvesOf);
                     const RestPasses high = RestPasses::of<left>(rest.high.part[0]);
                     const RestPasses low = RestPasses::of<left>(rest.low.part[0]);
                     for (int k = 0; k < 3; ++k) total = total + shift(high.pass[k], low.pass[k]);

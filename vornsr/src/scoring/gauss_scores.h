@@ -14,9 +14,9 @@
 namespace vorn {
 
 // Runs over the rows, the first `inFours` four at a time and the others one by one.
-template <class Vectors, class FourRows, class OneRow>
-VORN_INLINE void forRows(const Vectors& vectors, std::ptrdiff_t inFours, std::ptrdiff_t height, const FourRows& four,
-                         const OneRow& one) {
+template <class Vectors, class OfFour, class OfOne>
+VORN_INLINE void forRows(const Vectors& vectors, std::ptrdiff_t inFours, std::ptrdiff_t height, const OfFour& four,
+                         const OfOne& one) {
     auto src = walk(vectors.src);
     auto mean = walk(vectors.mean);
     auto var = walk(vectors.var);

@@ -280,6 +280,13 @@ inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdi
     return sum;
 }
 
+// Lane k of the result is the sum of the lanes k, k + 4, ..., which are whole groups apart.
+VORN_INLINE i32x4 foldedToFour(i32x4 a) { return a; }
+template <class I>
+VORN_INLINE i32x4 foldedToFour(I a) {
+    return foldedToFour(lowHalf(a) + highHalf(a));
+}
+
 // Sums of squares, their lower and upper 16 bits apart: a sum of two squares has 32 bits without a sign.
 template <class I>
 struct SquareSums {
@@ -341,6 +348,14 @@ inline float negatedPairSquares(const Vorn16s* x, const Vorn16s* mean, std::ptrd
 
 // ---- 16 bits, low precision: integers only.
 
+template <class V, class Var>
+VORN_INLINE V lowWeights(Var var) {
+    if constexpr (isUnit<Var>) {
+        return splat<V>(1);
+    } else {
+        return load<V>(var);
+    }
+}
 template <int count, class Var>
 VORN_INLINE i16x8 firstLowWeights(Var var) {
     if constexpr (isUnit<Var>) {

@@ -391,6 +391,11 @@ template <int left>
 struct ShortRow {
     VORN_INLINE i16x8 operator()(const Vorn16s* row) const { return loadFirst<i16x8>(row, left); }
 };
+// of(take) with the one of them that rows of this length need.
+template <int left, class Function>
+VORN_INLINE auto takingColumnsLeft(std::ptrdiff_t len, const Function& of) {
+    return len < 8 ? of(ShortRow<left>()) : of(BehindGroups<left>{len});
+}
 
 // The passes of four, two and one columns in which the low-precision kinds take what is left behind the groups of
 // eight. pairs holds the sums of neighbouring columns; a pass has its columns in the first lanes.
@@ -451,8 +456,8 @@ struct ShortPassSums {
 private:
     template <int left>
     static VORN_INLINE RestPasses passes(const Vorn16s* x, const Vorn16s* mean, std::ptrdiff_t len) {
-        const i16x8 d = len < 8 ? subSat(ShortRow<left>()(x), ShortRow<left>()(mean))
-                                : subSat(BehindGroups<left>{len}(x), BehindGroups<left>{len}(mean));
+        const i16x8 d = takingColumnsLeft<left>(
+            len, [&](const auto& take) __attribute__((always_inline)) { return subSat(take(x), take(mean)); });
         return RestPasses::of<left>(mulAddPairs(d, d));
     }
 };
