@@ -233,6 +233,36 @@ TEST(BlockDiagonalScore, OneElementIsTheDiagonalScore) {
     EXPECT_EQ(diagonal, 6.0f);
 }
 
+TEST(BlockDiagonalScore, AtTheMeanTheScoreIsVal) {
+    Random random(87);
+    for (const auto& sizes : {std::vector<int>{1}, {7, 2}, {120}}) {
+        const Context<float> single(randomBlocks<float>(random, sizes, 9.0));
+        const Context<double> wide(randomBlocks<double>(random, sizes, 9.0));
+        const Context<Vorn16s> fixed(randomBlocks<Vorn16s>(random, sizes, 9000.0));
+        const int len = single.get()->totalSize;
+        const auto x = values<float>(random, len, 9.0);
+        const auto y = values<double>(random, len, 9.0);
+        const auto z = values<Vorn16s>(random, len, 9000.0);
+        float f = 0;
+        double d = 0;
+        Vorn32s i = 0;
+        ASSERT_EQ(vornsLogGaussSingle_BlockDVar_32f(x.data(), x.data(), single.get(), len, &f, -12.75f), vornStsNoErr);
+        EXPECT_EQ(f, -12.75f);
+        ASSERT_EQ(vornsLogGaussSingle_BlockDVar_64f(y.data(), y.data(), wide.get(), len, &d, -12.75), vornStsNoErr);
+        EXPECT_EQ(d, -12.75);
+        ASSERT_EQ(vornsLogGaussSingle_BlockDVar_32f64f(x.data(), x.data(), single.get(), len, &d, 3.5), vornStsNoErr);
+        EXPECT_EQ(d, 3.5);
+        for (int sf : {-3, 0, 5, 20}) {
+            ASSERT_EQ(vornsLogGaussSingle_BlockDVarScaled_16s32f(z.data(), z.data(), fixed.get(), len, &f, 8.25f, sf),
+                      vornStsNoErr);
+            EXPECT_EQ(f, 8.25f);
+            ASSERT_EQ(vornsLogGaussSingle_BlockDVar_16s32s_Sfs(z.data(), z.data(), fixed.get(), len, &i, -1275, sf),
+                      vornStsNoErr);
+            EXPECT_EQ(i, -1275);
+        }
+    }
+}
+
 TEST(BlockDiagonalScore, SixteenBitDifferencesSaturateInGroupsAndWrapInTheRest) {
     // 32767 - (-1): 32767 in a group of four, -32768 among the last three.
     const Context<Vorn16s> context({{1, 1, 1, 1, 1}, {{1}, {0}, {0}, {0}, {1}}});

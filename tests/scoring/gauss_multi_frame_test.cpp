@@ -1,6 +1,40 @@
 // Many frames against one Gaussian, and one frame against many Gaussians, in every arithmetic.
 #include "scoring/gauss_scores_model.h"
 
+extern "C" {
+void vornsLogGauss_32f_D2_M7(const Vorn32f* src, Vorn64s step, const Vorn32f* mean, const Vorn32f* var, Vorn64s len,
+                             Vorn32f* result, Vorn64s height, const Vorn32f* val);
+void vornsLogGauss_32f_D2L_M7(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, Vorn64s len,
+                              Vorn32f* result, Vorn64s height, const Vorn32f* val);
+void vornsLGauss_64f_D2_M7(const Vorn64f* src, Vorn64s step, const Vorn64f* mean, const Vorn64f* var, Vorn64s len,
+                           Vorn64f* result, Vorn64s height, const Vorn64f* val);
+void vornsLGauss_64f_D2L_M7(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, Vorn64s len,
+                            Vorn64f* result, Vorn64s height, const Vorn64f* val);
+void vornsLGauss_16s32s_D2_M7(const Vorn16s* src, Vorn64s step, const Vorn16s* mean, const Vorn16s* var, Vorn64s len,
+                              Vorn32s* result, Vorn64s height, const Vorn32s* val, int scaleFactor);
+void vornsLGauss_16s32s_D2L_M7(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, Vorn64s len,
+                               Vorn32s* result, Vorn64s height, const Vorn32s* val, int scaleFactor);
+void vornsLGauss_16s32f_M7(const Vorn16s* src, Vorn64s step, const Vorn16s* mean, const Vorn16s* var, Vorn64s len,
+                           Vorn32f* result, Vorn64s height, const Vorn32f* val, const Vorn32f* scale);
+void vornsLGauss_16s32f_D2L_M7(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, Vorn64s len,
+                               Vorn32f* result, Vorn64s height, const Vorn32f* val, const Vorn32f* scale);
+void vornsLGaussMax_32f_D2L_M7(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, Vorn64s len,
+                               Vorn32f* srcDst, Vorn64s height, const Vorn32f* val);
+void vornsLogGaussMultiMix_Low_16s32f_D2L_M7(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src,
+                                             Vorn64s len, Vorn32f* srcDst, Vorn64s height, int scaleFactor);
+
+decltype(vornsLogGauss_32f_D2_M7) vornsLogGauss_32f_D2_M7_Al;
+decltype(vornsLogGauss_32f_D2L_M7) vornsLogGauss_32f_D2L_M7_Al;
+decltype(vornsLGauss_64f_D2_M7) vornsLGauss_64f_D2_M7_Al;
+decltype(vornsLGauss_64f_D2L_M7) vornsLGauss_64f_D2L_M7_Al;
+decltype(vornsLGauss_16s32s_D2_M7) vornsLGauss_16s32s_D2_M7_Al;
+decltype(vornsLGauss_16s32s_D2L_M7) vornsLGauss_16s32s_D2L_M7_Al;
+decltype(vornsLGauss_16s32f_M7) vornsLGauss_16s32f_M7_Al;
+decltype(vornsLGauss_16s32f_D2L_M7) vornsLGauss_16s32f_D2L_M7_Al;
+decltype(vornsLGaussMax_32f_D2L_M7) vornsLGaussMax_32f_D2L_M7_Al;
+decltype(vornsLogGaussMultiMix_Low_16s32f_D2L_M7) vornsLogGaussMultiMix_Low_16s32f_D2L_M7_Al;
+}
+
 namespace gauss {
 namespace {
 
@@ -94,6 +128,112 @@ TEST(LogGauss, RowParityDecidesTheRounding) {
     EXPECT_EQ(result[2], -2);
     ASSERT_EQ(vornsLogGauss_IdVar_16s32s_D2Sfs(src, 1, mean, 1, result, 3, -1, 0), vornStsNoErr);
     EXPECT_EQ(result[2], -1) << "the identity covariance truncates";
+}
+
+// One row is a last odd one.
+TEST(LogGauss, OneRowHasAnEndOfItsOwn) {
+    Guarded<Vorn16s> src{1}, mean{0}, three{3};
+    Guarded<Vorn32s> result(1);
+    ASSERT_EQ(vornsLogGauss_16s32s_D2Sfs(src, 1, mean, three, 1, result, 1, 0, 0), vornStsNoErr);
+    EXPECT_EQ(result[0], -2);
+    result[0] = 0;
+    ASSERT_EQ(vornsLogGaussMultiMix_16s32s_D2Sfs(src, three, 1, mean, 1, result, 1, 0), vornStsNoErr);
+    EXPECT_EQ(result[0], -2);
+    const Vorn16s* const row[] = {src};
+    const Vorn16s* const var[] = {three};
+    result[0] = 0;
+    ASSERT_EQ(vornsLogGaussMultiMix_16s32s_D2LSfs(row, var, mean, 1, result, 1, 0), vornStsNoErr);
+    EXPECT_EQ(result[0], -1) << "row pointers truncate";
+    // With a negative scale factor the score itself is truncated, and val comes last: 2^31 - 1 is no single.
+    result[0] = 2147483647;
+    ASSERT_EQ(vornsLogGaussMultiMix_Low_16s32s_D2Sfs(src, three, 1, mean, 1, result, 1, -1), vornStsNoErr);
+    EXPECT_EQ(result[0], 2147483644);
+}
+
+// Less than four columns: the score of the same columns with others behind them where the frame equals the mean.
+TEST(LogGauss, FewColumnsScoreAsPaddedOnes) {
+    test::Random random(31);
+    for (int len : {1, 2, 3}) {
+        for (int padded : {4, 5, 8, 13}) {
+            const int height = 7;
+            Guarded<float> few(random.floats(at(height * len), -30, 30)), many(at(height * padded));
+            Guarded<float> mean(random.floats(at(padded), -30, 30)), var(random.floats(at(padded), 0.1, 3));
+            for (int r = 0; r < height; ++r) {
+                for (int j = 0; j < padded; ++j)
+                    many[at(r * padded + j)] = j < len ? few[at(r * len + j)] : mean[at(j)];
+            }
+            Guarded<float> score(at(height)), wanted(at(height));
+            ASSERT_EQ(vornsLogGauss_32f_D2(few, len, mean, var, len, score, height, 2.5f), vornStsNoErr);
+            ASSERT_EQ(vornsLogGauss_32f_D2(many, padded, mean, var, padded, wanted, height, 2.5f), vornStsNoErr);
+            for (std::size_t r = 0; r < at(height); ++r) {
+                EXPECT_NEAR(score[r], wanted[r], 1e-6 * (1 + std::fabs(wanted[r]))) << len << " as " << padded;
+            }
+        }
+    }
+}
+
+// Every kernel that has a name of its own, and its twin for aligned data.
+template <class Kernel, class Out, class Call>
+void expectKernels(std::initializer_list<Kernel*> twins, const std::vector<Out>& old, const std::vector<Out>& wanted,
+                   const Call& callOf) {
+    for (Kernel* kernel : twins) {
+        Guarded<Out> out(old);
+        callOf(kernel, out.data());
+        EXPECT_TRUE(test::sameBits(out.values(), wanted));
+        EXPECT_TRUE(out.surroundingsUntouched());
+    }
+}
+TEST(LogGauss, KernelsUnderTheirNames) {
+    const auto s = makeProblem<float, float>(7, 43, 0, 1, 21);
+    const auto d = makeProblem<double, double>(7, 43, 0, 1, 22);
+    const auto f = makeProblem<Vorn16s, float>(7, 43, 9, 1, 23);
+    const auto i = makeProblem<Vorn16s, Vorn32s>(7, 43, 9, 1, 24);
+    const float scale = 0x1p-10f;
+    const std::vector<float> none(7);
+    const auto singles = scoresOf<frames>(s, [](const Single& place) { return doubledVal(place); });
+    expectKernels({vornsLogGauss_32f_D2_M7, vornsLogGauss_32f_D2_M7_Al}, none, singles, [&](auto* kernel, float* out) {
+        kernel(s.many.block, s.many.step, s.one, s.oneVar, s.len, out, s.height, s.val);
+    });
+    const auto onRows = [&](auto* kernel, float* out) {
+        kernel(s.many.rows, s.one, s.oneVar, s.len, out, s.height, s.val);
+    };
+    expectKernels({vornsLogGauss_32f_D2L_M7, vornsLogGauss_32f_D2L_M7_Al}, none, singles, onRows);
+    const std::vector<float> old = oldValues<frames, float, float, float>(s, 1, 5);
+    std::vector<float> greatest(7);
+    for (std::size_t r = 0; r < 7; ++r) greatest[r] = std::max(singles[r], old[r]);
+    expectKernels({vornsLGaussMax_32f_D2L_M7, vornsLGaussMax_32f_D2L_M7_Al}, old, greatest, onRows);
+
+    const auto doubles = scoresOf<frames>(d, [](const Double& place) { return halvedSum(place); });
+    expectKernels({vornsLGauss_64f_D2_M7, vornsLGauss_64f_D2_M7_Al}, std::vector<double>(7), doubles,
+                  [&](auto* kernel, double* out) {
+                      kernel(d.many.block, d.many.step, d.one, d.oneVar, d.len, out, d.height, d.val);
+                  });
+    expectKernels(
+        {vornsLGauss_64f_D2L_M7, vornsLGauss_64f_D2L_M7_Al}, std::vector<double>(7), doubles,
+        [&](auto* kernel, double* out) { kernel(d.many.rows, d.one, d.oneVar, d.len, out, d.height, d.val); });
+
+    const auto scaledScores = scoresOf<framesSf>(f, [](const Short& place) { return scaled(place); });
+    expectKernels({vornsLGauss_16s32f_M7, vornsLGauss_16s32f_M7_Al}, none, scaledScores, [&](auto* kernel, float* out) {
+        kernel(f.many.block, f.many.step, f.one, f.oneVar, f.len, out, f.height, f.val, &scale);
+    });
+    expectKernels(
+        {vornsLGauss_16s32f_D2L_M7, vornsLGauss_16s32f_D2L_M7_Al}, none, scaledScores,
+        [&](auto* kernel, float* out) { kernel(f.many.rows, f.one, f.oneVar, f.len, out, f.height, f.val, &scale); });
+    const auto lowScores = scoresOf<gaussiansSf>(f, [](const Short& place) { return lowScaled(place); });
+    expectKernels({vornsLogGaussMultiMix_Low_16s32f_D2L_M7, vornsLogGaussMultiMix_Low_16s32f_D2L_M7_Al}, f.val.values(),
+                  lowScores, [&](auto* kernel, float* out) {
+                      kernel(f.many.rows, f.manyVar.rows, f.one, f.len, out, f.height, f.scaleFactor);
+                  });
+
+    const auto integers = scoresOf<framesSf>(i, [](const Integer& place) { return integerOddRounded(place); });
+    expectKernels({vornsLGauss_16s32s_D2_M7, vornsLGauss_16s32s_D2_M7_Al}, std::vector<Vorn32s>(7), integers,
+                  [&](auto* kernel, Vorn32s* out) {
+                      kernel(i.many.block, i.many.step, i.one, i.oneVar, i.len, out, i.height, i.val, i.scaleFactor);
+                  });
+    expectKernels({vornsLGauss_16s32s_D2L_M7, vornsLGauss_16s32s_D2L_M7_Al}, std::vector<Vorn32s>(7), integers,
+                  [&](auto* kernel, Vorn32s* out) {
+                      kernel(i.many.rows, i.one, i.oneVar, i.len, out, i.height, i.val, i.scaleFactor);
+                  });
 }
 
 TEST(LogGauss, OutOfRangeIsTheSmallestInteger) {

@@ -1,7 +1,6 @@
 // Gaussian scores of one vector against the scalar model, in every arithmetic.
 #include <gtest/gtest.h>
 
-#include <cfenv>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -11,6 +10,7 @@
 #include "support/allocation.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
 
@@ -433,6 +433,10 @@ TEST(GaussSingle, TheGroupsSaturateAndTheTailDoesNot) {
     EXPECT_EQ(result, -32767.0f * 32767.0f);
     ASSERT_EQ(vornsLogGaussSingle_Scaled_16s32f(x.data(), m.data(), v.data(), 7, &result, 0.0f, -1), vornStsNoErr);
     EXPECT_EQ(result, -32768.0f * 32768.0f);
+    // Both in one call.
+    x.push_back(32767), m.push_back(-1), v.push_back(1);
+    ASSERT_EQ(vornsLogGaussSingle_Scaled_16s32f(x.data(), m.data(), v.data(), 9, &result, 0.0f, -1), vornStsNoErr);
+    EXPECT_EQ(result, -(32767.0f * 32767.0f + 32768.0f * 32768.0f));
     // The exact integer sum of the identity covariance saturates in the tail too.
     ASSERT_EQ(vornsLogGaussSingle_IdVarScaled_16s32f(x.data(), m.data(), 7, &result, 0.0f, -1), vornStsNoErr);
     EXPECT_EQ(result, -32767.0f * 32767.0f);
@@ -491,35 +495,32 @@ TEST(GaussSingle, ExactSquaresOfALongVector) {
     EXPECT_EQ(result, -static_cast<float>(static_cast<double>(len) * 0x1p30));
 }
 
+template <class Members, class T, class R>
+void expectInMode(const Members& members, const std::vector<T>& x, const std::vector<T>& m, const std::vector<T>& v,
+                  R val, unsigned mode) {
+    const int len = static_cast<int>(x.size());
+    for (const auto& member : members) {
+        const test::RoundingMode rounding(mode);
+        R result;
+        EXPECT_EQ(member.call(x.data(), m.data(), v.data(), len, &result, val, 3), vornStsNoErr);
+        EXPECT_EQ(test::RoundingMode::current(), mode) << member.name;
+        const R expected = member.model(x.data(), m.data(), v.data(), len, val, 3);
+        EXPECT_TRUE(sameBits(&result, &expected, 1)) << member.name << " mode " << mode << " len " << len;
+    }
+}
 TEST(GaussSingle, RoundingModes) {
+    using test::RoundingMode;
     Random random(78);
-    const int before = std::fegetround();
-    for (int mode : {FE_TONEAREST, FE_DOWNWARD, FE_UPWARD, FE_TOWARDZERO}) {
-        for (int len : {3, 8, 13, 39}) {
+    for (unsigned mode : {RoundingMode::nearest, RoundingMode::down, RoundingMode::up, RoundingMode::towardZero}) {
+        for (int len : {3, 8, 13, 39, 60}) {
             const auto x = random.integers<Vorn16s>(len, -300, 300), m = random.integers<Vorn16s>(len, -300, 300),
                        v = random.integers<Vorn16s>(len, 1, 90);
-            const auto a = reals<float>(random, len, -9, 9), b = reals<float>(random, len, -9, 9),
-                       c = reals<float>(random, len, 0.1, 3);
-            for (const auto& member : integerFixed()) {
-                std::fesetround(mode);
-                Vorn32s result;
-                const VornStatus status = member.call(x.data(), m.data(), v.data(), len, &result, 77, 3);
-                const Vorn32s expected = member.model(x.data(), m.data(), v.data(), len, 77, 3);
-                const int after = std::fegetround();
-                std::fesetround(before);
-                EXPECT_EQ(status, vornStsNoErr);
-                EXPECT_EQ(after, mode) << member.name;
-                EXPECT_EQ(result, expected) << member.name << " mode " << mode << " len " << len;
-            }
-            for (const auto& member : singleMembers()) {
-                std::fesetround(mode);
-                float result;
-                const VornStatus status = member.call(a.data(), b.data(), c.data(), len, &result, 1.5f, 0);
-                const float expected = member.model(a.data(), b.data(), c.data(), len, 1.5f, 0);
-                std::fesetround(before);
-                EXPECT_EQ(status, vornStsNoErr);
-                EXPECT_TRUE(sameBits(&result, &expected, 1)) << member.name << " mode " << mode;
-            }
+            expectInMode(integerFixed(), x, m, v, 77, mode);
+            expectInMode(scaledFixed(), x, m, v, 7.7f, mode);
+            expectInMode(singleMembers(), reals<float>(random, len, -9, 9), reals<float>(random, len, -9, 9),
+                         reals<float>(random, len, 0.1, 3), 1.7f, mode);
+            expectInMode(doubleMembers(), reals<double>(random, len, -9, 9), reals<double>(random, len, -9, 9),
+                         reals<double>(random, len, 0.1, 3), 1.7, mode);
         }
     }
 }
