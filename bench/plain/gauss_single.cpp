@@ -16,6 +16,19 @@ R sumOf(int len, Term term) {
     return sum;
 }
 
+// Squares in two halves, sums that wrap in 32 bits.
+template <class Weight>
+Vorn32s lowScore(const Vorn16s* x, const Vorn16s* m, int len, Vorn32s val, int scaleFactor, Weight weight) {
+    std::uint32_t high = 0, low = 0;
+    for (int j = 0; j < len; ++j) {
+        const int d = saturated(x[j] - m[j]), square = d * d;
+        high -= static_cast<std::uint32_t>((square >> 16) * weight(j));
+        low -= static_cast<std::uint32_t>(((square & 0xFFFF) >> 1) * weight(j));
+    }
+    return static_cast<Vorn32s>(static_cast<std::uint32_t>(val) + (high << (15 - scaleFactor)) +
+                                static_cast<std::uint32_t>(static_cast<Vorn32s>(low) >> scaleFactor));
+}
+
 template <class T, class R>
 R blockForm(const T* x, const T* m, const T* const* rows, int len) {
     R sum = 0;
@@ -73,18 +86,10 @@ Vorn32f gaussScoreIdentity(const Vorn16s* x, const Vorn16s* m, int len, Vorn32f 
     return val - static_cast<float>(sum) * scale;
 }
 Vorn32s gaussScoreLow(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, Vorn32s val, int scaleFactor) {
-    const auto sum = sumOf<std::int64_t>(len, [=](int j) {
-        const int d = saturated(x[j] - m[j]);
-        return static_cast<std::int64_t>((d * d) >> 1) * v[j];
-    });
-    return static_cast<Vorn32s>(val - (sum >> scaleFactor));
+    return lowScore(x, m, len, val, scaleFactor, [=](int j) { return v[j]; });
 }
 Vorn32s gaussScoreLowIdentity(const Vorn16s* x, const Vorn16s* m, int len, Vorn32s val, int scaleFactor) {
-    const auto sum = sumOf<std::int64_t>(len, [=](int j) {
-        const int d = saturated(x[j] - m[j]);
-        return (d * d) >> 1;
-    });
-    return static_cast<Vorn32s>(val - (sum >> scaleFactor));
+    return lowScore(x, m, len, val, scaleFactor, [](int) { return 1; });
 }
 Vorn32f gaussScoreBlock(const Vorn32f* x, const Vorn32f* m, const Vorn32f* const* rows, int len, Vorn32f val) {
     return val - 0.5f * blockForm<Vorn32f, Vorn32f>(x, m, rows, len);

@@ -13,7 +13,8 @@ Vorn64f gaussScoreIdentity(const Vorn64f* x, const Vorn64f* m, int len, Vorn64f 
 Vorn32f gaussScoreDivided(const Vorn32f* x, const Vorn32f* m, const Vorn32f* v, int len, Vorn32f val);
 Vorn64f gaussScoreDivided(const Vorn64f* x, const Vorn64f* m, const Vorn64f* v, int len, Vorn64f val);
 
-// 16 bits: sums in single, in 64-bit integers, and in 32-bit ones of the low-precision scheme.
+// 16 bits: sums in single; in 64-bit integers, whose sum of squares is exact; in 32-bit ones of the low-precision
+// scheme.
 Vorn32f gaussScore(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, Vorn32f val, Vorn32f scale);
 Vorn32f gaussScoreDivided(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, Vorn32f val, Vorn32f scale);
 Vorn32f gaussScoreIdentity(const Vorn16s* x, const Vorn16s* m, int len, Vorn32f val, Vorn32f scale);
