@@ -18,12 +18,7 @@
 #include <cblas.h>
 #endif
 #ifdef VORNSR_HAVE_EIGEN
-// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault (its bug 105593).
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #include <Eigen/Core>
-#pragma GCC diagnostic pop
 #endif
 
 namespace {

@@ -8,13 +8,8 @@
 #include "vornsr.h"
 
 #if defined(VORNSR_HAVE_SLEEF) && defined(__AVX512F__)
-// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault of ours (its bug 105593).
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #include <immintrin.h>
 #include <sleef.h>
-#pragma GCC diagnostic pop
 #endif
 
 namespace {

@@ -12,10 +12,6 @@
 #include "support/bench.h"
 #include "vornsr.h"
 
-// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault (its bug 105593).
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
 #ifdef VORNSR_HAVE_SLEEF
 #include <immintrin.h>
 #include <sleef.h>
@@ -29,7 +25,6 @@
 #ifdef VORNSR_HAVE_EIGEN
 #include <Eigen/Core>
 #endif
-#pragma GCC diagnostic pop
 
 namespace {
 
