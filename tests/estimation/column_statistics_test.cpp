@@ -86,10 +86,20 @@ TYPED_TEST(ColumnStatistics, EqualsTheModelOverManyRows) {
     }
 }
 
+// More than a second-level cache holds, and more than a stripe in each way that a row can end.
+TYPED_TEST(ColumnStatistics, EqualsTheModelOverLargeMatrices) {
+    Random random(6);
+    for (int width : {1, 3, 6, 13, 39}) {
+        const int height = (5 << 18) / width / static_cast<int>(sizeof(float));
+        const auto data = random.floats(static_cast<std::size_t>(height) * width, -100.0, 300.0);
+        this->compare(data, random.floats(height, 0.0, 0.01), width, width);
+    }
+}
+
 TYPED_TEST(ColumnStatistics, HardValuesPassThrough) {
     const auto hard = test::hardFloats<float>();
     Random random(3);
-    for (int width : {1, 2, 5, 16, 23, 39}) {
+    for (int width : {1, 2, 5, 9, 16, 23, 39}) {
         for (int height : {2, 5, 12}) {
             std::vector<float> data(static_cast<std::size_t>(height) * width), weights(height);
             for (int turn = 0; turn < 20; ++turn) {

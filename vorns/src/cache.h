@@ -23,10 +23,10 @@ inline bool bypassesCache(std::int64_t bytes) {
     return share > 0 && bytes >= share;
 }
 
-// Asks for what a loop over long vectors reads at p soon, in time for memory to bring it. p may lie outside any object.
-template <class T>
-inline void fetchAhead(const T* p) {
-    constexpr std::uintptr_t ahead = 2048;
+// Asks for what a loop over long vectors reads at p soon, so many bytes on, in time for memory to bring it. p may lie
+// outside any object. Always inlined: a call that does nothing else is dropped as one without an effect.
+template <std::uintptr_t ahead = 2048, class T>
+__attribute__((always_inline)) inline void fetchAhead(const T* p) {
     __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(p) + ahead));
 }
 

@@ -17,7 +17,7 @@ struct Pack {
 
 template <class V, int count, class Operation>
 VORN_INLINE Pack<V, count> zip(const Pack<V, count>& a, const Pack<V, count>& b, Operation operation) {
-    return [&]<int... i>(std::integer_sequence<int, i...>)->Pack<V, count> {
+    return [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline))->Pack<V, count> {
         return {{operation(a.part[i], b.part[i])...}};
     }
     (std::make_integer_sequence<int, count>());
@@ -45,15 +45,19 @@ public:
     explicit VectorStripe(std::ptrdiff_t last) : last_(last) {}
 
     VORN_INLINE Value load(const Element* p) const {
-        return [&]<int... i>(std::integer_sequence<int, i...>)->Value { return {{vorn::load<V>(p + offset(i))...}}; }
+        return [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline))->Value {
+            return {{vorn::load<V>(p + offset(i))...}};
+        }
         (std::make_integer_sequence<int, count>());
     }
     VORN_INLINE void store(Element* p, const Value& x) const {
-        [&]<int... i>(std::integer_sequence<int, i...>) { (vorn::store(p + offset(i), x.part[i]), ...); }
+        [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
+            (vorn::store(p + offset(i), x.part[i]), ...);
+        }
         (std::make_integer_sequence<int, count>());
     }
     VORN_INLINE static Value all(Element x) {
-        return [&]<int... i>(std::integer_sequence<int, i...>)->Value {
+        return [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline))->Value {
             return {{(static_cast<void>(i), splat<V>(x))...}};
         }
         (std::make_integer_sequence<int, count>());
@@ -90,17 +94,40 @@ public:
     VORN_INLINE static Value all(T x) { return x; }
 };
 
-// Calls body(stripe, column) for stripes that cover the columns 0 to width - 1. Inside one stripe a column may stand
-// twice: the body loads everything of its stripe before it stores. Different stripes share no column.
-template <class T, class Body>
-VORN_INLINE void overStripes(std::ptrdiff_t width, Body body) {
-    using V = Wide<T>;
+// A vector type of half as many lanes for rows that do not fill V, if such rows gain from it.
+template <class V>
+struct NarrowerOf {
+    using type = V;
+};
+#if defined(VORN_SIMD_AVX512)
+template <>
+struct NarrowerOf<f32x16> {
+    using type = f32x8;
+};
+#endif
+
+// Calls body(stripe, column) for fewer columns than V has lanes.
+template <class V, class Body>
+VORN_INLINE void overPart(std::ptrdiff_t width, Body body) {
+    using T = typename V::Element;
+    if constexpr (V::lanes * sizeof(T) > 16) {
+        body(PartStripe<V>(width), 0);
+    } else {
+        for (std::ptrdiff_t column = 0; column < width; ++column) body(SingleStripe<T>(), column);
+    }
+}
+
+// Calls body(stripe, column) for stripes of the vectors V that cover the columns 0 to width - 1. Inside one stripe a
+// column may stand twice: the body loads everything of its stripe before it stores. Different stripes share no column.
+template <class V, class Body>
+VORN_INLINE void overStripesOf(std::ptrdiff_t width, Body body) {
+    using Narrower = typename NarrowerOf<V>::type;
     constexpr std::ptrdiff_t lanes = V::lanes;
     if (width < lanes) {
-        if constexpr (lanes * sizeof(T) > 16) {
-            body(PartStripe<V>(width), 0);
+        if constexpr (Narrower::lanes < V::lanes) {
+            overStripesOf<Narrower>(width, body);
         } else {
-            for (std::ptrdiff_t column = 0; column < width; ++column) body(SingleStripe<T>(), column);
+            overPart<V>(width, body);
         }
         return;
     }
@@ -129,13 +156,19 @@ VORN_INLINE void overStripes(std::ptrdiff_t width, Body body) {
     }
 }
 
+// The same with the widest vectors of the build.
+template <class T, class Body>
+VORN_INLINE void overStripes(std::ptrdiff_t width, Body body) {
+    overStripesOf<Wide<T>>(width, body);
+}
+
 // The same with stripes of one vector, for bodies that hold much of a stripe at once. Here the last stripe may begin
 // early and share columns with the one before it: a second run over a column must leave the same result.
 template <class T, class Body>
 VORN_INLINE void overVectors(std::ptrdiff_t width, Body body) {
     using V = Wide<T>;
     constexpr std::ptrdiff_t lanes = V::lanes;
-    if (width < lanes) return overStripes<T>(width, body);
+    if (width < lanes) return overPart<V>(width, body);
     std::ptrdiff_t column = 0;
     for (; column + lanes <= width; column += lanes) body(VectorStripe<V, 1>(0), column);
     if (column < width) body(VectorStripe<V, 1>(0), width - lanes);

@@ -4,20 +4,74 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "cache.h"
 #include "stripes.h"
 
 namespace vorn {
 
-// Runs accumulate(stripe, column, firstRow, endRow) over blocks of rows that stay in the first-level cache while the
-// stripes walk down them. What is accumulated lives in the caller's results between the blocks.
-template <class T, class Accumulate>
-VORN_INLINE void overRowBlocks(std::ptrdiff_t height, std::ptrdiff_t width, Accumulate accumulate) {
-    constexpr std::ptrdiff_t blockBytes = 8 << 10;
-    const std::ptrdiff_t blockRows =
-        std::max<std::ptrdiff_t>(8, blockBytes / static_cast<std::ptrdiff_t>(sizeof(T)) / width);
+// What a row adds to the two sums of its columns.
+
+struct PlainRow {
+    template <class Stripe, class Value>
+    VORN_INLINE void addTo(Value& sum, Value& squares, const Value& x, const Stripe&, std::ptrdiff_t) const {
+        sum = sum + x;
+        squares = squares + x * x;
+    }
+};
+
+template <class T>
+struct WeightedRow {
+    const T* weight;
+
+    template <class Stripe, class Value>
+    VORN_INLINE void addTo(Value& sum, Value& squares, const Value& x, const Stripe& stripe, std::ptrdiff_t row) const {
+        const Value w = stripe.all(weight[row]);
+        sum = sum + w * x;
+        squares = squares + w * (x * x);
+    }
+};
+
+// Blocks of rows stay in the first-level cache while the stripes of columns walk down them. That is no order in which
+// the processor would see the next block coming.
+constexpr std::ptrdiff_t rowBlockBytes = 8 << 10;
+
+// Adds the rows up to the end, in their order, to the two sums of each column. fetches: each row asks for what stands a
+// block further on.
+template <bool fetches, class T, class RowsOf, class Row>
+VORN_INLINE void addRows(RowsOf rows, std::ptrdiff_t begin, std::ptrdiff_t end, T* sums, T* squareSums,
+                         std::ptrdiff_t width, Row added) {
+    overStripes<T>(width, [=](auto stripe, std::ptrdiff_t column) {
+        constexpr std::ptrdiff_t line = 64 / sizeof(T), elements = sizeof(stripe.all(T())) / sizeof(T);
+        auto sum = stripe.load(sums + column);
+        auto squares = stripe.load(squareSums + column);
+        for (std::ptrdiff_t row = begin; row < end; ++row) {
+            const T* x = rows[row] + column;
+            if constexpr (fetches) {
+                for (std::ptrdiff_t i = 0; i < elements; i += line) fetchAhead<rowBlockBytes>(x + i);
+            }
+            added.addTo(sum, squares, stripe.load(x), stripe, row);
+        }
+        stripe.store(sums + column, sum);
+        stripe.store(squareSums + column, squares);
+    });
+}
+
+template <class T, class RowsOf, class Row>
+VORN_INLINE void sumColumns(RowsOf rows, std::ptrdiff_t height, T* sums, T* squareSums, std::ptrdiff_t width,
+                            Row added) {
+    constexpr std::ptrdiff_t cachedBytes = 1 << 20;  // what a second-level cache holds anyway
+    const std::ptrdiff_t rowBytes = width * static_cast<std::ptrdiff_t>(sizeof(T));
+    const std::ptrdiff_t blockRows = std::max<std::ptrdiff_t>(8, rowBlockBytes / rowBytes);
+    const bool cached = height <= cachedBytes / rowBytes;
+    std::fill_n(sums, width, T(0));
+    std::fill_n(squareSums, width, T(0));
     for (std::ptrdiff_t row = 0; row < height; row += blockRows) {
         const std::ptrdiff_t end = std::min(height, row + blockRows);
-        overStripes<T>(width, [&](auto stripe, std::ptrdiff_t column) { accumulate(stripe, column, row, end); });
+        if (cached) {
+            addRows<false>(rows, row, end, sums, squareSums, width, added);
+        } else {
+            addRows<true>(rows, row, end, sums, squareSums, width, added);
+        }
     }
 }
 
@@ -25,19 +79,7 @@ VORN_INLINE void overRowBlocks(std::ptrdiff_t height, std::ptrdiff_t width, Accu
 // in their order; h is held as one T, and the two reciprocals are divided in double and rounded once.
 template <class T, class RowsOf>
 void meanVarColumns(RowsOf rows, std::ptrdiff_t height, T* mean, T* var, std::ptrdiff_t width) {
-    std::fill_n(mean, width, T(0));
-    std::fill_n(var, width, T(0));
-    overRowBlocks<T>(height, width, [&](auto stripe, std::ptrdiff_t column, std::ptrdiff_t row, std::ptrdiff_t end) {
-        auto sum = stripe.load(mean + column);
-        auto squares = stripe.load(var + column);
-        for (; row < end; ++row) {
-            const auto x = stripe.load(rows[row] + column);
-            sum = sum + x;
-            squares = squares + x * x;
-        }
-        stripe.store(mean + column, sum);
-        stripe.store(var + column, squares);
-    });
+    sumColumns(rows, height, mean, var, width, PlainRow());
     const T minusHeight = -static_cast<T>(height);
     const T perRow = static_cast<T>(1.0 / static_cast<double>(height));
     const T perDegree = static_cast<T>(1.0 / static_cast<double>(height - 1));
@@ -53,20 +95,7 @@ void meanVarColumns(RowsOf rows, std::ptrdiff_t height, T* mean, T* var, std::pt
 template <class T, class RowsOf>
 void weightedMeanVarColumns(RowsOf rows, const T* weight, std::ptrdiff_t height, T* mean, T* var,
                             std::ptrdiff_t width) {
-    std::fill_n(mean, width, T(0));
-    std::fill_n(var, width, T(0));
-    overRowBlocks<T>(height, width, [&](auto stripe, std::ptrdiff_t column, std::ptrdiff_t row, std::ptrdiff_t end) {
-        auto sum = stripe.load(mean + column);
-        auto squares = stripe.load(var + column);
-        for (; row < end; ++row) {
-            const auto x = stripe.load(rows[row] + column);
-            const auto w = stripe.all(weight[row]);
-            sum = sum + w * x;
-            squares = squares + w * (x * x);
-        }
-        stripe.store(mean + column, sum);
-        stripe.store(var + column, squares);
-    });
+    sumColumns(rows, height, mean, var, width, WeightedRow<T>{weight});
     overStripes<T>(width, [&](auto stripe, std::ptrdiff_t column) {
         const auto m = stripe.load(mean + column);
         stripe.store(var + column, stripe.load(var + column) - m * m);

@@ -175,7 +175,9 @@ struct RowsAround {
 };
 template <class T, int lag, class RowAt>
 VORN_INLINE RowsAround<T, 2 * lag + 1> rowsFrom(RowAt rowAt) {
-    return [&]<int... i>(std::integer_sequence<int, i...>)->RowsAround<T, 2 * lag + 1> { return {{rowAt(i)...}}; }
+    return [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline))->RowsAround<T, 2 * lag + 1> {
+        return {{rowAt(i)...}};
+    }
     (std::make_integer_sequence<int, 2 * lag + 1>());
 }
 
@@ -183,7 +185,7 @@ VORN_INLINE RowsAround<T, 2 * lag + 1> rowsFrom(RowAt rowAt) {
 template <bool copies, class T, int count, class Scaling>
 VORN_INLINE void differencesRow(RowsAround<T, count> rows, std::ptrdiff_t width, T* result, T* copy, Scaling scaling) {
     overVectors<T>(width, [=](auto stripe, std::ptrdiff_t column) {
-        [&]<int... i>(std::integer_sequence<int, i...>) {
+        [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
             using Value = typename decltype(stripe)::Value;
             const Value past[count - 1] = {stripe.load(rows.row[i] + column)...};
             const Value newest = stripe.load(rows.row[count - 1] + column);
