@@ -254,11 +254,15 @@ TEST(ZeroMean, EqualsTheModel) {
             EXPECT_TRUE(sameBits(odd.data(), expected.data(), len)) << len;
         }
     }
-    const std::vector<Vorn16s> loud(70000, 32767);  // the sum wraps
-    auto srcDst = loud;
-    ASSERT_EQ(vornsZeroMean_16s(srcDst.data(), 70000), vornStsNoErr);
-    const auto expected = model::zeroMean(loud);
-    EXPECT_TRUE(sameBits(srcDst.data(), expected.data(), loud.size()));
+    for (Vorn16s value : {32767, -32768}) {
+        for (std::size_t len : {65535, 65536, 65537, 65539, 70000}) {  // around the lengths whose sums wrap
+            const std::vector<Vorn16s> loud(len, value);
+            auto srcDst = loud;
+            ASSERT_EQ(vornsZeroMean_16s(srcDst.data(), static_cast<int>(len)), vornStsNoErr);
+            const auto expected = model::zeroMean(loud);
+            EXPECT_TRUE(sameBits(srcDst.data(), expected.data(), len)) << len << " x " << value;
+        }
+    }
 }
 
 TEST(ZeroMean, Literal) {

@@ -8,21 +8,23 @@ using namespace vorn;
 VornStatus vornsNormEnergy_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height, largest(srcDst, step, height, -3.4028235e38f), minDb, 1.0f, val);
+    const Vorn32f maxE = largest(srcDst, step, height, -3.4028235e38f);
+    normEnergy(srcDst, step, height, {maxE, minDb, 1.0f, val});
     return vornStsNoErr;
 }
 
 VornStatus vornsNormEnergy_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s top, Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height, largest(srcDst, step, height, -32768.0f), minDb, top, val);
+    const Vorn32f maxE = largest<Vorn16s>(srcDst, step, height, -32768);
+    normEnergy(srcDst, step, height, {maxE, static_cast<Vorn32f>(minDb), static_cast<Vorn32f>(top), val});
     return vornStsNoErr;
 }
 
 VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f maxE, Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height, maxE, minDb, 1.0f, val);
+    normEnergy(srcDst, step, height, {maxE, minDb, 1.0f, val});
     return vornStsNoErr;
 }
 
@@ -30,7 +32,8 @@ VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s
                                   Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height, maxE, minDb, top, val);
+    normEnergy(srcDst, step, height,
+               {static_cast<Vorn32f>(maxE), static_cast<Vorn32f>(minDb), static_cast<Vorn32f>(top), val});
     return vornStsNoErr;
 }
 

@@ -1,6 +1,8 @@
 // The first-order filter that removes a constant offset from samples: y(n) = x(n) - x(n-1) + val y(n-1).
 #pragma once
 
+#include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -10,11 +12,15 @@
 
 namespace vorn {
 
-// Truncation to 16 bits that saturates; not a number gives 0, the low half of the processor's integer for it.
+// Truncation to 16 bits that saturates; not a number gives 0, the low half of the processor's integer for it. Lanes
+// hold it with its sign.
 inline Vorn16s truncSat16(float y) {
-    if (y >= 32767.0f) return 32767;
-    if (y <= -32768.0f) return -32768;
-    return static_cast<Vorn16s>(firstLane(truncToInt(splat<f32x4>(y))));
+    const float limited = std::max(std::min(y, 32767.0f), -32768.0f);  // a not-a-number stays one
+    return static_cast<Vorn16s>(firstLane(truncToInt(splat<f32x4>(limited))));
+}
+VORN_INLINE i32xN truncSat16(f32xN y) {
+    const f32xN limited = maxOf(splat<f32xN>(-32768), minOf(splat<f32xN>(32767), y));
+    return shiftRight<16>(shiftLeft<16>(truncToInt(limited)));
 }
 
 // The first output is formed in another order than the rest, and the 16-bit one truncates.
@@ -33,18 +39,22 @@ struct SingleStep {
     float operator()(float x, float xBefore, float yBefore) const { return (x - xBefore) + val * yBefore; }
 };
 
-// Rounds halves away from zero: one half with the sign of the value is added, then truncated.
-struct RoundedStep {
-    float val;
-    Vorn16s operator()(Vorn16s x, Vorn16s xBefore, Vorn16s yBefore) const {
-        const float y = (static_cast<float>(x) - static_cast<float>(xBefore)) + static_cast<float>(yBefore) * val;
-        return truncSat16(y + (y < 0.0f ? -0.5f : 0.5f));
-    }
-};
-
-// Kept out of line so that the loop below has a branch in its place: all but never taken, and off the chain from one
+// Kept out of line so that the loops below have a branch in its place: all but never taken, and off the chain from one
 // output to the next.
 __attribute__((cold, noinline)) inline std::int32_t saturateSeldom(std::int32_t y) { return saturate<Vorn16s>(y); }
+__attribute__((cold, noinline)) inline float saturateSeldom(float y) { return truncSat16(y); }
+
+// Rounds halves away from zero: one half with the sign of the value is added, then truncated. The outputs stay singles
+// on their way to the next one.
+struct RoundedStep {
+    float val;
+    float operator()(float x, float xBefore, float yBefore) const {
+        const float y = (x - xBefore) + yBefore * val;
+        const float rounded = y + std::copysign(0.5f, y);
+        if (rounded > -32768.0f && rounded < 32767.0f) return firstLane(toFloat(truncToInt(splat<f32x4>(rounded))));
+        return saturateSeldom(rounded);
+    }
+};
 
 // The factor in Q12. The difference saturates by itself; the product is truncated by its arithmetic shift.
 struct Q12Step {

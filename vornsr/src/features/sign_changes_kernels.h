@@ -6,66 +6,60 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "simd.h"
+#include "simd_count.h"
 #include "vornsr/types.h"
 
 namespace vorn {
 
-// Each rule says what one step counts, in lanes and for a single step.
+// Each rule says what one step counts: added to the counts of lanes, and of a single step.
 
 struct NegativeProduct_16s {
-    static VORN_INLINE i32xN count(i16xN before, i16xN now) {
-        return mulAddPairs(shiftRightLogical<15>(mulHigh(before, now)), splat<i16xN>(1));
+    static VORN_INLINE i32xN add(i32xN counts, i16xN before, i16xN now) {
+        return counts + mulAddPairs(shiftRightLogical<15>(mulHigh(before, now)), splat<i16xN>(1));
     }
     static int count(Vorn16s before, Vorn16s now) { return std::int32_t{before} * now < 0; }
 };
 
 // Not at or above zero: a product that underflows to zero is none, one that is not a number is a change.
 struct NegativeProduct_32f {
-    static VORN_INLINE i32xN count(f32xN before, f32xN now) {
-        return select(before * now >= splat<f32xN>(0), splat<i32xN>(0), splat<i32xN>(1));
+    static VORN_INLINE i32xN add(i32xN counts, f32xN before, f32xN now) {
+        return countWhere(counts, notAtLeast(before * now, splat<f32xN>(0)));
     }
     static int count(Vorn32f before, Vorn32f now) { return !(before * now >= 0); }
 };
 
 // The sign bits alone: the two zeros differ.
 struct DifferentSignBits {
-    static VORN_INLINE i32xN count(f32xN before, f32xN now) {
-        return shiftRightLogical<31>(bitsOf(before) ^ bitsOf(now));
+    static VORN_INLINE i32xN add(i32xN counts, f32xN before, f32xN now) {
+        return counts - shiftRight<31>(bitsOf(before) ^ bitsOf(now));
     }
     static int count(Vorn32f before, Vorn32f now) { return std::signbit(before) != std::signbit(now); }
 };
 
-// The distance between the signs 1, 0 and -1: 2 for a change, 1 for a step onto zero or off it.
+// The distance between the signs 1, 0 and -1: 2 for a change, 1 for a step onto zero or off it. In lanes it is how many
+// of the two limits are crossed, the one between -1 and 0 and the one between 0 and 1.
 struct SignDistance_16s {
-    static VORN_INLINE i32xN count(i16xN before, i16xN now) {
-        const i16xN step = sign(now) - sign(before);
-        return mulAddPairs(maxOf(step, splat<i16xN>(0) - step), splat<i16xN>(1));
+    static VORN_INLINE i32xN add(i32xN counts, i16xN before, i16xN now) {
+        const i16xN zero = splat<i16xN>(0);
+        const i16xN negative = shiftRightLogical<15>(before ^ now);
+        return counts + mulAddPairs(countWhere(negative, (before > zero) ^ (now > zero)), splat<i16xN>(1));
     }
     static int count(Vorn16s before, Vorn16s now) { return std::abs(sign(now) - sign(before)); }
 
 private:
-    static VORN_INLINE i16xN sign(i16xN x) {
-        const i16xN zero = splat<i16xN>(0);
-        return select(x > zero, splat<i16xN>(1), select(zero > x, splat<i16xN>(-1), zero));
-    }
     static int sign(Vorn16s x) { return (x > 0) - (x < 0); }
 };
 
 // The same; not a number has the sign -1.
 struct SignDistance_32f {
-    static VORN_INLINE i32xN count(f32xN before, f32xN now) {
-        const i32xN step = sign(now) - sign(before);
-        const i32xN negative = shiftRight<31>(step);
-        return (step ^ negative) - negative;
+    static VORN_INLINE i32xN add(i32xN counts, f32xN before, f32xN now) {
+        const f32xN zero = splat<f32xN>(0);
+        counts = countWhere(counts, (before > zero) ^ (now > zero));
+        return countWhere(counts, (before >= zero) ^ (now >= zero));
     }
     static int count(Vorn32f before, Vorn32f now) { return std::abs(sign(now) - sign(before)); }
 
 private:
-    static VORN_INLINE i32xN sign(f32xN x) {
-        const f32xN zero = splat<f32xN>(0);
-        return select(x > zero, splat<i32xN>(1), select(x == zero, splat<i32xN>(0), splat<i32xN>(-1)));
-    }
     static int sign(Vorn32f x) { return x > 0 ? 1 : x == 0 ? 0 : -1; }
 };
 
@@ -74,9 +68,8 @@ std::int64_t countSteps(const T* src, std::ptrdiff_t len) {
     using V = Wide<T>;
     i32xN lanes = splat<i32xN>(0);
     std::ptrdiff_t n = 1;
-    for (; n + V::lanes <= len; n += V::lanes) {
-        lanes = lanes + Rule::count(load<V>(src + n - 1), load<V>(src + n));
-    }
+#pragma GCC unroll 4
+    for (; n + V::lanes <= len; n += V::lanes) lanes = Rule::add(lanes, load<V>(src + n - 1), load<V>(src + n));
     std::int32_t lane[i32xN::lanes];
     store(lane, lanes);
     std::int64_t total = 0;
