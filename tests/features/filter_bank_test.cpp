@@ -377,6 +377,49 @@ std::vector<std::int64_t> fixedSums(const VornFBankState_16s* bank, const std::v
 constexpr int scales[] = {-50, -34, -30, -20, -16, -15, -14, -13, -7, -1,      0,      1,
                           2,   3,   7,   16,  40,  49,  50,  51,  64, INT_MAX, INT_MIN};
 
+template <class Weight>
+void setWeights(const Bank<Fixed>& bank, const Setting& s, Weight weight) {
+    for (int k = 0; k < s.nFilter; ++k) {
+        for (int e = 0; e < s.N / 2; ++e) {
+            bank->ppRise[k][e] = weight();
+            bank->ppFall[k][e] = weight();
+        }
+    }
+}
+
+// Around the largest weights of 16 bits, with the values that make the largest products and sums of two.
+TEST(EvalFBank, FixedFormsWithWeightsOfSixteenBitsAndMore) {
+    Random random(7);
+    for (const std::vector<Vorn32s>& weights : {std::vector<Vorn32s>{-32768},
+                                                {-32769},
+                                                {-32767},
+                                                {32766},
+                                                {32767},
+                                                {32768},
+                                                {-32767, 32766},
+                                                {-32769, -32768, -32767, 0, 16384, 32766, 32767, 32768}}) {
+        for (const std::vector<Vorn16s>& values : {std::vector<Vorn16s>{-32768}, {32767}, {-32768, 32767}}) {
+            const auto one = [&](const auto& list) {
+                return list[static_cast<std::size_t>(random.integer(0, static_cast<int>(list.size()) - 1))];
+            };
+            for (const Setting& s : settings) {
+                const Bank<Fixed> bank(s, vornFBankWeightFreq);
+                setWeights(bank, s, [&] { return one(weights); });
+                std::vector<Vorn16s> src(static_cast<std::size_t>(s.N / 2 + 1));
+                for (Vorn16s& x : src) x = one(values);
+                const auto sums = fixedSums(bank, {src.begin(), src.end()});
+                std::vector<Vorn32s> dst(static_cast<std::size_t>(s.nFilter));
+                ASSERT_EQ(vornsEvalFBank_16s32s_Sfs(src.data(), dst.data(), bank, 0), vornStsNoErr);
+                for (int k = 0; k < s.nFilter; ++k) {
+                    const std::int64_t x = model::shifted(sums[static_cast<std::size_t>(k)], 14);
+                    EXPECT_EQ(dst[static_cast<std::size_t>(k)], std::clamp<std::int64_t>(x, INT_MIN, INT_MAX))
+                        << weights[0] << " x " << values[0];
+                }
+            }
+        }
+    }
+}
+
 TEST(EvalFBank, FixedFormsEqualTheModel) {
     Random random(3);
     for (const Setting& s : settings) {
@@ -385,12 +428,8 @@ TEST(EvalFBank, FixedFormsEqualTheModel) {
             for (int turn = 0; turn < 4; ++turn) {
                 const auto data = turn % 2 ? random.integers<Vorn16s>(static_cast<std::size_t>(s.N / 2 + 1))
                                            : random.integers<Vorn16s>(static_cast<std::size_t>(s.N / 2 + 1), 0, 300);
-                if (turn == 3) {  // weights at which the products wrap
-                    for (int k = 0; k < s.nFilter; ++k) {
-                        for (int e = 0; e < s.N / 2; ++e)
-                            bank->ppRise[k][e] = bank->ppFall[k][e] = random.anyBits<Vorn32s>();
-                    }
-                }
+                // At last weights at which the products wrap.
+                if (turn == 3) setWeights(bank, s, [&] { return random.anyBits<Vorn32s>(); });
                 const auto sums = fixedSums(bank, {data.begin(), data.end()});
                 for (int scale : scales) {
                     const int T = static_cast<int>(static_cast<unsigned>(scale) + 14u);

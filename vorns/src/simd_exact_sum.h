@@ -40,4 +40,40 @@ private:
 #endif
 };
 
+// The same for 16-bit values and weights that fit 16 bits with one to spare: two products then share 32 bits.
+class ShortProductSum {
+public:
+    // The next eight weights. Those that do not fit saturate, which fit() then tells.
+    static VORN_INLINE i16x8 weights(const std::int32_t* p) { return narrowSat(load<i32x4>(p), load<i32x4>(p + 4)); }
+    VORN_INLINE void add(i16x8 value, i16x8 weight) {
+        low_ = minOf(low_, weight);
+        high_ = maxOf(high_, weight);
+        const __m128i pairs = _mm_madd_epi16(value.v, weight.v);
+#if defined(__AVX2__)
+        lanes_ = _mm256_add_epi64(lanes_, _mm256_cvtepi32_epi64(pairs));
+#else
+        const __m128i sign = _mm_srai_epi32(pairs, 31);
+        lanes_ = _mm_add_epi64(lanes_, _mm_unpacklo_epi32(pairs, sign));
+        lanes_ = _mm_add_epi64(lanes_, _mm_unpackhi_epi32(pairs, sign));
+#endif
+    }
+    VORN_INLINE bool fit() const { return !any((low_ == splat<i16x8>(-32768)) | (high_ == splat<i16x8>(32767))); }
+    VORN_INLINE std::int64_t total() const {
+#if defined(__AVX2__)
+        const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
+#else
+        const __m128i pair = lanes_;
+#endif
+        return _mm_cvtsi128_si64(_mm_add_epi64(pair, _mm_unpackhi_epi64(pair, pair)));
+    }
+
+private:
+#if defined(__AVX2__)
+    __m256i lanes_ = _mm256_setzero_si256();
+#else
+    __m128i lanes_ = _mm_setzero_si128();
+#endif
+    i16x8 low_ = splat<i16x8>(0), high_ = splat<i16x8>(0);
+};
+
 }  // namespace vorn

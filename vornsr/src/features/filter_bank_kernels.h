@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <type_traits>
 
 #include "features/filter_bank.h"
 #include "frame/wrap.h"
@@ -141,6 +142,24 @@ struct SideSums {
     std::int64_t falling, rising;
 };
 
+// Adds the bins in rounds of eight and says how many it took: none if a weight is too large for a short product.
+template <bool falls, bool rises>
+VORN_INLINE std::int64_t addShortRounds(const Vorn16s* x, const Vorn32s* fall, const Vorn32s* rise, std::int64_t count,
+                                        SideSums& sums) {
+    const std::int64_t whole = count & ~std::int64_t{7};
+    if (whole == 0) return 0;
+    ShortProductSum falling, rising;
+    for (std::int64_t i = 0; i < whole; i += 8) {
+        const i16x8 value = load<i16x8>(x + i);
+        if constexpr (falls) falling.add(value, ShortProductSum::weights(fall + i));
+        if constexpr (rises) rising.add(value, ShortProductSum::weights(rise + i));
+    }
+    if (!falling.fit() || !rising.fit()) return 0;
+    if constexpr (falls) sums.falling += falling.total();
+    if constexpr (rises) sums.rising += rising.total();
+    return whole;
+}
+
 // The bins behind first, up to last, on a falling and a rising row, and first itself on the rising one.
 template <bool falls, bool rises, class Value>
 VORN_INLINE SideSums stretchSums(const Value* spectrum, const Vorn32s* fall, const Vorn32s* rise, std::int64_t first,
@@ -160,9 +179,11 @@ VORN_INLINE SideSums stretchSums(const Value* spectrum, const Vorn32s* fall, con
     ++x;
     ++rise;
     const std::int64_t whole = count & ~std::int64_t{3};
-    if (whole > 0) {
+    std::int64_t done = 0;
+    if constexpr (std::is_same_v<Value, Vorn16s>) done = addShortRounds<falls, rises>(x, fall, rise, count, sums);
+    if (done < whole) {
         ProductSum falling, rising;
-        for (std::int64_t i = 0; i < whole; i += 4) {
+        for (std::int64_t i = done; i < whole; i += 4) {
             const i32x4 value = loadFour(x + i);
             if constexpr (falls) falling.add(value, load<i32x4>(fall + i));
             if constexpr (rises) rising.add(value, load<i32x4>(rise + i));
