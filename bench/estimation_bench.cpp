@@ -1,4 +1,4 @@
-// Column statistics beside plain loops and Eigen.
+// Column statistics and the constant of a Gaussian beside plain loops and Eigen.
 #include <random>
 #include <string>
 
@@ -57,7 +57,22 @@ void addMeanVar(int width, std::size_t bytes, const std::string& place) {
     });
 }
 
+void addGaussConstant(int len) {
+    auto var = bench::buffer<float>(static_cast<std::size_t>(len)), dst = bench::buffer<float>(1);
+    for (int i = 0; i < len; ++i) var[i] = 0.01f + static_cast<float>(i % 100);
+    const std::string name = "vornsUpdateGConst_DirectVar_32f", size = std::to_string(len);
+    bench::add(name, size, bench::ours, len, [=] {
+        vornsUpdateGConst_DirectVar_32f(var.get(), len, dst.get());
+        bench::keep(dst.get());
+    });
+    bench::add(name, size, "plain", len, [=] {
+        dst[0] = plain::gaussConstant(var.get(), len);
+        bench::keep(dst.get());
+    });
+}
+
 const bench::Family estimation([] {
+    for (int len : {13, 39, 1000}) addGaussConstant(len);
     for (int width : {13, 39, 64, 256}) {
         addMeanVar(width, bench::inL1, "L1");
         addMeanVar(width, bench::inLastLevel, "last level");
