@@ -111,10 +111,26 @@ TEST(SignChangeRate, Literal) {
     const float undefined[] = {inf, 0.0f};
     ASSERT_EQ(vornsSignChangeRate_32f(undefined, 2, &rate), vornStsNoErr);
     EXPECT_EQ(rate, 1.0f);
-    ASSERT_EQ(vornsSignChangeRate_16s(fixed, 1, &count), vornStsNoErr);
+}
+
+TEST(SignChangeRate, OneSampleHasNone) {
+    const Vorn16s fixed = -1;
+    const float single = -1;
+    Vorn32s count = 9;
+    float rate = 9;
+    int bits = 9;
+    ASSERT_EQ(vornsSignChangeRate_16s(&fixed, 1, &count), vornStsNoErr);
     EXPECT_EQ(count, 0);
-    ASSERT_EQ(vornsSignChangeRateXor_32f(single, 1, &bits), vornStsNoErr);
+    ASSERT_EQ(vornsSignChangeRate_32f(&single, 1, &rate), vornStsNoErr);
+    EXPECT_EQ(rate, 0.0f);
+    ASSERT_EQ(vornsSignChangeRateXor_32f(&single, 1, &bits), vornStsNoErr);
     EXPECT_EQ(bits, 0);
+    count = 9;
+    ASSERT_EQ(vornsSignChangeRate_Count0_16s(&fixed, 1, &count), vornStsNoErr);
+    EXPECT_EQ(count, 0);
+    rate = 9;
+    ASSERT_EQ(vornsSignChangeRate_Count0_32f(&single, 1, &rate), vornStsNoErr);
+    EXPECT_EQ(rate, 0.0f);
 }
 
 template <class T, class Result>
@@ -195,6 +211,46 @@ TEST(NormEnergy, ShortsEqualTheModel) {
     }
 }
 
+// Side by side and apart: whole vectors and what is left behind them, with values around both limits of 16 bits.
+TEST(NormEnergy, LongRowsEqualTheModel) {
+    Random random(8);
+    const auto hardSingles = test::hardFloats<float>();
+    const auto hardShorts = test::hardIntegers<Vorn16s>();
+    for (int height : {63, 64, 65, 96, 127, 500}) {
+        for (int step : {1, 2}) {
+            const std::size_t len = static_cast<std::size_t>(height - 1) * step + 1;
+            for (float val : {0.1f, 1.0f, -1.0f, 3e38f, inf, -inf, std::numeric_limits<float>::quiet_NaN()}) {
+                auto x = random.floats(len, -20.0, 20.0);
+                for (std::size_t i = 0; i < len; i += 7)
+                    x[i] = hardSingles[static_cast<std::size_t>(random.integer(0, 1000)) % hardSingles.size()];
+                const auto s = height % 2 ? random.integers<Vorn16s>(len) : pickFrom(random, hardShorts, len);
+                Guarded<float> single(x), singleOwn(x);
+                Guarded<Vorn16s> fixed(s), fixedOwn(s);
+                ASSERT_EQ(vornsNormEnergy_RT_32f(single, step, height, 20, 3, val), vornStsNoErr);
+                ASSERT_EQ(vornsNormEnergy_32f(singleOwn, step, height, 20, val), vornStsNoErr);
+                ASSERT_EQ(vornsNormEnergy_RT_16s(fixed, step, height, 30000, 32767, 32767, val), vornStsNoErr);
+                ASSERT_EQ(vornsNormEnergy_16s(fixedOwn, step, height, 30000, -32768, val), vornStsNoErr);
+                float m = -3.4028235e38f, m16 = -32768.0f;
+                for (std::size_t i = 0; i < len; i += static_cast<std::size_t>(step)) {
+                    m = x[i] > m ? x[i] : m;
+                    m16 = std::max(m16, static_cast<float>(s[i]));
+                }
+                for (std::size_t i = 0; i < len; ++i) {
+                    const bool counts = i % static_cast<std::size_t>(step) == 0;
+                    const float y = counts ? model::normalisedEnergy(x[i], 3, 20, 1.0f, val) : x[i];
+                    const float yOwn = counts ? model::normalisedEnergy(x[i], m, 20, 1.0f, val) : x[i];
+                    EXPECT_TRUE(test::same(single[i], y)) << x[i] << " x " << val;
+                    EXPECT_TRUE(test::same(singleOwn[i], yOwn)) << x[i] << " x " << val;
+                    const float z = model::normalisedEnergy(s[i], 32767, 30000, 32767, val);
+                    const float zOwn = model::normalisedEnergy(s[i], m16, 30000, -32768, val);
+                    EXPECT_EQ(fixed[i], counts ? model::energy16(z) : s[i]) << s[i] << " x " << val;
+                    EXPECT_EQ(fixedOwn[i], counts ? model::energy16(zOwn) : s[i]) << s[i] << " x " << val;
+                }
+            }
+        }
+    }
+}
+
 TEST(NormEnergy, Literal) {
     float equal[] = {7, 7, 7};
     ASSERT_EQ(vornsNormEnergy_32f(equal, 1, 3, 50.0f, 0.1f), vornStsNoErr);
@@ -270,9 +326,10 @@ TEST(ZeroMean, Literal) {
     ASSERT_EQ(vornsZeroMean_16s(x, 2), vornStsNoErr);
     EXPECT_EQ(x[0], -1);
     EXPECT_EQ(x[1], 1);
-    Vorn16s far[] = {-32768, 32767, 32767, 32767};  // d = -65536 - 32766 / ... limited from below at -32767
+    Vorn16s far[] = {-32768, 32767, 32767, 32767};  // m2 = 32766, d = -98302 and 32768
     ASSERT_EQ(vornsZeroMean_16s(far, 4), vornStsNoErr);
-    EXPECT_EQ(far[0], -32767);
+    EXPECT_EQ(far[0], -32767) << "limited";
+    EXPECT_EQ(far[1], 16384);
 }
 
 TEST(ZeroMean, ChecksSizeBeforeNull) {

@@ -208,6 +208,19 @@ TEST(Delta, LiteralRamp) {
     EXPECT_TRUE(sameBits(dst, expected, 8));
 }
 
+TEST(Delta, LastAloneCompletesTheRamp) {
+    const float src[] = {0, 1, 2, 3};
+    float dst[8] = {};
+    ASSERT_EQ(vornsDelta_Win2_32f_D2(src, 1, dst, 2, 4, 0.5f, vornDeltaFirst), vornStsNoErr);
+    const float begun[] = {0, 2.5f, 1, 4, 2, 0, 3, 0};
+    EXPECT_TRUE(sameBits(dst, begun, 8));
+    EXPECT_EQ(vornsDelta_Win2_32f_D2(src, 1, dst, 2, 0, 0.5f, 0), vornStsSizeErr);
+    EXPECT_TRUE(sameBits(dst, begun, 8));
+    ASSERT_EQ(vornsDelta_Win2_32f_D2(src, 1, dst, 2, 0, 0.5f, vornDeltaLast), vornStsNoErr);
+    const float ended[] = {0, 2.5f, 1, 4, 2, 4, 3, 2.5f};
+    EXPECT_TRUE(sameBits(dst, ended, 8));
+}
+
 TEST(DeltaDelta, LiteralRamp) {
     // Deltas 5 8 10 10 8 5; behind both ends they repeat.
     const float src[] = {0, 1, 2, 3, 4, 5};

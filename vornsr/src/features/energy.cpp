@@ -9,7 +9,7 @@ VornStatus vornsNormEnergy_32f(Vorn32f* srcDst, int step, int height, Vorn32f mi
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
     const Vorn32f maxE = largest(srcDst, step, height, -3.4028235e38f);
-    normEnergy(srcDst, step, height, {maxE, minDb, 1.0f, val});
+    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, 1.0f, val));
     return vornStsNoErr;
 }
 
@@ -17,14 +17,14 @@ VornStatus vornsNormEnergy_16s(Vorn16s* srcDst, int step, int height, Vorn16s mi
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
     const Vorn32f maxE = largest<Vorn16s>(srcDst, step, height, -32768);
-    normEnergy(srcDst, step, height, {maxE, static_cast<Vorn32f>(minDb), static_cast<Vorn32f>(top), val});
+    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, top, val));
     return vornStsNoErr;
 }
 
 VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f maxE, Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height, {maxE, minDb, 1.0f, val});
+    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, 1.0f, val));
     return vornStsNoErr;
 }
 
@@ -32,8 +32,7 @@ VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s
                                   Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    normEnergy(srcDst, step, height,
-               {static_cast<Vorn32f>(maxE), static_cast<Vorn32f>(minDb), static_cast<Vorn32f>(top), val});
+    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, top, val));
     return vornStsNoErr;
 }
 
