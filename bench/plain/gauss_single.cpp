@@ -16,17 +16,15 @@ R sumOf(int len, Term term) {
     return sum;
 }
 
-// Squares in two halves, sums that wrap in 32 bits.
+// Low precision: squares without their lowest bit, sums that wrap in 32 bits.
 template <class Weight>
 Vorn32s lowScore(const Vorn16s* x, const Vorn16s* m, int len, Vorn32s val, int scaleFactor, Weight weight) {
-    std::uint32_t high = 0, low = 0;
+    std::uint32_t sum = 0;
     for (int j = 0; j < len; ++j) {
-        const int d = saturated(x[j] - m[j]), square = d * d;
-        high -= static_cast<std::uint32_t>((square >> 16) * weight(j));
-        low -= static_cast<std::uint32_t>(((square & 0xFFFF) >> 1) * weight(j));
+        const int d = saturated(x[j] - m[j]);
+        sum -= static_cast<std::uint32_t>((d * d) >> 1) * static_cast<std::uint32_t>(weight(j));
     }
-    return static_cast<Vorn32s>(static_cast<std::uint32_t>(val) + (high << (15 - scaleFactor)) +
-                                static_cast<std::uint32_t>(static_cast<Vorn32s>(low) >> scaleFactor));
+    return val + (static_cast<Vorn32s>(sum) >> scaleFactor);
 }
 
 template <class T, class R>

@@ -26,17 +26,15 @@ void multiMix(const short* mean, const short* var, int step, const short* src, i
     gaussians(mean, var, step, src, len, srcDst, height);
 }
 
-// Low precision: saturated differences, squares in two halves, integer sums.
+// Low precision: saturated differences, squares without their lowest bit, sums that wrap in 32 bits.
 static int lowScore(const short* x, const short* m, const short* v, int len) {
-    unsigned high = 0, low = 0;
+    unsigned sum = 0;
     for (int j = 0; j < len; ++j) {
         int d = x[j] - m[j];
         d = d < -32768 ? -32768 : d > 32767 ? 32767 : d;
-        const int square = d * d;
-        high -= static_cast<unsigned>((square >> 16) * v[j]);
-        low -= static_cast<unsigned>(((square & 0xFFFF) >> 1) * v[j]);
+        sum -= static_cast<unsigned>((d * d) >> 1) * static_cast<unsigned>(v[j]);
     }
-    return static_cast<int>((high << 15) + low);
+    return static_cast<int>(sum);
 }
 void multiMixLow(const short* mean, const short* var, int step, const short* src, int len, int* srcDst, int height) {
     for (int g = 0; g < height; ++g) {
