@@ -32,6 +32,8 @@ struct LowShifts {
             low.left = up;
         }
     }
+    // Shifts to the left alone give the same sum before and after additions.
+    VORN_INLINE bool truncate() const { return (high.right | low.right) != 0; }
     template <class V>
     VORN_INLINE V operator()(V highSum, V lowSum) const {
         return high(highSum) + low(lowSum);

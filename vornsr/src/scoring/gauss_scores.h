@@ -45,7 +45,7 @@ void scoreRows(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height
     forRows(vectors, rowsInFours<Sums>(len, height), height, four, one);
 }
 
-// At low precision a last odd row has a sum of its own.
+// At low precision a last odd row has a sum of its own, which shows where shifts truncate.
 template <class Vectors, class End>
 void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, int scaleFactor, const End end) {
     const LowShifts shift(scaleFactor);
@@ -53,7 +53,7 @@ void scoreRowsLow(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t hei
         end(at, LowSums::ofFour(rows, len, shift));
     };
     const auto one = [&](RowAlone at, const auto& row) __attribute__((always_inline)) {
-        end(at, at.isOdd ? LowOddSum::ofOne(row, len, shift) : LowSums::ofOne(row, len, shift));
+        end(at, at.isOdd && shift.truncate() ? LowOddSum::ofOne(row, len, shift) : LowSums::ofOne(row, len, shift));
     };
     forRows(vectors, rowsInFours<LowSums>(len, height), height, four, one);
 }
