@@ -344,6 +344,21 @@ void addFilterBank(int N, int nFilter) {
              {"plain", [=] { peer16->eval(src16.get(), dst32.get(), nFilter, 14); }}});
 }
 
+// A frame of samples, its magnitude spectrum, the bank. What takes the time, the transform, stands beside its peers
+// among the transforms.
+void addFilterBankOfSamples(int N, int nFilter) {
+    const auto len = static_cast<std::size_t>(N), filters = static_cast<std::size_t>(nFilter);
+    const std::string size = std::to_string(N) + "x" + std::to_string(nFilter);
+    const auto bank = makeBank<Singles>(N, nFilter, vornFBankWeightFreq | vornFBankSamples);
+    const auto bank16 = makeBank<Shorts>(N, nFilter, vornFBankWeightFreq | vornFBankSamples);
+    auto src = signal<float>(len, -3000, 3000), dst = bench::buffer<float>(filters);
+    auto src16 = signal<Vorn16s>(len, -3000, 3000), dst16 = bench::buffer<Vorn16s>(filters);
+    compare("vornsEvalFBank_32f of samples", size, N, dst,
+            {{bench::ours, [=] { vornsEvalFBank_32f(src.get(), dst.get(), bank.get()); }}});
+    compare("vornsEvalFBank_16s_Sfs of samples", size, N, dst16,
+            {{bench::ours, [=] { vornsEvalFBank_16s_Sfs(src16.get(), dst16.get(), bank16.get(), 0); }}});
+}
+
 const bench::Family features([] {
     addOffsets();
     addSignChanges();
@@ -359,6 +374,7 @@ const bench::Family features([] {
     addLifter(128, 64);
     addLifterContext(26, 13);
     for (int N : {256, 512, 2048}) addFilterBank(N, N == 256 ? 23 : 40);
+    addFilterBankOfSamples(512, 40);
     addBankContext<Singles>(512, 40);
     addBankContext<Shorts>(512, 40);
 });

@@ -1,7 +1,6 @@
 // The first-order filter that removes a constant offset from samples: y(n) = x(n) - x(n-1) + val y(n-1).
 #pragma once
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -14,14 +13,12 @@ namespace vorn {
 
 // Truncation to 16 bits that saturates; not a number gives 0, the low half of the processor's integer for it. Lanes
 // hold it with its sign.
-inline Vorn16s truncSat16(float y) {
-    const float limited = std::max(std::min(y, 32767.0f), -32768.0f);  // a not-a-number stays one
-    return static_cast<Vorn16s>(firstLane(truncToInt(splat<f32x4>(limited))));
+template <class V>
+VORN_INLINE auto truncLimited(V y) {
+    return truncToInt(maxOf(splat<V>(-32768), minOf(splat<V>(32767), y)));  // a not-a-number stays one
 }
-VORN_INLINE i32xN truncSat16(f32xN y) {
-    const f32xN limited = maxOf(splat<f32xN>(-32768), minOf(splat<f32xN>(32767), y));
-    return shiftRight<16>(shiftLeft<16>(truncToInt(limited)));
-}
+VORN_INLINE Vorn16s truncSat16(float y) { return static_cast<Vorn16s>(firstLane(truncLimited(splat<f32x4>(y)))); }
+VORN_INLINE i32xN truncSat16(f32xN y) { return shiftRight<16>(shiftLeft<16>(truncLimited(y))); }
 
 // The first output is formed in another order than the rest, and the 16-bit one truncates.
 inline float firstOffsetOutput(float x, float xBefore, float yBefore, float val) {
