@@ -270,13 +270,31 @@ VORN_INLINE Halves<i16x16> inOrder(Halves<i16x16> a) {
     return {{_mm256_permute2x128_si256(a.low.v, a.high.v, 0x20)}, {_mm256_permute2x128_si256(a.low.v, a.high.v, 0x31)}};
 }
 
+VORN_INLINE f32x8 interleaveLow(f32x8 a, f32x8 b) {
+    return {_mm256_castsi256_ps(_mm256_unpacklo_epi32(_mm256_castps_si256(a.v), _mm256_castps_si256(b.v)))};
+}
+VORN_INLINE f32x8 interleaveHigh(f32x8 a, f32x8 b) {
+    return {_mm256_castsi256_ps(_mm256_unpackhi_epi32(_mm256_castps_si256(a.v), _mm256_castps_si256(b.v)))};
+}
+VORN_INLINE f64x4 interleaveLow(f64x4 a, f64x4 b) {
+    return {_mm256_castsi256_pd(_mm256_unpacklo_epi64(_mm256_castpd_si256(a.v), _mm256_castpd_si256(b.v)))};
+}
+VORN_INLINE f64x4 interleaveHigh(f64x4 a, f64x4 b) {
+    return {_mm256_castsi256_pd(_mm256_unpackhi_epi64(_mm256_castpd_si256(a.v), _mm256_castpd_si256(b.v)))};
+}
 VORN_INLINE f32x8 dupEven(f32x8 a) { return {_mm256_moveldup_ps(a.v)}; }
 VORN_INLINE f32x8 dupOdd(f32x8 a) { return {_mm256_movehdup_ps(a.v)}; }
-VORN_INLINE f32x8 swapPairs(f32x8 a) { return {_mm256_permute_ps(a.v, 0xB1)}; }
+VORN_INLINE f32x8 swapPairs(f32x8 a) {
+    return {_mm256_castsi256_ps(_mm256_shuffle_epi32(_mm256_castps_si256(a.v), 0xB1))};
+}
 VORN_INLINE f32x8 addSub(f32x8 a, f32x8 b) { return {_mm256_addsub_ps(a.v, b.v)}; }
 VORN_INLINE f64x4 dupEven(f64x4 a) { return {_mm256_movedup_pd(a.v)}; }
-VORN_INLINE f64x4 dupOdd(f64x4 a) { return {_mm256_permute_pd(a.v, 0xF)}; }
-VORN_INLINE f64x4 swapPairs(f64x4 a) { return {_mm256_permute_pd(a.v, 0x5)}; }
+VORN_INLINE f64x4 dupOdd(f64x4 a) {
+    return {_mm256_castsi256_pd(_mm256_shuffle_epi32(_mm256_castpd_si256(a.v), 0xEE))};
+}
+VORN_INLINE f64x4 swapPairs(f64x4 a) {
+    return {_mm256_castsi256_pd(_mm256_shuffle_epi32(_mm256_castpd_si256(a.v), 0x4E))};
+}
 VORN_INLINE f64x4 addSub(f64x4 a, f64x4 b) { return {_mm256_addsub_pd(a.v, b.v)}; }
 
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
@@ -525,18 +543,18 @@ VORN_INLINE void loadPairs(const float* p, f32x8& first, f32x8& second) {
     second = {_mm256_shuffle_ps(even, odd, _MM_SHUFFLE(3, 1, 3, 1))};
 }
 VORN_INLINE void storePairs(float* p, f32x8 first, f32x8 second) {
-    const __m256 even = _mm256_unpacklo_ps(first.v, second.v), odd = _mm256_unpackhi_ps(first.v, second.v);
+    const __m256 even = interleaveLow(first, second).v, odd = interleaveHigh(first, second).v;
     _mm256_storeu_ps(p, _mm256_permute2f128_ps(even, odd, 0x20));
     _mm256_storeu_ps(p + 8, _mm256_permute2f128_ps(even, odd, 0x31));
 }
 VORN_INLINE void loadPairs(const double* p, f64x4& first, f64x4& second) {
     const __m256d even = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(p)), _mm_loadu_pd(p + 4), 1);
     const __m256d odd = _mm256_insertf128_pd(_mm256_castpd128_pd256(_mm_loadu_pd(p + 2)), _mm_loadu_pd(p + 6), 1);
-    first = {_mm256_unpacklo_pd(even, odd)};
-    second = {_mm256_unpackhi_pd(even, odd)};
+    first = interleaveLow(f64x4{even}, f64x4{odd});
+    second = interleaveHigh(f64x4{even}, f64x4{odd});
 }
 VORN_INLINE void storePairs(double* p, f64x4 first, f64x4 second) {
-    const __m256d even = _mm256_unpacklo_pd(first.v, second.v), odd = _mm256_unpackhi_pd(first.v, second.v);
+    const __m256d even = interleaveLow(first, second).v, odd = interleaveHigh(first, second).v;
     _mm256_storeu_pd(p, _mm256_permute2f128_pd(even, odd, 0x20));
     _mm256_storeu_pd(p + 4, _mm256_permute2f128_pd(even, odd, 0x31));
 }

@@ -357,14 +357,30 @@ VORN_INLINE Halves<i16x8> inOrder(Halves<i16x8> a) { return a; }
 // Neighbouring lanes, as complex numbers hold them: the even ones twice, the odd ones twice, the two exchanged; addSub
 // subtracts in the even lanes and adds in the odd ones.
 
+// What only moves lanes within groups of 16 bytes is done by integer shuffles where there is one: processors have more
+// units for them than for those of floats.
 VORN_INLINE f32x4 dupEven(f32x4 a) { return {_mm_moveldup_ps(a.v)}; }
 VORN_INLINE f32x4 dupOdd(f32x4 a) { return {_mm_movehdup_ps(a.v)}; }
-VORN_INLINE f32x4 swapPairs(f32x4 a) { return {_mm_shuffle_ps(a.v, a.v, 0xB1)}; }
+VORN_INLINE f32x4 swapPairs(f32x4 a) { return {_mm_castsi128_ps(_mm_shuffle_epi32(_mm_castps_si128(a.v), 0xB1))}; }
 VORN_INLINE f32x4 addSub(f32x4 a, f32x4 b) { return {_mm_addsub_ps(a.v, b.v)}; }
 VORN_INLINE f64x2 dupEven(f64x2 a) { return {_mm_movedup_pd(a.v)}; }
-VORN_INLINE f64x2 dupOdd(f64x2 a) { return {_mm_unpackhi_pd(a.v, a.v)}; }
-VORN_INLINE f64x2 swapPairs(f64x2 a) { return {_mm_shuffle_pd(a.v, a.v, 1)}; }
+VORN_INLINE f64x2 dupOdd(f64x2 a) { return {_mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(a.v), 0xEE))}; }
+VORN_INLINE f64x2 swapPairs(f64x2 a) { return {_mm_castsi128_pd(_mm_shuffle_epi32(_mm_castpd_si128(a.v), 0x4E))}; }
 VORN_INLINE f64x2 addSub(f64x2 a, f64x2 b) { return {_mm_addsub_pd(a.v, b.v)}; }
+
+// The first, and the second, halves of the 16-byte groups of a and b, lane by lane in turn.
+VORN_INLINE f32x4 interleaveLow(f32x4 a, f32x4 b) {
+    return {_mm_castsi128_ps(_mm_unpacklo_epi32(_mm_castps_si128(a.v), _mm_castps_si128(b.v)))};
+}
+VORN_INLINE f32x4 interleaveHigh(f32x4 a, f32x4 b) {
+    return {_mm_castsi128_ps(_mm_unpackhi_epi32(_mm_castps_si128(a.v), _mm_castps_si128(b.v)))};
+}
+VORN_INLINE f64x2 interleaveLow(f64x2 a, f64x2 b) {
+    return {_mm_castsi128_pd(_mm_unpacklo_epi64(_mm_castpd_si128(a.v), _mm_castpd_si128(b.v)))};
+}
+VORN_INLINE f64x2 interleaveHigh(f64x2 a, f64x2 b) {
+    return {_mm_castsi128_pd(_mm_unpackhi_epi64(_mm_castpd_si128(a.v), _mm_castpd_si128(b.v)))};
+}
 
 // Shifts. A count at or above the width gives 0, in an arithmetic shift the sign fill.
 
@@ -684,17 +700,17 @@ VORN_INLINE void loadPairs(const float* p, f32x4& first, f32x4& second) {
     second = {_mm_shuffle_ps(low, high, _MM_SHUFFLE(3, 1, 3, 1))};
 }
 VORN_INLINE void storePairs(float* p, f32x4 first, f32x4 second) {
-    _mm_storeu_ps(p, _mm_unpacklo_ps(first.v, second.v));
-    _mm_storeu_ps(p + 4, _mm_unpackhi_ps(first.v, second.v));
+    store(p, interleaveLow(first, second));
+    store(p + 4, interleaveHigh(first, second));
 }
 VORN_INLINE void loadPairs(const double* p, f64x2& first, f64x2& second) {
-    const __m128d low = _mm_loadu_pd(p), high = _mm_loadu_pd(p + 2);
-    first = {_mm_unpacklo_pd(low, high)};
-    second = {_mm_unpackhi_pd(low, high)};
+    const f64x2 low = load<f64x2>(p), high = load<f64x2>(p + 2);
+    first = interleaveLow(low, high);
+    second = interleaveHigh(low, high);
 }
 VORN_INLINE void storePairs(double* p, f64x2 first, f64x2 second) {
-    _mm_storeu_pd(p, _mm_unpacklo_pd(first.v, second.v));
-    _mm_storeu_pd(p + 2, _mm_unpackhi_pd(first.v, second.v));
+    store(p, interleaveLow(first, second));
+    store(p + 2, interleaveHigh(first, second));
 }
 
 VORN_INLINE void loadPairs(const std::int32_t* p, i32x4& first, i32x4& second) {
