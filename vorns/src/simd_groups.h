@@ -22,13 +22,14 @@ VORN_INLINE void transposeGroups(f32x4 (&v)[4]) {
     v[3] = {_mm_shuffle_ps(high01, high23, _MM_SHUFFLE(2, 0, 2, 0))};
 }
 VORN_INLINE void transposeGroups(f64x2 (&v)[2]) {
-    const __m128d low = _mm_unpacklo_pd(v[0].v, v[1].v), high = _mm_unpackhi_pd(v[0].v, v[1].v);
-    v[0] = {low}, v[1] = {high};
+    const f64x2 low = interleaveLow(v[0], v[1]), high = interleaveHigh(v[0], v[1]);
+    v[0] = low, v[1] = high;
 }
 
 // The same with pairs of singles for elements.
 VORN_INLINE void transposePairs(f32x4 (&v)[2]) {
-    const __m128 low = _mm_movelh_ps(v[0].v, v[1].v), high = _mm_movehl_ps(v[1].v, v[0].v);
+    const __m128 low = _mm_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(1, 0, 1, 0));
+    const __m128 high = _mm_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(3, 2, 3, 2));
     v[0] = {low}, v[1] = {high};
 }
 
@@ -87,18 +88,26 @@ VORN_INLINE void transposeGroups(f32x8 (&v)[4]) {
     v[3] = {_mm256_shuffle_ps(high01, high23, _MM_SHUFFLE(2, 0, 2, 0))};
 }
 VORN_INLINE void transposeGroups(f64x4 (&v)[2]) {
-    const __m256d low = _mm256_unpacklo_pd(v[0].v, v[1].v), high = _mm256_unpackhi_pd(v[0].v, v[1].v);
-    v[0] = {low}, v[1] = {high};
+    const f64x4 low = interleaveLow(v[0], v[1]), high = interleaveHigh(v[0], v[1]);
+    v[0] = low, v[1] = high;
 }
 VORN_INLINE void transposePairs(f32x8 (&v)[2]) {
-    const __m256d a = _mm256_castps_pd(v[0].v), b = _mm256_castps_pd(v[1].v);
-    v[0] = {_mm256_castpd_ps(_mm256_unpacklo_pd(a, b))}, v[1] = {_mm256_castpd_ps(_mm256_unpackhi_pd(a, b))};
+    const __m256 low = _mm256_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(1, 0, 1, 0));
+    const __m256 high = _mm256_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(3, 2, 3, 2));
+    v[0] = {low}, v[1] = {high};
 }
 // The second group of a and the first of b change place.
 VORN_INLINE void exchangeGroups(f64x4& a, f64x4& b) {
     const __m256d low = _mm256_permute2f128_pd(a.v, b.v, 0x20), high = _mm256_permute2f128_pd(a.v, b.v, 0x31);
     a = {low}, b = {high};
 }
+// Turns the halves, or the quarters, of as many vectors: part i of vector n becomes part n of vector i.
+VORN_INLINE void turnParts(f32x8 (&v)[2]) {
+    const __m256 low = _mm256_permute2f128_ps(v[0].v, v[1].v, 0x20),
+                 high = _mm256_permute2f128_ps(v[0].v, v[1].v, 0x31);
+    v[0] = {low}, v[1] = {high};
+}
+VORN_INLINE void turnParts(f64x4 (&v)[2]) { exchangeGroups(v[0], v[1]); }
 template <>
 VORN_INLINE f32x8 loadGroups<f32x8>(const float* p, std::ptrdiff_t step) {
     return {_mm256_insertf128_ps(_mm256_castps128_ps256(_mm_loadu_ps(p)), _mm_loadu_ps(p + step), 1)};
@@ -140,6 +149,15 @@ VORN_INLINE void turnGroups(f32x16 (&v)[4]) {
                  high23 = _mm512_shuffle_f32x4(v[2].v, v[3].v, 0xEE);
     v[0] = {_mm512_shuffle_f32x4(low01, low23, 0x88)}, v[1] = {_mm512_shuffle_f32x4(low01, low23, 0xDD)};
     v[2] = {_mm512_shuffle_f32x4(high01, high23, 0x88)}, v[3] = {_mm512_shuffle_f32x4(high01, high23, 0xDD)};
+}
+VORN_INLINE void turnParts(f32x16 (&v)[2]) {
+    const __m512 low = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0x44), high = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0xEE);
+    v[0] = {low}, v[1] = {high};
+}
+VORN_INLINE void turnParts(f32x16 (&v)[4]) { turnGroups(v); }
+VORN_INLINE void turnParts(f64x8 (&v)[2]) {
+    const __m512d low = _mm512_shuffle_f64x2(v[0].v, v[1].v, 0x44), high = _mm512_shuffle_f64x2(v[0].v, v[1].v, 0xEE);
+    v[0] = {low}, v[1] = {high};
 }
 VORN_INLINE void transposeGroups(f32x16 (&v)[4]) {
     const __m512 low01 = _mm512_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(0, 1, 0, 1));
@@ -203,14 +221,14 @@ VORN_INLINE void storePairGroups(T* p, V first, V second) {
 }
 #if defined(__AVX2__)
 VORN_INLINE void storePairGroups(float* p, f32x8 first, f32x8 second) {
-    const f32x8 low = {_mm256_unpacklo_ps(first.v, second.v)}, high = {_mm256_unpackhi_ps(first.v, second.v)};
+    const f32x8 low = interleaveLow(first, second), high = interleaveHigh(first, second);
     storeGroup<0>(p, low);
     storeGroup<0>(p + 4, high);
     storeGroup<1>(p + 8, low);
     storeGroup<1>(p + 12, high);
 }
 VORN_INLINE void storePairGroups(double* p, f64x4 first, f64x4 second) {
-    const f64x4 low = {_mm256_unpacklo_pd(first.v, second.v)}, high = {_mm256_unpackhi_pd(first.v, second.v)};
+    const f64x4 low = interleaveLow(first, second), high = interleaveHigh(first, second);
     storeGroup<0>(p, low);
     storeGroup<0>(p + 2, high);
     storeGroup<1>(p + 4, low);

@@ -2,7 +2,6 @@
 // fixed here and does not depend on the lanes, so every build gives the same bits.
 #pragma once
 
-#include <array>
 #include <cstddef>
 
 #include "simd.h"
@@ -146,24 +145,12 @@ VORN_INLINE void threeEighthsButterfly(Pairs<V, parts> a, Pairs<V, parts> b, Pai
     dif = a - w;
 }
 
-// Whether the values of a transform are loaded and stored one by one, where they are needed, or all at its ends. The
-// two-operand instructions of the baseline gain by the first, the three-operand ones by the second.
-#if defined(__AVX2__)
-inline constexpr bool oneByOne = false;
-#else
-inline constexpr bool oneByOne = true;
-#endif
-
-// The forward transform of 4 or 8 values, Complex or Pairs: load(n) gives x[n], store(k, z) takes X[k].
-template <int length, bool direct = oneByOne, class Load, class Store, class Level = AsIs>
+// The forward transform of 4 or 8 values, Complex or Pairs: load(n) gives x[n], store(k, z) takes X[k]. The values are
+// loaded and stored one by one, where they are needed; all are loaded before the first is stored.
+template <int length, class Load, class Store, class Level = AsIs>
 VORN_INLINE void transform(Load load, Store store, Level level = {}) {
     using Z = decltype(load(0));
-    if constexpr (!direct) {
-        Z x[length], result[length];
-        for (int n = 0; n < length; ++n) x[n] = load(n);
-        transform<length, true>([&](int n) { return x[n]; }, [&](int k, Z z) { result[k] = z; }, level);
-        for (int k = 0; k < length; ++k) store(k, result[k]);
-    } else if constexpr (length == 4) {
+    if constexpr (length == 4) {
         const Z x0 = load(0), x2 = load(2);
         const Z sum02 = level(x0 + x2), dif02 = level(x0 - x2);
         const Z x1 = load(1), x3 = load(3);
@@ -174,8 +161,8 @@ VORN_INLINE void transform(Load load, Store store, Level level = {}) {
         store(3, plusTimesI(dif02, dif13));
     } else {
         Z even[4], odd[4], sum, dif;
-        transform<4, true>([&](int n) { return load(2 * n); }, [&](int k, Z z) { even[k] = z; }, level);
-        transform<4, true>([&](int n) { return load(2 * n + 1); }, [&](int k, Z z) { odd[k] = z; }, level);
+        transform<4>([&](int n) { return load(2 * n); }, [&](int k, Z z) { even[k] = z; }, level);
+        transform<4>([&](int n) { return load(2 * n + 1); }, [&](int k, Z z) { odd[k] = z; }, level);
         store(0, even[0] + odd[0]);
         store(4, even[0] - odd[0]);
         eighthButterfly(even[1], odd[1], sum, dif);
@@ -188,9 +175,18 @@ VORN_INLINE void transform(Load load, Store store, Level level = {}) {
         store(7, dif);
     }
 }
+// The same, but all values are loaded first and stored last.
+template <int length, class Load, class Store>
+VORN_INLINE void transformInRegisters(Load load, Store store) {
+    using Z = decltype(load(0));
+    Z x[length], result[length];
+    for (int n = 0; n < length; ++n) x[n] = load(n);
+    transform<length>([&](int n) { return x[n]; }, [&](int k, Z z) { result[k] = z; });
+    for (int k = 0; k < length; ++k) store(k, result[k]);
+}
 template <int length, class Z>
 VORN_INLINE void transform(Z (&x)[length]) {
-    transform<length, true>([copy = std::to_array(x)](int n) { return copy[n]; }, [&](int k, Z z) { x[k] = z; });
+    transform<length>([&](int n) { return x[n]; }, [&](int k, Z z) { x[k] = z; });
 }
 
 // X[k] of several columns, turned into runs of neighbouring k. Each group of 16 bytes of a run holds the values k to

@@ -19,6 +19,12 @@ VORN_INLINE void withFactor(const FloatSpec<T>& spec, Direction direction, Run r
     }
 }
 
+// Whether the widest vectors at p lie in one cache line each.
+template <class T>
+bool liesWell(const T* p) {
+    return reinterpret_cast<std::uintptr_t>(p) % sizeof(Wide<T>) == 0;
+}
+
 template <class T, Parts parts>
 void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* src, T* dst, T* work) {
     const Interleaved<const T, parts> source{src};
@@ -27,7 +33,8 @@ void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* sr
         if (order < firstTableOrder) {
             directTransform<T>(order, level, source, target);
         } else if (order < Precision<T>::longOrder) {
-            shortTransform(tablesOf(spec), order, source, scaled(target), src == dst ? work : dst);
+            const bool inTarget = src != dst && (liesWell(dst) || !liesWell(work));
+            shortTransform(tablesOf(spec), order, source, scaled(target), inTarget ? dst : work);
         } else {
             const Tables<T> tables = tablesOf(spec);
             const WideBlocks<T> blocks{dst};
@@ -63,14 +70,22 @@ void transformSplit(const FloatSpec<T>& spec, int order, Direction direction, co
     }
     const Split<const T> source{srcRe, srcIm};
     const Split<T> target{dstRe, dstIm};
+    const bool apart = srcRe != dstRe && srcRe != dstIm && srcIm != dstRe && srcIm != dstIm;
     withFactor(spec, direction, [&](auto level, auto scaled) {
         if (order < firstTableOrder) {
             directTransform<T>(order, level, source, target);
         } else if (order < Precision<T>::longOrder) {
-            shortTransform(tablesOf(spec), order, source, scaled(target), work);
+            // Arrays of 8 or 16 KiB: source and target fill the first-level cache, and the work area would not fit
+            // beside.
+            const std::size_t bytes = sizeof(T) << order;
+            if (apart && (bytes == 8192 || bytes == 16384) && liesWell(dstRe) && liesWell(dstIm)) {
+                shortTransform(tablesOf(spec), order, source, scaled(target), target);
+            } else {
+                shortTransform(tablesOf(spec), order, source, scaled(target), work);
+            }
         } else {
             const Tables<T> tables = tablesOf(spec);
-            if (srcRe != dstRe && srcRe != dstIm && srcIm != dstRe && srcIm != dstIm) {
+            if (apart) {
                 longTransform(tables, 0, order, scaled, firstPassOfAll(tables, order, source, target), target, target,
                               work);
                 return;

@@ -186,6 +186,16 @@ private:
 template <class T>
 using WideBlocks = Blocks<T, Wide<T>::lanes>;
 
+// The layout of the values between the stages of a transform in this memory.
+template <class T>
+VORN_INLINE WideBlocks<T> layoutBetween(T* memory) {
+    return {memory};
+}
+template <class T>
+VORN_INLINE Split<T> layoutBetween(Split<T> arrays) {
+    return arrays;
+}
+
 // Multiplies what is stored by the factor of normalisation.
 template <class Layout, class T>
 struct Scaled {

@@ -105,13 +105,6 @@ constexpr Plan mergePlan(int block) {
     return plan;
 }
 
-// The lanes of the stages of a short transform behind its second. Below order 8 the columns of the first pass fill no
-// more than eight, and registers of one size throughout hand over their values faster.
-template <class T>
-constexpr int shortLanes(int order) {
-    return order < 8 && Wide<T>::lanes > 8 ? 8 : Wide<T>::lanes;
-}
-
 constexpr int log2OfRadix(int radix) { return radix == 4 ? 2 : 3; }
 
 }  // namespace vorn::fft

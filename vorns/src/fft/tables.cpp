@@ -74,7 +74,7 @@ T* fillShort(const QuarterWave<T>& wave, int order, T* to) {
         const std::int64_t butterflies = std::int64_t{1} << done;
         const int lanes = stages == 2  ? Precision<T>::Narrow::lanes
                           : stage == 1 ? static_cast<int>(butterflies)
-                                       : shortLanes<T>(order);
+                                       : Wide<T>::lanes;
         done += log2OfRadix(plan.radix[stage]);
         for (std::int64_t k = 0; k < butterflies; k += lanes) {
             to = appendGroup(wave, to, plan.radix[stage], done, k, lanes);

@@ -32,15 +32,14 @@ inline Tables<T> tablesOf(const FloatSpec<T>& spec) {
 template <Parts parts, class Level>
 VORN_INLINE void eightPairs(Level level, Interleaved<const double, parts> src, Interleaved<double, parts> dst) {
     using Point = Pairs<f64x2, parts>;
-    transform<8, true>([&](int n) { return src.template loadPoint<f64x2>(n); },
-                       [&](int k, Point z) { store(dst.data + 2 * k, z.v); }, level);
+    transform<8>([&](int n) { return src.template loadPoint<f64x2>(n); },
+                 [&](int k, Point z) { store(dst.data + 2 * k, z.v); }, level);
 }
 template <Parts parts, class Level>
 VORN_INLINE void eightPairs(Level level, Interleaved<const float, parts> src, Interleaved<float, parts> dst) {
     using Point = Pairs<f32x4, parts>;
     Point x[4];
-    transform<4, true>([&](int n) { return src.template loadPoint<f32x4>(2 * n); }, [&](int k, Point z) { x[k] = z; },
-                       level);
+    transform<4>([&](int n) { return src.template loadPoint<f32x4>(2 * n); }, [&](int k, Point z) { x[k] = z; }, level);
     const f32x4 root = splat<f32x4>(0.7071067811865476F);
     for (int k = 0; k < 4; k += 2) {
         f32x4 halves[2] = {x[k].v, x[k + 1].v};
@@ -80,30 +79,67 @@ void directTransform(int order, Level level, Source src, Target dst) {
     if (order == 3) run.template operator()<8>();
 }
 
+// Whether columns of this length keep the registers so busy that their values had better be loaded all before the
+// second stage and stored all behind it. The two-operand instructions of the baseline never gain by that.
+template <int n1, int n2>
+inline constexpr bool wideColumns =
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+    n1* n2 > 16;
+#else
+    false;
+#endif
+
+// The runs of several legs that lie side by side in the parts of vectors, put leg by leg.
+template <int legsAtOnce, int runs, class V>
+VORN_INLINE void legsApart(const Complex<V>* all, Complex<V> (*legs)[runs]) {
+    for (int run = 0; run < runs; ++run) {
+        V re[legsAtOnce], im[legsAtOnce];
+        for (int j = 0; j < legsAtOnce; ++j) {
+            re[j] = all[legsAtOnce * run + j].re;
+            im[j] = all[legsAtOnce * run + j].im;
+        }
+        turnParts(re);
+        turnParts(im);
+        for (int j = 0; j < legsAtOnce; ++j) legs[j][run] = {re[j], im[j]};
+    }
+}
+
 // The first two stages of as many columns as a vector of points covers; the twiddles of the second are the same for
 // every column. legs(i, x) gives the values i, i + n2, i + 2 n2 ... of the columns, and block(c) tells where the
-// transform of column c goes.
-template <int n1, int n2, class Point, class T, class Legs, class Block, class Target>
+// transform of column c goes. With several legs at once the vectors cover fewer columns: legs(i, x) gives the values of
+// leg i in their first parts, those of leg i + 1 in the next ones.
+template <int n1, int n2, int legsAtOnce, class Point, class T, class Legs, class Block, class Target>
 VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Target dst) {
     using Turn = Runs<Point>;
     using V = typename Turn::Vector;
-    constexpr int runs = n1 / Turn::length * Turn::perGroup, groups = Turn::columns / Turn::perGroup;
+    constexpr int groups = Turn::columns / Turn::perGroup, together = Turn::perGroup / legsAtOnce;
+    constexpr int runs = n1 / Turn::length * together;
     Complex<V> first[n2][runs];
-    for (int i = 0; i < n2; ++i) {
+    for (int i = 0; i < n2; i += legsAtOnce) {
         Point x[n1];
         legs(i, x);
         transform(x);
-        Turn::from(x, first[i]);
+        if constexpr (legsAtOnce == 1) {
+            Turn::from(x, first[i]);
+        } else {
+            Complex<V> all[legsAtOnce * runs];
+            Turn::from(x, all);
+            legsApart<legsAtOnce, runs>(all, first + i);
+        }
     }
     for (int run = 0; run < runs; ++run) {
-        const int k = run / Turn::perGroup * Turn::length;
+        constexpr int part = groups / legsAtOnce;
+        const int k = run / together * Turn::length;
         Target places[groups];
-        for (int g = 0; g < groups; ++g) places[g] = dst.place(block(Turn::perGroup * g + run % Turn::perGroup), k);
+        for (int g = 0; g < groups; ++g) {
+            const int column = Turn::perGroup * (g % part) + run % together * legsAtOnce + g / part;
+            places[g] = dst.place(block(column), k);
+        }
         const T* const factors = keepApart(twiddles + k);
         const auto load = [&](int i) {
             const T* factor = factors + (i - 1) * 2 * n1;
-            if (i == 0) return first[0][run];
-            return first[i][run] * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
+            const Complex<V> x = {first[i][run].re, first[i][run].im};
+            return i == 0 ? x : x * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
         };
         if constexpr (groups == 4 && Turn::length == n1 && Target::template takes<V>) {
             // Four neighbouring runs of each place make up a register, and one store to each line does instead of four.
@@ -116,6 +152,8 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
                 turnGroups(im);
                 for (int g = 0; g < groups; ++g) Target::storeWhole(places[g], n * n1, Complex<V>{re[g], im[g]});
             }
+        } else if constexpr (wideColumns<n1, n2>) {
+            transformInRegisters<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
         } else {
             transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
         }
@@ -123,23 +161,34 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
 }
 
 // The first pass over data in natural order: column c, its values 2^order / (n1 n2) apart, becomes a block of the
-// bit-reversed order, at 2 * bitReversal[c]. It runs in the widest vectors that the columns fill.
+// bit-reversed order, at 2 * bitReversal[c]. It runs in the widest vectors that the columns of one leg, of two or of
+// four fill.
 template <int n1, int n2, class V, class T, class Source, class Target>
 void firstPass(const std::int32_t* bitReversal, const T* twiddles, int order, Source src, Target dst) {
     using Point = typename Source::template Point<V>;
+    using Turn = Runs<Point>;
     const std::ptrdiff_t columns = (std::ptrdiff_t{1} << order) / (n1 * n2);
+    const auto run = [&]<int legsAtOnce>() __attribute__((always_inline)) {
+        for (std::ptrdiff_t column = 0; column < columns; column += Turn::columns / legsAtOnce) {
+            const auto legs = [&](int i, Point(&x)[n1]) {
+                for (int n = 0; n < n1; ++n) x[n] = src.template loadPoint<V>((n * n2 + i) * columns + column);
+            };
+            const auto block = [&](int c) { return std::ptrdiff_t{2} * bitReversal[column + c]; };
+            transformColumns<n1, n2, legsAtOnce, Point>(twiddles, legs, block, dst);
+        }
+    };
     if constexpr (V::lanes > Precision<T>::Narrow::lanes) {
-        if (columns < Runs<Point>::columns) {
+        if (columns < Turn::columns) {
+            if constexpr (Turn::perGroup >= 2) {
+                if (columns == Turn::columns / 2) return run.template operator()<2>();
+            }
+            if constexpr (Turn::perGroup >= 4 && Turn::columns >= 16) {
+                if (columns == Turn::columns / 4) return run.template operator()<4>();
+            }
             return firstPass<n1, n2, decltype(lowHalf(V{}))>(bitReversal, twiddles, order, src, dst);
         }
     }
-    for (std::ptrdiff_t column = 0; column < columns; column += Runs<Point>::columns) {
-        const auto legs = [&](int i, Point(&x)[n1]) {
-            for (int n = 0; n < n1; ++n) x[n] = src.template loadPoint<V>((n * n2 + i) * columns + column);
-        };
-        const auto block = [&](int c) { return std::ptrdiff_t{2} * bitReversal[column + c]; };
-        transformColumns<n1, n2, Point>(twiddles, legs, block, dst);
-    }
+    run.template operator()<1>();
 }
 
 // The first pass over data that has been put into bit-reversed order; src and dst may be the same memory.
@@ -152,7 +201,7 @@ void firstPassReversed(const T* twiddles, int order, Source src, Target dst) {
             src.template loadReversed<V>(first + bitReversed(i, n2) * n1, count, x);
         };
         const auto block = [&](int c) { return first + c * count; };
-        transformColumns<n1, n2, Point>(twiddles, legs, block, dst);
+        transformColumns<n1, n2, 1, Point>(twiddles, legs, block, dst);
     }
 }
 
@@ -220,8 +269,8 @@ void twoStages(const T* twiddles, Source src, Target dst) {
     for (int column = 0; column < n2; column += Turn::columns) {
         Point x[n1];
         Complex<V> run[runs];
-        transform<n1, true>([&](int n) { return src.template loadPoint<V>(n * n2 + column); },
-                            [&](int k, Point z) { x[k] = z; });
+        transform<n1>([&](int n) { return src.template loadPoint<V>(n * n2 + column); },
+                      [&](int k, Point z) { x[k] = z; });
         Turn::from(x, run);
         if constexpr (V::lanes == 2 * Turn::length) {
             // The neighbouring runs of one column become one.
@@ -237,30 +286,25 @@ void twoStages(const T* twiddles, Source src, Target dst) {
         const Complex<V>(&x)[n2] = first[k / V::lanes];
         const auto load = [&](int i) {
             const T* factor = twiddles + (k / V::lanes * (n2 - 1) + i - 1) * 2 * V::lanes;
-            return i == 0 ? x[0] : x[i] * Complex<V>{vorn::load<V>(factor), vorn::load<V>(factor + V::lanes)};
+            const Complex<V> z = {x[i].re, x[i].im};
+            return i == 0 ? z : z * Complex<V>{vorn::load<V>(factor), vorn::load<V>(factor + V::lanes)};
         };
-        transform<n2, true>(load, [&](int n, Complex<V> z) { dst.store(k + n * n1, z); });
+        transform<n2>(load, [&](int n, Complex<V> z) { dst.store(k + n * n1, z); });
     }
 }
 
-// An order below longOrder, from data in natural order. mid has room for 2^order values and must not be src; it may be
-// dst.
-template <class T, class Source, class Target>
-void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, T* mid) {
+// An order below longOrder, from data in natural order. mid is memory for 2^order values, or a layout of it; it must
+// not be src's, but may be dst's.
+template <class T, class Source, class Target, class Mid>
+void shortTransform(const Tables<T>& tables, int order, Source src, Target dst, Mid mid) {
     const Plan& plan = planOf<T>(order);
     if (plan.stages() == 2) {
         return withFirstRadices<T>(plan, [&]<int n1, int n2>() { twoStages<n1, n2>(tables.twiddles, src, dst); });
     }
     withFirstRadices<T>(plan, [&]<int n1, int n2>() {
-        const auto run = [&]<class V>() {
-            const Blocks<T, V::lanes> blocks{mid};
-            firstPass<n1, n2, V>(tables.bitReversal, tables.twiddles, order, src, blocks);
-            laterStages<V>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, blocks, dst);
-        };
-        if constexpr (Wide<T>::lanes == 16) {
-            if (shortLanes<T>(order) == 8) return run.template operator()<decltype(lowHalf(Wide<T>{}))>();
-        }
-        run.template operator()<Wide<T>>();
+        const auto between = layoutBetween(mid);
+        firstPass<n1, n2, Wide<T>>(tables.bitReversal, tables.twiddles, order, src, between);
+        laterStages<Wide<T>>(tables.twiddles + 2 * (n2 - 1) * n1, plan, 2, n1 * n2, order, between, dst);
     });
 }
 
