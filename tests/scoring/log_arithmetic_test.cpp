@@ -13,6 +13,7 @@
 #include "scoring/log_arithmetic_kernels.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
 
@@ -438,6 +439,27 @@ TYPED_TEST(LogFloat, SumHardValues) {
             ASSERT_EQ(logSum(src, dst, len), vornStsNoErr);
             const TypeParam expected = model::logSum(values.data(), len);
             EXPECT_TRUE(sameBits(dst.data(), &expected, 1)) << "len " << len << " trial " << trial;
+        }
+    }
+}
+
+// Sums follow the caller's rounding mode, step by step, and leave it as it is.
+TYPED_TEST(LogFloat, CallersRoundingMode) {
+    using test::RoundingMode;
+    Random random(34);
+    for (unsigned mode : {RoundingMode::down, RoundingMode::up, RoundingMode::towardZero}) {
+        for (int len : {1, 2, 5, 8, 13, 40, 67}) {
+            const auto a = reals<TypeParam>(random, len, -30, 0), b = reals<TypeParam>(random, len, -30, 0);
+            Guarded<TypeParam> src(a), srcDst(b), dst(1);
+            std::vector<TypeParam> expected = b;
+            const RoundingMode rounding(mode);
+            ASSERT_EQ(logAdd(src, srcDst, len), vornStsNoErr);
+            ASSERT_EQ(logSum(src, dst, len), vornStsNoErr);
+            EXPECT_EQ(RoundingMode::current(), mode);
+            model::logAddVector(a.data(), expected.data(), len);
+            const TypeParam sum = model::logSum(a.data(), len);
+            EXPECT_TRUE(sameBits(srcDst.values(), expected)) << "len " << len << " mode " << mode;
+            EXPECT_TRUE(sameBits(dst.data(), &sum, 1)) << "len " << len << " mode " << mode;
         }
     }
 }
