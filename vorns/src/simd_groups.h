@@ -150,6 +150,12 @@ VORN_INLINE void turnGroups(f32x16 (&v)[4]) {
     v[0] = {_mm512_shuffle_f32x4(low01, low23, 0x88)}, v[1] = {_mm512_shuffle_f32x4(low01, low23, 0xDD)};
     v[2] = {_mm512_shuffle_f32x4(high01, high23, 0x88)}, v[3] = {_mm512_shuffle_f32x4(high01, high23, 0xDD)};
 }
+VORN_INLINE void turnGroups(f64x8 (&v)[4]) {
+    f32x16 groups[4];
+    for (int i = 0; i < 4; ++i) groups[i] = {_mm512_castpd_ps(v[i].v)};
+    turnGroups(groups);
+    for (int i = 0; i < 4; ++i) v[i] = {_mm512_castps_pd(groups[i].v)};
+}
 VORN_INLINE void turnParts(f32x16 (&v)[2]) {
     const __m512 low = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0x44), high = _mm512_shuffle_f32x4(v[0].v, v[1].v, 0xEE);
     v[0] = {low}, v[1] = {high};

@@ -127,35 +127,51 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
             legsApart<legsAtOnce, runs>(all, first + i);
         }
     }
-    for (int run = 0; run < runs; ++run) {
-        constexpr int part = groups / legsAtOnce;
-        const int k = run / together * Turn::length;
-        Target places[groups];
-        for (int g = 0; g < groups; ++g) {
-            const int column = Turn::perGroup * (g % part) + run % together * legsAtOnce + g / part;
-            places[g] = dst.place(block(column), k);
-        }
-        const T* const factors = keepApart(twiddles + k);
-        const auto load = [&](int i) {
-            const T* factor = factors + (i - 1) * 2 * n1;
-            const Complex<V> x = {first[i][run].re, first[i][run].im};
-            return i == 0 ? x : x * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
+    constexpr int part = groups / legsAtOnce, runsOfColumn = runs / together;
+    constexpr bool whole = groups == 4 && Target::template takes<V>;
+    for (int q = 0; q < together; ++q) {
+        const auto place = [&](int g, int k) {
+            return dst.place(block(Turn::perGroup * (g % part) + q * legsAtOnce + g / part), k);
         };
-        if constexpr (groups == 4 && Turn::length == n1 && Target::template takes<V>) {
-            // Four neighbouring runs of each place make up a register, and one store to each line does instead of four.
-            Complex<V> x[n2];
-            transform<n2>(load, [&](int n, Complex<V> z) { x[n] = z; });
-            for (int n = 0; n < n2; n += groups) {
+        const auto second = [&](int run, auto store) {
+            const T* const factors = keepApart(twiddles + run * Turn::length);
+            const auto load = [&](int i) {
+                const T* factor = factors + (i - 1) * 2 * n1;
+                const Complex<V>& x = first[i][run * together + q];
+                const Complex<V> z = {x.re, x.im};
+                return i == 0 ? z : z * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
+            };
+            if constexpr (wideColumns<n1, n2> && !whole) {
+                transformInRegisters<n2>(load, store);
+            } else {
+                transform<n2>(load, store);
+            }
+        };
+        if constexpr (whole) {
+            // Four neighbouring runs of each column make up a register, and one store to each line does instead of
+            // four.
+            Complex<V> x[runsOfColumn][n2];
+            for (int run = 0; run < runsOfColumn; ++run) {
+                second(run, [&](int n, Complex<V> z) { x[run][n] = z; });
+            }
+            Target places[groups];
+            for (int g = 0; g < groups; ++g) places[g] = place(g, 0);
+            for (int n = 0; n < n2; n += groups / runsOfColumn) {
                 V re[groups], im[groups];
-                for (int i = 0; i < groups; ++i) re[i] = x[n + i].re, im[i] = x[n + i].im;
+                for (int i = 0; i < groups; ++i) {
+                    const Complex<V>& z = x[i % runsOfColumn][n + i / runsOfColumn];
+                    re[i] = z.re, im[i] = z.im;
+                }
                 turnGroups(re);
                 turnGroups(im);
                 for (int g = 0; g < groups; ++g) Target::storeWhole(places[g], n * n1, Complex<V>{re[g], im[g]});
             }
-        } else if constexpr (wideColumns<n1, n2>) {
-            transformInRegisters<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
         } else {
-            transform<n2>(load, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
+            for (int run = 0; run < runsOfColumn; ++run) {
+                Target places[groups];
+                for (int g = 0; g < groups; ++g) places[g] = place(g, run * Turn::length);
+                second(run, [&](int n, Complex<V> z) { Target::storeGroups(places, n * n1, z); });
+            }
         }
     }
 }
