@@ -14,7 +14,7 @@ VORN_INLINE mask32x4 notAtLeast(f32x4 a, f32x4 b) { return {_mm_cmpnge_ps(a.v, b
 VORN_INLINE i32x4 countWhere(i32x4 count, mask32x4 m) { return {_mm_sub_epi32(count.v, _mm_castps_si128(m.v))}; }
 VORN_INLINE i16x8 countWhere(i16x8 count, mask16x8 m) { return {_mm_sub_epi16(count.v, m.v)}; }
 
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 VORN_INLINE mask32x8 operator^(mask32x8 a, mask32x8 b) { return {_mm256_xor_ps(a.v, b.v)}; }
 VORN_INLINE mask16x16 operator^(mask16x16 a, mask16x16 b) { return {_mm256_xor_si256(a.v, b.v)}; }
 VORN_INLINE mask32x8 notAtLeast(f32x8 a, f32x8 b) { return {_mm256_cmp_ps(a.v, b.v, _CMP_NGE_UQ)}; }

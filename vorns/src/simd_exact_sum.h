@@ -49,7 +49,7 @@ public:
         low_ = minOf(low_, weight);
         high_ = maxOf(high_, weight);
         const __m128i pairs = _mm_madd_epi16(value.v, weight.v);
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
         lanes_ = _mm256_add_epi64(lanes_, _mm256_cvtepi32_epi64(pairs));
 #else
         const __m128i sign = _mm_srai_epi32(pairs, 31);
@@ -59,7 +59,7 @@ public:
     }
     VORN_INLINE bool fit() const { return !any((low_ == splat<i16x8>(-32768)) | (high_ == splat<i16x8>(32767))); }
     VORN_INLINE std::int64_t total() const {
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
         const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
 #else
         const __m128i pair = lanes_;
@@ -68,7 +68,7 @@ public:
     }
 
 private:
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
     __m256i lanes_ = _mm256_setzero_si256();
 #else
     __m128i lanes_ = _mm_setzero_si128();

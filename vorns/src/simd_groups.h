@@ -76,7 +76,7 @@ VORN_INLINE void storeGroup(double* to, f64x2 a) {
     _mm_storeu_pd(to, a.v);
 }
 
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 VORN_INLINE void transposeGroups(f32x8 (&v)[4]) {
     const __m256 low01 = _mm256_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(0, 1, 0, 1));
     const __m256 high01 = _mm256_shuffle_ps(v[0].v, v[1].v, _MM_SHUFFLE(2, 3, 2, 3));
@@ -225,7 +225,7 @@ template <class T, class V>
 VORN_INLINE void storePairGroups(T* p, V first, V second) {
     storePairs(p, first, second);
 }
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
 VORN_INLINE void storePairGroups(float* p, f32x8 first, f32x8 second) {
     const f32x8 low = interleaveLow(first, second), high = interleaveHigh(first, second);
     storeGroup<0>(p, low);

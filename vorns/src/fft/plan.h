@@ -58,7 +58,7 @@ struct Precision<float> {
 
 template <>
 struct Precision<double> {
-#if defined(__AVX2__)
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
     using Narrow = f64x4;
 #else
     using Narrow = f64x2;
