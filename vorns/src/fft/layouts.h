@@ -66,6 +66,7 @@ struct Interleaved {
         }
     }
     VORN_INLINE Interleaved from(std::ptrdiff_t offset) const { return {data + 2 * offset}; }
+    static constexpr bool linesCollide(std::ptrdiff_t) { return false; }
 
 private:
     template <class V>
@@ -140,6 +141,10 @@ struct Split {
         return {keepApart(re + position + offset), keepApart(im + position + offset)};
     }
     VORN_INLINE Split from(std::ptrdiff_t offset) const { return {re + offset, im + offset}; }
+    // Whether the cache lines of values span apart, two lines each, have but a few places in the first-level cache.
+    static constexpr bool linesCollide(std::ptrdiff_t span) {
+        return span * static_cast<std::ptrdiff_t>(sizeof(T)) % 4096 == 0;
+    }
 };
 
 // The form between stages: lanes real parts, then the lanes imaginary parts that belong to them.
@@ -177,6 +182,7 @@ struct Blocks {
         return {keepApart(data + 2 * position + numberOf(offset))};
     }
     VORN_INLINE Blocks from(std::ptrdiff_t offset) const { return {data + 2 * offset}; }
+    static constexpr bool linesCollide(std::ptrdiff_t) { return false; }
 
 private:
     // Where the real part of a value stands.
@@ -207,6 +213,7 @@ struct Scaled {
         const V f = constant<V>(factor);
         layout.store(i, Complex<V>{z.re * f, z.im * f});
     }
+    static constexpr bool linesCollide(std::ptrdiff_t span) { return Layout::linesCollide(span); }
 };
 
 // A chunk of 2^width neighbouring columns of a matrix whose rows are 2^rowOrder apart, numbered row by row.
@@ -224,6 +231,7 @@ struct Columns {
     VORN_INLINE void store(std::ptrdiff_t i, Complex<V> z) const {
         layout.store(place(i), z);
     }
+    bool linesCollide(std::ptrdiff_t span) const { return Layout::linesCollide(place(span)); }
 
 private:
     VORN_INLINE std::ptrdiff_t place(std::ptrdiff_t i) const {

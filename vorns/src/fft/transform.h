@@ -239,13 +239,40 @@ void stage(const Element<V>* twiddles, int order, std::ptrdiff_t span, In in, Ou
     }
 }
 
+// The same where the cache lines of the legs have to share a few places of the first-level cache, and one would be gone
+// before the last of its values is due: each line is taken and given back as a whole, the butterflies run between.
+template <int radix, class V, class In, class Out>
+void stageByLines(const Element<V>* twiddles, int order, std::ptrdiff_t span, In in, Out out) {
+    constexpr int length = 64 / sizeof(Element<V>);
+    constexpr int lineOrder = log2OfRadix(radix) + (length == 8 ? 3 : 4);
+    static_assert(1 << lineOrder == radix * length);
+    alignas(64) Element<V> re[radix * length], im[radix * length];
+    const Split<Element<V>> lines{re, im};
+    for (std::ptrdiff_t sub = 0; sub < std::ptrdiff_t{1} << order; sub += radix * span) {
+        const Element<V>* factor = twiddles;
+        for (std::ptrdiff_t k = sub; k < sub + span; k += length) {
+            for (int i = 0; i < radix * length; i += V::lanes) {
+                lines.store(i, in.template load<V>(k + i / length * span + i % length));
+            }
+            stage<radix, V>(factor, lineOrder, length, lines, lines);
+            for (int i = 0; i < radix * length; i += V::lanes) {
+                out.store(k + i / length * span + i % length, lines.template load<V>(i));
+            }
+            factor += 2 * (radix - 1) * length;
+        }
+    }
+}
+
 // Runs a stage of either radix and leaves the twiddles at the next stage's.
 template <class V, class In, class Out>
 VORN_INLINE void runStage(const Element<V>*& twiddles, int radix, int order, std::ptrdiff_t span, In in, Out out) {
+    constexpr bool coversLines = V::lanes * sizeof(Element<V>) >= 64;
     if (radix == 4) {
         stage<4, V>(twiddles, order, span, in, out);
-    } else {
+    } else if (coversLines || !out.linesCollide(span)) {
         stage<8, V>(twiddles, order, span, in, out);
+    } else {
+        stageByLines<8, V>(twiddles, order, span, in, out);
     }
     twiddles += 2 * (radix - 1) * span;
 }
