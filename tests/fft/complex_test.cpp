@@ -104,17 +104,26 @@ protected:
             ASSERT_TRUE(src.surroundingsUntouched());
         }
         const test::Context<VornsFFTSpec> context(F::splitForm, order, flag);
+        const auto expectSplit = [&](auto& srcRe, auto& srcIm, auto& dstRe, auto& dstIm) {
+            test::Offset<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()), shift / sizeof(T));
+            ASSERT_EQ((inverse ? F::inverseSplit : F::forwardSplit)(srcRe, srcIm, dstRe, dstIm, context, buffer),
+                      vornStsNoErr);
+            ASSERT_TRUE(test::sameBits(dstRe.values(), expected.re) && test::sameBits(dstIm.values(), expected.im))
+                << "split";
+            ASSERT_TRUE(dstRe.surroundingsUntouched() && dstIm.surroundingsUntouched() &&
+                        buffer.surroundingsUntouched());
+            ASSERT_EQ((inverse ? F::inverseSplitInPlace : F::forwardSplitInPlace)(srcRe, srcIm, context, nullptr),
+                      vornStsNoErr);
+            ASSERT_TRUE(test::sameBits(srcRe.values(), expected.re) && test::sameBits(srcIm.values(), expected.im))
+                << "split, in place";
+        };
         test::Guarded<T> srcRe(x.re), srcIm(x.im), dstRe(n), dstIm(n);
-        test::Offset<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()), shift / sizeof(T));
-        ASSERT_EQ((inverse ? F::inverseSplit : F::forwardSplit)(srcRe, srcIm, dstRe, dstIm, context, buffer),
-                  vornStsNoErr);
-        ASSERT_TRUE(test::sameBits(dstRe.values(), expected.re) && test::sameBits(dstIm.values(), expected.im))
-            << "split";
-        ASSERT_TRUE(dstRe.surroundingsUntouched() && dstIm.surroundingsUntouched() && buffer.surroundingsUntouched());
-        ASSERT_EQ((inverse ? F::inverseSplitInPlace : F::forwardSplitInPlace)(srcRe, srcIm, context, nullptr),
-                  vornStsNoErr);
-        ASSERT_TRUE(test::sameBits(srcRe.values(), expected.re) && test::sameBits(srcIm.values(), expected.im))
-            << "split, in place";
+        expectSplit(srcRe, srcIm, dstRe, dstIm);
+        if (shift == 0 || testing::Test::HasFatalFailure()) return;
+        test::Offset<T> shiftedRe(n, shift), shiftedIm(n, 2 * shift), shiftedDstRe(n, shift), shiftedDstIm(n, shift);
+        shiftedRe.assign(x.re);
+        shiftedIm.assign(x.im);
+        expectSplit(shiftedRe, shiftedIm, shiftedDstRe, shiftedDstIm);
     }
 };
 
@@ -150,11 +159,12 @@ TYPED_TEST(ComplexFft, AddressesChangeNothing) {
     }
 }
 
-// The last short orders and the first long ones: every block order up to the eighth.
+// The last short orders and the first long ones: every block order up to the eighth. The arrays of the split form lie
+// on whole cache lines, where some stages run otherwise, and off them.
 TYPED_TEST(ComplexFft, LongTransformsAreTheStagedOnes) {
     using T = TypeParam;
     test::Random random(3);
-    for (int order = Float<T>::longOrder - 1; order <= 19; ++order) {
+    for (int order = 13; order <= 19; ++order) {
         SCOPED_TRACE(order);
         const bool inverse = order % 2 == 0;
         const Signal<T> x(random, order);

@@ -5,6 +5,15 @@
 
 namespace vorn {
 
+VORN_INLINE std::int64_t sumOfLanes(__m128i lanes) {
+    return _mm_cvtsi128_si64(_mm_add_epi64(lanes, _mm_unpackhi_epi64(lanes, lanes)));
+}
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+VORN_INLINE std::int64_t sumOfLanes(__m256i lanes) {
+    return sumOfLanes(_mm_add_epi64(_mm256_castsi256_si128(lanes), _mm256_extracti128_si256(lanes, 1)));
+}
+#endif
+
 // Each product wraps at 32 bits, the sum is exact.
 class ProductSum {
 public:
@@ -24,11 +33,10 @@ public:
     }
     VORN_INLINE std::int64_t total() const {
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
-        const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
+        return sumOfLanes(lanes_);
 #else
-        const __m128i pair = _mm_sub_epi64(lanes_, _mm_cvtsi64_si128(bias_));
+        return sumOfLanes(_mm_sub_epi64(lanes_, _mm_cvtsi64_si128(bias_)));
 #endif
-        return _mm_cvtsi128_si64(_mm_add_epi64(pair, _mm_unpackhi_epi64(pair, pair)));
     }
 
 private:
@@ -58,14 +66,7 @@ public:
 #endif
     }
     VORN_INLINE bool fit() const { return !any((low_ == splat<i16x8>(-32768)) | (high_ == splat<i16x8>(32767))); }
-    VORN_INLINE std::int64_t total() const {
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
-        const __m128i pair = _mm_add_epi64(_mm256_castsi256_si128(lanes_), _mm256_extracti128_si256(lanes_, 1));
-#else
-        const __m128i pair = lanes_;
-#endif
-        return _mm_cvtsi128_si64(_mm_add_epi64(pair, _mm_unpackhi_epi64(pair, pair)));
-    }
+    VORN_INLINE std::int64_t total() const { return sumOfLanes(lanes_); }
 
 private:
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)

@@ -33,6 +33,7 @@ void pairs(const FloatSpec<T>& spec, int order, Direction direction, const T* sr
         if (order < firstTableOrder) {
             directTransform<T>(order, level, source, target);
         } else if (order < Precision<T>::longOrder) {
+            // Between its stages the values lie in the target, or where that would split cache lines, in the work area.
             const bool inTarget = src != dst && (liesWell(dst) || !liesWell(work));
             shortTransform(tablesOf(spec), order, source, scaled(target), inTarget ? dst : work);
         } else {

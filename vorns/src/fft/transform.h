@@ -82,7 +82,7 @@ void directTransform(int order, Level level, Source src, Target dst) {
 // Whether columns of this length keep the registers so busy that their values had better be loaded all before the
 // second stage and stored all behind it. The two-operand instructions of the baseline never gain by that.
 template <int n1, int n2>
-inline constexpr bool wideColumns =
+inline constexpr bool longColumns =
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
     n1* n2 > 16;
 #else
@@ -141,7 +141,7 @@ VORN_INLINE void transformColumns(const T* twiddles, Legs legs, Block block, Tar
                 const Complex<V> z = {x.re, x.im};
                 return i == 0 ? z : z * Complex<V>{repeatGroup<V>(factor), repeatGroup<V>(factor + n1)};
             };
-            if constexpr (wideColumns<n1, n2> && !whole) {
+            if constexpr (longColumns<n1, n2> && !whole) {
                 transformInRegisters<n2>(load, store);
             } else {
                 transform<n2>(load, store);
