@@ -2,12 +2,12 @@
 #ifndef VORNSR_H
 #define VORNSR_H
 
-#include "vornsr/types.h"
-#include "vornsr/frame.h"
-#include "vornsr/scoring.h"
 #include "vornsr/estimation.h"
 #include "vornsr/features.h"
-#include "vornsr/signal.h"
 #include "vornsr/fft.h"
+#include "vornsr/frame.h"
+#include "vornsr/scoring.h"
+#include "vornsr/signal.h"
+#include "vornsr/types.h"
 
 #endif

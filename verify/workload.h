@@ -50,7 +50,9 @@ public:
         z = (z ^ (z >> 27)) * 0x94D049BB133111EBull;
         return z ^ (z >> 31);
     }
-    double uniform(double low, double high) { return low + (high - low) * (static_cast<double>(bits() >> 11) * 0x1p-53); }
+    double uniform(double low, double high) {
+        return low + (high - low) * (static_cast<double>(bits() >> 11) * 0x1p-53);
+    }
 
     // Ordinary values: floats in [low, high), integers over their whole range.
     template <class T>

@@ -14,12 +14,13 @@ VORN_BEGIN_DECLS
  * rows, j over columns. Every result has one element a column.
  *
  * `vornsMeanVarColumn_32f_D2`: mean[j] = (sum of x[i][j]) r and
- * var[j] = (sum of x[i][j]^2 + (-h) mean[j]^2) s, with h = height held as one single, r = 1/h and s = 1/(h - 1) divided in
- * double and rounded to single once: the unbiased sample variance in its one-pass form. The mean in it is the stored one.
+ * var[j] = (sum of x[i][j]^2 + (-h) mean[j]^2) s, with h = height held as one single, r = 1/h and s = 1/(h - 1) divided
+ * in double and rounded to single once: the unbiased sample variance in its one-pass form. The mean in it is the stored
+ * one.
  *
- * `vornsWeightedMeanVarColumn_32f_D2`: mean[j] = sum of w[i] x[i][j] and var[j] = sum of w[i] (x[i][j] x[i][j]) - mean[j]^2.
- * weight has height elements. The weights are taken as given and nothing divides by their sum: pass weights that sum to
- * one for a true mean.
+ * `vornsWeightedMeanVarColumn_32f_D2`: mean[j] = sum of w[i] x[i][j] and var[j] = sum of w[i] (x[i][j] x[i][j]) -
+ * mean[j]^2. weight has height elements. The weights are taken as given and nothing divides by their sum: pass weights
+ * that sum to one for a true mean.
  *
  * Exactness. All steps are in single precision, in the order written; each sum starts at zero and takes the rows in
  * their order. The bits depend on nothing else, alignment and srcStep included. The one-pass form cancels when the mean
@@ -32,8 +33,10 @@ VORN_BEGIN_DECLS
  * below width). `vornsWeightedMeanVarColumn_*_D2`: null, stride, size (both at least 1).
  * @{
  */
-VornStatus vornsMeanVarColumn_32f_D2(const Vorn32f* src, int height, int srcStep, Vorn32f* dstMean, Vorn32f* dstVar, int width);
-VornStatus vornsWeightedMeanVarColumn_32f_D2(const Vorn32f* src, int srcStep, const Vorn32f* weight, int height, Vorn32f* dstMean, Vorn32f* dstVar, int width);
+VornStatus vornsMeanVarColumn_32f_D2(const Vorn32f* src, int height, int srcStep, Vorn32f* dstMean, Vorn32f* dstVar,
+                                     int width);
+VornStatus vornsWeightedMeanVarColumn_32f_D2(const Vorn32f* src, int srcStep, const Vorn32f* weight, int height,
+                                             Vorn32f* dstMean, Vorn32f* dstVar, int width);
 /** @} */
 
 /**
@@ -41,9 +44,9 @@ VornStatus vornsWeightedMeanVarColumn_32f_D2(const Vorn32f* src, int srcStep, co
  * @brief New parameters of a Gaussian from what a pass over the data has summed.
  *
  * `vornsUpdateGConst_DirectVar_32f`: the constant of a diagonal Gaussian of len dimensions, dst[0] = c + s: c = len
- * 1.8378770664093 (the logarithm of two pi, to the digits that the library stores) formed in double and rounded to single,
- * s = the sum of the logarithms of the variances src as `vornsSumLn_32f` gives it, and one addition in single. The
- * accuracy is that of `vornsSumLn_32f`.
+ * 1.8378770664093 (the logarithm of two pi, to the digits that the library stores) formed in double and rounded to
+ * single, s = the sum of the logarithms of the variances src as `vornsSumLn_32f` gives it, and one addition in single.
+ * The accuracy is that of `vornsSumLn_32f`.
  *
  * Warnings. The first bad element in the run that `vornsSumLn_32f` reports decides: a zero gives `vornStsLnZeroArg` and
  * dst[0] = plus infinity, a negative one `vornStsLnNegArg` and dst[0] = not-a-number.

@@ -12,48 +12,53 @@ typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
 
 /**
  * @defgroup vornsr_filter_banks Mel filter banks
- * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced along
- * the mel scale mel(f) = melMul ln(1 + f / melDiv) (Stevens, Volkmann and Newman 1937; Davis and Mermelstein 1980).
+ * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced
+ * along the mel scale mel(f) = melMul ln(1 + f / melDiv) (Stevens, Volkmann and Newman 1937; Davis and Mermelstein
+ * 1980).
  *
  * Shapes. N is the smallest power of two that is at least fftLen and at least 2; *pOrder receives its order. A bank has
  * nFilter filters between nFilter + 2 bins c[0] to c[nFilter + 1]: filter k (from 0) rises from bin c[k] to its centre
- * c[k+1] and falls to c[k+2]. src holds the bins 0 to N/2 or, with `vornFBankSamples`, N samples of which evaluation makes
- * the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz.
+ * c[k+1] and falls to c[k+2]. src holds the bins 0 to N/2 or, with `vornFBankSamples`, N samples of which evaluation
+ * makes the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz.
  *
- * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single; m[i] = i (high - low) / (nFilter + 1)
+ * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single; m[i] = i (high - low) / (nFilter
+ * + 1)
  * + low and c[i] = (exp(m[i]/melMul) - 1) ((N / sampleFreq) melDiv), in single but for logarithm, exponential and the
- * subtraction of one, which are in double. `vornFBankWeightFreq` rounds c to the nearest bin, `vornFBankWeightMel` truncates.
+ * subtraction of one, which are in double. `vornFBankWeightFreq` rounds c to the nearest bin, `vornFBankWeightMel`
+ * truncates.
  *
- * Weights. `vornFBankWeightFreq`: straight lines in bin number, (j - c[k] + 1) / (c[k+1] - c[k] + 1) up to 1 at the centre,
- * then (c[k+2] - j + 1) / (c[k+2] - c[k+1] + 1). `vornFBankWeightMel`: along the mel scale,
- * (mel(j) - m[k]) / (m[k+1] - m[k]), with 0 at the left edge, and (m[k+2] - mel(j)) / (m[k+2] - m[k+1]), where
- * mel(j) = melMul ln(j (sampleFreq/N) / melDiv + 1), in single but for the logarithm; with truncated centres a weight at
- * an edge can leave 0 to 1 slightly. The `16s` forms hold weights in Q14: the quotient of the part times 16384, truncated.
+ * Weights. `vornFBankWeightFreq`: straight lines in bin number, (j - c[k] + 1) / (c[k+1] - c[k] + 1) up to 1 at the
+ * centre, then (c[k+2] - j + 1) / (c[k+2] - c[k+1] + 1). `vornFBankWeightMel`: along the mel scale, (mel(j) - m[k]) /
+ * (m[k+1] - m[k]), with 0 at the left edge, and (m[k+2] - mel(j)) / (m[k+2] - m[k+1]), where mel(j) = melMul ln(j
+ * (sampleFreq/N) / melDiv + 1), in single but for the logarithm; with truncated centres a weight at an edge can leave 0
+ * to 1 slightly. The `16s` forms hold weights in Q14: the quotient of the part times 16384, truncated.
  *
- * Evaluation, `32f`. dst[k] = the sum over the filter of weight times value, in single. The bins are walked once. The bin
- * of the left edge comes first; then each stretch between two neighbouring c takes eight bins a round in two accumulators
- * of four lanes while more than eight are left, and what remains bin by bin in lane 0 of the first accumulator. At the
- * end the accumulators are added, the upper two lanes onto the lower two, and these two. The bin-by-bin loop runs once
- * at least: where two c are equal it takes the bin behind them, with the next element of the row (0 unless it was set),
- * and all later filters of that call start one bin late. Give a bank enough bins for its filters.
+ * Evaluation, `32f`. dst[k] = the sum over the filter of weight times value, in single. The bins are walked once. The
+ * bin of the left edge comes first; then each stretch between two neighbouring c takes eight bins a round in two
+ * accumulators of four lanes while more than eight are left, and what remains bin by bin in lane 0 of the first
+ * accumulator. At the end the accumulators are added, the upper two lanes onto the lower two, and these two. The
+ * bin-by-bin loop runs once at least: where two c are equal it takes the bin behind them, with the next element of the
+ * row (0 unless it was set), and all later filters of that call start one bin late. Give a bank enough bins for its
+ * filters.
  *
  * Evaluation, `16s` and `16s32s`. The products wrap at 32 bits, their sum is exact; it is shifted right by
- * scale + 14, arithmetically and without rounding (left if that is negative; the count is taken modulo 64), and saturated.
- * With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and `vornsMagnitude_32sc_Sfs` with scale
- * factor -3 each, and the shift is 6 more.
+ * scale + 14, arithmetically and without rounding (left if that is negative; the count is taken modulo 64), and
+ * saturated. With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and
+ * `vornsMagnitude_32sc_Sfs` with scale factor -3 each, and the shift is 6 more.
  *
- * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give, are
- * neither read nor weighted.
+ * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give,
+ * are neither read nor weighted.
  *
  * Contexts. `GetSize` reports the bytes that `Init` needs, at an address fit for a pointer; such a bank goes with its
- * memory. `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing
- * stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but with
- * `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
+ * memory. `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`,
+ * nothing stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but
+ * with `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
  *
- * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more than an
- * int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq above
- * highFreq or highFreq above half of sampleFreq (`vornStsMelFreqErr`); flags; size (as before). *pOrder is written before
- * anything is allocated. Evaluation: null, the bank's own pointer to its centres included; a bank that is not ready
+ * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more
+ * than an int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq
+ * above highFreq or highFreq above half of sampleFreq (`vornStsMelFreqErr`); flags; size (as before). *pOrder is
+ * written before anything is allocated. Evaluation: null, the bank's own pointer to its centres included; a bank that
+ * is not ready
  * (`vornStsNotInitErr`). `Free`: null.
  * @{
  */
@@ -67,10 +72,18 @@ enum {
 
 VornStatus vornsMelFBankGetSize_32f(int fftLen, int nFilter, int flags, int* pSize);
 VornStatus vornsMelFBankGetSize_16s(int fftLen, int nFilter, int flags, int* pSize);
-VornStatus vornsMelFBankInit_32f(VornFBankState_32f* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq, Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv, int flags);
-VornStatus vornsMelFBankInit_16s(VornFBankState_16s* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq, Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv, int flags);
-VornStatus vornsMelFBankInitAlloc_32f(VornFBankState_32f** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq, Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv, int flags);
-VornStatus vornsMelFBankInitAlloc_16s(VornFBankState_16s** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq, Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv, int flags);
+VornStatus vornsMelFBankInit_32f(VornFBankState_32f* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                 Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
+                                 int flags);
+VornStatus vornsMelFBankInit_16s(VornFBankState_16s* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                 Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
+                                 int flags);
+VornStatus vornsMelFBankInitAlloc_32f(VornFBankState_32f** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                      Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
+                                      int flags);
+VornStatus vornsMelFBankInitAlloc_16s(VornFBankState_16s** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                      Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
+                                      int flags);
 VornStatus vornsFBankFree_32f(VornFBankState_32f* pFBank);
 VornStatus vornsFBankFree_16s(VornFBankState_16s* pFBank);
 VornStatus vornsEvalFBank_32f(const Vorn32f* src, Vorn32f* dst, const VornFBankState_32f* pFBank);
@@ -84,30 +97,32 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
  * normalisation, with a weight on each output (Davis and Mermelstein 1980; the raised sine lifter: Juang, Rabiner and
  * Wilpon 1987).
  *
- * With x the lenDCT inputs: dst[i-1] = lifter[i] times the sum over j from 1 to lenDCT of x[j-1] cos[i][j-1], for i from 1
- * to lenCep; no factor such as the root of 2/lenDCT. The `_C0` forms put coefficient zero last: dst[lenCep] = lifter[0]
- * times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at most lenDCT.
+ * With x the lenDCT inputs: dst[i-1] = lifter[i] times the sum over j from 1 to lenDCT of x[j-1] cos[i][j-1], for i
+ * from 1 to lenCep; no factor such as the root of 2/lenDCT. The `_C0` forms put coefficient zero last: dst[lenCep] =
+ * lifter[0] times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at most lenDCT.
  *
  * Table. cos[i][j-1] = cos((j - 0.5) (i pi) / lenDCT) in double, rounded to single; row 0 is all ones.
- * lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to single, and L = nLifter. i is not
- * limited by L: beyond it the sine and with it the weight go negative. The `_C0` forms take val0 for lifter[0].
+ * lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to single, and L = nLifter. i is
+ * not limited by L: beyond it the sine and with it the weight go negative. The `_C0` forms take val0 for lifter[0].
  *
  * Exactness. The table is what the double formula gives with the library's own sine and cosine, rounded once: the same
- * bits on every processor. Each sum is in single: rows 1 to lenCep in rounds of four with one accumulator of four lanes a
- * row (lane l takes the elements l, l + 4, ...), added as (lane 0 + lane 1) + (lane 2 + lane 3); the rows that are left,
- * and coefficient zero, with two accumulators for the first and the last four of each eight elements, which are added
- * lane by lane first. Alignment changes nothing.
+ * bits on every processor. Each sum is in single: rows 1 to lenCep in rounds of four with one accumulator of four lanes
+ * a row (lane l takes the elements l, l + 4, ...), added as (lane 0 + lane 1) + (lane 2 + lane 3); the rows that are
+ * left, and coefficient zero, with two accumulators for the first and the last four of each eight elements, which are
+ * added lane by lane first. Alignment changes nothing.
  *
- * Contexts. `InitAlloc` allocates one, `Free` releases it; between them it is only read and may be shared by threads. If
- * memory is short the status is `vornStsMemAllocErr`, nothing stays allocated and *ppState is null. src and dst must
+ * Contexts. `InitAlloc` allocates one, `Free` releases it; between them it is only read and may be shared by threads.
+ * If memory is short the status is `vornStsMemAllocErr`, nothing stays allocated and *ppState is null. src and dst must
  * not overlap.
  *
- * Checks, in this order. `InitAlloc`: null, size (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep). The transform
- * and `Free`: null.
+ * Checks, in this order. `InitAlloc`: null, size (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep). The
+ * transform and `Free`: null.
  * @{
  */
-VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter, Vorn32f val);
-VornStatus vornsDCTLifterInitAlloc_C0_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter, Vorn32f val, Vorn32f val0);
+VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
+                                       Vorn32f val);
+VornStatus vornsDCTLifterInitAlloc_C0_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
+                                          Vorn32f val, Vorn32f val0);
 VornStatus vornsDCTLifterFree_32f(VornDCTLifterState_32f* pState);
 VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLifterState_32f* pState);
 /** @} */
@@ -116,9 +131,9 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
  * @defgroup vornsr_deltas Deltas and accelerations
  * @brief First and second differences of feature vectors along time, for utterances that arrive in blocks.
  *
- * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next and
- * holds, side by side, the frame (columns 0 to width - 1), its delta (from width) and, in the `DeltaDelta` forms, its
- * acceleration (from 2 width).
+ * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next
+ * and holds, side by side, the frame (columns 0 to width - 1), its delta (from width) and, in the `DeltaDelta` forms,
+ * its acceleration (from 2 width).
  *
  * Formula, for an utterance x(0) to x(T-1), with x(t) read as x(0) before it and as x(T-1) behind it. Window 2: with
  * a = x(t+1) - x(t-1) and b = x(t+2) - x(t-2), delta(t) = ((a + b) + b) val, in single and in this order. The
@@ -128,8 +143,8 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
  * it); its other bits are ignored. A first call writes frame 0 to row 0 of dst. Any other call expects dst to point L
  * rows back: rows 0 to L-1 hold the last L rows of the call before, with all that it wrote there, and the new frames
  * go to row L and on. So behind a first call the caller advances dst by height - L rows, behind any later call by
- * height rows. With frames up to row r written, deltas stand complete up to row r - 2 and accelerations up to row r - 4;
- * `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
+ * height rows. With frames up to row r written, deltas stand complete up to row r - 2 and accelerations up to row r -
+ * 4; `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
  * a whole utterance.
  *
  * | Functions | L, and the least height of a first call |
@@ -137,9 +152,9 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
  * | `vornsDelta_Win2_*` | 4 |
  * | `vornsDeltaDelta_Win2_*` | 6 |
  *
- * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call; width
- * and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the rows of
- * dst: leave the last L of them as they are between calls. src and dst must not overlap.
+ * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call;
+ * width and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the
+ * rows of dst: leave the last L of them as they are between calls. src and dst must not overlap.
  *
  * Checks, in this order: null; size (width below 1, height negative, height 0 without `vornDeltaLast`); stride (dstStep
  * below 2 width, 3 width with acceleration); size (`vornDeltaFirst` with height below L).
@@ -152,23 +167,26 @@ enum {
     vornDeltaLast = 2   /**< nothing comes behind this block: finish the pending rows */
 };
 
-VornStatus vornsDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val, int mode);
-VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val1, Vorn32f val2, int mode);
+VornStatus vornsDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val,
+                                  int mode);
+VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height,
+                                       Vorn32f val1, Vorn32f val2, int mode);
 /** @} */
 
 /**
  * @defgroup vornsr_conditioning Frame conditioning
- * @brief Small steps on the samples of a frame and on the energies of an utterance. No state but what the caller hands in.
+ * @brief Small steps on the samples of a frame and on the energies of an utterance. No state but what the caller hands
+ * in.
  *
  * **Offset compensation.** `vornsCompensateOffset*` removes a constant offset by the first-order filter
  * y(n) = x(n) - x(n-1) + val y(n-1), val just below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1),
  * which the caller takes from the end of the block before, so that blocks make one signal. dst may be src.
- * - `32f`, `32f_I`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this order.
- *   The first sample of a block is thus formed in another order: at a border between blocks last bits may differ.
- * - `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on val.
- *   Within -1.0 to 1.0: q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with d = x(n) - x(n-1) saturated
- *   by itself, both to 16 bits; the arithmetic shift truncates downward. Other val: y(n) = (x(n) - x(n-1)) + y(n-1) val in
- *   single, one half with the sign of the value added, truncated, saturated.
+ * - `32f`, `32f_I`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this
+ * order. The first sample of a block is thus formed in another order: at a border between blocks last bits may differ.
+ * - `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on
+ * val. Within -1.0 to 1.0: q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with d = x(n) - x(n-1)
+ * saturated by itself, both to 16 bits; the arithmetic shift truncates downward. Other val: y(n) = (x(n) - x(n-1)) +
+ * y(n-1) val in single, one half with the sign of the value added, truncated, saturated.
  * - `16s_I`: y(0) likewise, the rest always in single.
  * - `Q15_16s`, `Q15_16s_I`: y(n) = (y(n-1) val + (x(n) - x(n-1)) 32768) / 32768 in 64 bits, truncated toward zero and
  *   saturated, from n = 0 on; val in Q15.
@@ -177,8 +195,8 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
  * - `vornsSignChangeRate_16s`, `_32f`: how many products x(n-1) x(n) are below zero. A zero is no change; in `32f` a
  *   product that underflows is none and one that is not a number is one.
  * - `vornsSignChangeRateXor_32f`: how many sign bits differ; those of +0.0 and -0.0 do.
- * - `vornsSignChangeRate_Count0_*`: half the sum of |sgn(x(n)) - sgn(x(n-1))|, a step onto zero and one off it counting one
- *   half each; the `16s` form drops a last half. Not-a-number has the sign -1.
+ * - `vornsSignChangeRate_Count0_*`: half the sum of |sgn(x(n)) - sgn(x(n-1))|, a step onto zero and one off it counting
+ * one half each; the `16s` form drops a last half. Not-a-number has the sign -1.
  *
  * Counts are exact; those of `32f` are rounded to single above 2^24.
  *
@@ -187,18 +205,21 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
  * floor = m - minDb 0.230259, each becomes top - (m - max(x, floor)) val, in single; top is 1.0 in the `32f` forms. A
  * not-a-number takes the floor. The `16s` forms truncate toward zero and saturate.
  *
- * **Mean removal.** `vornsZeroMean_16s`: m2 = (2 sum) / len truncated, the sum wrapped at 32 bits. d = 2 x - m2, moved one
- * away from zero unless it is zero; x becomes d >> 1, limited to -32767 (not -32768) and 32767.
+ * **Mean removal.** `vornsZeroMean_16s`: m2 = (2 sum) / len truncated, the sum wrapped at 32 bits. d = 2 x - m2, moved
+ * one away from zero unless it is zero; x becomes d >> 1, limited to -32767 (not -32768) and 32767.
  *
  * Alignment changes nothing. Checks, in this order: null; size (len, step, height below 1; len above 65535 in the `Q15`
  * forms); `vornStsBadArgErr` for a negative val of the `Q15` forms. `vornsZeroMean_16s` tests size before null.
  * @{
  */
-VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);
+VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast,
+                                     Vorn32f val);
 VornStatus vornsCompensateOffset_32f_I(Vorn32f* srcDst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val);
-VornStatus vornsCompensateOffset_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn32f val);
+VornStatus vornsCompensateOffset_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast,
+                                     Vorn32f val);
 VornStatus vornsCompensateOffset_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn32f val);
-VornStatus vornsCompensateOffsetQ15_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn16s val);
+VornStatus vornsCompensateOffsetQ15_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast,
+                                        Vorn16s val);
 VornStatus vornsCompensateOffsetQ15_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn16s val);
 VornStatus vornsSignChangeRate_16s(const Vorn16s* src, int len, Vorn32s* pRes);
 VornStatus vornsSignChangeRate_32f(const Vorn32f* src, int len, Vorn32f* pRes);
@@ -208,7 +229,8 @@ VornStatus vornsSignChangeRate_Count0_32f(const Vorn32f* src, int len, Vorn32f* 
 VornStatus vornsNormEnergy_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f val);
 VornStatus vornsNormEnergy_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s top, Vorn32f val);
 VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f maxE, Vorn32f val);
-VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s maxE, Vorn16s top, Vorn32f val);
+VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s maxE, Vorn16s top,
+                                  Vorn32f val);
 VornStatus vornsZeroMean_16s(Vorn16s* srcDst, int len);
 /** @} */
 

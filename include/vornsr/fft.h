@@ -21,8 +21,8 @@ typedef struct VornsFFTFixedSpec VornsFFTFixedSpec;
  * do not fit, and wrap). InitAlloc makes a context in the library's memory; Init makes it in specMem, with initBuf as
  * scratch that the caller may discard afterwards (not needed below order 4). Neither block needs alignment, and neither
  * may move while the context lives. Free ends it: an InitAlloc context gives its memory back, an Init context is only
- * marked, and every later call on it returns vornStsContextMatchErr. GetBufSize gives the size of the work buffer that a
- * transform takes.
+ * marked, and every later call on it returns vornStsContextMatchErr. GetBufSize gives the size of the work buffer that
+ * a transform takes.
  *
  * A context belongs to one form and is refused by all others. It is only read by the transforms, so threads may share
  * it, each with its own work buffer.
@@ -62,10 +62,14 @@ VornStatus vornsFFTInit_R_32f(VornsFFTSpec** ctxOut, int order, int flag, int hi
 VornStatus vornsFFTInit_C_64fc(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_R_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_C_32sc(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_C_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_R_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_R_16s32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
+VornStatus vornsFFTInit_C_32sc(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
+                               Vorn8u* initBuf);
+VornStatus vornsFFTInit_C_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
+                              Vorn8u* initBuf);
+VornStatus vornsFFTInit_R_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
+                              Vorn8u* initBuf);
+VornStatus vornsFFTInit_R_16s32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
+                                 Vorn8u* initBuf);
 VornStatus vornsFFTFree_C_32fc(VornsFFTSpec* ctx);
 VornStatus vornsFFTFree_C_32f(VornsFFTSpec* ctx);
 VornStatus vornsFFTFree_R_32f(VornsFFTSpec* ctx);
@@ -92,49 +96,60 @@ VornStatus vornsFFTGetBufSize_R_16s32s(const VornsFFTFixedSpec* ctx, int* size);
  * @defgroup vornsr_complex_transforms Complex transforms
  * @brief Forward and inverse transforms of N = 2^order complex values.
  *
- * Values are pairs (`32fc`, `64fc`, `32sc`) or two arrays, real and imaginary parts (`32f`, `64f`, `32s`), N values each.
- * Source and destination are the same (the `_I` members) or do not overlap. buffer is a work buffer of the size that
- * GetBufSize gives, at any address, or null: the call then allocates and frees its own.
+ * Values are pairs (`32fc`, `64fc`, `32sc`) or two arrays, real and imaginary parts (`32f`, `64f`, `32s`), N values
+ * each. Source and destination are the same (the `_I` members) or do not overlap. buffer is a work buffer of the size
+ * that GetBufSize gives, at any address, or null: the call then allocates and frees its own.
  *
  * Fixed point (`_Sfs`, `_ISfs`): the integers are converted to doubles, transformed in double with the normalisation of
  * the context, multiplied by 2^-scaleFactor, rounded to nearest, ties to even, and saturated (by the rule of
  * vornsConvert_64f32s_Sfs).
  *
- * Checks: ctx null (vornStsNullPtrErr), form of ctx (vornStsContextMatchErr), data null (vornStsNullPtrErr), work buffer
- * (vornStsMemAllocErr; also a fixed-point transform whose work area 32 bits cannot say). Nothing is written on failure.
+ * Checks: ctx null (vornStsNullPtrErr), form of ctx (vornStsContextMatchErr), data null (vornStsNullPtrErr), work
+ * buffer (vornStsMemAllocErr; also a fixed-point transform whose work area 32 bits cannot say). Nothing is written on
+ * failure.
  *
  * Accuracy: the root mean square of the error is at most 0.7 * sqrt(order) units of rounding (2^-24 in single, 2^-53 in
  * double) of that of the result. The order of all operations is fixed: a call gives the same bits in every build, at
  * every address, in place or not, as pairs or split. Infinities and not-a-numbers spread by the arithmetic.
  *
- * Decimation in time with radices 4 and 8; long transforms are cut into blocks that are merged in a work area of at most
- * 256 KiB (Cooley, Tukey 1965; Bailey 1990).
+ * Decimation in time with radices 4 and 8; long transforms are cut into blocks that are merged in a work area of at
+ * most 256 KiB (Cooley, Tukey 1965; Bailey 1990).
  * @{
  */
 VornStatus vornsFFTFwd_CToC_32fc(const Vorn32fc* src, Vorn32fc* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_32fc_I(Vorn32fc* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_64fc(const Vorn64fc* src, Vorn64fc* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_64fc_I(Vorn64fc* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_CToC_32f(const Vorn32f* srcRe, const Vorn32f* srcIm, Vorn32f* dstRe, Vorn32f* dstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
+VornStatus vornsFFTFwd_CToC_32f(const Vorn32f* srcRe, const Vorn32f* srcIm, Vorn32f* dstRe, Vorn32f* dstIm,
+                                const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_32f_I(Vorn32f* srcDstRe, Vorn32f* srcDstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_CToC_64f(const Vorn64f* srcRe, const Vorn64f* srcIm, Vorn64f* dstRe, Vorn64f* dstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
+VornStatus vornsFFTFwd_CToC_64f(const Vorn64f* srcRe, const Vorn64f* srcIm, Vorn64f* dstRe, Vorn64f* dstIm,
+                                const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_64f_I(Vorn64f* srcDstRe, Vorn64f* srcDstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_CToC_32sc_Sfs(const Vorn32sc* src, Vorn32sc* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_CToC_32sc_Sfs(const Vorn32sc* src, Vorn32sc* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                     Vorn8u* buffer);
 VornStatus vornsFFTFwd_CToC_32sc_ISfs(Vorn32sc* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTFwd_CToC_32s_Sfs(const Vorn32s* srcRe, const Vorn32s* srcIm, Vorn32s* dstRe, Vorn32s* dstIm, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTFwd_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_CToC_32s_Sfs(const Vorn32s* srcRe, const Vorn32s* srcIm, Vorn32s* dstRe, Vorn32s* dstIm,
+                                    const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const VornsFFTFixedSpec* ctx,
+                                     int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_32fc(const Vorn32fc* src, Vorn32fc* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_32fc_I(Vorn32fc* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_64fc(const Vorn64fc* src, Vorn64fc* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_64fc_I(Vorn64fc* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_CToC_32f(const Vorn32f* srcRe, const Vorn32f* srcIm, Vorn32f* dstRe, Vorn32f* dstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
+VornStatus vornsFFTInv_CToC_32f(const Vorn32f* srcRe, const Vorn32f* srcIm, Vorn32f* dstRe, Vorn32f* dstIm,
+                                const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_32f_I(Vorn32f* srcDstRe, Vorn32f* srcDstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_CToC_64f(const Vorn64f* srcRe, const Vorn64f* srcIm, Vorn64f* dstRe, Vorn64f* dstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
+VornStatus vornsFFTInv_CToC_64f(const Vorn64f* srcRe, const Vorn64f* srcIm, Vorn64f* dstRe, Vorn64f* dstIm,
+                                const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_64f_I(Vorn64f* srcDstRe, Vorn64f* srcDstIm, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_CToC_32sc_Sfs(const Vorn32sc* src, Vorn32sc* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_CToC_32sc_Sfs(const Vorn32sc* src, Vorn32sc* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                     Vorn8u* buffer);
 VornStatus vornsFFTInv_CToC_32sc_ISfs(Vorn32sc* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTInv_CToC_32s_Sfs(const Vorn32s* srcRe, const Vorn32s* srcIm, Vorn32s* dstRe, Vorn32s* dstIm, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTInv_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_CToC_32s_Sfs(const Vorn32s* srcRe, const Vorn32s* srcIm, Vorn32s* dstRe, Vorn32s* dstIm,
+                                    const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const VornsFFTFixedSpec* ctx,
+                                     int scaleFactor, Vorn8u* buffer);
 /** @} */
 
 /**
@@ -150,8 +165,8 @@ VornStatus vornsFFTInv_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const
  * Back from CCS, the imaginary parts of X[0] and X[N/2] are not read and count as 0.
  *
  * src and dst may be the same array (the `_I` members), which then needs the room of the layout, but must not overlap
- * otherwise. buffer is a work buffer of the size that GetBufSize gives, at any address, or null: the call then allocates
- * and frees its own.
+ * otherwise. buffer is a work buffer of the size that GetBufSize gives, at any address, or null: the call then
+ * allocates and frees its own.
  *
  * Fixed point (`_Sfs`, `_ISfs`): the integers are converted to doubles (the mixed-width pair: to singles, which round a
  * 32-bit spectrum to 24 bits), transformed with the normalisation of the context, multiplied by 2^-scaleFactor, rounded
@@ -174,40 +189,48 @@ VornStatus vornsFFTFwd_RToPerm_32f(const Vorn32f* src, Vorn32f* dst, const Vorns
 VornStatus vornsFFTFwd_RToPerm_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPerm_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPerm_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_RToPerm_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_RToPerm_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                       Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPerm_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPack_32f(const Vorn32f* src, Vorn32f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPack_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPack_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPack_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_RToPack_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_RToPack_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                       Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToPack_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToCCS_32f(const Vorn32f* src, Vorn32f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToCCS_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToCCS_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToCCS_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTFwd_RToCCS_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_RToCCS_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                      Vorn8u* buffer);
 VornStatus vornsFFTFwd_RToCCS_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTInv_PermToR_32f(const Vorn32f* src, Vorn32f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PermToR_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PermToR_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PermToR_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_PermToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_PermToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                       Vorn8u* buffer);
 VornStatus vornsFFTInv_PermToR_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTInv_PackToR_32f(const Vorn32f* src, Vorn32f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PackToR_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PackToR_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_PackToR_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_PackToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_PackToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                       Vorn8u* buffer);
 VornStatus vornsFFTInv_PackToR_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
 VornStatus vornsFFTInv_CCSToR_32f(const Vorn32f* src, Vorn32f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CCSToR_32f_I(Vorn32f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CCSToR_64f(const Vorn64f* src, Vorn64f* dst, const VornsFFTSpec* ctx, Vorn8u* buffer);
 VornStatus vornsFFTInv_CCSToR_64f_I(Vorn64f* srcDst, const VornsFFTSpec* ctx, Vorn8u* buffer);
-VornStatus vornsFFTInv_CCSToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_CCSToR_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor,
+                                      Vorn8u* buffer);
 VornStatus vornsFFTInv_CCSToR_32s_ISfs(Vorn32s* srcDst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTFwd_RToCCS_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
-VornStatus vornsFFTInv_CCSToR_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const VornsFFTFixedSpec* ctx, int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTFwd_RToCCS_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const VornsFFTFixedSpec* ctx,
+                                         int scaleFactor, Vorn8u* buffer);
+VornStatus vornsFFTInv_CCSToR_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const VornsFFTFixedSpec* ctx,
+                                         int scaleFactor, Vorn8u* buffer);
 /** @} */
 
 /**
@@ -224,9 +247,9 @@ VornStatus vornsFFTInv_CCSToR_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const
  *
  * `MulPackConj`: src times the conjugate of srcDst, into srcDst: a pair is (sr dr + si di, si dr - sr di).
  *
- * `ConjPack`, `ConjPerm`, `ConjCcs`: dst receives all len complex values, the upper half as dst[len - k] = conj(dst[k]).
- * Pack and Perm put 0 beside the real bins; CCS keeps what stands there, and its source is len / 2 + 1 pairs. In place
- * the packed values stand at the start of srcDst, which has room for len pairs.
+ * `ConjPack`, `ConjPerm`, `ConjCcs`: dst receives all len complex values, the upper half as dst[len - k] =
+ * conj(dst[k]). Pack and Perm put 0 beside the real bins; CCS keeps what stands there, and its source is len / 2 + 1
+ * pairs. In place the packed values stand at the start of srcDst, which has room for len pairs.
  * @{
  */
 VornStatus vornsMulPack_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
@@ -273,9 +296,9 @@ VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len);
  * Checks: null pointers (vornStsNullPtrErr), srcLen or dstLen below 1 (vornStsSizeErr), memory (vornStsMemAllocErr).
  *
  * Up to a number of lags, min(srcLen, dstLen), the sums are taken directly, each in the order of n in the precision of
- * the element, so that the result is the same in every build: below 856 lags for `32f`, `64f` and `16s`, 152 for `32fc`,
- * 368 for `64fc`. From there on the Fourier transform is used, on the smallest power of two of at least 2 srcLen values;
- * its accuracy is that of the transforms. Both routes give the same bits in every build.
+ * the element, so that the result is the same in every build: below 856 lags for `32f`, `64f` and `16s`, 152 for
+ * `32fc`, 368 for `64fc`. From there on the Fourier transform is used, on the smallest power of two of at least 2
+ * srcLen values; its accuracy is that of the transforms. Both routes give the same bits in every build.
  *
  * 16-bit samples: the products of two neighbouring samples are summed exactly, every such sum is rounded to single and
  * added in single; the result is normalised in single, multiplied by 2^-scaleFactor, rounded to nearest, ties to even,

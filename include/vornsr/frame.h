@@ -13,14 +13,14 @@ VORN_BEGIN_DECLS
 
 /** What the library says of itself. It lies in constant storage: do not change or free it. */
 typedef struct {
-    int major;              /**< 5 */
-    int minor;              /**< 1 */
-    int majorBuild;         /**< 133 */
-    int build;              /**< 245 */
-    char targetCpu[8];      /**< "m7", zero-filled */
-    const char* name;       /**< "libvornsrm7.so.5.1" */
-    const char* version;    /**< "5.1.1" */
-    const char* buildDate;  /**< "Jun 17 2006" */
+    int major;             /**< 5 */
+    int minor;             /**< 1 */
+    int majorBuild;        /**< 133 */
+    int build;             /**< 245 */
+    char targetCpu[8];     /**< "m7", zero-filled */
+    const char* name;      /**< "libvornsrm7.so.5.1" */
+    const char* version;   /**< "5.1.1" */
+    const char* buildDate; /**< "Jun 17 2006" */
 } VornLibraryVersion;
 
 /** The version record. Cannot fail. */
@@ -33,11 +33,11 @@ const VornLibraryVersion* vornsrGetLibVersion(void);
  * @brief Blocks on which the aligned kernels can run.
  *
  * `vornsMalloc_*(len)` returns a block of len elements whose address is a multiple of 32, not initialised, or null when
- * len is below 1 or when `malloc` has no such block. One `malloc` of the payload plus 40 bytes stands behind each block;
- * the 8 bytes before the payload keep its address.
+ * len is below 1 or when `malloc` has no such block. One `malloc` of the payload plus 40 bytes stands behind each
+ * block; the 8 bytes before the payload keep its address.
  *
- * `vornsFree(pointer)` takes such a block, or null, which does nothing. As with `free`, freeing twice or freeing a pointer
- * from elsewhere is undefined.
+ * `vornsFree(pointer)` takes such a block, or null, which does nothing. As with `free`, freeing twice or freeing a
+ * pointer from elsewhere is undefined.
  *
  * As thread-safe as `malloc` and `free`.
  * @{

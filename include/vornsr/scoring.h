@@ -86,9 +86,9 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
  *     result = val - S / 2,  S = sum over j of (src[j] - mean[j])^2 * v[j]
  *
  * src, mean and var are vectors of len elements; val is the caller's constant: the logarithm of the Gaussian's
- * normalisation and of any weight. var holds inverse variances. `IdVar`: all variances are 1. `DirectVar`: var holds the
- * variances themselves. `BlockDVar`: S = d' A d with d = src - mean and A a block-diagonal matrix held in a context.
- * result is one element; it is written once, at the end.
+ * normalisation and of any weight. var holds inverse variances. `IdVar`: all variances are 1. `DirectVar`: var holds
+ * the variances themselves. `BlockDVar`: S = d' A d with d = src - mean and A a block-diagonal matrix held in a
+ * context. result is one element; it is written once, at the end.
  *
  * Units of the 16-bit forms: scaleFactor sf makes S / 2 count as S / 2 * 2^-sf. `Sfs` results are integers, `Scaled`
  * results singles. sf may be any int; a power of two beyond the singles is an infinity or zero.
@@ -105,34 +105,34 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
  *    then 8 more to the first, the last 1 to 7 to its lane 0; both added, (0 + 1) + (2 + 3); 0.5 * (-S + 2 val).
  *    `DirectVar_32f` rounds 1 / var to single first.
  *  - `64f`, `32f64f` (in double): up to 8 columns in order. Above that, of each 8 columns 0, 1, 4, 5 go to one pair of
- *    lanes and 2, 3, 6, 7 to another; pair + pair, lane + lane, the rest in order; val - S * 0.5. Here an address counts,
- *    that of var (of mean in `IdVar`): on an odd element of a 16-byte block (8-byte in `32f64f`) the first column is taken
- *    alone and opens lane 0; off the element's own size everything goes in order. `IdVar_64f` above 54 columns does not
- *    look at it. `DirectVar_64f` divides, in two lanes, a last odd column to lane 0; `DirectVar_32f64f` in order.
+ *    lanes and 2, 3, 6, 7 to another; pair + pair, lane + lane, the rest in order; val - S * 0.5. Here an address
+ * counts, that of var (of mean in `IdVar`): on an odd element of a 16-byte block (8-byte in `32f64f`) the first column
+ * is taken alone and opens lane 0; off the element's own size everything goes in order. `IdVar_64f` above 54 columns
+ * does not look at it. `DirectVar_64f` divides, in two lanes, a last odd column to lane 0; `DirectVar_32f64f` in order.
  *  - 16 bits, `Scaled` and `Sfs`: differences of groups of eight saturate to 16 bits, those of the last 1 to 7 columns
  *    are exact and do not. Squares and products are singles; a group is summed whole, lanes 0 to 3 + 4 to 7, then
- *    (0 + 2) + (1 + 3), and joins the running sum. `Scaled`: val - S * 2^-(sf + 1). `Sfs`: val - (S / 2) * 2^-sf rounded
- *    in the current mode; out of range on either side gives -2147483648. `IdVarScaled`: S is an exact integer, all
+ *    (0 + 2) + (1 + 3), and joins the running sum. `Scaled`: val - S * 2^-(sf + 1). `Sfs`: val - (S / 2) * 2^-sf
+ * rounded in the current mode; out of range on either side gives -2147483648. `IdVarScaled`: S is an exact integer, all
  *    differences saturate. `DirectVarScaled`: val - (S * 0.5) * 2^-sf, 1 / var in single.
  *    `DirectVar_16s32s_Sfs`: S as in `32f` over singles, S * 2^-(sf + 1) rounded to nearest and saturated, then
  *    subtracted from val and saturated.
- *  - `Low`: integers only, wrapping in 32 bits. Of each square the high 16 bits and the low 16 bits without the last one
- *    are multiplied by v and summed apart; at the end of the groups of eight, and again for a remainder of four, of two
- *    and of one, high << (15 - sf) and low >> sf are added (above sf 15: high >> (sf - 15) and low >> 15). Differences
+ *  - `Low`: integers only, wrapping in 32 bits. Of each square the high 16 bits and the low 16 bits without the last
+ * one are multiplied by v and summed apart; at the end of the groups of eight, and again for a remainder of four, of
+ * two and of one, high << (15 - sf) and low >> sf are added (above sf 15: high >> (sf - 15) and low >> 15). Differences
  *    saturate, but for the last single one of `IdVarLow`, which wraps. A negative sf leaves the integers: S as in the
  *    forms above, val - S * 2^-(sf + 1), truncated in `Sfs`. `IdVarLow_16s32s_Sfs` stays in integers for every sf;
  *    `IdVarLowScaled` works in single over sums of two squares (two squares of -32768 wrap).
  *  - `BlockDVar`: each matrix row times its block's d in lanes (four; two in double), columns in order; lane by lane
- *    d[r] times that joins the lanes of S; upper pair to lower pair, lane 1 to lane 0. The end is val - S * 0.5, in double
- *    but for the 16-bit forms. `32f64f` widens the lanes of a row's product before they join. In 16 bits d saturates in
- *    groups of four and more and wraps in the last 1 to 3 columns; `Scaled`: val - (S * 0.5) * 2^-sf; `Sfs`: the lanes
- *    times 2^-sf, val - S * 0.5 truncated and saturated, where exactly 2147483648 gives -2147483648.
+ *    d[r] times that joins the lanes of S; upper pair to lower pair, lane 1 to lane 0. The end is val - S * 0.5, in
+ * double but for the 16-bit forms. `32f64f` widens the lanes of a row's product before they join. In 16 bits d
+ * saturates in groups of four and more and wraps in the last 1 to 3 columns; `Scaled`: val - (S * 0.5) * 2^-sf; `Sfs`:
+ * the lanes times 2^-sf, val - S * 0.5 truncated and saturated, where exactly 2147483648 gives -2147483648.
  *
- * Contexts. vornsBlockDMatrixInitAlloc copies a matrix: blockSizes[b] rows and columns for each of numBlocks blocks, and
- * rows, one pointer for each row of each block in order, to as many elements as its block has. Checks: a null pointer
- * `vornStsNullPtrErr`; numBlocks or a block size below 1 `vornStsSizeErr`; `vornStsMemAllocErr`. The context is never
- * changed afterwards and may be shared by threads; the caller's matrix need not outlive the call. vornsBlockDMatrixFree
- * releases it, whichever of the three made it; null gives `vornStsNullPtrErr`.
+ * Contexts. vornsBlockDMatrixInitAlloc copies a matrix: blockSizes[b] rows and columns for each of numBlocks blocks,
+ * and rows, one pointer for each row of each block in order, to as many elements as its block has. Checks: a null
+ * pointer `vornStsNullPtrErr`; numBlocks or a block size below 1 `vornStsSizeErr`; `vornStsMemAllocErr`. The context is
+ * never changed afterwards and may be shared by threads; the caller's matrix need not outlive the call.
+ * vornsBlockDMatrixFree releases it, whichever of the three made it; null gives `vornStsNullPtrErr`.
  *
  * Infinities and not-a-numbers go through the formulas. No alignment is required. Thread-safe.
  * @{
@@ -144,33 +144,65 @@ typedef struct VornBlockDMatrix_64f VornBlockDMatrix_64f;
 /** A block-diagonal matrix of 16-bit integers. */
 typedef struct VornBlockDMatrix_16s VornBlockDMatrix_16s;
 
-VornStatus vornsLogGaussSingle_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, Vorn32f val);
-VornStatus vornsLogGaussSingle_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_Scaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussSingle_LowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_Low_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussSingle_IdVar_32f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn32f* result, Vorn32f val);
-VornStatus vornsLogGaussSingle_IdVar_64f(const Vorn64f* src, const Vorn64f* mean, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_IdVar_32f64f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_IdVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_IdVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussSingle_IdVarLowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_IdVarLow_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussSingle_DirectVar_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, Vorn32f val);
-VornStatus vornsLogGaussSingle_DirectVar_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_DirectVar_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_DirectVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_DirectVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussSingle_BlockDVar_32f(const Vorn32f* src, const Vorn32f* mean, const VornBlockDMatrix_32f* context, int len, Vorn32f* result, Vorn32f val);
-VornStatus vornsLogGaussSingle_BlockDVar_64f(const Vorn64f* src, const Vorn64f* mean, const VornBlockDMatrix_64f* context, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_BlockDVar_32f64f(const Vorn32f* src, const Vorn32f* mean, const VornBlockDMatrix_32f* context, int len, Vorn64f* result, Vorn64f val);
-VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const VornBlockDMatrix_16s* context, int len, Vorn32f* result, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const VornBlockDMatrix_16s* context, int len, Vorn32s* result, Vorn32s val, int scaleFactor);
-VornStatus vornsBlockDMatrixInitAlloc_32f(VornBlockDMatrix_32f** result, const Vorn32f* const* rows, const int* blockSizes, int numBlocks);
-VornStatus vornsBlockDMatrixInitAlloc_64f(VornBlockDMatrix_64f** result, const Vorn64f* const* rows, const int* blockSizes, int numBlocks);
-VornStatus vornsBlockDMatrixInitAlloc_16s(VornBlockDMatrix_16s** result, const Vorn16s* const* rows, const int* blockSizes, int numBlocks);
+VornStatus vornsLogGaussSingle_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                   Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                   Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                      Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_Scaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                             Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                          Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_LowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                                Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_Low_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                              Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVar_32f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn32f* result,
+                                         Vorn32f val);
+VornStatus vornsLogGaussSingle_IdVar_64f(const Vorn64f* src, const Vorn64f* mean, int len, Vorn64f* result,
+                                         Vorn64f val);
+VornStatus vornsLogGaussSingle_IdVar_32f64f(const Vorn32f* src, const Vorn32f* mean, int len, Vorn64f* result,
+                                            Vorn64f val);
+VornStatus vornsLogGaussSingle_IdVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result,
+                                                  Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result,
+                                                Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVarLowScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32f* result,
+                                                     Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_IdVarLow_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, int len, Vorn32s* result,
+                                                   Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_DirectVar_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                             Vorn32f* result, Vorn32f val);
+VornStatus vornsLogGaussSingle_DirectVar_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                             Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_DirectVar_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                                Vorn64f* result, Vorn64f val);
+VornStatus vornsLogGaussSingle_DirectVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                      int len, Vorn32f* result, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_DirectVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                    int len, Vorn32s* result, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussSingle_BlockDVar_32f(const Vorn32f* src, const Vorn32f* mean,
+                                             const VornBlockDMatrix_32f* context, int len, Vorn32f* result,
+                                             Vorn32f val);
+VornStatus vornsLogGaussSingle_BlockDVar_64f(const Vorn64f* src, const Vorn64f* mean,
+                                             const VornBlockDMatrix_64f* context, int len, Vorn64f* result,
+                                             Vorn64f val);
+VornStatus vornsLogGaussSingle_BlockDVar_32f64f(const Vorn32f* src, const Vorn32f* mean,
+                                                const VornBlockDMatrix_32f* context, int len, Vorn64f* result,
+                                                Vorn64f val);
+VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const Vorn16s* mean,
+                                                      const VornBlockDMatrix_16s* context, int len, Vorn32f* result,
+                                                      Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean,
+                                                    const VornBlockDMatrix_16s* context, int len, Vorn32s* result,
+                                                    Vorn32s val, int scaleFactor);
+VornStatus vornsBlockDMatrixInitAlloc_32f(VornBlockDMatrix_32f** result, const Vorn32f* const* rows,
+                                          const int* blockSizes, int numBlocks);
+VornStatus vornsBlockDMatrixInitAlloc_64f(VornBlockDMatrix_64f** result, const Vorn64f* const* rows,
+                                          const int* blockSizes, int numBlocks);
+VornStatus vornsBlockDMatrixInitAlloc_16s(VornBlockDMatrix_16s** result, const Vorn16s* const* rows,
+                                          const int* blockSizes, int numBlocks);
 VornStatus vornsBlockDMatrixFree_32f(VornBlockDMatrix_32f* context);
 VornStatus vornsBlockDMatrixFree_64f(VornBlockDMatrix_64f* context);
 VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
@@ -205,14 +237,14 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  *  - `64f`: two lanes, column j to lane j mod 2; lane 0 + lane 1, then a last odd column; val + 0.5 * (-S).
  *    vornsLogGaussMultiMix_64f with height of 1000 and more: plain column order, 0.5 * (2 * val - S).
  *  - `Scaled_16s32f`: 16-bit data whose score counts in units of 2^-scaleFactor. In whole groups of eight columns the
- *    difference saturates to 16 bits, is squared in single and multiplied by v in single; column j goes to lane j mod 4.
- *    With `IdVar` the squares of two neighbours are added in 32 bits (two squares of -32768 wrap) and pair p of a group
- *    goes to lane p. The last len mod 8 columns do NOT saturate and go to lane 0 one by one. Then
- *    (lane 0 + lane 2) + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
+ *    difference saturates to 16 bits, is squared in single and multiplied by v in single; column j goes to lane j
+ * mod 4. With `IdVar` the squares of two neighbours are added in 32 bits (two squares of -32768 wrap) and pair p of a
+ * group goes to lane p. The last len mod 8 columns do NOT saturate and go to lane 0 one by one. Then (lane 0 + lane 2)
+ * + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
  *  - `16s32s..Sfs`: the same sum; divided by 2^(scaleFactor + 1), or multiplied by 2^-(scaleFactor + 1) where that
  *    exponent is not negative; val is added in single. The score is truncated toward zero without a clamp: out of range
- *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded (by default to nearest even) instead, in
- *    vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the other forms
+ *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded (by default to nearest even) instead,
+ * in vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the other forms
  *    truncate it as well.
  *  - `Low`, low precision: no float in the inner loop. The difference saturates; its square is split into its high
  *    16 bits and its low 16 bits halved (the lowest bit is lost); both are multiplied by v, and pairs of neighbours are
@@ -232,53 +264,101 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  *
  * @{
  */
-VornStatus vornsLogGauss_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, int height, Vorn64f val);
-VornStatus vornsLogGauss_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* result, int height, Vorn64f val);
-VornStatus vornsLogGauss_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* result, int height, Vorn64f val);
-VornStatus vornsLogGauss_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* result, int height, Vorn64f val);
-VornStatus vornsLogGauss_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGauss_Low_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_Low_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result, int height, Vorn32f val);
-VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMultiMix_Low_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGauss_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
+                                Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                 Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len,
+                                Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                 Vorn64f* result, int height, Vorn64f val);
+VornStatus vornsLogGauss_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* result,
+                                      int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* result,
+                                       int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* result,
+                                      int height, Vorn64f val);
+VornStatus vornsLogGauss_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* result,
+                                       int height, Vorn64f val);
+VornStatus vornsLogGauss_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len,
+                                      Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                       Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                          int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                           Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* result,
+                                            int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* result,
+                                             int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                               Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                          int len, Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                           Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                             int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                              int len, Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                               Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                Vorn32s* result, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                  Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                   Vorn32f* result, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGauss_Low_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len,
+                                       Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_Low_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                        Vorn32f* result, int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result,
+                                            int height, Vorn32f val);
+VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result,
+                                             int height, Vorn32f val);
+VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len,
+                                        Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
+                                         int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len,
+                                        Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src,
+                                         int len, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
+                                              int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                               const Vorn16s* src, int len, Vorn32s* srcDst, int height,
+                                               int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
+                                                  int len, Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                   const Vorn16s* src, int len, Vorn32f* srcDst, int height,
+                                                   int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
+                                                  int len, Vorn32s* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                   const Vorn16s* src, int len, Vorn32s* srcDst, int height,
+                                                   int scaleFactor);
+VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                     const Vorn16s* src, int len, Vorn32f* srcDst, int height,
+                                                     int scaleFactor);
+VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                      const Vorn16s* src, int len, Vorn32f* srcDst, int height,
+                                                      int scaleFactor);
+VornStatus vornsLogGaussMultiMix_Low_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
+                                               int len, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                const Vorn16s* src, int len, Vorn32f* srcDst, int height);
 /** @} */
 
 /**
  * @defgroup vornsr_mixtures Mixtures
- * @brief Gaussian scores folded as they are made: the best so far, the log-sum with what is there, the score of a mixture.
+ * @brief Gaussian scores folded as they are made: the best so far, the log-sum with what is there, the score of a
+ * mixture.
  *
  * With score(i) that of group multi_frame for row i in the same arithmetic, bit for bit unless said otherwise:
  *
@@ -307,8 +387,8 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  *    end; only the val of many frames is converted to single in the caller's mode. The score,
  *    val + (-S) * 2^-(scaleFactor + 1), is clamped to 32 bits, the old value is converted to single, and the maximum is
  *    taken in single and truncated: an old value of more than 24 bits changes even where it stays.
- *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in single,
- *    in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in
+ * single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
  *
  * Log-add: the floors and polynomials of vornsLogAdd (group logarithm_domain). Frames are taken in runs of 128,
  * Gaussians in runs of 100, and each run is log-added as one vector. vornsLogGaussAdd_32f_D2 and _IdVar_32f_D2 with len
@@ -318,87 +398,180 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  *
  * Mixture: Gaussians are summed in runs of 100; each run is one vornsLogSum, in whose front stands the value of the
  * runs before. A log-sum is not associative, so the runs are part of the result. The `IdVar` forms score each Gaussian
- * as vornsLogGaussSingle_IdVar does; vornsLogGaussMixture_IdVar_32f_D2 scores with 0.5 * (2 * val - S) in four lanes and
- * log-adds in the order of the Gaussians, without runs, as vornsLogGaussAdd_32f_D2 does below len 4.
+ * as vornsLogGaussSingle_IdVar does; vornsLogGaussMixture_IdVar_32f_D2 scores with 0.5 * (2 * val - S) in four lanes
+ * and log-adds in the order of the Gaussians, without runs, as vornsLogGaussAdd_32f_D2 does below len 4.
  *
  * @{
  */
-VornStatus vornsLogGaussMax_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussMax_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussMax_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussMax_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussMax_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussMax_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussMax_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussMax_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussMaxMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussMaxMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussMaxMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussAdd_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussAdd_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussAdd_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussAdd_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussAdd_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussAdd_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst, int height, Vorn32f val);
-VornStatus vornsLogGaussAdd_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussAdd_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst, int height, Vorn64f val);
-VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
-VornStatus vornsLogGaussAddMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussAddMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height);
-VornStatus vornsLogGaussAddMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussAddMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src, int len, const Vorn64f* val, Vorn64f* srcDst, int height);
-VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var, const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst, int height, int scaleFactor);
-VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
-VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, const Vorn32f* const* var, int height, int len, const Vorn32f* val, Vorn32f* result);
-VornStatus vornsLogGaussMixture_64f_D2(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int height, int step, int len, const Vorn64f* val, Vorn64f* result);
-VornStatus vornsLogGaussMixture_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, const Vorn64f* const* var, int height, int len, const Vorn64f* val, Vorn64f* result);
-VornStatus vornsLogGaussMixture_Scaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_Scaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, const Vorn16s* const* var, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, const Vorn16s* const* var, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_IdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result);
-VornStatus vornsLogGaussMixture_IdVar_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result);
-VornStatus vornsLogGaussMixture_IdVar_64f_D2(const Vorn64f* src, const Vorn64f* mean, int height, int step, int len, const Vorn64f* val, Vorn64f* result);
-VornStatus vornsLogGaussMixture_IdVar_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, int height, int len, const Vorn64f* val, Vorn64f* result);
-VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
-VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height, int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMax_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
+                                   Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                    Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussMax_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len,
+                                   Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                    Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussMax_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                             int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                              int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len,
+                                         Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                          Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst,
+                                         int height, Vorn32f val);
+VornStatus vornsLogGaussMax_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst,
+                                          int height, Vorn32f val);
+VornStatus vornsLogGaussMax_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst,
+                                         int height, Vorn64f val);
+VornStatus vornsLogGaussMax_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst,
+                                          int height, Vorn64f val);
+VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                  Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                   Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                               Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVar_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                                int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                                 int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                             int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_Low_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                              int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2Sfs(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                  Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLow_16s32s_D2LSfs(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                   Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                     Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                      Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src,
+                                           int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
+                                            int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src,
+                                           int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src,
+                                            int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                     const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst,
+                                                     int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                      const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst,
+                                                      int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
+                                                 int len, const Vorn32s* val, Vorn32s* srcDst, int height,
+                                                 int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                  const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst,
+                                                  int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                        const Vorn16s* src, int len, const Vorn32f* val,
+                                                        Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                         const Vorn16s* src, int len, const Vorn32f* val,
+                                                         Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                     const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst,
+                                                     int height, int scaleFactor);
+VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                      const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst,
+                                                      int height, int scaleFactor);
+VornStatus vornsLogGaussAdd_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
+                                   Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                    Vorn32f* srcDst, int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len,
+                                   Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                    Vorn64f* srcDst, int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_Scaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                             int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_Scaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                              int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, int len, Vorn32f* srcDst,
+                                         int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, int len, Vorn32f* srcDst,
+                                          int height, Vorn32f val);
+VornStatus vornsLogGaussAdd_IdVar_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, int len, Vorn64f* srcDst,
+                                         int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_IdVar_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, int len, Vorn64f* srcDst,
+                                          int height, Vorn64f val);
+VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                  Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                   Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var,
+                                                int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_LowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var,
+                                                 int len, Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len,
+                                                     Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAdd_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
+                                                      Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src,
+                                           int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
+                                            int len, const Vorn32f* val, Vorn32f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src,
+                                           int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src,
+                                            int len, const Vorn64f* val, Vorn64f* srcDst, int height);
+VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                     const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst,
+                                                     int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_Scaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                      const Vorn16s* src, int len, const Vorn32f* val, Vorn32f* srcDst,
+                                                      int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step,
+                                                        const Vorn16s* src, int len, const Vorn32f* val,
+                                                        Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
+                                                         const Vorn16s* src, int len, const Vorn32f* val,
+                                                         Vorn32f* srcDst, int height, int scaleFactor);
+VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int height,
+                                       int step, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, const Vorn32f* const* var,
+                                        int height, int len, const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_64f_D2(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int height,
+                                       int step, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, const Vorn64f* const* var,
+                                        int height, int len, const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                 int height, int step, int len, const Vorn32f* val, Vorn32f* result,
+                                                 int scaleFactor);
+VornStatus vornsLogGaussMixture_Scaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean,
+                                                  const Vorn16s* const* var, int height, int len, const Vorn32f* val,
+                                                  Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                    int height, int step, int len, const Vorn32f* val, Vorn32f* result,
+                                                    int scaleFactor);
+VornStatus vornsLogGaussMixture_LowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean,
+                                                     const Vorn16s* const* var, int height, int len, const Vorn32f* val,
+                                                     Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int height, int step, int len,
+                                             const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_IdVar_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, int height, int len,
+                                              const Vorn32f* val, Vorn32f* result);
+VornStatus vornsLogGaussMixture_IdVar_64f_D2(const Vorn64f* src, const Vorn64f* mean, int height, int step, int len,
+                                             const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_IdVar_64f_D2L(const Vorn64f* src, const Vorn64f* const* mean, int height, int len,
+                                              const Vorn64f* val, Vorn64f* result);
+VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step,
+                                                      int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height,
+                                                       int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int height, int step,
+                                                         int len, const Vorn32f* val, Vorn32f* result, int scaleFactor);
+VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height,
+                                                          int len, const Vorn32f* val, Vorn32f* result,
+                                                          int scaleFactor);
 /** @} */
 
 VORN_END_DECLS

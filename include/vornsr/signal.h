@@ -28,8 +28,8 @@ VORN_BEGIN_DECLS
  * sign bit of the imaginary part and nothing else. The conjugate of 16sc negates it with saturation: -32768 becomes
  * 32767, every other value is exact.
  *
- * Large blocks: a fill that is at least as large as one core's part of the last-level cache, and never one below 512 KiB,
- * is written past the cache; copies and moves leave that choice to the C library.
+ * Large blocks: a fill that is at least as large as one core's part of the last-level cache, and never one below 512
+ * KiB, is written past the cache; copies and moves leave that choice to the C library.
  * @{
  */
 VornStatus vornsCopy_8u(const Vorn8u* src, Vorn8u* dst, int len);
@@ -93,9 +93,9 @@ VornStatus vornsConjFlip_16sc(const Vorn16sc* src, Vorn16sc* dst, int len);
  *
  * `vornsConvert_<from><to>(src, dst, len, ...)` converts len elements of src to dst. src and dst must not overlap, save
  * that between types of one size dst may start where src does. Checks, in this order: a null pointer
- * (`vornStsNullPtrErr`), len below 1 (`vornStsSizeErr`). There is no other check and no warning: saturation, rounding and
- * not-a-numbers are part of the result. Alignment never changes a result. Every rule below holds element by element and
- * bit for bit, on every processor.
+ * (`vornStsNullPtrErr`), len below 1 (`vornStsSizeErr`). There is no other check and no warning: saturation, rounding
+ * and not-a-numbers are part of the result. Alignment never changes a result. Every rule below holds element by element
+ * and bit for bit, on every processor.
  *
  * A scale factor multiplies by 2^-scale. `rndMode` is never checked. The forms from float to integer take `vornRndZero`
  * for itself and everything else as `vornRndNear`; `16f16s`, `16s16f` and `32f16f` take `vornRndNear` for itself and
@@ -178,16 +178,17 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * - `vornsDiv_*`: src2 / src1; `vornsDivC_*`: src / val; `vornsDivCRev_*`: val / src
  *
  * Shapes: len elements each; a complex val is passed whole, by value. In a mixed form the two type codes are those of
- * the operands and the result; `vornsMul_32s32sc_*` multiplies a real by a complex vector, `vornsDiv_32s16s_Sfs` divides
- * 32-bit by 16-bit integers and gives 16 bits. The result may be one of the operands; other overlap is not allowed.
+ * the operands and the result; `vornsMul_32s32sc_*` multiplies a real by a complex vector, `vornsDiv_32s16s_Sfs`
+ * divides 32-bit by 16-bit integers and gives 16 bits. The result may be one of the operands; other overlap is not
+ * allowed.
  *
  * Checks: a null pointer gives `vornStsNullPtrErr`, then len below 1 `vornStsSizeErr`, then in `vornsDivC_*` a zero val
  * (both parts of a complex one) `vornStsDivByZeroErr`, with nothing written.
  *
  * Integer results are the exact value times 2^-scaleFactor (times 1 where there is no scale factor), rounded to nearest
- * with ties to even and saturated: bit for bit, for every scale factor. Nothing wraps. The result does not depend on the
- * processor's rounding mode, and the mode stays as it is. From these limits on no arithmetic is needed: above the upper
- * one every result is 0, and below the lower one every value but 0 saturates.
+ * with ties to even and saturated: bit for bit, for every scale factor. Nothing wraps. The result does not depend on
+ * the processor's rounding mode, and the mode stays as it is. From these limits on no arithmetic is needed: above the
+ * upper one every result is 0, and below the lower one every value but 0 saturates.
  *
  * | Family                                   | upper | lower |
  * |------------------------------------------|-------|-------|
@@ -199,27 +200,28 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * | products 16s32s                          |    30 |   -30 |
  * | products 32s                             |    62 |   -31 |
  *
- * The one exception to exactness: `vornsMul_32s_*` and `vornsMulC_32s_*` multiply in double precision, so a product above
- * 2^53 is rounded to 53 bits before it is scaled and rounded.
+ * The one exception to exactness: `vornsMul_32s_*` and `vornsMulC_32s_*` multiply in double precision, so a product
+ * above 2^53 is rounded to 53 bits before it is scaled and rounded.
  *
- * Mixed forms without a scale factor: 8u16u is exact. 16s32f converts both operands to single first: sums and differences
- * are exact, and products round where they need more than 24 bits. `vornsMulC_32f16s_Sfs` rounds (src val) 2^-scaleFactor,
- * computed in single precision, to nearest even and saturates; a not-a-number gives 32767. `vornsMulC_Low_32f16s` is the
- * same with scale factor 0.
+ * Mixed forms without a scale factor: 8u16u is exact. 16s32f converts both operands to single first: sums and
+ * differences are exact, and products round where they need more than 24 bits. `vornsMulC_32f16s_Sfs` rounds (src val)
+ * 2^-scaleFactor, computed in single precision, to nearest even and saturates; a not-a-number gives 32767.
+ * `vornsMulC_Low_32f16s` is the same with scale factor 0.
  *
  * Float results are those of the IEEE operation in the current rounding mode. A complex product is
- * (re1 re2 - im1 im2, re1 im2 + im1 re2) with every product and every sum rounded by itself. A complex quotient a / b is
- * a conj(b) / (re(b)^2 + im(b)^2), in the element's precision; where the squares leave its range, so does the quotient.
+ * (re1 re2 - im1 im2, re1 im2 + im1 re2) with every product and every sum rounded by itself. A complex quotient a / b
+ * is a conj(b) / (re(b)^2 + im(b)^2), in the element's precision; where the squares leave its range, so does the
+ * quotient.
  *
- * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val copy
- * (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a zero val
- * gives zeros whatever src holds. `vornsDivC_32f` is `vornsMulC_32f` by the single 1 / val: at most one rounding away
- * from the quotient. The in-place forms do the same. No other type has a short cut that shows.
+ * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val
+ * copy (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a
+ * zero val gives zeros whatever src holds. `vornsDivC_32f` is `vornsMulC_32f` by the single 1 / val: at most one
+ * rounding away from the quotient. The in-place forms do the same. No other type has a short cut that shows.
  *
  * Warning: a zero divisor met in `vornsDiv_*` and `vornsDivCRev_*` gives `vornStsDivByZero`, with the whole vector
  * computed. A float element takes the infinity or not-a-number of the division, an integer one the largest value for a
- * positive dividend, the smallest for a negative one and 0 for 0, under every scale factor. By a complex zero each part is
- * divided like a real number.
+ * positive dividend, the smallest for a negative one and 0 for 0, under every scale factor. By a complex zero each part
+ * is divided like a real number.
  * @{
  */
 VornStatus vornsAdd_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);

@@ -5,8 +5,12 @@
 #include <stdint.h>
 
 #ifdef __cplusplus
-#define VORN_BEGIN_DECLS extern "C" { _Pragma("GCC visibility push(default)")
-#define VORN_END_DECLS _Pragma("GCC visibility pop") }
+#define VORN_BEGIN_DECLS \
+    extern "C" {         \
+    _Pragma("GCC visibility push(default)")
+#define VORN_END_DECLS            \
+    _Pragma("GCC visibility pop") \
+    }
 #else
 #define VORN_BEGIN_DECLS _Pragma("GCC visibility push(default)")
 #define VORN_END_DECLS _Pragma("GCC visibility pop")
@@ -44,50 +48,62 @@ typedef double Vorn64f;
 /** Half-precision float in its IEEE 754 layout: a storage form, met in conversions only. */
 typedef uint16_t Vorn16f;
 
-typedef struct { Vorn8s re, im; } Vorn8sc;
-typedef struct { Vorn16s re, im; } Vorn16sc;
-typedef struct { Vorn32s re, im; } Vorn32sc;
-typedef struct { Vorn64s re, im; } Vorn64sc;
-typedef struct { Vorn32f re, im; } Vorn32fc;
-typedef struct { Vorn64f re, im; } Vorn64fc;
+typedef struct {
+    Vorn8s re, im;
+} Vorn8sc;
+typedef struct {
+    Vorn16s re, im;
+} Vorn16sc;
+typedef struct {
+    Vorn32s re, im;
+} Vorn32sc;
+typedef struct {
+    Vorn64s re, im;
+} Vorn64sc;
+typedef struct {
+    Vorn32f re, im;
+} Vorn32fc;
+typedef struct {
+    Vorn64f re, im;
+} Vorn64fc;
 
 /** Result of almost every function: 0 success, negative an error (outputs untouched), positive a warning (outputs
  *  complete, with the replacement values that the family states). */
 typedef Vorn32s VornStatus;
 
 enum {
-    vornStsNoErr = 0,               /**< success */
-    vornStsErr = -2,                /**< a nested codebook search failed */
-    vornStsBadArgErr = -5,          /**< an argument other than a size is outside its allowed set */
-    vornStsSizeErr = -6,            /**< a length, count, height or index is out of range */
-    vornStsRangeErr = -7,           /**< the values do not allow the operation */
-    vornStsNullPtrErr = -8,         /**< a required pointer is null */
-    vornStsMemAllocErr = -9,        /**< an internal allocation failed; nothing was computed */
-    vornStsDivByZeroErr = -10,      /**< division by a constant that is zero; nothing was computed */
-    vornStsFftOrderErr = -15,       /**< transform order out of range */
-    vornStsFftFlagErr = -16,        /**< transform normalisation flag out of range */
-    vornStsContextMatchErr = -17,   /**< the context was made for another form, or was released */
-    vornStsStrideErr = -37,         /**< a row stride is smaller than what the row must hold */
-    vornStsSvdNoConvergeErr = -65,  /**< the singular value iteration reached its limit */
-    vornStsCdbkFlagErr = -66,       /**< codebook hint flag not allowed */
-    vornStsNegOccErr = -67,         /**< an occupation count is negative or not a number */
-    vornStsNotInitErr = -69,        /**< a filter bank context has not been filled for this operation */
-    vornStsMelFlagErr = -70,        /**< filter bank flags not allowed */
-    vornStsMelFreqErr = -71,        /**< filter bank frequency range not allowed */
-    vornStsNoRootErr = -114,        /**< too few line spectral roots found */
-    vornStsLspOrderErr = -115,      /**< line spectral frequencies out of order or range */
-    vornStsUnstableErr = -116,      /**< a reflection coefficient reached magnitude one */
-    vornStsDurbinErr = -117,        /**< the Durbin recursion failed */
-    vornStsLengthLimitErr = -119,   /**< a length is above the family's limit */
-    vornStsCdbkModeErr = -9999,     /**< a codebook context holds an unknown hint */
-    vornStsSqrtNegArg = 3,          /**< warning: a negative value met under a root */
-    vornStsZeroRange = 4,           /**< warning: every element was replaced, or the range is zero */
-    vornStsDivByZero = 6,           /**< warning: division by zero met among the elements */
-    vornStsLnZeroArg = 7,           /**< warning: a zero met under a logarithm */
-    vornStsLnNegArg = 8,            /**< warning: a negative value met under a logarithm */
-    vornStsBelowFloor = 11,         /**< warning: every element fell below its floor */
-    vornStsZeroOcc = 16,            /**< warning: an occupation count is zero; nothing is computed */
-    vornStsCdbkSizeReduced = 31     /**< warning: the codebook came out with another size */
+    vornStsNoErr = 0,              /**< success */
+    vornStsErr = -2,               /**< a nested codebook search failed */
+    vornStsBadArgErr = -5,         /**< an argument other than a size is outside its allowed set */
+    vornStsSizeErr = -6,           /**< a length, count, height or index is out of range */
+    vornStsRangeErr = -7,          /**< the values do not allow the operation */
+    vornStsNullPtrErr = -8,        /**< a required pointer is null */
+    vornStsMemAllocErr = -9,       /**< an internal allocation failed; nothing was computed */
+    vornStsDivByZeroErr = -10,     /**< division by a constant that is zero; nothing was computed */
+    vornStsFftOrderErr = -15,      /**< transform order out of range */
+    vornStsFftFlagErr = -16,       /**< transform normalisation flag out of range */
+    vornStsContextMatchErr = -17,  /**< the context was made for another form, or was released */
+    vornStsStrideErr = -37,        /**< a row stride is smaller than what the row must hold */
+    vornStsSvdNoConvergeErr = -65, /**< the singular value iteration reached its limit */
+    vornStsCdbkFlagErr = -66,      /**< codebook hint flag not allowed */
+    vornStsNegOccErr = -67,        /**< an occupation count is negative or not a number */
+    vornStsNotInitErr = -69,       /**< a filter bank context has not been filled for this operation */
+    vornStsMelFlagErr = -70,       /**< filter bank flags not allowed */
+    vornStsMelFreqErr = -71,       /**< filter bank frequency range not allowed */
+    vornStsNoRootErr = -114,       /**< too few line spectral roots found */
+    vornStsLspOrderErr = -115,     /**< line spectral frequencies out of order or range */
+    vornStsUnstableErr = -116,     /**< a reflection coefficient reached magnitude one */
+    vornStsDurbinErr = -117,       /**< the Durbin recursion failed */
+    vornStsLengthLimitErr = -119,  /**< a length is above the family's limit */
+    vornStsCdbkModeErr = -9999,    /**< a codebook context holds an unknown hint */
+    vornStsSqrtNegArg = 3,         /**< warning: a negative value met under a root */
+    vornStsZeroRange = 4,          /**< warning: every element was replaced, or the range is zero */
+    vornStsDivByZero = 6,          /**< warning: division by zero met among the elements */
+    vornStsLnZeroArg = 7,          /**< warning: a zero met under a logarithm */
+    vornStsLnNegArg = 8,           /**< warning: a negative value met under a logarithm */
+    vornStsBelowFloor = 11,        /**< warning: every element fell below its floor */
+    vornStsZeroOcc = 16,           /**< warning: an occupation count is zero; nothing is computed */
+    vornStsCdbkSizeReduced = 31    /**< warning: the codebook came out with another size */
 };
 
 /** How a conversion rounds. */

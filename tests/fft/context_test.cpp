@@ -5,8 +5,8 @@
 #include <memory>
 #include <set>
 
-#include "fft/plan.h"
-#include "fft/tables.h"
+#include "fft/contexts/plan.h"
+#include "fft/contexts/tables.h"
 #include "forms.h"
 #include "support/allocation.h"
 #include "support/expect.h"

@@ -3,8 +3,8 @@
 
 #include <ostream>
 
-#include "fft/spec.h"
-#include "model/fft_model.h"
+#include "fft/contexts/spec.h"
+#include "model/fft.h"
 #include "vornsr.h"
 
 namespace test {

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "forms.h"
-#include "model/fft_model.h"
+#include "model/fft.h"
 #include "support/values.h"
 
 namespace {

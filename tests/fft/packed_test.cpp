@@ -6,7 +6,7 @@
 #include <limits>
 #include <memory>
 
-#include "model/packed_model.h"
+#include "model/packed.h"
 #include "support/expect.h"
 #include "support/guarded.h"
 #include "support/values.h"

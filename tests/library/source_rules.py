@@ -107,6 +107,11 @@ class Workloads(unittest.TestCase):
         self.assertEqual(len(self.workloads), len(set(self.workloads)))
 
 
+def room(path):
+    """vorns/src/simd/fold.h -> simd, vorns/src/fft/core/complex.h -> fft/core"""
+    return os.path.dirname(os.path.relpath(path, "vorns/src"))
+
+
 class Layers(unittest.TestCase):
     def test_the_vector_layer_knows_no_speech_subsystem(self):
         for path in sources("vorns/src"):
@@ -118,8 +123,24 @@ class Layers(unittest.TestCase):
             for name in included(path):
                 if "/" in name:
                     self.assertIn(name.split("/")[0], {"frame", "vornsr", "sys"}, f"{path} includes {name}")
-                else:
-                    self.assertFalse(os.path.exists(os.path.join(env.SOURCE, "vorns/src", name)), f"{path} includes {name}")
+
+    def test_the_rooms_of_the_vector_layer_make_no_circle(self):
+        edges = {}
+        for path in sources("vorns/src"):
+            own = room(path)
+            for name in included(path):
+                other = room(os.path.join("vorns/src", name))
+                if other != own and os.path.exists(os.path.join(env.SOURCE, "vorns/src", name)):
+                    edges.setdefault(own, {}).setdefault(other, f"{path} includes {name}")
+
+        def visit(at, way):
+            for other, why in edges.get(at, {}).items():
+                self.assertNotIn(other, way, f"a circle, {' -> '.join([*way, other])}: {why}")
+                visit(other, [*way, other])
+
+        self.assertGreater(len(edges), 5, "the rooms were found")
+        for start in list(edges):
+            visit(start, [start])
 
     def test_speech_subsystems_do_not_include_one_another(self):
         for path in sources("vornsr/src"):
@@ -139,7 +160,7 @@ class Layers(unittest.TestCase):
         for path in sources("vornsr/src", "vorns/src"):
             uses = [name for name in included(path) if name.endswith("intrin.h")]
             uses += re.findall(r"\b_mm\d*_\w+|\b__m\d+[di]?\b|\b__builtin_ia32_\w+", code(path))
-            if re.fullmatch(r"vorns/src/simd\w*\.h", path) or path in MAY_USE_INTRINSICS:
+            if re.fullmatch(r"vorns/src/simd/\w+\.h", path) or path in MAY_USE_INTRINSICS:
                 seen += len(uses)
             else:
                 self.assertFalse(uses, path)

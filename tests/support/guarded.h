@@ -56,7 +56,9 @@ public:
     }
     std::vector<T> values() const { return std::vector<T>(data_, data_ + len_); }
 
-    void fillPattern() { std::memset(pages_.begin(), pattern, static_cast<std::size_t>(pages_.end() - pages_.begin())); }
+    void fillPattern() {
+        std::memset(pages_.begin(), pattern, static_cast<std::size_t>(pages_.end() - pages_.begin()));
+    }
 
     // Nothing was written to the elements since fillPattern().
     bool untouched() const {

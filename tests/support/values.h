@@ -21,7 +21,9 @@ public:
         return z ^ (z >> 31);
     }
     // Uniform in [low, high).
-    double uniform(double low, double high) { return low + (high - low) * (static_cast<double>(next() >> 11) * 0x1p-53); }
+    double uniform(double low, double high) {
+        return low + (high - low) * (static_cast<double>(next() >> 11) * 0x1p-53);
+    }
     // Uniform in [low, high].
     std::int64_t integer(std::int64_t low, std::int64_t high) {
         const auto span = static_cast<std::uint64_t>(high) - static_cast<std::uint64_t>(low) + 1;
@@ -50,7 +52,8 @@ public:
         return values;
     }
     template <class T>
-    std::vector<T> integers(std::size_t n, T low = std::numeric_limits<T>::min(), T high = std::numeric_limits<T>::max()) {
+    std::vector<T> integers(std::size_t n, T low = std::numeric_limits<T>::min(),
+                            T high = std::numeric_limits<T>::max()) {
         std::vector<T> values(n);
         for (T& x : values) x = static_cast<T>(integer(low, high));
         return values;
@@ -60,16 +63,47 @@ private:
     std::uint64_t state_;
 };
 
-// Zeros, ones, halves, borders of normal and denormal numbers and of the integers, infinities, not-a-numbers; both signs.
+// Zeros, ones, halves, borders of normal and denormal numbers and of the integers, infinities, not-a-numbers; both
+// signs.
 template <class T>
 std::vector<T> hardFloats() {
     using L = std::numeric_limits<T>;
-    std::vector<T> values = {T(0),       T(1),          T(0.5),           T(1.5),         T(2.5),           T(3),
-                             L::min(),   L::denorm_min(), L::max(),       L::infinity(),  L::quiet_NaN(),   L::epsilon(),
-                             T(127),     T(127.5),      T(128),           T(255),         T(255.5),         T(256),
-                             T(32767),   T(32767.5),    T(32768),         T(65535),       T(65535.5),       T(65536),
-                             T(8388607.5), T(8388608),  T(16777215),      T(16777216),    T(2147483520.0),  T(2147483647.0),
-                             T(2147483648.0), T(4294967296.0), T(9.2e18), T(1e30),        L::min() * T(0.75), T(0.49999997)};
+    std::vector<T> values = {T(0),
+                             T(1),
+                             T(0.5),
+                             T(1.5),
+                             T(2.5),
+                             T(3),
+                             L::min(),
+                             L::denorm_min(),
+                             L::max(),
+                             L::infinity(),
+                             L::quiet_NaN(),
+                             L::epsilon(),
+                             T(127),
+                             T(127.5),
+                             T(128),
+                             T(255),
+                             T(255.5),
+                             T(256),
+                             T(32767),
+                             T(32767.5),
+                             T(32768),
+                             T(65535),
+                             T(65535.5),
+                             T(65536),
+                             T(8388607.5),
+                             T(8388608),
+                             T(16777215),
+                             T(16777216),
+                             T(2147483520.0),
+                             T(2147483647.0),
+                             T(2147483648.0),
+                             T(4294967296.0),
+                             T(9.2e18),
+                             T(1e30),
+                             L::min() * T(0.75),
+                             T(0.49999997)};
     const std::size_t n = values.size();
     for (std::size_t i = 0; i < n; ++i) values.push_back(-values[i]);
     return values;
@@ -78,8 +112,15 @@ std::vector<T> hardFloats() {
 // The borders of an integer type and the values around zero and the powers of two.
 template <class T>
 std::vector<T> hardIntegers() {
-    std::vector<T> values = {0, 1, 2, 3, 5, std::numeric_limits<T>::max(), static_cast<T>(std::numeric_limits<T>::max() - 1),
-                             std::numeric_limits<T>::min(), static_cast<T>(std::numeric_limits<T>::min() + 1)};
+    std::vector<T> values = {0,
+                             1,
+                             2,
+                             3,
+                             5,
+                             std::numeric_limits<T>::max(),
+                             static_cast<T>(std::numeric_limits<T>::max() - 1),
+                             std::numeric_limits<T>::min(),
+                             static_cast<T>(std::numeric_limits<T>::min() + 1)};
     for (unsigned bit = 2; bit + 1 < 8 * sizeof(T); ++bit) {
         const auto power = static_cast<T>(T(1) << bit);
         for (T x : {power, static_cast<T>(power - 1), static_cast<T>(power + 1)}) {

@@ -1,0 +1,175 @@
+// Mel filter banks as the contract says them: centres and weights from the C library's logarithm and exponential,
+// evaluation bin by bin with every lane of the accumulators written out.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <vector>
+
+namespace model {
+
+struct MelBank {
+    int N, nFilter;
+    float sampleFreq, lowFreq, highFreq, melMul, melDiv;
+    bool straight;  // weights in bin number, centres rounded
+
+    std::vector<float> m;         // nFilter + 2 mel values
+    std::vector<std::int32_t> c;  // nFilter + 2 bins
+};
+
+inline std::int32_t convert(float x, bool near) {
+    const double rounded = near ? std::nearbyint((double)x) : std::trunc((double)x);
+    if (std::isnan(x)) return std::signbit(x) ? INT32_MIN : INT32_MAX;
+    return rounded >= 2147483647.0 ? INT32_MAX : rounded <= -2147483648.0 ? INT32_MIN : (std::int32_t)rounded;
+}
+
+inline MelBank melBank(int N, int nFilter, float sampleFreq, float lowFreq, float highFreq, float melMul, float melDiv,
+                       bool straight) {
+    MelBank bank{N, nFilter, sampleFreq, lowFreq, highFreq, melMul, melDiv, straight, {}, {}};
+    const float lowRatio = lowFreq / melDiv, highRatio = highFreq / melDiv;
+    const float lowArgument = lowRatio + 1.0f, highArgument = highRatio + 1.0f;
+    const float melLow = (float)((double)melMul * std::log((double)lowArgument));
+    const float melHigh = (float)((double)melMul * std::log((double)highArgument));
+    const float melRange = melHigh - melLow;
+    const float perHertz = (float)N / sampleFreq;
+    const float binScale = perHertz * melDiv;
+    for (int i = 0; i <= nFilter + 1; ++i) {
+        const float product = (float)i * melRange;
+        const float part = product / (float)(nFilter + 1);
+        bank.m.push_back(part + melLow);
+        const float exponent = bank.m.back() / melMul;
+        const float x = (float)(std::exp((double)exponent) - 1.0);
+        bank.c.push_back(convert(x * binScale, straight));
+    }
+    return bank;
+}
+
+inline float melOfBin(const MelBank& bank, int j) {
+    const float binHz = bank.sampleFreq / (float)bank.N;
+    const float hertz = (float)j * binHz;
+    const float ratio = hertz / bank.melDiv;
+    return (float)((double)bank.melMul * std::log((double)ratio + 1.0));
+}
+
+// The part and the whole of a weight; straight ones are whole numbers.
+struct Fraction {
+    float part, whole;
+};
+
+// Side of filter k (from 1): bins c[k-1] to c[k] rising, c[k]+1 to c[k+1] falling.
+inline std::vector<Fraction> rise(const MelBank& bank, int k) {
+    std::vector<Fraction> side;
+    for (int j = bank.c[k - 1]; j <= bank.c[k]; ++j) {
+        if (bank.straight) {
+            side.push_back({(float)(j - bank.c[k - 1] + 1), (float)(bank.c[k] - bank.c[k - 1] + 1)});
+        } else if (j == bank.c[k - 1]) {
+            side.push_back({0.0f, 1.0f});
+        } else {
+            side.push_back({melOfBin(bank, j) - bank.m[k - 1], bank.m[k] - bank.m[k - 1]});
+        }
+    }
+    return side;
+}
+inline std::vector<Fraction> fall(const MelBank& bank, int k) {
+    std::vector<Fraction> side;
+    for (int j = bank.c[k] + 1; j <= bank.c[k + 1]; ++j) {
+        if (bank.straight) {
+            side.push_back({(float)(bank.c[k + 1] - j + 1), (float)(bank.c[k + 1] - bank.c[k] + 1)});
+        } else {
+            side.push_back({bank.m[k + 1] - melOfBin(bank, j), bank.m[k + 1] - bank.m[k]});
+        }
+    }
+    return side;
+}
+
+inline float weight32f(const MelBank&, Fraction f) { return f.part / f.whole; }
+inline std::int32_t weightQ14(const MelBank& bank, Fraction f) {
+    if (bank.straight) return ((std::int32_t)f.part << 14) / (std::int32_t)f.whole;
+    const float scaled = f.part * 16384.0f;
+    return (std::int32_t)std::trunc(scaled / f.whole);
+}
+
+// Two accumulators of four lanes and how they are folded.
+struct LaneSum {
+    float lane[2][4] = {};
+    void eight(const float* weight, const float* value) {
+        for (int i = 0; i < 8; ++i) {
+            const float product = weight[i] * value[i];
+            lane[i / 4][i % 4] = lane[i / 4][i % 4] + product;
+        }
+    }
+    void one(float weight, float value) {
+        const float product = weight * value;
+        lane[0][0] = lane[0][0] + product;
+    }
+    float fold() const {
+        float four[4];
+        for (int l = 0; l < 4; ++l) four[l] = lane[0][l] + lane[1][l];
+        const float even = four[0] + four[2], odd = four[1] + four[3];
+        return even + odd;
+    }
+};
+
+// rises[k] and falls[k] of filter k from 0, with a zero behind each for the bin that an empty stretch takes. Bins
+// behind the spectrum count for nothing.
+inline std::vector<float> evaluate(const std::vector<float>& s, const std::vector<std::int32_t>& c,
+                                   std::vector<std::vector<float>> rises, std::vector<std::vector<float>> falls) {
+    const int K = (int)rises.size(), last = (int)s.size() - 1;
+    for (auto& side : rises) side.resize(side.size() + 2, 0.0f);
+    for (auto& side : falls) side.resize(side.size() + 2, 0.0f);
+    std::vector<LaneSum> sum((std::size_t)K);
+    int bin = c[0];
+    sum[0].one(rises[0][0], s[(std::size_t)bin]);
+    for (int stretch = 0; stretch <= K; ++stretch) {
+        // The bins behind `bin` up to c[stretch + 1]: falling side of filter stretch - 1, rising side of filter
+        // stretch.
+        const int end = c[(std::size_t)stretch + 1];
+        const bool rising = stretch<K, falling = stretch> 0;
+        if (rising && falling && bin <= last)
+            sum[(std::size_t)stretch].one(rises[(std::size_t)stretch][0], s[(std::size_t)bin]);
+        int element = 0;
+        while (end - bin > 8) {
+            if (falling)
+                sum[(std::size_t)stretch - 1].eight(&falls[(std::size_t)stretch - 1][(std::size_t)element],
+                                                    &s[(std::size_t)bin + 1]);
+            if (rising)
+                sum[(std::size_t)stretch].eight(&rises[(std::size_t)stretch][(std::size_t)element + 1],
+                                                &s[(std::size_t)bin + 1]);
+            bin += 8;
+            element += 8;
+        }
+        do {
+            ++bin;
+            if (bin <= last) {
+                if (falling)
+                    sum[(std::size_t)stretch - 1].one(falls[(std::size_t)stretch - 1][(std::size_t)element],
+                                                      s[(std::size_t)bin]);
+                if (rising)
+                    sum[(std::size_t)stretch].one(rises[(std::size_t)stretch][(std::size_t)element + 1],
+                                                  s[(std::size_t)bin]);
+            }
+            ++element;
+        } while (bin < end);
+    }
+    std::vector<float> dst;
+    for (const LaneSum& filter : sum) dst.push_back(filter.fold());
+    return dst;
+}
+
+// Sum of the products of one filter, each wrapped to 32 bits.
+inline std::int64_t fixedSum(const std::vector<std::int32_t>& s, int firstBin,
+                             const std::vector<std::int32_t>& weights) {
+    std::int64_t sum = 0;
+    for (std::size_t e = 0; e < weights.size(); ++e) {
+        const std::int64_t exact = (std::int64_t)s[(std::size_t)firstBin + e] * weights[e];
+        sum += (std::int32_t)(std::uint32_t)(std::uint64_t)exact;
+    }
+    return sum;
+}
+
+inline std::int64_t shifted(std::int64_t sum, int T) {
+    return T > 0 ? sum >> (T & 63) : (std::int64_t)((std::uint64_t)sum << ((unsigned)-T & 63u));
+}
+
+}  // namespace model

@@ -1,0 +1,254 @@
+// Operands and results of element-wise work, and the kernel that joins them with an operation.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+#include <type_traits>
+
+#include "loops/elementwise.h"
+#include "simd/complex.h"
+#include "simd/pairs.h"
+#include "simd/part.h"
+#include "simd/simd.h"
+#include "vornsr/types.h"
+
+namespace vorn {
+
+// The real type that an element consists of, as the lanes see it (signed), and how many of them make one element.
+template <class T>
+struct LaneOf {
+    using type = std::make_signed_t<T>;
+    static constexpr int count = 1;
+};
+template <class T>
+struct RealLane {
+    using type = T;
+    static constexpr int count = 1;
+};
+template <class T>
+struct ComplexLanes {
+    using type = T;
+    static constexpr int count = 2;
+};
+template <>
+struct LaneOf<Vorn32f> : RealLane<Vorn32f> {};
+template <>
+struct LaneOf<Vorn64f> : RealLane<Vorn64f> {};
+template <>
+struct LaneOf<Vorn16sc> : ComplexLanes<Vorn16s> {};
+template <>
+struct LaneOf<Vorn32sc> : ComplexLanes<Vorn32s> {};
+template <>
+struct LaneOf<Vorn32fc> : ComplexLanes<Vorn32f> {};
+template <>
+struct LaneOf<Vorn64fc> : ComplexLanes<Vorn64f> {};
+template <class T>
+using Lane = typename LaneOf<std::remove_const_t<T>>::type;
+
+template <class T>
+VORN_INLINE const Lane<T>* lanesAt(const T* p) {
+    return reinterpret_cast<const Lane<T>*>(p);
+}
+template <class T>
+VORN_INLINE Lane<T>* lanesAt(T* p) {
+    return reinterpret_cast<Lane<T>*>(p);
+}
+
+// The first n lanes, rest behind them.
+template <class V, int rest>
+VORN_INLINE V partOf(const typename V::Element* p, std::int64_t n) {
+    const V x = loadPart<V>(p, n);
+    if constexpr (rest != 0) return withRest(x, n, rest);
+    return x;
+}
+// Of n lanes in two registers, those in the first.
+template <class V>
+VORN_INLINE std::int64_t lanesInLow(std::int64_t n) {
+    return n < V::lanes ? n : V::lanes;
+}
+
+// Where operands come from: at(i) is what a step at element i needs, fetch(i) asks for what later ones do,
+// first<rest>(n) what there is of it where the vector has but n elements, with rest in the lanes behind them.
+
+// An array, one register a step.
+template <class T>
+struct Elements {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE V at(std::int64_t i) const { return load<V>(lanesAt(p + i)); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
+    template <int rest>
+    VORN_INLINE V first(std::int64_t n) const {
+        return partOf<V, rest>(lanesAt(p), n * LaneOf<T>::count);
+    }
+};
+
+// The same, two registers a step.
+template <class T>
+struct ElementPairs {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE Halves<V> at(std::int64_t i) const {
+        return {load<V>(lanesAt(p + i)), load<V>(lanesAt(p + i) + V::lanes)};
+    }
+    VORN_INLINE void fetch(std::int64_t i) const {
+        fetchAhead(lanesAt(p + i));
+        fetchAhead(lanesAt(p + i) + V::lanes);
+    }
+    template <int rest>
+    VORN_INLINE Halves<V> first(std::int64_t n) const {
+        return {partOf<V, rest>(lanesAt(p), lanesInLow<V>(n)),
+                partOf<V, rest>(lanesAt(p) + V::lanes, n - lanesInLow<V>(n))};
+    }
+};
+
+// The same, one element in each 64-bit lane.
+struct Elements32sInto64 {
+    const Vorn32s* p;
+    VORN_INLINE i64xN at(std::int64_t i) const { return loadInto64<i64xN>(p + i); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
+    template <int rest>
+    VORN_INLINE i64xN first(std::int64_t n) const {
+        alignas(i32xN) Vorn32s room[i32xN::lanes];
+        store(room, partOf<i32xN, rest>(p, n));
+        return loadInto64<i64xN>(room);
+    }
+};
+
+// A register of complex numbers, and their real and imaginary parts twice, as products take them.
+template <class Register>
+struct ComplexFactor {
+    using V = Register;
+    V value, re, im;
+    VORN_INLINE explicit ComplexFactor(V x) : value(x), re(dupEven(x)), im(dupOdd(x)) {}
+    VORN_INLINE explicit ComplexFactor(const typename V::Element* p)
+        : value(inRegister(load<V>(p))), re(loadDupEven<V>(p)), im(dupOdd(value)) {}
+};
+
+template <class T>
+struct ComplexFactors {
+    using V = Wide<Lane<T>>;
+    const T* p;
+    VORN_INLINE ComplexFactor<V> at(std::int64_t i) const { return ComplexFactor<V>(lanesAt(p + i)); }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
+    template <int rest>
+    VORN_INLINE ComplexFactor<V> first(std::int64_t n) const {
+        return ComplexFactor<V>(partOf<V, rest>(lanesAt(p), 2 * n));
+    }
+};
+
+// One value for all elements.
+template <class V>
+struct Constant {
+    V value;
+    VORN_INLINE V at(std::int64_t) const { return value; }
+    VORN_INLINE void fetch(std::int64_t) const {}
+    template <int>
+    VORN_INLINE V first(std::int64_t) const {
+        return value;
+    }
+};
+template <class T>
+VORN_INLINE Elements<T> elements(const T* p) {
+    return {p};
+}
+template <class T>
+VORN_INLINE ComplexFactors<T> complexFactors(const T* p) {
+    return {p};
+}
+template <class T>
+VORN_INLINE auto constant(T val) {
+    using V = Wide<Lane<T>>;
+    if constexpr (LaneOf<T>::count == 1) {
+        return Constant<V>{splat<V>(static_cast<Lane<T>>(val))};
+    } else if constexpr (sizeof(T) == 16) {
+        const auto bits = std::bit_cast<Vorn64sc>(val);
+        return Constant<V>{std::bit_cast<V>(splatPair<i64xN>(bits.re, bits.im))};
+    } else if constexpr (sizeof(T) == 8) {
+        return Constant<V>{std::bit_cast<V>(splat<i64xN>(std::bit_cast<std::int64_t>(val)))};
+    } else {
+        return Constant<V>{std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(val)))};
+    }
+}
+
+template <class T>
+VORN_INLINE auto constantFactor(T val) {
+    using V = Wide<Lane<T>>;
+    return Constant<ComplexFactor<V>>{ComplexFactor<V>(constant(val).value)};
+}
+
+// A result of one or two registers.
+template <class T, class V>
+VORN_INLINE void put(T* p, V x) {
+    store(p, x);
+}
+template <class T, class V>
+VORN_INLINE void put(T* p, Halves<V> x) {
+    store(p, x.low);
+    store(p + V::lanes, x.high);
+}
+template <class T, class V>
+VORN_INLINE void putFirst(T* p, V x, std::int64_t n) {
+    storePart(p, x, n);
+}
+template <class T, class V>
+VORN_INLINE void putFirst(T* p, Halves<V> x, std::int64_t n) {
+    storePart(p, x.low, lanesInLow<V>(n));
+    storePart(p + V::lanes, x.high, n - lanesInLow<V>(n));
+}
+template <class T, class V>
+VORN_INLINE void putPastCache(T* p, V x) {
+    storeStream(p, x);
+}
+template <class T, class V>
+VORN_INLINE void putPastCache(T* p, Halves<V> x) {
+    storeStream(p, x.low);
+    storeStream(p + V::lanes, x.high);
+}
+
+// dst[i] = op(a[i], b[i]). An operation says how many lanes of the result it makes at once, and how to fill up operands
+// that end before a register does.
+template <class Op, class A, class B, class D>
+struct ElementKernel {
+    static constexpr std::int64_t step = Op::lanes / LaneOf<D>::count;
+    static constexpr bool unrolled = Op::light;
+    const Op& op;
+    A a;
+    B b;
+    D* dst;
+
+    VORN_INLINE auto at(std::int64_t i) const { return op(a.at(i), b.at(i)); }
+    VORN_INLINE void fetch(std::int64_t i) const {
+        a.fetch(i);
+        b.fetch(i);
+    }
+    template <class R>
+    VORN_INLINE void put(std::int64_t i, R x) const {
+        vorn::put(lanesAt(dst + i), x);
+    }
+    template <class R>
+    VORN_INLINE void putPastCache(std::int64_t i, R x) const {
+        vorn::putPastCache(lanesAt(dst + i), x);
+    }
+    D* result() const { return dst; }
+
+    VORN_INLINE void part(std::int64_t n) const {
+        putFirst(lanesAt(dst), op(a.template first<Op::padding>(n), b.template first<Op::padding>(n)),
+                 n * LaneOf<D>::count);
+    }
+};
+
+template <Extent extent, class Op, class A, class B, class D>
+VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    forEachStep<extent>(len, ElementKernel<Op, A, B, D>{op, a, b, dst});
+}
+
+// What most operations say of themselves.
+template <int lanesAtOnce, bool lightWork>
+struct Operation {
+    static constexpr int lanes = lanesAtOnce;
+    static constexpr bool light = lightWork;  // its loop is worth unrolling
+    static constexpr int padding = 0;
+};
+
+}  // namespace vorn

@@ -1,0 +1,491 @@
+// Dot products, without conjugation.
+#include <algorithm>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "frame/checks.h"
+#include "frame/scale.h"
+#include "reductions/scaled_result.h"
+#include "simd/block.h"
+#include "simd/fold.h"
+#include "simd/simd.h"
+#include "vornsr/signal.h"
+
+namespace vorn {
+namespace {
+
+// Sixteen numbers in vectors of the build's width, in the type of the sum.
+template <class Sum>
+struct Sixteen {
+    using V = Wide<Sum>;
+    static constexpr int parts = 16 / V::lanes;
+    V part[parts];
+
+    // Not a loop: the compiler would make a call of it, and keep the sums in memory.
+    static VORN_INLINE Sixteen zero() {
+        return []<int... k>(std::integer_sequence<int, k...>)->Sixteen {
+            return {{(static_cast<void>(k), splat<V>(0))...}};
+        }
+        (std::make_integer_sequence<int, parts>());
+    }
+    // Lane j takes j + 8, j + 4, j + 2, j + 1 in turn.
+    VORN_INLINE Sum folded() const { return sumOfLanes(joined<1>(0)); }
+
+private:
+    // The parts k, k + stride, ...; of them, each of the first half takes the one that lies half their number behind.
+    template <int stride>
+    VORN_INLINE V joined(int k) const {
+        if constexpr (stride == parts) {
+            return part[k];
+        } else {
+            return joined<2 * stride>(k) + joined<2 * stride>(k + stride);
+        }
+    }
+};
+
+// Four lanes each.
+struct Quarters {
+    f32x4 sum[4];
+};
+
+template <class Sum, class Element>
+VORN_INLINE Sixteen<Sum> load16(const Element* src) {
+    using V = Wide<Sum>;
+    Sixteen<Sum> x;
+    for (int k = 0; k < Sixteen<Sum>::parts; ++k) {
+        if constexpr (std::is_same_v<Sum, Element>) {
+            x.part[k] = load<V>(src + k * V::lanes);
+        } else {
+            x.part[k] = loadWidened<V>(src + k * V::lanes);
+        }
+    }
+    return x;
+}
+
+VORN_INLINE f64xN toDoubleLow(f32xN x) { return widenLow(x); }
+VORN_INLINE f64xN toDoubleHigh(f32xN x) { return widenHigh(x); }
+
+template <class Sum, class Element>
+VORN_INLINE void loadPairs16(const Element* src, Sixteen<Sum>& re, Sixteen<Sum>& im) {
+    using Source = Wide<Element>;
+    for (int k = 0; k < 16 / Source::lanes; ++k) {
+        Source evens, odds;
+        loadPairs(src + 2 * k * Source::lanes, evens, odds);
+        if constexpr (std::is_same_v<Sum, Element>) {
+            re.part[k] = evens;
+            im.part[k] = odds;
+        } else {
+            re.part[2 * k] = toDoubleLow(evens);
+            re.part[2 * k + 1] = toDoubleHigh(evens);
+            im.part[2 * k] = toDoubleLow(odds);
+            im.part[2 * k + 1] = toDoubleHigh(odds);
+        }
+    }
+}
+
+template <class Sum>
+struct ComplexSixteen {
+    Sixteen<Sum> re, im;
+};
+
+// A vector of real or of complex numbers as the operand of a product.
+template <class Sum, class Element>
+struct Real {
+    const Element* src;
+    static constexpr int components = 1;
+    VORN_INLINE Sixteen<Sum> at(std::ptrdiff_t i) const { return load16<Sum>(src + i); }
+};
+template <class Sum, class Element>
+struct Complex {
+    const Element* src;
+    static constexpr int components = 2;
+    VORN_INLINE ComplexSixteen<Sum> at(std::ptrdiff_t i) const {
+        ComplexSixteen<Sum> x;
+        loadPairs16(src + 2 * i, x.re, x.im);
+        return x;
+    }
+};
+
+template <class Sum>
+VORN_INLINE void addProduct(Sixteen<Sum>& sum, const Sixteen<Sum>& a, const Sixteen<Sum>& b) {
+    for (int k = 0; k < Sixteen<Sum>::parts; ++k) sum.part[k] = sum.part[k] + a.part[k] * b.part[k];
+}
+template <class Sum>
+VORN_INLINE void addProduct(ComplexSixteen<Sum>& sum, const Sixteen<Sum>& a, const ComplexSixteen<Sum>& b) {
+    addProduct(sum.re, a, b.re);
+    addProduct(sum.im, a, b.im);
+}
+template <class Sum>
+VORN_INLINE void addProduct(ComplexSixteen<Sum>& sum, const ComplexSixteen<Sum>& a, const ComplexSixteen<Sum>& b) {
+    for (int k = 0; k < Sixteen<Sum>::parts; ++k) {
+        sum.re.part[k] = sum.re.part[k] + (a.re.part[k] * b.re.part[k] - a.im.part[k] * b.im.part[k]);
+        sum.im.part[k] = sum.im.part[k] + (a.re.part[k] * b.im.part[k] + a.im.part[k] * b.re.part[k]);
+    }
+}
+
+// Sixteen lanes: lane j takes elements j, j + 16, ... The last group is filled up with zeros.
+template <class Total, template <class, class> class Operand1, template <class, class> class Operand2, class Sum,
+          class E1, class E2>
+VORN_INLINE void accumulate(Operand1<Sum, E1> a, Operand2<Sum, E2> b, std::ptrdiff_t len, Total& total) {
+    std::ptrdiff_t i = 0;
+    for (; i + 16 <= len; i += 16) addProduct(total, a.at(i), b.at(i));
+    if (i < len) {
+        constexpr int components1 = Operand1<Sum, E1>::components, components2 = Operand2<Sum, E2>::components;
+        Block<E1, 16 * components1> rest1;
+        Block<E2, 16 * components2> rest2;
+        fillBlock<16 * components1>(a.src + i * components1, (len - i) * components1, rest1);
+        fillBlock<16 * components2>(b.src + i * components2, (len - i) * components2, rest2);
+        addProduct(total, Operand1<Sum, E1>{rest1}.at(0), Operand2<Sum, E2>{rest2}.at(0));
+    }
+}
+
+template <class Sum, class E1, class E2>
+Sum realDot(const E1* src1, const E2* src2, std::ptrdiff_t len) {
+    auto sum = Sixteen<Sum>::zero();
+    accumulate(Real<Sum, E1>{src1}, Real<Sum, E2>{src2}, len, sum);
+    return sum.folded();
+}
+template <class Sum, class Operand1, class Operand2>
+void complexDot(Operand1 src1, Operand2 src2, std::ptrdiff_t len, Sum& re, Sum& im) {
+    ComplexSixteen<Sum> sum = {Sixteen<Sum>::zero(), Sixteen<Sum>::zero()};
+    accumulate(src1, src2, len, sum);
+    re = sum.re.folded();
+    im = sum.im.folded();
+}
+
+// Single precision in its stated order. Below 16 elements two lanes over pairs, the odd last one in the first lane.
+// From 16 on four four-lane sums, sixteen elements a step; the pairs and the last one that remain go to the first lanes
+// of the first sum; the sums fold as (0 + 1) + (2 + 3), then the lanes likewise.
+Vorn32f dotInSingle(const Vorn32f* src1, const Vorn32f* src2, std::ptrdiff_t len) {
+    f32x4 first = splat<f32x4>(0.0f), second = first, thirdAndFourth = first;
+    std::ptrdiff_t i = 0;
+    if (len >= 16) {
+        Sixteen<Vorn32f> sums = Sixteen<Vorn32f>::zero();
+        for (; i + 16 <= len; i += 16) addProduct(sums, load16<Vorn32f>(src1 + i), load16<Vorn32f>(src2 + i));
+        const auto quarters = std::bit_cast<Quarters>(sums);
+        first = quarters.sum[0];
+        second = quarters.sum[1];
+        thirdAndFourth = quarters.sum[2] + quarters.sum[3];
+    }
+    for (; i + 2 <= len; i += 2) first = first + loadFirst<f32x4, 2>(src1 + i) * loadFirst<f32x4, 2>(src2 + i);
+    if (i < len) first = first + loadFirst<f32x4, 1>(src1 + i) * loadFirst<f32x4, 1>(src2 + i);
+    return sumNeighbours((first + second) + thirdAndFourth);
+}
+
+// Exact dot products of 16-bit numbers: 32-bit lanes hold two products each, shifted so that none is negative; their
+// upper and lower halves are summed apart, so that 32-bit lanes hold many of them.
+template <std::uint32_t shift>
+class HalfSums {
+public:
+    VORN_INLINE void add(i32xN pairs) {
+        const i32xN shifted = pairs + splat<i32xN>(static_cast<std::int32_t>(shift));
+        low_ = low_ + (shifted & splat<i32xN>(0xFFFF));
+        high_ = high_ + shiftRightLogical<16>(shifted);
+    }
+    // The sum of what `count` calls have added, at most 32767; the next one begins at zero.
+    VORN_INLINE std::int64_t takeTotal(std::int64_t count) {
+        const std::int64_t sum = wideSumOfLanes(low_) + wideSumOfLanes(high_) * 65536;
+        *this = HalfSums();
+        return sum - count * i32xN::lanes * std::int64_t{shift};
+    }
+
+private:
+    i32xN low_ = splat<i32xN>(0), high_ = splat<i32xN>(0);
+};
+// Two products of one sign wrap at most to -2^31, which is then 2^31: the smallest true sum is -2147418112.
+using SumOfProducts = HalfSums<2147418112u>;
+using DifferenceOfProducts = HalfSums<2147483648u>;
+
+// Walks `step` elements at a time: add(i, n) for whole steps has n == step known to the compiler, and for the rest n <
+// step. flush(count) follows after at most atOnce calls.
+template <int step, class Add, class Flush>
+VORN_INLINE void overSteps(std::ptrdiff_t len, Add add, Flush flush) {
+    constexpr std::ptrdiff_t atOnce = 32767;
+    for (std::ptrdiff_t i = 0; i < len;) {
+        std::ptrdiff_t count = std::min((len - i) / step, atOnce - 1);
+        for (const std::ptrdiff_t end = i + count * step; i < end; i += step)
+            add(i, std::integral_constant<int, step>());
+        if (len - i < step && i < len) {
+            add(i, len - i);
+            i = len;
+            ++count;
+        }
+        flush(count);
+    }
+}
+// n of `step` numbers.
+VORN_INLINE i16xN take(const Vorn16s* p, std::integral_constant<int, i16xN::lanes>) { return load<i16xN>(p); }
+VORN_INLINE i16xN take(const Vorn16s* p, std::ptrdiff_t n) { return loadPart<i16xN>(p, n); }
+
+std::int64_t exactDot(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t len) {
+    std::int64_t sum = 0;
+    SumOfProducts sums;
+    overSteps<i16xN::lanes>(
+        len, [&](std::ptrdiff_t i, auto n) { sums.add(mulAddPairs(take(src1 + i, n), take(src2 + i, n))); },
+        [&](std::ptrdiff_t count) { sum += sums.takeTotal(count); });
+    return sum;
+}
+
+struct Exact {
+    std::int64_t re, im;
+};
+
+// Real and imaginary parts exchanged.
+VORN_INLINE i16xN exchanged(i16xN pairs) {
+    const i32xN both = intsOf(pairs);
+    return shortsOf(shiftLeft<16>(both) | shiftRightLogical<16>(both));
+}
+
+VORN_INLINE i16xN takePairs(const Vorn16sc* p, std::integral_constant<int, i32xN::lanes>) {
+    return load<i16xN>(&p->re);
+}
+VORN_INLINE i16xN takePairs(const Vorn16sc* p, std::ptrdiff_t n) { return loadPart<i16xN>(&p->re, 2 * n); }
+// Real numbers in the places of the real parts.
+VORN_INLINE i16xN takeAsPairs(const Vorn16s* p, std::integral_constant<int, i32xN::lanes>) {
+    return shortsOf(loadWidened<i32xN>(p) & splat<i32xN>(0xFFFF));
+}
+VORN_INLINE i16xN takeAsPairs(const Vorn16s* p, std::ptrdiff_t n) {
+    Block<Vorn16s, i16xN::lanes> block;
+    fillBlock<i16xN::lanes>(p, n, block);
+    return takeAsPairs(block, std::integral_constant<int, i32xN::lanes>());
+}
+
+Exact exactDot(const Vorn16sc* src1, const Vorn16sc* src2, std::ptrdiff_t len) {
+    Exact sum = {0, 0};
+    DifferenceOfProducts re;
+    SumOfProducts im;
+    overSteps<i32xN::lanes>(
+        len,
+        [&](std::ptrdiff_t i, auto n) {
+            const i16xN a = takePairs(src1 + i, n), b = takePairs(src2 + i, n);
+            const i16xN realOfA = a & shortsOf(splat<i32xN>(0xFFFF));
+            re.add(mulAddPairs(realOfA, b) - mulAddPairs(a ^ realOfA, b));
+            im.add(mulAddPairs(a, exchanged(b)));
+        },
+        [&](std::ptrdiff_t count) {
+            sum.re += re.takeTotal(count);
+            sum.im += im.takeTotal(count);
+        });
+    return sum;
+}
+
+Exact exactDot(const Vorn16s* src1, const Vorn16sc* src2, std::ptrdiff_t len) {
+    Exact sum = {0, 0};
+    SumOfProducts re, im;
+    overSteps<i32xN::lanes>(
+        len,
+        [&](std::ptrdiff_t i, auto n) {
+            const i16xN a = takeAsPairs(src1 + i, n), b = takePairs(src2 + i, n);
+            re.add(mulAddPairs(a, b));
+            im.add(mulAddPairs(a, exchanged(b)));
+        },
+        [&](std::ptrdiff_t count) {
+            sum.re += re.takeTotal(count);
+            sum.im += im.takeTotal(count);
+        });
+    return sum;
+}
+
+Vorn16s scaled16(std::int64_t sum, int scaleFactor) { return scaledSum<Vorn16s>(sum, scaleFactor, -15, 31); }
+Vorn32s scaled32(std::int64_t sum, int scaleFactor) { return scaledSum<Vorn32s>(sum, scaleFactor, -31, 31); }
+// The 32-bit operands' route through double.
+Vorn32s scaledFromDouble(double sum, int scaleFactor) {
+    return scaledSum(sum, factorOfExponentBits(std::clamp(scaleFactor, -31, 93)));
+}
+
+}  // namespace
+}  // namespace vorn
+
+using namespace vorn;
+
+VornStatus vornsDotProd_32f(const Vorn32f* src1, const Vorn32f* src2, int len, Vorn32f* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = dotInSingle(src1, src2, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_64f(const Vorn64f* src1, const Vorn64f* src2, int len, Vorn64f* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = realDot<Vorn64f>(src1, src2, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32f64f(const Vorn32f* src1, const Vorn32f* src2, int len, Vorn64f* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = realDot<Vorn64f>(src1, src2, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32fc(const Vorn32fc* src1, const Vorn32fc* src2, int len, Vorn32fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Complex<Vorn32f, Vorn32f>{&src1->re}, Complex<Vorn32f, Vorn32f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32f32fc(const Vorn32f* src1, const Vorn32fc* src2, int len, Vorn32fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Real<Vorn32f, Vorn32f>{src1}, Complex<Vorn32f, Vorn32f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_64fc(const Vorn64fc* src1, const Vorn64fc* src2, int len, Vorn64fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Complex<Vorn64f, Vorn64f>{&src1->re}, Complex<Vorn64f, Vorn64f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_64f64fc(const Vorn64f* src1, const Vorn64fc* src2, int len, Vorn64fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Real<Vorn64f, Vorn64f>{src1}, Complex<Vorn64f, Vorn64f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32fc64fc(const Vorn32fc* src1, const Vorn32fc* src2, int len, Vorn64fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Complex<Vorn64f, Vorn32f>{&src1->re}, Complex<Vorn64f, Vorn32f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32f32fc64fc(const Vorn32f* src1, const Vorn32fc* src2, int len, Vorn64fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    complexDot(Real<Vorn64f, Vorn32f>{src1}, Complex<Vorn64f, Vorn32f>{&src2->re}, len, dp->re, dp->im);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s64s(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn64s* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = exactDot(src1, src2, len);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s32f(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn32f* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = static_cast<Vorn32f>(exactDot(src1, src2, len));
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn16s* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = scaled16(exactDot(src1, src2, len), scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s32s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn32s* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = scaled32(exactDot(src1, src2, len), scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16sc64sc(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn64sc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {exact.re, exact.im};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16sc32fc(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn32fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {static_cast<Vorn32f>(exact.re), static_cast<Vorn32f>(exact.im)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn16sc* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {scaled16(exact.re, scaleFactor), scaled16(exact.im, scaleFactor)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16sc32sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, int len, Vorn32sc* dp,
+                                     int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {scaled32(exact.re, scaleFactor), scaled32(exact.im, scaleFactor)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s16sc64sc(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn64sc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {exact.re, exact.im};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s16sc32fc(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn32fc* dp) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {static_cast<Vorn32f>(exact.re), static_cast<Vorn32f>(exact.im)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s16sc_Sfs(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn16sc* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {scaled16(exact.re, scaleFactor), scaled16(exact.im, scaleFactor)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s16sc32sc_Sfs(const Vorn16s* src1, const Vorn16sc* src2, int len, Vorn32sc* dp,
+                                        int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    const Exact exact = exactDot(src1, src2, len);
+    *dp = {scaled32(exact.re, scaleFactor), scaled32(exact.im, scaleFactor)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, int len, Vorn32s* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = scaledFromDouble(realDot<Vorn64f>(src1, src2, len), scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_16s32s32s_Sfs(const Vorn16s* src1, const Vorn32s* src2, int len, Vorn32s* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    *dp = scaledFromDouble(realDot<Vorn64f>(src1, src2, len), scaleFactor);
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, int len, Vorn32sc* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    Vorn64f re, im;
+    complexDot(Complex<Vorn64f, Vorn32s>{&src1->re}, Complex<Vorn64f, Vorn32s>{&src2->re}, len, re, im);
+    *dp = {scaledFromDouble(re, scaleFactor), scaledFromDouble(im, scaleFactor)};
+    return vornStsNoErr;
+}
+
+VornStatus vornsDotProd_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, int len, Vorn32sc* dp, int scaleFactor) {
+    VORN_CHECK(notNull(src1, src2, dp));
+    VORN_CHECK(positive(len));
+    Vorn64f re, im;
+    complexDot(Real<Vorn64f, Vorn32s>{src1}, Complex<Vorn64f, Vorn32s>{&src2->re}, len, re, im);
+    *dp = {scaledFromDouble(re, scaleFactor), scaledFromDouble(im, scaleFactor)};
+    return vornStsNoErr;
+}

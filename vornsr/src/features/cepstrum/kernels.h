@@ -1,0 +1,63 @@
+// The DCT lifter: a table of cosines and a weight for each cepstral coefficient, made once, and their product with a
+// vector of filter bank outputs.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "elementary/elementary.h"
+#include "simd/simd.h"
+#include "vornsr/features.h"
+
+struct VornDCTLifterState_32f {
+    int nLifter;  // -1 when the weights are the caller's
+    int lenDCT;
+    int lenCep;
+    int withC0;
+    Vorn32f* pLifter;  // lenCep + 1 weights, entry 0 for coefficient zero
+    Vorn32f** ppCos;   // lenCep + 1 rows of lenDCT cosines
+};
+
+namespace vorn {
+
+// Rows lie this many elements apart, zero behind lenDCT and each on a 32-byte address.
+constexpr std::int64_t cosineStride(int lenDCT) { return (std::int64_t{lenDCT} + 7) / 8 * 8; }
+
+// Room for the rows and behind them their pointers, in singles.
+constexpr std::int64_t cosineTableLen(int lenDCT, int lenCep) {
+    constexpr std::int64_t pointer = 2;
+    static_assert(pointer * sizeof(Vorn32f) == sizeof(void*));
+    return (std::int64_t{lenCep} + 1) * (cosineStride(lenDCT) + pointer);
+}
+
+// The weights of the lifters. Each says what its record shows of it, and fills lenCep + 1 weights.
+
+// 1 + L/2 sin(i pi / L), times val. i is not limited by L: beyond it the sine goes negative, and the weight with it.
+struct RaisedSineLifter {
+    int nLifter;
+    Vorn32f val;
+    static constexpr int withC0 = 0;
+    void fill(Vorn32f* weight, int lenCep) const;
+};
+
+// The same, with a weight of its own for coefficient zero.
+struct RaisedSineLifterC0 {
+    int nLifter;
+    Vorn32f val, val0;
+    static constexpr int withC0 = 1;
+    void fill(Vorn32f* weight, int lenCep) const;
+};
+
+// Fills the table, in memory of cosineTableLen() singles on a 32-byte address, and returns its row pointers.
+Vorn32f** fillCosines(Vorn32f* table, int lenDCT, int lenCep);
+
+// The product of the table and x. Each sum runs in lanes of four, the elements behind the last one counting as zeros:
+//  - rows 1 to lenCep in rounds of four: lane l takes the elements l, l + 4, l + 8, ... in order; the row's sum is
+//    (lane 0 + lane 1) + (lane 2 + lane 3);
+//  - the rows that are left, and row 0: two such accumulators, for the first and the last four of each eight elements,
+//    added lane by lane before the lanes are added.
+// dst[i - 1] = weight[i] times the product of x and row i, for i from 1 to lenCep; then row 0 if withC0.
+void dctLifter(const Vorn32f* x, Vorn32f* dst, const Vorn32f* weight, const Vorn32f* const* rows, int lenDCT,
+               int lenCep, bool withC0);
+
+}  // namespace vorn
