@@ -38,6 +38,11 @@ list(FILTER vornsr_transforms INCLUDE REGEX /vorns/src/fft/)
 set_source_files_properties(${vornsr_transforms} PROPERTIES COMPILE_OPTIONS
     "$<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:VORNSR_PROCESSOR>,x86-64-v4>>:-mtune=skylake>")
 
+# Parsed once a processor instead of once a file: the intrinsics alone take more time than most families. Only headers
+# of the compiler stand here, so that our own keep including what they need.
+set(vornsr_precompiled <immintrin.h> <algorithm> <bit> <cmath> <climits> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
+set_source_files_properties(${vornsr_transforms} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)  # flags of their own
+
 foreach(processor IN LISTS VORNSR_PROCESSORS)
     set(objects vornsr-objects-${processor})
     add_library(${objects} OBJECT ${vornsr_sources})
@@ -45,6 +50,7 @@ foreach(processor IN LISTS VORNSR_PROCESSORS)
         ${CMAKE_CURRENT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src)
     target_compile_options(${objects} PRIVATE ${vornsr_march_${processor}})
     set_target_properties(${objects} PROPERTIES VORNSR_PROCESSOR ${processor})
+    target_precompile_headers(${objects} PRIVATE ${vornsr_precompiled})
     target_link_libraries(${objects} PRIVATE vornsr-flags)
 
     if(processor STREQUAL m7)
