@@ -8,7 +8,7 @@ set -eu
 cd "$(dirname "$0")"
 . ./cmake/debian-setup.sh
 debian_setup g++ clang-14 libclang-rt-14-dev cmake ninja-build ccache pkg-config python3 binutils libgtest-dev \
-    libmpfr-dev libsndfile1-dev qemu-user
+    libmpfr-dev libsndfile1-dev python3-mpmath qemu-user
 
 presets=(release clang asan asan-clang tsan)
 if [ "${1:-}" = --quick ]; then
