@@ -311,7 +311,7 @@ VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len);
 
 /**
  * @defgroup vornsr_autocorrelation Autocorrelation
- * @brief dst[k] = sum over n from 0 to srcLen - 1 - k of src[n] * src[n + k], for k from 0 to dstLen - 1.
+ * @brief For each lag, dst[k] = sum over n from 0 to srcLen - 1 - k of src[n] * src[n + k], for k from 0 to dstLen - 1.
  *
  * In the complex forms the first factor is conjugated. Lags at and above srcLen are 0. `NormA` multiplies every lag by
  * the rounded 1 / srcLen, `NormB` divides lag k by srcLen - k. src and dst must not overlap.

@@ -37,7 +37,7 @@ VORN_BEGIN_DECLS
  *  - a d exactly on a split belongs to the lower interval within the groups of four (double: two) elements from the
  *    start of the arrays, and to the upper interval in the elements behind the last whole group.
  *
- * Accuracy: f differs from the true logarithm by at most 1.6e-7 in single and 4.1e-14 in double, beside the rounding
+ * Accuracy: f differs from the true logarithm by at most 1.6e-7 in single and 6e-14 in double, beside the rounding
  * of the sum itself.
  *
  * Order of the sums. Single: below 8 elements one after the other; from 8 on four running sums, each taking every
@@ -268,7 +268,7 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
 
 /**
  * @defgroup vornsr_many_frames Many frames, one Gaussian
- * @brief result[i] = val - S / 2 for each frame, row i of src, under one Gaussian.
+ * @brief For each frame, row i of src, under one Gaussian: result[i] = val - S / 2.
  *
  * The arithmetics by type code with their exact orders, D2 and D2L, the order of the checks and what is promised for
  * every form: @ref vornsr_multi_frame.
@@ -334,7 +334,7 @@ VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vo
 
 /**
  * @defgroup vornsr_many_gaussians One frame, many Gaussians
- * @brief srcDst[i] = srcDst[i] - S / 2 for one frame under each Gaussian, row i of mean and var.
+ * @brief For one frame under each Gaussian, row i of mean and var: srcDst[i] = srcDst[i] - S / 2.
  *
  * srcDst holds the val of each Gaussian on entry and its score on return. The arithmetics by type code with their
  * exact orders, D2 and D2L, the order of the checks and what is promised for every form: @ref vornsr_multi_frame.
@@ -428,7 +428,7 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
 
 /**
  * @defgroup vornsr_maxima_over_frames Maxima over frames
- * @brief srcDst[i] = max(srcDst[i], score(i)) over frames, the rows of src, under one Gaussian.
+ * @brief Over frames, the rows of src, under one Gaussian: srcDst[i] = max(srcDst[i], score(i)).
  *
  * The comparison, the integer forms and the order of the checks: @ref vornsr_mixtures. The scores:
  * @ref vornsr_multi_frame.
@@ -486,7 +486,7 @@ VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src,
 
 /**
  * @defgroup vornsr_maxima_over_gaussians Maxima over Gaussians
- * @brief srcDst[i] = max(srcDst[i], score(i)) over Gaussians, the rows of mean and var, for one frame.
+ * @brief Over Gaussians, the rows of mean and var, for one frame: srcDst[i] = max(srcDst[i], score(i)).
  *
  * The comparison, the integer forms and the order of the checks: @ref vornsr_mixtures. The scores:
  * @ref vornsr_multi_frame.
@@ -528,7 +528,7 @@ VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean
 
 /**
  * @defgroup vornsr_added_scores Log-added scores
- * @brief srcDst[i] = ln(exp(srcDst[i]) + exp(score(i))), over frames or (`MultiMix`) over Gaussians.
+ * @brief Over frames, or in the `MultiMix` forms over Gaussians: srcDst[i] = ln(exp(srcDst[i]) + exp(score(i))).
  *
  * The log-add with its runs, and the order of the checks: @ref vornsr_mixtures. The scores: @ref vornsr_multi_frame.
  * @{
@@ -589,7 +589,7 @@ VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* m
 
 /**
  * @defgroup vornsr_mixture_scores The score of a mixture
- * @brief result = ln of the sum over the Gaussians of exp(score(i)), for one frame.
+ * @brief For one frame: result = ln of the sum over the Gaussians of exp(score(i)).
  *
  * The runs in which Gaussians are summed, which are part of the result, and the order of the checks:
  * @ref vornsr_mixtures. The scores: @ref vornsr_multi_frame.

@@ -35,7 +35,7 @@ VORN_BEGIN_DECLS
 
 /**
  * @defgroup vornsr_copy Copies and moves
- * @brief dst[n] = src[n] for the len elements of a block.
+ * @brief A block of elements from one place to another: dst[n] = src[n].
  *
  * `vornsCopy_*(src, dst, len)`: src and dst must not overlap. `vornsMove_*(src, dst, len)`: the same for any overlap;
  * dst equal to src changes nothing.
@@ -70,7 +70,7 @@ VornStatus vornsMove_64sc(const Vorn64sc* src, Vorn64sc* dst, int len);
 
 /**
  * @defgroup vornsr_fill Zeros and fills
- * @brief dst[n] = 0 or dst[n] = val for the len elements of a block.
+ * @brief One value for every element of a block: dst[n] = 0 or dst[n] = val.
  *
  * `vornsZero_*(dst, len)`: every byte of dst becomes 0. `vornsSet_*(val, dst, len)`: dst[n] = val; a complex val is
  * passed whole, by value.
@@ -105,7 +105,7 @@ VornStatus vornsSet_64sc(Vorn64sc val, Vorn64sc* dst, int len);
 
 /**
  * @defgroup vornsr_conjugate Complex conjugates
- * @brief dst[n] = conj(src[n]), in order or from the end.
+ * @brief Conjugates in order or from the end: dst[n] = conj(src[n]) or conj(src[len - 1 - n]).
  *
  * `vornsConj_*`: dst[n] = conj(src[n]); the `I` forms in place, and dst may be src in the others. `vornsConjFlip_*`:
  * dst[n] = conj(src[len - 1 - n]); src and dst must not overlap.
@@ -252,7 +252,7 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
 
 /**
  * @defgroup vornsr_add Sums of two vectors
- * @brief dst = src1 + src2, or srcDst = src + srcDst, element by element.
+ * @brief Element by element, dst = src1 + src2 or srcDst = src + srcDst.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size. There
  * are no warnings.
@@ -287,7 +287,7 @@ VornStatus vornsAdd_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_add_constant Sums with a constant
- * @brief dst = src + val, or srcDst = srcDst + val, element by element.
+ * @brief Element by element, dst = src + val or srcDst = srcDst + val.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size. There
  * are no warnings. A val of zero copies in `vornsAddC_32f`, see @ref vornsr_multiply_constant.
@@ -316,7 +316,7 @@ VornStatus vornsAddC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_subtract Differences of two vectors
- * @brief dst = src2 - src1, or srcDst = srcDst - src, element by element: the first operand is the second argument.
+ * @brief Element by element, dst = src2 - src1 or srcDst = srcDst - src: the first operand is the second argument.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size. There
  * are no warnings.
@@ -347,7 +347,7 @@ VornStatus vornsSub_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_subtract_constant Differences with a constant
- * @brief dst = src - val, and in the `Rev` forms dst = val - src; in place likewise.
+ * @brief Element by element, dst = src - val, and in the `Rev` forms dst = val - src; in place likewise.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size. There
  * are no warnings. A val of zero copies in `vornsSubC_32f`, see @ref vornsr_multiply_constant.
@@ -394,7 +394,7 @@ VornStatus vornsSubCRev_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_multiply Products of two vectors
- * @brief dst = src1 src2, or srcDst = src srcDst, element by element.
+ * @brief Element by element, dst = src1 src2 or srcDst = src srcDst.
  *
  * The one exception to exactness: `vornsMul_32s_*` and `vornsMulC_32s_*` multiply in double precision, so a product
  * above 2^53 is rounded to 53 bits before it is scaled and rounded.
@@ -433,7 +433,7 @@ VornStatus vornsMul_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_multiply_constant Products with a constant
- * @brief dst = src val, or srcDst = srcDst val, element by element.
+ * @brief Element by element, dst = src val or srcDst = srcDst val.
  *
  * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val
  * copy (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a
@@ -469,7 +469,7 @@ VornStatus vornsMulC_Low_32f16s(const Vorn32f* src, Vorn32f val, Vorn16s* dst, i
 
 /**
  * @defgroup vornsr_divide Quotients of two vectors
- * @brief dst = src2 / src1, or srcDst = srcDst / src, element by element: the dividend is the second argument.
+ * @brief Element by element, dst = src2 / src1 or srcDst = srcDst / src: the dividend is the second argument.
  *
  * A complex quotient a / b is a conj(b) / (re(b)^2 + im(b)^2), in the element's precision; where the squares leave its
  * range, so does the quotient.
@@ -503,7 +503,7 @@ VornStatus vornsDiv_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
 
 /**
  * @defgroup vornsr_divide_constant Quotients with a constant
- * @brief dst = src / val, and in the `Rev` forms dst = val / src; in place likewise.
+ * @brief Element by element, dst = src / val, and in the `Rev` forms dst = val / src; in place likewise.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size, and
  * in `vornsDivC_*` a zero val (both parts of a complex one), which gives `vornStsDivByZeroErr` with nothing written.
