@@ -29,4 +29,4 @@ doxygen_add_docs(reference include README.md CONTRIBUTING.md docs
     examples/spoken-digits/README.md examples/spoken-digits/data/ATTRIBUTION.md ALL COMMENT "Writing the reference")
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT development
-    FILES_MATCHING PATTERN "vorn*")
+    FILES_MATCHING PATTERN "vorn*" PATTERN "Vorn*")
