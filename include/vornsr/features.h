@@ -150,10 +150,7 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
  * 4; `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
  * a whole utterance.
  *
- * | Functions | L, and the least height of a first call |
- * |---|---|
- * | `vornsDelta_Win2_*` | 4 |
- * | `vornsDeltaDelta_Win2_*` | 6 |
+ * L, which is the least height of a first call too, is 4 in `vornsDelta_Win2_*` and 6 in `vornsDeltaDelta_Win2_*`.
  *
  * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call;
  * width and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the

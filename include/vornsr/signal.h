@@ -229,16 +229,13 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * with ties to even and saturated: bit for bit, for every scale factor. Nothing wraps. The result does not depend on
  * the processor's rounding mode, and the mode stays as it is. From these limits on no arithmetic is needed: above the
  * upper one every result is 0, and below the lower one every value but 0 saturates.
- *
- * | Family                                   | upper | lower |
- * |------------------------------------------|-------|-------|
- * | sums and differences, 8u                 |     9 |    -7 |
- * | sums and differences, 16s and 16sc       |    16 |   -15 |
- * | sums and differences, 32s and 32sc       |    32 |   -30 |
- * | products 16s                             |    30 |   -15 |
- * | products 16u16s                          |    31 |   -14 |
- * | products 16s32s                          |    30 |   -30 |
- * | products 32s                             |    62 |   -31 |
+ * - sums and differences, 8u: upper 9, lower -7
+ * - sums and differences, 16s and 16sc: upper 16, lower -15
+ * - sums and differences, 32s and 32sc: upper 32, lower -30
+ * - products 16s: upper 30, lower -15
+ * - products 16u16s: upper 31, lower -14
+ * - products 16s32s: upper 30, lower -30
+ * - products 32s: upper 62, lower -31
  *
  * Mixed forms without a scale factor: 8u16u is exact. 16s32f converts both operands to single first: sums and
  * differences are exact, and products round where they need more than 24 bits. `vornsMulC_32f16s_Sfs` rounds (src val)
