@@ -43,7 +43,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libvornsr-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libvornsrm7-5.1 (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION
-    "Primitives for speech recognition, exact by contract\n The shared library, for any x86-64 processor and for the wider ones, and vornsr-verify.")
+    "Primitives for speech recognition, the same bits on every processor\n The shared library, for any x86-64 processor and for the wider ones, and vornsr-verify.")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
     "Primitives for speech recognition, development files\n Headers, the static library, pkg-config and CMake files.")
 include(CPack)

@@ -18,9 +18,15 @@ set(DOXYGEN_PREDEFINED "VORN_BEGIN_DECLS=" "VORN_END_DECLS=")
 set(DOXYGEN_WARN_AS_ERROR NO)
 set(DOXYGEN_QUIET YES)
 set(DOXYGEN_DISTRIBUTE_GROUP_DOC NO)
-set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/README.md)
+set(DOXYGEN_REPEAT_BRIEF YES)
+set(DOXYGEN_SORT_MEMBER_DOCS NO)
+# A family that is pointed to is named by its title and, for the readers of man pages, by the name of its page.
+set(DOXYGEN_FILTER_PATTERNS [["*.h=sed 's/@ref \(vornsr_[a-z0-9_]*\)/@ref \1 (\1)/g'"]])
+set(DOXYGEN_LAYOUT_FILE ${CMAKE_CURRENT_SOURCE_DIR}/docs/DoxygenLayout.xml)
+set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/docs/reference.md)
 set(DOXYGEN_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference)
-doxygen_add_docs(reference include README.md CONTRIBUTING.md docs ALL COMMENT "Writing the reference")
+doxygen_add_docs(reference include README.md CONTRIBUTING.md docs
+    examples/spoken-digits/README.md examples/spoken-digits/data/ATTRIBUTION.md ALL COMMENT "Writing the reference")
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT development
-    FILES_MATCHING PATTERN "vorn*")
+    FILES_MATCHING PATTERN "vorn*" PATTERN "Vorn*")

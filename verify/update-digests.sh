@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Writes verify/digests.txt, the digests that every build must give, after a change of a workload or of the contract.
+# Writes verify/digests.txt, the digests that every build must give, after a change of a workload or of a promise.
 #
 #   cmake --preset release && cmake --build --preset release
 #   cmake --preset clang && cmake --build --preset clang

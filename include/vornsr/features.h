@@ -6,10 +6,6 @@
 
 VORN_BEGIN_DECLS
 
-typedef struct VornFBankState_32f VornFBankState_32f;
-typedef struct VornFBankState_16s VornFBankState_16s;
-typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
-
 /**
  * @defgroup vornsr_filter_banks Mel filter banks
  * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced
@@ -21,11 +17,10 @@ typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
  * c[k+1] and falls to c[k+2]. src holds the bins 0 to N/2 or, with `vornFBankSamples`, N samples of which evaluation
  * makes the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz.
  *
- * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single; m[i] = i (high - low) / (nFilter
- * + 1)
- * + low and c[i] = (exp(m[i]/melMul) - 1) ((N / sampleFreq) melDiv), in single but for logarithm, exponential and the
- * subtraction of one, which are in double. `vornFBankWeightFreq` rounds c to the nearest bin, `vornFBankWeightMel`
- * truncates.
+ * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single;
+ * m[i] = i (high - low) / (nFilter + 1) + low and c[i] = (exp(m[i]/melMul) - 1) ((N / sampleFreq) melDiv), in single
+ * but for logarithm, exponential and the subtraction of one, which are in double. `vornFBankWeightFreq` rounds c to the
+ * nearest bin, `vornFBankWeightMel` truncates.
  *
  * Weights. `vornFBankWeightFreq`: straight lines in bin number, (j - c[k] + 1) / (c[k+1] - c[k] + 1) up to 1 at the
  * centre, then (c[k+2] - j + 1) / (c[k+2] - c[k+1] + 1). `vornFBankWeightMel`: along the mel scale, (mel(j) - m[k]) /
@@ -58,10 +53,14 @@ typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
  * than an int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq
  * above highFreq or highFreq above half of sampleFreq (`vornStsMelFreqErr`); flags; size (as before). *pOrder is
  * written before anything is allocated. Evaluation: null, the bank's own pointer to its centres included; a bank that
- * is not ready
- * (`vornStsNotInitErr`). `Free`: null.
+ * is not ready (`vornStsNotInitErr`). `Free`: null.
  * @{
  */
+
+/** A filter bank with weights in single. */
+typedef struct VornFBankState_32f VornFBankState_32f;
+/** A filter bank with weights in Q14. */
+typedef struct VornFBankState_16s VornFBankState_16s;
 
 /** Flags of a filter bank: one of the first two, and the third if wanted. */
 enum {
@@ -119,6 +118,10 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
  * transform and `Free`: null.
  * @{
  */
+
+/** The cosines and weights of a DCT lifter. */
+typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
+
 VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
                                        Vorn32f val);
 VornStatus vornsDCTLifterInitAlloc_C0_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
@@ -147,10 +150,7 @@ VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLif
  * 4; `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
  * a whole utterance.
  *
- * | Functions | L, and the least height of a first call |
- * |---|---|
- * | `vornsDelta_Win2_*` | 4 |
- * | `vornsDeltaDelta_Win2_*` | 6 |
+ * L, which is the least height of a first call too, is 4 in `vornsDelta_Win2_*` and 6 in `vornsDeltaDelta_Win2_*`.
  *
  * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call;
  * width and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the
@@ -182,11 +182,12 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
  * y(n) = x(n) - x(n-1) + val y(n-1), val just below one. *pSrcLast carries x(-1) in and x(len-1) out; dstLast is y(-1),
  * which the caller takes from the end of the block before, so that blocks make one signal. dst may be src.
  * - `32f`, `32f_I`: y(0) = (dstLast val + x(0)) - x(-1), then y(n) = (x(n) - x(n-1)) + val y(n-1), in single, in this
- * order. The first sample of a block is thus formed in another order: at a border between blocks last bits may differ.
+ *   order. The first sample of a block is thus formed in another order: at a border between blocks last bits may
+ *   differ.
  * - `16s`: y(0) is the same single, truncated toward zero and saturated (not-a-number gives 0). The rest depends on
- * val. Within -1.0 to 1.0: q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with d = x(n) - x(n-1)
- * saturated by itself, both to 16 bits; the arithmetic shift truncates downward. Other val: y(n) = (x(n) - x(n-1)) +
- * y(n-1) val in single, one half with the sign of the value added, truncated, saturated.
+ *   val. Within -1.0 to 1.0: q = val 4096 truncated; y(n) = ((y(n-1) q) >> 12) + d, saturated, with d = x(n) - x(n-1)
+ *   saturated by itself, both to 16 bits; the arithmetic shift truncates downward. Other val: y(n) = (x(n) -
+ *   x(n-1)) + y(n-1) val in single, one half with the sign of the value added, truncated, saturated.
  * - `16s_I`: y(0) likewise, the rest always in single.
  * - `Q15_16s`, `Q15_16s_I`: y(n) = (y(n-1) val + (x(n) - x(n-1)) 32768) / 32768 in 64 bits, truncated toward zero and
  *   saturated, from n = 0 on; val in Q15.
@@ -195,8 +196,8 @@ VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* d
  * - `vornsSignChangeRate_16s`, `_32f`: how many products x(n-1) x(n) are below zero. A zero is no change; in `32f` a
  *   product that underflows is none and one that is not a number is one.
  * - `vornsSignChangeRateXor_32f`: how many sign bits differ; those of +0.0 and -0.0 do.
- * - `vornsSignChangeRate_Count0_*`: half the sum of |sgn(x(n)) - sgn(x(n-1))|, a step onto zero and one off it counting
- * one half each; the `16s` form drops a last half. Not-a-number has the sign -1.
+ * - `vornsSignChangeRate_Count0_*`: half the sum of |sgn(x(n)) - sgn(x(n-1))|, a step onto zero and one off it
+ *   counting one half each; the `16s` form drops a last half. Not-a-number has the sign -1.
  *
  * Counts are exact; those of `32f` are rounded to single above 2^24.
  *

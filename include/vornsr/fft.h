@@ -6,9 +6,6 @@
 
 VORN_BEGIN_DECLS
 
-typedef struct VornsFFTSpec VornsFFTSpec;
-typedef struct VornsFFTFixedSpec VornsFFTFixedSpec;
-
 /**
  * @defgroup vornsr_fft_contexts Transform contexts
  * @brief Tables and factors for the transforms of N = 2^order values: how large, how made, how released.
@@ -36,60 +33,86 @@ typedef struct VornsFFTFixedSpec VornsFFTFixedSpec;
  * precision of the form, or its negative; recombination values follow from these by one rounded expression.
  * @{
  */
+
+/** A context of transforms in single or double. */
+typedef struct VornsFFTSpec VornsFFTSpec;
+/** A context of transforms in fixed point. */
+typedef struct VornsFFTFixedSpec VornsFFTFixedSpec;
+
+/**
+ * @defgroup vornsr_fft_complex_contexts Contexts of complex transforms
+ * @brief Sizes, making and release, for pairs (`32fc`, `64fc`, `32sc`) and for split parts (`32f`, `64f`, `32s`).
+ *
+ * What the five functions of each form do, what the flags mean and in what order arguments are checked:
+ * @ref vornsr_fft_contexts. The transforms: @ref vornsr_complex_transforms.
+ * @{
+ */
 VornStatus vornsFFTGetSize_C_32fc(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTGetSize_C_32f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
-VornStatus vornsFFTGetSize_R_32f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTGetSize_C_64fc(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTGetSize_C_64f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
-VornStatus vornsFFTGetSize_R_64f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTGetSize_C_32sc(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTGetSize_C_32s(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
-VornStatus vornsFFTGetSize_R_32s(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
-VornStatus vornsFFTGetSize_R_16s32s(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
 VornStatus vornsFFTInitAlloc_C_32fc(VornsFFTSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInitAlloc_C_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
-VornStatus vornsFFTInitAlloc_R_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInitAlloc_C_64fc(VornsFFTSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInitAlloc_C_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
-VornStatus vornsFFTInitAlloc_R_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInitAlloc_C_32sc(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInitAlloc_C_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
-VornStatus vornsFFTInitAlloc_R_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
-VornStatus vornsFFTInitAlloc_R_16s32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
 VornStatus vornsFFTInit_C_32fc(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_R_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_64fc(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
-VornStatus vornsFFTInit_R_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_32sc(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
                                Vorn8u* initBuf);
 VornStatus vornsFFTInit_C_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
                               Vorn8u* initBuf);
+VornStatus vornsFFTFree_C_32fc(VornsFFTSpec* ctx);
+VornStatus vornsFFTFree_C_32f(VornsFFTSpec* ctx);
+VornStatus vornsFFTFree_C_64fc(VornsFFTSpec* ctx);
+VornStatus vornsFFTFree_C_64f(VornsFFTSpec* ctx);
+VornStatus vornsFFTFree_C_32sc(VornsFFTFixedSpec* ctx);
+VornStatus vornsFFTFree_C_32s(VornsFFTFixedSpec* ctx);
+VornStatus vornsFFTGetBufSize_C_32fc(const VornsFFTSpec* ctx, int* size);
+VornStatus vornsFFTGetBufSize_C_32f(const VornsFFTSpec* ctx, int* size);
+VornStatus vornsFFTGetBufSize_C_64fc(const VornsFFTSpec* ctx, int* size);
+VornStatus vornsFFTGetBufSize_C_64f(const VornsFFTSpec* ctx, int* size);
+VornStatus vornsFFTGetBufSize_C_32sc(const VornsFFTFixedSpec* ctx, int* size);
+VornStatus vornsFFTGetBufSize_C_32s(const VornsFFTFixedSpec* ctx, int* size);
+/** @} */
+
+/**
+ * @defgroup vornsr_fft_real_contexts Contexts of real transforms
+ * @brief Sizes, making and release, for real data in single, double and fixed point.
+ *
+ * What the five functions of each form do, what the flags mean and in what order arguments are checked:
+ * @ref vornsr_fft_contexts. The transforms: @ref vornsr_real_transforms.
+ * @{
+ */
+VornStatus vornsFFTGetSize_R_32f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
+VornStatus vornsFFTGetSize_R_64f(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
+VornStatus vornsFFTGetSize_R_32s(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
+VornStatus vornsFFTGetSize_R_16s32s(int order, int flag, int hint, int* specSize, int* initBufSize, int* workBufSize);
+VornStatus vornsFFTInitAlloc_R_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
+VornStatus vornsFFTInitAlloc_R_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint);
+VornStatus vornsFFTInitAlloc_R_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
+VornStatus vornsFFTInitAlloc_R_16s32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint);
+VornStatus vornsFFTInit_R_32f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
+VornStatus vornsFFTInit_R_64f(VornsFFTSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem, Vorn8u* initBuf);
 VornStatus vornsFFTInit_R_32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
                               Vorn8u* initBuf);
 VornStatus vornsFFTInit_R_16s32s(VornsFFTFixedSpec** ctxOut, int order, int flag, int hint, Vorn8u* specMem,
                                  Vorn8u* initBuf);
-VornStatus vornsFFTFree_C_32fc(VornsFFTSpec* ctx);
-VornStatus vornsFFTFree_C_32f(VornsFFTSpec* ctx);
 VornStatus vornsFFTFree_R_32f(VornsFFTSpec* ctx);
-VornStatus vornsFFTFree_C_64fc(VornsFFTSpec* ctx);
-VornStatus vornsFFTFree_C_64f(VornsFFTSpec* ctx);
 VornStatus vornsFFTFree_R_64f(VornsFFTSpec* ctx);
-VornStatus vornsFFTFree_C_32sc(VornsFFTFixedSpec* ctx);
-VornStatus vornsFFTFree_C_32s(VornsFFTFixedSpec* ctx);
 VornStatus vornsFFTFree_R_32s(VornsFFTFixedSpec* ctx);
 VornStatus vornsFFTFree_R_16s32s(VornsFFTFixedSpec* ctx);
-VornStatus vornsFFTGetBufSize_C_32fc(const VornsFFTSpec* ctx, int* size);
-VornStatus vornsFFTGetBufSize_C_32f(const VornsFFTSpec* ctx, int* size);
 VornStatus vornsFFTGetBufSize_R_32f(const VornsFFTSpec* ctx, int* size);
-VornStatus vornsFFTGetBufSize_C_64fc(const VornsFFTSpec* ctx, int* size);
-VornStatus vornsFFTGetBufSize_C_64f(const VornsFFTSpec* ctx, int* size);
 VornStatus vornsFFTGetBufSize_R_64f(const VornsFFTSpec* ctx, int* size);
-VornStatus vornsFFTGetBufSize_C_32sc(const VornsFFTFixedSpec* ctx, int* size);
-VornStatus vornsFFTGetBufSize_C_32s(const VornsFFTFixedSpec* ctx, int* size);
 VornStatus vornsFFTGetBufSize_R_32s(const VornsFFTFixedSpec* ctx, int* size);
 VornStatus vornsFFTGetBufSize_R_16s32s(const VornsFFTFixedSpec* ctx, int* size);
+/** @} */
+
 /** @} */
 
 /**
@@ -288,7 +311,7 @@ VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len);
 
 /**
  * @defgroup vornsr_autocorrelation Autocorrelation
- * @brief dst[k] = sum over n from 0 to srcLen - 1 - k of src[n] * src[n + k], for k from 0 to dstLen - 1.
+ * @brief For each lag, dst[k] = sum over n from 0 to srcLen - 1 - k of src[n] * src[n + k], for k from 0 to dstLen - 1.
  *
  * In the complex forms the first factor is conjugated. Lags at and above srcLen are 0. `NormA` multiplies every lag by
  * the rounded 1 / srcLen, `NormB` divides lag k by srcLen - k. src and dst must not overlap.

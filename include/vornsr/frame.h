@@ -8,6 +8,7 @@ VORN_BEGIN_DECLS
 
 /**
  * @defgroup vornsr_version Version record
+ * @brief What the library says of itself: version, build, processor.
  * @{
  */
 

@@ -37,7 +37,7 @@ VORN_BEGIN_DECLS
  *  - a d exactly on a split belongs to the lower interval within the groups of four (double: two) elements from the
  *    start of the arrays, and to the upper interval in the elements behind the last whole group.
  *
- * Accuracy: f differs from the true logarithm by at most 1.6e-7 in single and 4.1e-14 in double, beside the rounding
+ * Accuracy: f differs from the true logarithm by at most 1.6e-7 in single and 6e-14 in double, beside the rounding
  * of the sum itself.
  *
  * Order of the sums. Single: below 8 elements one after the other; from 8 on four running sums, each taking every
@@ -106,27 +106,28 @@ VornStatus vornsLogSub_16s_Sfs(const Vorn16s* src, Vorn16s* srcDst, int len, int
  *    `DirectVar_32f` rounds 1 / var to single first.
  *  - `64f`, `32f64f` (in double): up to 8 columns in order. Above that, of each 8 columns 0, 1, 4, 5 go to one pair of
  *    lanes and 2, 3, 6, 7 to another; pair + pair, lane + lane, the rest in order; val - S * 0.5. Here an address
- * counts, that of var (of mean in `IdVar`): on an odd element of a 16-byte block (8-byte in `32f64f`) the first column
- * is taken alone and opens lane 0; off the element's own size everything goes in order. `IdVar_64f` above 54 columns
- * does not look at it. `DirectVar_64f` divides, in two lanes, a last odd column to lane 0; `DirectVar_32f64f` in order.
+ *    counts, that of var (of mean in `IdVar`): on an odd element of a 16-byte block (8-byte in `32f64f`) the first
+ *    column is taken alone and opens lane 0; off the element's own size everything goes in order. `IdVar_64f` above 54
+ *    columns does not look at it. `DirectVar_64f` divides, in two lanes, a last odd column to lane 0;
+ *    `DirectVar_32f64f` in order.
  *  - 16 bits, `Scaled` and `Sfs`: differences of groups of eight saturate to 16 bits, those of the last 1 to 7 columns
  *    are exact and do not. Squares and products are singles; a group is summed whole, lanes 0 to 3 + 4 to 7, then
  *    (0 + 2) + (1 + 3), and joins the running sum. `Scaled`: val - S * 2^-(sf + 1). `Sfs`: val - (S / 2) * 2^-sf
- * rounded in the current mode; out of range on either side gives -2147483648. `IdVarScaled`: S is an exact integer, all
- *    differences saturate. `DirectVarScaled`: val - (S * 0.5) * 2^-sf, 1 / var in single.
- *    `DirectVar_16s32s_Sfs`: S as in `32f` over singles, S * 2^-(sf + 1) rounded to nearest and saturated, then
- *    subtracted from val and saturated.
+ *    rounded in the current mode; out of range on either side gives -2147483648. `IdVarScaled`: S is an exact integer,
+ *    all differences saturate. `DirectVarScaled`: val - (S * 0.5) * 2^-sf, 1 / var in single. `DirectVar_16s32s_Sfs`:
+ *    S as in `32f` over singles, S * 2^-(sf + 1) rounded to nearest and saturated, then subtracted from val and
+ *    saturated.
  *  - `Low`: integers only, wrapping in 32 bits. Of each square the high 16 bits and the low 16 bits without the last
- * one are multiplied by v and summed apart; at the end of the groups of eight, and again for a remainder of four, of
- * two and of one, high << (15 - sf) and low >> sf are added (above sf 15: high >> (sf - 15) and low >> 15). Differences
- *    saturate, but for the last single one of `IdVarLow`, which wraps. A negative sf leaves the integers: S as in the
- *    forms above, val - S * 2^-(sf + 1), truncated in `Sfs`. `IdVarLow_16s32s_Sfs` stays in integers for every sf;
- *    `IdVarLowScaled` works in single over sums of two squares (two squares of -32768 wrap).
+ *    one are multiplied by v and summed apart; at the end of the groups of eight, and again for a remainder of four,
+ *    of two and of one, high << (15 - sf) and low >> sf are added (above sf 15: high >> (sf - 15) and low >> 15).
+ *    Differences saturate, but for the last single one of `IdVarLow`, which wraps. A negative sf leaves the integers:
+ *    S as in the forms above, val - S * 2^-(sf + 1), truncated in `Sfs`. `IdVarLow_16s32s_Sfs` stays in integers for
+ *    every sf; `IdVarLowScaled` works in single over sums of two squares (two squares of -32768 wrap).
  *  - `BlockDVar`: each matrix row times its block's d in lanes (four; two in double), columns in order; lane by lane
  *    d[r] times that joins the lanes of S; upper pair to lower pair, lane 1 to lane 0. The end is val - S * 0.5, in
- * double but for the 16-bit forms. `32f64f` widens the lanes of a row's product before they join. In 16 bits d
- * saturates in groups of four and more and wraps in the last 1 to 3 columns; `Scaled`: val - (S * 0.5) * 2^-sf; `Sfs`:
- * the lanes times 2^-sf, val - S * 0.5 truncated and saturated, where exactly 2147483648 gives -2147483648.
+ *    double but for the 16-bit forms. `32f64f` widens the lanes of a row's product before they join. In 16 bits d
+ *    saturates in groups of four and more and wraps in the last 1 to 3 columns; `Scaled`: val - (S * 0.5) * 2^-sf;
+ *    `Sfs`: the lanes times 2^-sf, val - S * 0.5 truncated and saturated, where exactly 2147483648 gives -2147483648.
  *
  * Contexts. vornsBlockDMatrixInitAlloc copies a matrix: blockSizes[b] rows and columns for each of numBlocks blocks,
  * and rows, one pointer for each row of each block in order, to as many elements as its block has. Checks: a null
@@ -238,14 +239,14 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  *    vornsLogGaussMultiMix_64f with height of 1000 and more: plain column order, 0.5 * (2 * val - S).
  *  - `Scaled_16s32f`: 16-bit data whose score counts in units of 2^-scaleFactor. In whole groups of eight columns the
  *    difference saturates to 16 bits, is squared in single and multiplied by v in single; column j goes to lane j
- * mod 4. With `IdVar` the squares of two neighbours are added in 32 bits (two squares of -32768 wrap) and pair p of a
- * group goes to lane p. The last len mod 8 columns do NOT saturate and go to lane 0 one by one. Then (lane 0 + lane 2)
- * + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
+ *    mod 4. With `IdVar` the squares of two neighbours are added in 32 bits (two squares of -32768 wrap) and pair p of
+ *    a group goes to lane p. The last len mod 8 columns do NOT saturate and go to lane 0 one by one. Then
+ *    (lane 0 + lane 2) + (lane 1 + lane 3); val + (-S) * 2^-(scaleFactor + 1).
  *  - `16s32s..Sfs`: the same sum; divided by 2^(scaleFactor + 1), or multiplied by 2^-(scaleFactor + 1) where that
- *    exponent is not negative; val is added in single. The score is truncated toward zero without a clamp: out of range
- *    gives -2147483648. Only a last odd row (height odd) is clamped and rounded (by default to nearest even) instead,
- * in vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the other forms
- *    truncate it as well.
+ *    exponent is not negative; val is added in single. The score is truncated toward zero without a clamp: out of
+ *    range gives -2147483648. Only a last odd row (height odd) is clamped and rounded (by default to nearest even)
+ *    instead, in vornsLogGauss_16s32s_D2Sfs, vornsLogGauss_16s32s_D2LSfs and vornsLogGaussMultiMix_16s32s_D2Sfs; the
+ *    other forms truncate it as well.
  *  - `Low`, low precision: no float in the inner loop. The difference saturates; its square is split into its high
  *    16 bits and its low 16 bits halved (the lowest bit is lost); both are multiplied by v, and pairs of neighbours are
  *    summed in four 32-bit lanes that wrap: columns in groups of eight, then a pass of four (lanes 0 and 1), of two and
@@ -262,6 +263,15 @@ VornStatus vornsBlockDMatrixFree_16s(VornBlockDMatrix_16s* context);
  *
  * scaleFactor may be any int: beyond the exponents of a single the power of two is an infinity or zero.
  *
+ * @{
+ */
+
+/**
+ * @defgroup vornsr_many_frames Many frames, one Gaussian
+ * @brief For each frame, row i of src, under one Gaussian: result[i] = val - S / 2.
+ *
+ * The arithmetics by type code with their exact orders, D2 and D2L, the order of the checks and what is promised for
+ * every form: @ref vornsr_multi_frame.
  * @{
  */
 VornStatus vornsLogGauss_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
@@ -320,6 +330,16 @@ VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const 
                                             int height, Vorn32f val);
 VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result,
                                              int height, Vorn32f val);
+/** @} */
+
+/**
+ * @defgroup vornsr_many_gaussians One frame, many Gaussians
+ * @brief For one frame under each Gaussian, row i of mean and var: srcDst[i] = srcDst[i] - S / 2.
+ *
+ * srcDst holds the val of each Gaussian on entry and its score on return. The arithmetics by type code with their
+ * exact orders, D2 and D2L, the order of the checks and what is promised for every form: @ref vornsr_multi_frame.
+ * @{
+ */
 VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len,
                                         Vorn32f* srcDst, int height);
 VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
@@ -355,6 +375,8 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
                                                 const Vorn16s* src, int len, Vorn32f* srcDst, int height);
 /** @} */
 
+/** @} */
+
 /**
  * @defgroup vornsr_mixtures Mixtures
  * @brief Gaussian scores folded as they are made: the best so far, the log-sum with what is there, the score of a
@@ -388,7 +410,7 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  *    val + (-S) * 2^-(scaleFactor + 1), is clamped to 32 bits, the old value is converted to single, and the maximum is
  *    taken in single and truncated: an old value of more than 24 bits changes even where it stays.
  *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in
- * single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *    single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
  *
  * Log-add: the floors and polynomials of vornsLogAdd (group logarithm_domain). Frames are taken in runs of 128,
  * Gaussians in runs of 100, and each run is log-added as one vector. vornsLogGaussAdd_32f_D2 and _IdVar_32f_D2 with len
@@ -401,6 +423,15 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  * as vornsLogGaussSingle_IdVar does; vornsLogGaussMixture_IdVar_32f_D2 scores with 0.5 * (2 * val - S) in four lanes
  * and log-adds in the order of the Gaussians, without runs, as vornsLogGaussAdd_32f_D2 does below len 4.
  *
+ * @{
+ */
+
+/**
+ * @defgroup vornsr_maxima_over_frames Maxima over frames
+ * @brief Over frames, the rows of src, under one Gaussian: srcDst[i] = max(srcDst[i], score(i)).
+ *
+ * The comparison, the integer forms and the order of the checks: @ref vornsr_mixtures. The scores:
+ * @ref vornsr_multi_frame.
  * @{
  */
 VornStatus vornsLogGaussMax_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
@@ -451,6 +482,16 @@ VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2(const Vorn16s* src, int ste
                                                      Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
 VornStatus vornsLogGaussMax_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len,
                                                       Vorn32f* srcDst, int height, Vorn32f val, int scaleFactor);
+/** @} */
+
+/**
+ * @defgroup vornsr_maxima_over_gaussians Maxima over Gaussians
+ * @brief Over Gaussians, the rows of mean and var, for one frame: srcDst[i] = max(srcDst[i], score(i)).
+ *
+ * The comparison, the integer forms and the order of the checks: @ref vornsr_mixtures. The scores:
+ * @ref vornsr_multi_frame.
+ * @{
+ */
 VornStatus vornsLogGaussMaxMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src,
                                            int len, const Vorn32f* val, Vorn32f* srcDst, int height);
 VornStatus vornsLogGaussMaxMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
@@ -483,6 +524,15 @@ VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const 
 VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean, const Vorn16s* const* var,
                                                       const Vorn16s* src, int len, const Vorn32s* val, Vorn32s* srcDst,
                                                       int height, int scaleFactor);
+/** @} */
+
+/**
+ * @defgroup vornsr_added_scores Log-added scores
+ * @brief Over frames, or in the `MultiMix` forms over Gaussians: srcDst[i] = ln(exp(srcDst[i]) + exp(score(i))).
+ *
+ * The log-add with its runs, and the order of the checks: @ref vornsr_mixtures. The scores: @ref vornsr_multi_frame.
+ * @{
+ */
 VornStatus vornsLogGaussAdd_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
                                    Vorn32f* srcDst, int height, Vorn32f val);
 VornStatus vornsLogGaussAdd_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len,
@@ -535,6 +585,16 @@ VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2(const Vorn16s* mean, con
 VornStatus vornsLogGaussAddMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
                                                          const Vorn16s* src, int len, const Vorn32f* val,
                                                          Vorn32f* srcDst, int height, int scaleFactor);
+/** @} */
+
+/**
+ * @defgroup vornsr_mixture_scores The score of a mixture
+ * @brief For one frame: result = ln of the sum over the Gaussians of exp(score(i)).
+ *
+ * The runs in which Gaussians are summed, which are part of the result, and the order of the checks:
+ * @ref vornsr_mixtures. The scores: @ref vornsr_multi_frame.
+ * @{
+ */
 VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int height,
                                        int step, int len, const Vorn32f* val, Vorn32f* result);
 VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const* mean, const Vorn32f* const* var,
@@ -572,6 +632,8 @@ VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2(const Vorn16s* src, con
 VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, const Vorn16s* const* mean, int height,
                                                           int len, const Vorn32f* val, Vorn32f* result,
                                                           int scaleFactor);
+/** @} */
+
 /** @} */
 
 VORN_END_DECLS

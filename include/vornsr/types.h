@@ -32,6 +32,14 @@
  * contexts that a call only reads may be shared.
  *
  * Alignment is never an error. Unless a family says otherwise it never changes a result either.
+ *
+ * Bits. The same arguments give the same bits on every processor and in every build. Excepted are the sign and the
+ * payload of a not-a-number that arithmetic gives (not those that a family names), and the processor's exception flags.
+ *
+ * Denormals. Results are promised with the processor's default handling of denormals. If the caller has switched it to
+ * take denormal operands for zero or to flush denormal results to zero, a denormal operand or result of a
+ * floating-point step may become a zero of its sign; where no step meets one, nothing changes. The library leaves these
+ * modes as they are.
  * @{
  */
 

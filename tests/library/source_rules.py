@@ -89,6 +89,71 @@ class Documentation(unittest.TestCase):
                 self.assertEqual(self.undocumented(header), [])
 
 
+class Reference(unittest.TestCase):
+    """What a reader of the reference meets."""
+
+    LONGEST_LIST = 40  # functions of one group
+    WIDEST_LINE = 120
+
+    def groups(self):
+        """The group of every declaration: a group stands in its parent's braces, and the innermost one counts."""
+        members, open_groups = {}, []
+        for header in env.public_headers():
+            for part in re.findall(r"/\*\*.*?\*/|^[A-Za-z][^;{]*?\bvorn\w+\s*\(", env.text("include", "vornsr", header), re.S | re.M):
+                if title := re.search(r"@defgroup\s+(\w+)", part):
+                    open_groups.append(title.group(1))
+                    members[title.group(1)] = 0
+                elif "@}" in part:
+                    open_groups.pop()
+                elif not part.startswith("/**"):
+                    members[open_groups[-1]] += 1
+            self.assertEqual(open_groups, [], header)
+        return members
+
+    def test_no_group_is_a_long_list(self):
+        members = self.groups()
+        self.assertGreater(sum(members.values()), 700, "the headers were read")
+        self.assertFalse({name: count for name, count in members.items() if count > self.LONGEST_LIST})
+
+    def test_the_first_page_leads_to_every_group(self):
+        named = set(re.findall(r"@ref (vornsr_\w+)", env.text("docs", "reference.md")))
+        self.assertEqual(named - set(self.groups()), set())
+        # A group inside another is reached through it.
+        subgroups = {name for header in env.public_headers() for name in self.inner_groups(header)}
+        self.assertEqual(set(self.groups()) - subgroups - named, set())
+
+    def inner_groups(self, header):
+        depth = 0
+        for part in re.findall(r"/\*\*.*?\*/", env.text("include", "vornsr", header), re.S):
+            if title := re.search(r"@defgroup\s+(\w+)", part):
+                if depth:
+                    yield title.group(1)
+                depth += 1
+            elif "@}" in part:
+                depth -= 1
+
+    def test_lines_of_the_headers_are_not_too_wide(self):
+        for header in ["../vornsr.h", *env.public_headers()]:
+            for number, line in enumerate(env.text("include", "vornsr", header).splitlines(), 1):
+                self.assertLessEqual(len(line), self.WIDEST_LINE, f"{header}:{number}")
+
+
+class Bounds(unittest.TestCase):
+    """An accuracy is one number: in the table of docs/numerics.md, in the header that promises it, in the test."""
+
+    def test_each_bound_stands_where_it_is_promised_and_held(self):
+        table = re.search(r"\| function \| bound \|[^\n]*\n\|[-|]+\|\n((?:\|[^\n]*\n)+)", env.text("docs", "numerics.md")).group(1)
+        rows = [[cell.strip() for cell in line.strip("|").split(" | ")] for line in table.splitlines()]
+        self.assertGreater(len(rows), 10, "the table was read")
+        for function, bound, header, test, *_ in rows:
+            numbers = re.findall(r"\d+\.\d+(?:e-\d+)?|\d+e-\d+", bound)
+            self.assertTrue(numbers, function)
+            for number in numbers:
+                for path in (header, test):
+                    with self.subTest(function=function, bound=number, file=path):
+                        self.assertRegex(env.text(path), rf"(?<![\w.]){re.escape(number)}(?![\d.]*\d)")
+
+
 class Workloads(unittest.TestCase):
     @classmethod
     def setUpClass(cls):

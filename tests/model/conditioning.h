@@ -1,4 +1,4 @@
-// Sign changes, energy normalisation and mean removal as the contract says them.
+// Sign changes, energy normalisation and mean removal as they are promised.
 #pragma once
 
 #include <cmath>

@@ -1,4 +1,4 @@
-// Mel filter banks as the contract says them: centres and weights from the C library's logarithm and exponential,
+// Mel filter banks as they are promised: centres and weights from the C library's logarithm and exponential,
 // evaluation bin by bin with every lane of the accumulators written out.
 #pragma once
 

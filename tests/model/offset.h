@@ -1,4 +1,4 @@
-// Offset compensation as the contract says it, sample by sample. Intermediate singles stand in variables of their own.
+// Offset compensation as it is promised, sample by sample. Intermediate singles stand in variables of their own.
 #pragma once
 
 #include <cmath>
@@ -68,7 +68,7 @@ inline void compensateOffsetInPlace(const std::vector<std::int16_t>& x, std::vec
     srcLast = x.back();
 }
 
-// The shift and its correction as the contract words them.
+// The shift and its correction as the header words them.
 inline void compensateOffsetQ15(const std::vector<std::int16_t>& x, std::vector<std::int16_t>& y, std::int16_t& srcLast,
                                 std::int16_t dstLast, std::int16_t val) {
     for (std::size_t n = 0; n < x.size(); ++n) {

@@ -16,8 +16,9 @@ namespace vorn {
 enum LnCode : int { lnGood = 0, lnZero = 2, lnNegative = 4, lnNotFinite = 8 };
 
 // ln(1 + f) = f - (f^2/2 - s (f^2/2 + R(z))) with s = f/(2 + f), z = s^2, R(z) = ln((1 + s)/(1 - s))/s - 2. The
-// coefficients of R are minimax for 0 <= z <= 0.04 (Remez; one after the other rounded to the type and the rest fitted
-// again). ln 2 stands in two parts; the first has so few bits that its products with an exponent are exact.
+// coefficients of R are fitted for 0 <= z <= 0.04 (Remez 1934; one after the other rounded to the type and the rest
+// fitted again); tools/coefficients.py holds their bounds against the minimax polynomial. ln 2 stands in two parts; the
+// first has so few bits that its products with an exponent are exact.
 template <class Element>
 struct LnFormat;
 

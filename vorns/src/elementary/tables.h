@@ -1,5 +1,5 @@
 // Tables of the double-precision elementary functions. Every entry is the nearest double to the stated value, worked
-// out with 2000 bits; a second member holds the nearest double to what the first one leaves.
+// out with 2000 bits (tools/coefficients.py); a second member holds the nearest double to what the first one leaves.
 #pragma once
 
 #include <cstdint>

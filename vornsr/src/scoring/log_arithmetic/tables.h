@@ -2,7 +2,7 @@
 //
 // Three intervals, split at -3.5 and -9 in double and at -2.55 and -6.8 in single; in each a polynomial in the distance
 // t of d from the interval's upper end, highest power first. Largest error against f: 3.2e-15 for the double tables,
-// 4.6e-9 for the single ones; evaluated in the element type 4.1e-14 and 1.6e-7.
+// 4.6e-9 for the single ones; evaluated in the element type 6e-14 and 1.6e-7.
 #pragma once
 
 #include <cstddef>
