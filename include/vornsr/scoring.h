@@ -58,9 +58,14 @@ VORN_BEGIN_DECLS
  * scaled back and the floor is an integer value; the sum is clamped to 32 bits and truncated toward zero, and
  * vornsLogSub_16s_Sfs stores its low 16 bits.
  *
- * Infinities and not-a-numbers take the comparisons as they fall. Log-add: a not-a-number in b gives one, a
- * not-a-number in a counts as equal to b; two equal infinities give a not-a-number. Log-subtract: a difference that is
- * not a number is no error and counts as far apart.
+ * What is not a number never becomes a score. Log-add gives a not-a-number where either operand is one, log-sum if any
+ * element is one, log-subtract where either operand is one, which is no range error. In the integer forms a zero times
+ * an infinite power of two is a not-a-number; their conversion stores -2147483648 for it, and in 16 bits -32768 in
+ * log-add and the low half of -2147483648, which is 0, in log-sum.
+ *
+ * Infinities take the comparisons as they fall. Two equal ones give a not-a-number in log-add and log-sum, but count as
+ * far apart in log-subtract and in the integer log-sums of two to six elements, as does a zero difference of integers
+ * times an infinite power of two in log-subtract.
  *
  * Literature: addition in the logarithmic domain, Kingsbury and Rayner (1971).
  * @{
@@ -389,6 +394,8 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  *    taken in single and truncated: an old value of more than 24 bits changes even where it stays.
  *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in
  * single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *
+ * Log-add and mixture: a score, a val or an old value that is not a number gives a result that is none.
  *
  * Log-add: the floors and polynomials of vornsLogAdd (group logarithm_domain). Frames are taken in runs of 128,
  * Gaussians in runs of 100, and each run is log-added as one vector. vornsLogGaussAdd_32f_D2 and _IdVar_32f_D2 with len
