@@ -18,7 +18,7 @@ VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var,
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(mean, var, src, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{srcDst}, Store{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{srcDst}, Store{srcDst});
     return vornStsNoErr;
 }
 
@@ -26,7 +26,7 @@ VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn3
                                          int len, Vorn32f* srcDst, int height) {
     VORN_CHECK(notNull(mean, var, src, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{srcDst}, Store{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{srcDst}, Store{srcDst});
     return vornStsNoErr;
 }
 
