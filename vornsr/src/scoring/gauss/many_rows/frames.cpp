@@ -269,34 +269,20 @@ VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, co
 
 VornStatus vornsLogGauss_Low_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len,
                                        Vorn32f* result, int height, Vorn32f val) {
-    VORN_CHECK(strideHolds(step, len));
-    VORN_CHECK(notNull(src, mean, var, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src, step), mean, var), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_LowScaled_16s32f_D2(src, step, mean, var, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_Low_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
                                         Vorn32f* result, int height, Vorn32f val) {
-    VORN_CHECK(notNull(src, mean, var, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src), mean, var), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_LowScaled_16s32f_D2L(src, mean, var, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result,
                                             int height, Vorn32f val) {
-    VORN_CHECK(strideHolds(step, len));
-    VORN_CHECK(notNull(src, mean, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_IdVarLowScaled_16s32f_D2(src, step, mean, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result,
                                              int height, Vorn32f val) {
-    VORN_CHECK(notNull(src, mean, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_IdVarLowScaled_16s32f_D2L(src, mean, len, result, height, val, 0);
 }
