@@ -132,10 +132,29 @@ TEST(LogGaussMax, IntegerFormsIgnoreTheCallersRounding) {
 }
 
 TEST(LogGaussMax, NotANumberLeavesTheOldValue) {
-    Guarded<float> src{std::nanf(""), 1}, mean{1}, var{2}, srcDst{-7, -7};
-    ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, srcDst, 2, 3.0f), vornStsNoErr);
-    EXPECT_EQ(srcDst[0], -7.0f);
-    EXPECT_EQ(srcDst[1], 3.0f);
+    for (int height = 1; height <= 9; ++height) {
+        for (int r = 0; r < height; ++r) {
+            Guarded<float> src(std::vector<float>(at(height), 1.0f)), mean{1}, var{2},
+                srcDst(std::vector<float>(at(height), -7.0f)), old(srcDst.values());
+            src[at(r)] = std::nanf("");
+            ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, srcDst, height, 3.0f), vornStsNoErr);
+            for (int i = 0; i < height; ++i) EXPECT_EQ(srcDst[at(i)], i == r ? -7.0f : 3.0f) << height << " " << r;
+            src[at(r)] = 1.0f, old[at(r)] = std::nanf("");
+            ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, old, height, 3.0f), vornStsNoErr);
+            EXPECT_TRUE(std::isnan(old[at(r)])) << "an old value that is none stays";
+        }
+    }
+}
+
+// A zero sum in an infinite unit is no number: the clamp of the integer form takes it for the upper border, which no
+// integer holds.
+TEST(LogGaussMax, IntegerFormStoresTheSmallestForNoNumber) {
+    for (int height = 1; height <= 9; ++height) {
+        Guarded<Vorn16s> src(std::vector<Vorn16s>(at(height), 1)), mean{1}, var{2};
+        Guarded<Vorn32s> srcDst(std::vector<Vorn32s>(at(height), 5));
+        ASSERT_EQ(vornsLogGaussMax_16s32s_D2Sfs(src, 1, mean, var, 1, srcDst, height, 3, -129), vornStsNoErr);
+        for (Vorn32s score : srcDst) EXPECT_EQ(score, INT32_MIN);
+    }
 }
 
 }  // namespace

@@ -119,7 +119,7 @@ struct ExactShortTerms {
     }
     template <class Var>
     static VORN_INLINE Vorn32f column(const Vorn16s* x, const Vorn16s* mean, Var var) {
-        const Vorn32f d = static_cast<Vorn32f>(*x) - static_cast<Vorn32f>(*mean);
+        const auto d = static_cast<Vorn32f>(*x - *mean);
         return weightedColumn(d * d, var);
     }
 };
