@@ -74,9 +74,9 @@ TEST(LogGaussAdd, OfANotANumberIsNoneAmongManyGaussians) {
         RowsOfFive<gaussians, Vorn64f, Vorn64f> rows(height, 3);
         for (std::size_t r : {std::size_t{0}, std::size_t{501}, at(height) - 1}) {
             const auto val = [r](auto& of) -> double& { return of.val(r); };
-            EXPECT_TRUE(std::isnan(rows.after<false>(vornsLogGaussAddMultiMix_64f_D2, val)[r])) << r;
+            EXPECT_TRUE(std::isnan(rows.with<false>(vornsLogGaussAddMultiMix_64f_D2, val)[r])) << r;
             const auto old = [r](auto& of) -> double& { return of.old(r); };
-            EXPECT_TRUE(std::isnan(rows.after<false>(vornsLogGaussAddMultiMix_64f_D2, old)[r])) << r;
+            EXPECT_TRUE(std::isnan(rows.with<false>(vornsLogGaussAddMultiMix_64f_D2, old)[r])) << r;
         }
     }
 }
