@@ -58,9 +58,14 @@ VORN_BEGIN_DECLS
  * scaled back and the floor is an integer value; the sum is clamped to 32 bits and truncated toward zero, and
  * vornsLogSub_16s_Sfs stores its low 16 bits.
  *
- * Infinities and not-a-numbers take the comparisons as they fall. Log-add: a not-a-number in b gives one, a
- * not-a-number in a counts as equal to b; two equal infinities give a not-a-number. Log-subtract: a difference that is
- * not a number is no error and counts as far apart.
+ * What is not a number never becomes a logarithm: log-add gives a not-a-number where either operand is one, log-sum if
+ * any element is one, log-subtract where either operand is one, which is no range error. Integers are always numbers,
+ * save that a zero times an infinite power of two is none: log-add and log-sum store -2147483648 for it, in 16 bits
+ * -32768 (log-add) and the low half of -2147483648, which is 0 (log-sum).
+ *
+ * Infinities take the comparisons as they fall. Two equal ones give a not-a-number in log-add and log-sum, but count as
+ * far apart in log-subtract and in the integer log-sums of two to six elements, as does a zero difference of integers
+ * times an infinite power of two in log-subtract.
  *
  * Literature: addition in the logarithmic domain, Kingsbury and Rayner (1971).
  * @{
@@ -402,15 +407,19 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  * below 1 `vornStsSizeErr`. After an error nothing has been written. There are no warnings and no allocation.
  * Thread-safe: no state. All builds give the same bits.
  *
- * Maximum: an old value stays unless the score is greater; so it stays beside a score that is not a number.
+ * Maximum: an old value stays unless the score is greater; so it stays beside a score that is not a number, and one
+ * that is not a number stays for good.
  *  - vornsLogGaussMax_IdVar_64f and vornsLogGaussMaxMultiMix_64f with height of 1000 and more: plain column order,
  *    0.5 * (2 * val - S).
  *  - `16s32s..Sfs`: all arithmetic truncates toward zero, whatever the caller's rounding mode, which comes back at the
  *    end; only the val of many frames is converted to single in the caller's mode. The score,
  *    val + (-S) * 2^-(scaleFactor + 1), is clamped to 32 bits, the old value is converted to single, and the maximum is
- *    taken in single and truncated: an old value of more than 24 bits changes even where it stays.
+ *    taken in single and truncated: an old value of more than 24 bits changes even where it stays. A zero sum times an
+ *    infinite power of two is no number; it is clamped to 2147483648, which stores -2147483648.
  *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in
  *    single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *
+ * Log-add and mixture: with a score, a val or an old value that is not a number the result is not a number either.
  *
  * Log-add: the floors and polynomials of vornsLogAdd (group logarithm_domain). Frames are taken in runs of 128,
  * Gaussians in runs of 100, and each run is log-added as one vector. vornsLogGaussAdd_32f_D2 and _IdVar_32f_D2 with len

@@ -111,12 +111,12 @@ inline float negatedSumInPasses(const Row<Vorn16s>& row) {
 }
 
 // Shifts of 32-bit lanes: left beyond the width gives 0, right the sign.
-inline std::int32_t left32(std::int32_t x, int count) {
+inline std::int32_t left32(std::int32_t x, long count) {
     return count > 31 ? 0 : static_cast<std::int32_t>(static_cast<std::uint32_t>(x) << count);
 }
-inline std::int32_t right32(std::int32_t x, int count) { return x >> std::min(count, 31); }
+inline std::int32_t right32(std::int32_t x, long count) { return x >> std::min(count, 31L); }
 
-inline std::int32_t shiftedParts(std::int32_t high, std::int32_t low, int sf) {
+inline std::int32_t shiftedParts(std::int32_t high, std::int32_t low, long sf) {
     if (sf < 0) return wrapped(std::int64_t{left32(high, 15 - sf)} + left32(low, -sf));
     if (sf <= 15) return wrapped(std::int64_t{left32(high, 15 - sf)} + right32(low, sf));
     return wrapped(std::int64_t{right32(high, sf - 15)} + right32(low, 15));
@@ -147,16 +147,9 @@ inline std::int32_t lowTotal(const Row<Vorn16s>& row, int sf, bool odd) {
     return total;
 }
 
-// 2^n in single, made by an integer shift as far as 64 bits reach.
-inline float powerOfTwo(int n) { return n < 63 ? static_cast<float>(std::int64_t{1} << n) : scaleSingle(-n); }
+// x x 2^-k by a power of two that is not below one.
+inline float scaledDown(float x, long k) { return k > 0 ? x / scaleSingle(-k) : x * scaleSingle(k); }
 
-// sum x 2^-(sf + 1)
-inline float scaledByPower(float sum, int sf) {
-    const int k = sf + 1;
-    return k > 0 ? sum / powerOfTwo(k) : sum * powerOfTwo(-k);
-}
-
-inline std::int32_t truncated(float x) { return toInt(x); }
 inline std::int32_t clampedAndRounded(float x) {
     return toInt(std::nearbyint(std::min(2147483648.0f, std::max(-2147483648.0f, x))));
 }

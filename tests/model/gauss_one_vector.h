@@ -8,24 +8,12 @@
 #include <limits>
 #include <vector>
 
+#include "model/gauss.h"
 #include "vornsr/types.h"
 
 namespace model {
 
-inline float powerOfTwo(long long n) {
-    if (n > 127) return std::numeric_limits<float>::infinity();
-    if (n < -149) return 0.0f;
-    return std::ldexp(1.0f, static_cast<int>(n));
-}
-
-inline Vorn16s clamp16(int x) { return static_cast<Vorn16s>(std::max(-32768, std::min(32767, x))); }
-inline std::int32_t low32(std::int64_t x) { return static_cast<std::int32_t>(static_cast<std::uint32_t>(x)); }
-// Conversions of the processor: out of range, and what is not a number, give the smallest integer.
-inline std::int32_t truncated(double x) {
-    return x > -2147483649.0 && x < 2147483648.0 ? static_cast<std::int32_t>(x)
-                                                 : std::numeric_limits<std::int32_t>::min();
-}
-inline std::int32_t rounded(double x) { return truncated(std::nearbyint(x)); }
+inline Vorn16s clampedDifference(Vorn16s x, Vorn16s m) { return static_cast<Vorn16s>(saturated16(x - m)); }
 
 // ---- Float sums.
 
@@ -53,7 +41,7 @@ inline float sumInTwoAccumulators(const float* x, const float* m, const float* v
     return (both[0] + both[1]) + (both[2] + both[3]);
 }
 
-inline float single(const float* x, const float* m, const float* v, int len, float val) {
+inline float floatScore(const float* x, const float* m, const float* v, int len, float val) {
     return 0.5f * (sumInTwoAccumulators(x, m, v, len, -1) + 2.0f * val);
 }
 
@@ -109,7 +97,7 @@ float fixedSum(const Vorn16s* x, const Vorn16s* m, const V* v, int len) {
     while (len - j >= 8) {
         float product[8];
         for (int k = 0; k < 8; ++k) {
-            const int d = clamp16(x[j + k] - m[j + k]);
+            const int d = clampedDifference(x[j + k], m[j + k]);
             product[k] = static_cast<float>(d * d);
             if (v) product[k] = product[k] * static_cast<float>(v[j + k]);
         }
@@ -127,26 +115,27 @@ float fixedSum(const Vorn16s* x, const Vorn16s* m, const V* v, int len) {
     return sum;
 }
 
-inline float scaled(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
-    return val - fixedSum(x, m, v, len) * powerOfTwo(-(sf + 1LL));
+inline float scaledScore(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
+    return val - fixedSum(x, m, v, len) * scaleSingle(sf + 1L);
 }
 
-inline std::int32_t integer(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, std::int32_t val, int sf) {
+inline std::int32_t integerScore(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, std::int32_t val,
+                                 int sf) {
     float t = fixedSum(x, m, v, len) * 0.5f;
-    t = sf >= 0 ? t / powerOfTwo(sf) : t * powerOfTwo(-static_cast<long long>(sf));
+    t = scaledDown(t, sf);
     float r = static_cast<float>(val) - t;
     r = std::min(r, 2147483648.0f);
     r = std::max(r, -2147483648.0f);
-    return rounded(r);
+    return toInt(std::nearbyint(r));
 }
 
 inline float identityScaled(const Vorn16s* x, const Vorn16s* m, int len, float val, int sf) {
     std::int64_t sum = 0;
     for (int j = 0; j < len; ++j) {
-        const std::int64_t d = clamp16(x[j] - m[j]);
+        const std::int64_t d = clampedDifference(x[j], m[j]);
         sum += d * d;
     }
-    return val - static_cast<float>(sum) * powerOfTwo(-(sf + 1LL));
+    return val - static_cast<float>(sum) * scaleSingle(sf + 1L);
 }
 
 // ---- Low precision.
@@ -155,29 +144,19 @@ struct Halves {
     std::int32_t high = 0, low = 0;
 };
 
-inline std::int32_t shiftLeft(std::int32_t x, int n) {
-    return n > 31 ? 0 : low32(static_cast<std::int64_t>(static_cast<std::uint32_t>(x)) << n);
-}
-inline std::int32_t shiftRight(std::int32_t x, int n) { return x >> std::min(n, 31); }
-
-inline std::int32_t shifted(const Halves& h, int sf) {
-    if (sf > 15) return low32(std::int64_t{shiftRight(h.high, sf - 15)} + shiftRight(h.low, 15));
-    if (sf >= 0) return low32(std::int64_t{shiftLeft(h.high, 15 - sf)} + shiftRight(h.low, sf));
-    const int up = sf < -100 ? 100 : -sf;
-    return low32(std::int64_t{shiftLeft(h.high, 15 + up)} + shiftLeft(h.low, up));
-}
+inline std::int32_t shifted(const Halves& h, int sf) { return shiftedParts(h.high, h.low, sf); }
 
 inline void addTerm(Halves& sum, Vorn16s d, int v, int sign) {
     const std::int32_t square = std::int32_t{d} * d;
     const std::int32_t high = square >> 16, low = (square & 0xFFFF) >> 1;
-    sum.high = low32(sum.high + std::int64_t{sign} * high * v);
-    sum.low = low32(sum.low + std::int64_t{sign} * low * v);
+    sum.high = wrapped(sum.high + std::int64_t{sign} * high * v);
+    sum.low = wrapped(sum.low + std::int64_t{sign} * low * v);
 }
 
 inline std::int32_t lowScore(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, int sf) {
     Halves lane[4];
     const int groups = len / 8 * 8;
-    for (int j = 0; j < groups; ++j) addTerm(lane[j % 8 / 2], clamp16(x[j] - m[j]), v ? v[j] : 1, -1);
+    for (int j = 0; j < groups; ++j) addTerm(lane[j % 8 / 2], clampedDifference(x[j], m[j]), v ? v[j] : 1, -1);
     std::int64_t total = 0;
     for (const Halves& h : lane) total += shifted(h, sf);
     int j = groups;
@@ -192,36 +171,37 @@ inline std::int32_t lowScore(const Vorn16s* x, const Vorn16s* m, const Vorn16s* 
                     total -= sf < -31 ? 0 : half << -sf;
                     continue;
                 }
-                d = size == 1 && !v ? static_cast<Vorn16s>(static_cast<std::uint16_t>(d)) : clamp16(d);
+                d = size == 1 && !v ? static_cast<Vorn16s>(static_cast<std::uint16_t>(d))
+                                    : static_cast<Vorn16s>(saturated16(d));
                 addTerm(h, static_cast<Vorn16s>(d), v ? v[j + k] : 1, 1);
             }
             total -= shifted(h, sf);
         }
         j += size;
     }
-    return low32(total);
+    return wrapped(total);
 }
 
-inline float lowInSingle(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
-    return val - fixedSum(x, m, v, len) * powerOfTwo(-(sf + 1LL));
+inline float lowInFloat(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
+    return val - fixedSum(x, m, v, len) * scaleSingle(sf + 1L);
 }
 
 inline float lowScaled(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
-    if (sf < 0) return lowInSingle(x, m, v, len, val, sf);
+    if (sf < 0) return lowInFloat(x, m, v, len, val, sf);
     return static_cast<float>(lowScore(x, m, v, len, sf)) + val;
 }
 
 inline std::int32_t lowInteger(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, std::int32_t val,
                                int sf) {
-    if (v && sf < 0) return truncated(lowInSingle(x, m, v, len, static_cast<float>(val), sf));
-    return low32(std::int64_t{lowScore(x, m, v, len, sf)} + val);
+    if (v && sf < 0) return toInt(lowInFloat(x, m, v, len, static_cast<float>(val), sf));
+    return wrapped(std::int64_t{lowScore(x, m, v, len, sf)} + val);
 }
 
 inline float identityLowScaled(const Vorn16s* x, const Vorn16s* m, int len, float val, int sf) {
     float lane[4] = {};
     const auto pair = [&](int j) {
-        const std::int64_t a = clamp16(x[j] - m[j]), b = clamp16(x[j + 1] - m[j + 1]);
-        return static_cast<float>(low32(a * a + b * b));
+        const std::int64_t a = clampedDifference(x[j], m[j]), b = clampedDifference(x[j + 1], m[j + 1]);
+        return static_cast<float>(wrapped(a * a + b * b));
     };
     int j = 0;
     for (; len - j >= 8; j += 8) {
@@ -234,8 +214,7 @@ inline float identityLowScaled(const Vorn16s* x, const Vorn16s* m, int len, floa
         lane[0] -= static_cast<float>(d * d);
     }
     const float sum = (lane[0] + lane[2]) + (lane[1] + lane[3]);
-    const long long k = sf + 1LL;
-    return val + (k > 0 ? sum / powerOfTwo(k) : sum * powerOfTwo(-k));
+    return val + scaledDown(sum, sf + 1L);
 }
 
 // ---- Variances in the place of their inverses. The status is the warning (6) or 0.
@@ -264,7 +243,7 @@ inline double directDouble(const double* x, const double* m, const double* v, in
 }
 
 inline float directScaled(const Vorn16s* x, const Vorn16s* m, const Vorn16s* v, int len, float val, int sf) {
-    return val - (fixedSum(x, m, invert(v, len).inverse.data(), len) * 0.5f) * powerOfTwo(-static_cast<long long>(sf));
+    return val - (fixedSum(x, m, invert(v, len).inverse.data(), len) * 0.5f) * scaleSingle(sf);
 }
 
 // To nearest in every rounding mode, saturated; a not-a-number (it comes from 0 x infinity, sign set) the smallest.
@@ -272,7 +251,7 @@ inline std::int32_t directInteger(const Vorn16s* x, const Vorn16s* m, const Vorn
                                   int sf) {
     const std::vector<float> a(x, x + len), b(m, m + len);
     float sum = sumInTwoAccumulators(a.data(), b.data(), invert(v, len).inverse.data(), len, 1);
-    sum = sum * powerOfTwo(-(sf + 1LL));
+    sum = sum * scaleSingle(sf + 1L);
     std::int64_t term;
     if (std::isnan(sum) || sum <= -2147483648.0f) {
         term = std::numeric_limits<std::int32_t>::min();
@@ -336,12 +315,12 @@ void quadraticForm(const Blocks<T>& matrix, const T* d, S* lanes) {
 }
 
 template <class T>
-std::vector<T> differences(const T* x, const T* m, int len) {
+std::vector<T> blockDifferences(const T* x, const T* m, int len) {
     std::vector<T> d(len);
     for (int j = 0; j < len; ++j) {
         if constexpr (sizeof(T) == 2) {
-            const int exact = x[j] - m[j];
-            d[j] = j < len / 4 * 4 ? clamp16(exact) : static_cast<T>(static_cast<std::uint16_t>(exact));
+            d[j] = j < len / 4 * 4 ? clampedDifference(x[j], m[j])
+                                   : static_cast<T>(static_cast<std::uint16_t>(x[j] - m[j]));
         } else {
             d[j] = x[j] - m[j];
         }
@@ -350,41 +329,41 @@ std::vector<T> differences(const T* x, const T* m, int len) {
 }
 
 inline float blocks(const float* x, const float* m, const Blocks<float>& matrix, float val) {
-    const auto d = differences(x, m, matrix.total());
+    const auto d = blockDifferences(x, m, matrix.total());
     float s[4];
     quadraticForm<float, float, 4>(matrix, d.data(), s);
     const float sum = (s[0] + s[2]) + (s[1] + s[3]);
     return static_cast<float>(static_cast<double>(val) - static_cast<double>(sum) * 0.5);
 }
 inline double blocks(const double* x, const double* m, const Blocks<double>& matrix, double val) {
-    const auto d = differences(x, m, matrix.total());
+    const auto d = blockDifferences(x, m, matrix.total());
     double s[2];
     quadraticForm<double, double, 2>(matrix, d.data(), s);
     return val - (s[0] + s[1]) * 0.5;
 }
 inline double blocksWidened(const float* x, const float* m, const Blocks<float>& matrix, double val) {
-    const auto d = differences(x, m, matrix.total());
+    const auto d = blockDifferences(x, m, matrix.total());
     double s[4];
     quadraticForm<double, float, 4>(matrix, d.data(), s);
     return val - ((s[0] + s[2]) + (s[1] + s[3])) * 0.5;
 }
 inline float blocksScaled(const Vorn16s* x, const Vorn16s* m, const Blocks<Vorn16s>& matrix, float val, int sf) {
-    const auto d = differences(x, m, matrix.total());
+    const auto d = blockDifferences(x, m, matrix.total());
     float s[4];
     quadraticForm<float, float, 4>(matrix, d.data(), s);
     const float sum = (s[0] + s[2]) + (s[1] + s[3]);
-    return val - (sum * 0.5f) * powerOfTwo(-static_cast<long long>(sf));
+    return val - (sum * 0.5f) * scaleSingle(sf);
 }
 inline std::int32_t blocksInteger(const Vorn16s* x, const Vorn16s* m, const Blocks<Vorn16s>& matrix, std::int32_t val,
                                   int sf) {
-    const auto d = differences(x, m, matrix.total());
+    const auto d = blockDifferences(x, m, matrix.total());
     float s[4];
     quadraticForm<float, float, 4>(matrix, d.data(), s);
-    for (float& lane : s) lane = lane * powerOfTwo(-static_cast<long long>(sf));
+    for (float& lane : s) lane = lane * scaleSingle(sf);
     const float r = static_cast<float>(val) - ((s[0] + s[2]) + (s[1] + s[3])) * 0.5f;
     if (r < -2147483648.0f) return std::numeric_limits<std::int32_t>::min();
     if (r > 2147483648.0f) return std::numeric_limits<std::int32_t>::max();
-    return truncated(r);
+    return toInt(r);
 }
 
 }  // namespace model

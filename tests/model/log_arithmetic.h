@@ -88,8 +88,10 @@ inline double scaleDouble(long sf) {
     return std::ldexp(1.0, static_cast<int>(-sf));
 }
 
-// inGroup: a difference exactly on a split belongs to the lower interval; outside of groups to the upper one.
+// inGroup: a difference exactly on a split belongs to the lower interval; outside of groups to the upper one. What is
+// not a number gives none.
 inline float logAdd(float a, float b, bool inGroup) {
+    if (std::isnan(a) || std::isnan(b)) return std::numeric_limits<float>::quiet_NaN();
     const float m = maxOf(a, b);
     const float d = minOf(a, b) - m;
     if (d < -15.319587707519531f) return m < -4500000.0f ? -4500000.0f : m;
@@ -112,6 +114,7 @@ inline float logAdd(float a, float b, bool inGroup) {
 }
 
 inline double logAdd(double a, double b, bool inGroup) {
+    if (std::isnan(a) || std::isnan(b)) return std::numeric_limits<double>::quiet_NaN();
     const double m = maxOf(a, b);
     const double d = minOf(a, b) - m;
     if (d < -23.0258509299405) return m < -9.0e9 ? -1.0e10 : m;
@@ -200,6 +203,7 @@ void logAddFixed(const Integer* src, Integer* srcDst, int len, int scaleFactor) 
 }
 
 inline double logAddShort(double acc, double v) {
+    if (std::isnan(acc) || std::isnan(v)) return std::numeric_limits<double>::quiet_NaN();
     const double m = maxOf(acc, v);
     const double d = -std::fabs(acc - v);
     if (!(d >= -15.3195879547406)) return maxOf(m, -4500000.0);
@@ -250,27 +254,6 @@ Integer logSumFixed(const Integer* src, int len, int scaleFactor) {
 }
 
 // Log-subtract takes its exponential and its logarithm from the caller, for their rounding is their own matter.
-template <class Exp, class Log>
-double logSubDouble(double a, double b, Exp exponential, Log logarithm) {
-    const double d = b - a;
-    if (d >= -23.0258509299405) {
-        const double e = exponential(d);
-        return 1 - e > 2.45e-308 ? a + logarithm(1 - e) : -1.0e10;
-    }
-    return a >= -9.0e9 ? a : -1.0e10;
-}
-
-template <class Exp, class Log>
-float logSubSingle(float a, float b, Exp exponential, Log logarithm) {
-    const float narrow = b - a;
-    const double d = narrow;
-    if (d >= -15.3195879547406) {
-        const double e = exponential(d);
-        return 1 - e > 1.0057e-37 ? static_cast<float>(static_cast<double>(a) + logarithm(1 - e)) : -4500000.0f;
-    }
-    return maxOf(a, -4500000.0f);
-}
-
 template <class Integer, class Exp, class Log>
 Integer logSubInteger(Integer a, Integer b, int scaleFactor, Exp exponential, Log logarithm) {
     const float scale = scaleSingle(scaleFactor);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <functional>
 #include <string>
 #include <vector>
@@ -212,8 +213,11 @@ void expectChecks(const char* name, Function function) {
 // what out must become.
 template <Shape shape, class T, class Val, class Out, class D2, class D2L, class Expected>
 void sweep(const char* name, D2 d2, D2L d2l, const Expected& expected) {
-    static constexpr int scaleFactors[] = {0,  1,  7,   14,  15,  16, 20, 31,   40, -1,
-                                           -2, -7, -15, -16, -20, 3,  29, -130, 140};
+    // Among them the ends of the shifts and of the exponents of a single, and what has no successor.
+    static constexpr int scaleFactors[] = {
+        0,   1,    7,    14,   15,  16,  20,  31,  40,   -1,   -2,    -7,      -15,     -16,         -20,        3,
+        29,  -130, 140,  46,   47,  62,  63,  64,  -17,  -18,  -32,   -63,     -64,     -65,         126,        127,
+        128, -127, -128, -129, 148, 149, 150, 200, -200, 1000, -1000, INT_MAX, INT_MIN, INT_MAX - 1, INT_MIN + 1};
     expectChecks<shape, false, T, Val, Out>(name, d2);
     expectChecks<shape, true, T, Val, Out>(name, d2l);
     expectEveryAlignment<shape, false, T, Val, Out>(name, d2);

@@ -2,11 +2,10 @@
 // and folds them into the caller's array; it is put together from the val of a row, the final form and the fold.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
-#include <cstdint>
+#include <type_traits>
 
-#include "frame/scale.h"
+#include "scoring/gauss/forms.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
@@ -43,9 +42,6 @@ VORN_INLINE void storeAt(Where at, T* p, Four<T> a) {
     }
 }
 
-VORN_INLINE f32x4 single(f32x4 a) { return a; }
-VORN_INLINE f32x4 single(i32x4 a) { return toFloat(a); }
-
 // Where the val of a row comes from.
 template <class T>
 struct OneVal {
@@ -72,65 +68,6 @@ template <class T>
 ValOfRow(const T*) -> ValOfRow<T>;
 template <class T>
 ValOfRow(T*) -> ValOfRow<T>;
-
-// The final forms of val - S / 2. They differ in their roundings.
-
-struct DoubledVal {  // 0.5 x (2 x val - S)
-    template <class V>
-    VORN_INLINE V operator()(V negatedSum, V val) const {
-        return splat<V>(0.5f) * (val + val + negatedSum);
-    }
-};
-
-struct HalvedSum {  // val + 0.5 x (-S)
-    template <class V>
-    VORN_INLINE V operator()(V negatedSum, V val) const {
-        return val + splat<V>(0.5f) * negatedSum;
-    }
-};
-
-// scaleFactor + 1: the exponent that takes the factor 1/2 in.
-constexpr int withHalf(int scaleFactor) { return std::clamp(scaleFactor, -1000, 1000) + 1; }
-
-// val + (-S) x 2^-(scaleFactor + 1), the power of two in single.
-class ScaledSum {
-public:
-    explicit ScaledSum(int scaleFactor) : scale_(GetScale_32s32f(withHalf(scaleFactor))) {}
-    explicit ScaledSum(Vorn32f scale) : scale_(scale) {}
-    template <class V>
-    VORN_INLINE f32x4 operator()(f32x4 negatedSum, V val) const {
-        return negatedSum * splat<f32x4>(scale_) + single(val);
-    }
-
-private:
-    Vorn32f scale_;
-};
-
-// The same by a power of two that is never below one: a positive exponent divides by it. Where it is infinite, a
-// quotient is 0 that a product with 2^-exponent would still hold as a denormal.
-class PowerOfTwoSum {
-public:
-    explicit PowerOfTwoSum(int scaleFactor)
-        : divides_(withHalf(scaleFactor) > 0), power_(GetScale_32s32f(-std::abs(withHalf(scaleFactor)))) {}
-    VORN_INLINE f32x4 scaled(f32x4 negatedSum) const {
-        const f32x4 power = splat<f32x4>(power_);
-        return divides_ ? negatedSum / power : negatedSum * power;
-    }
-    template <class V>
-    VORN_INLINE f32x4 operator()(f32x4 negatedSum, V val) const {
-        return scaled(negatedSum) + single(val);
-    }
-
-private:
-    bool divides_;
-    Vorn32f power_;
-};
-
-// The total of a low-precision sum, which is -S / 2 already: as an integer that wraps, or in single.
-struct TotalAndVal {
-    VORN_INLINE i32x4 operator()(i32x4 total, i32x4 val) const { return total + val; }
-    VORN_INLINE f32x4 operator()(i32x4 total, f32x4 val) const { return toFloat(total) + val; }
-};
 
 // The range of a 32-bit integer in single; its upper border is out of range and converts to -2147483648.
 VORN_INLINE f32x4 clampToInt(f32x4 a) {

@@ -18,7 +18,7 @@ namespace {
 // ---- The coefficients, laid out for the choice by lane.
 
 template <class T>
-constexpr int terms = std::is_same_v<T, float> ? termsSingle : termsDouble;
+constexpr int terms = std::is_same_v<T, float> ? termsFloat : termsDouble;
 
 enum IntervalNumber : int { lowerInterval, middleInterval, upperInterval, intervals };
 
@@ -160,7 +160,7 @@ V addPolynomial(V m, V d, const Coefficients& p) {
     const V t = d - p[terms<typename V::Element>];
     if constexpr (std::is_same_v<typename V::Element, float>) {
         V f = p[0];
-        for (int row = 1; row < termsSingle; ++row) f = f * t + p[row];
+        for (int row = 1; row < termsFloat; ++row) f = f * t + p[row];
         return m + f;
     } else {
         const V z = t * t;
@@ -184,8 +184,10 @@ constexpr Choice choiceBesideWork = HasLookup<V> ? Choice::First : Choice::Last;
 template <Split split, Choice choice = Choice::First, class V>
 V logAdd(V a, V b) {
     using Limits = LogLimits<typename V::Element>;
+    // Maximum and minimum give their second operand where the two are not comparable: with the operands the other way
+    // round in one of them, d, and with it the result, is not a number if either operand is not.
     const V m = maxOf(a, b);
-    const V d = minOf(a, b) - m;
+    const V d = minOf(b, a) - m;
     const auto far = d < splat<V>(Limits::minExp);
     const V leader = select(m < splat<V>(Limits::small), splat<V>(Limits::zero), m);
     if (all(far)) return leader;
@@ -292,14 +294,14 @@ struct Run {
     alignas(64) float value[runLength + f32xN::lanes];
 };
 
-void toSingles(const Vorn32s* src, float* dst, std::ptrdiff_t len, float scale) {
+void toFloats(const Vorn32s* src, float* dst, std::ptrdiff_t len, float scale) {
     const f32xN factor = splat<f32xN>(scale);
     std::ptrdiff_t i = 0;
     for (; i + i32xN::lanes <= len; i += i32xN::lanes) store(dst + i, toFloat(load<i32xN>(src + i)) * factor);
     if (i < len) store(dst + i, toFloat(loadFirst<i32xN>(src + i, len - i)) * factor);
 }
 
-void toSingles(const Vorn16s* src, float* dst, std::ptrdiff_t len, float scale) {
+void toFloats(const Vorn16s* src, float* dst, std::ptrdiff_t len, float scale) {
     const f32xN factor = splat<f32xN>(scale);
     const auto convert = [&](i16xN x, float* to) {
         store(to, toFloat(widenLow(x)) * factor);
@@ -316,7 +318,7 @@ i32xN truncSaturated(f32xN x) {
     return select(x >= splat<f32xN>(2147483648.0f), splat<i32xN>(INT_MAX), truncated);
 }
 
-void fromSingles(const float* src, Vorn32s* dst, std::ptrdiff_t len, float factor) {
+void fromFloats(const float* src, Vorn32s* dst, std::ptrdiff_t len, float factor) {
     const f32xN unit = splat<f32xN>(factor);
     for (std::ptrdiff_t i = 0; i < len; i += i32xN::lanes) {
         storeFirst(dst + i, truncSaturated(load<f32xN>(src + i) * unit),
@@ -324,7 +326,7 @@ void fromSingles(const float* src, Vorn32s* dst, std::ptrdiff_t len, float facto
     }
 }
 
-void fromSingles(const float* src, Vorn16s* dst, std::ptrdiff_t len, float factor) {
+void fromFloats(const float* src, Vorn16s* dst, std::ptrdiff_t len, float factor) {
     const f32xN unit = splat<f32xN>(factor);
     for (std::ptrdiff_t i = 0; i < len; i += i16xN::lanes) {
         const i16xN x = narrowSat(truncSaturated(load<f32xN>(src + i) * unit),
@@ -340,10 +342,10 @@ void logAddRuns(const Integer* src, Integer* srcDst, std::ptrdiff_t len, int sca
     Run a, b;
     for (std::ptrdiff_t i = 0; i < len; i += runLength) {
         const std::ptrdiff_t n = std::min(len - i, runLength);
-        toSingles(src + i, a.value, n, scale);
-        toSingles(srcDst + i, b.value, n, scale);
+        toFloats(src + i, a.value, n, scale);
+        toFloats(srcDst + i, b.value, n, scale);
         vornsLogAddVec_32f_M7_sp(a.value, b.value, static_cast<int>(n));
-        fromSingles(b.value, srcDst + i, n, unit);
+        fromFloats(b.value, srcDst + i, n, unit);
     }
 }
 
@@ -378,12 +380,12 @@ Integer logSumRuns(const Integer* src, std::ptrdiff_t len, double scale) {
     const auto single = static_cast<float>(scale);
     float acc;
     std::ptrdiff_t n = std::min(len, runLength);
-    toSingles(src, run.value, n, single);
+    toFloats(src, run.value, n, single);
     vornsLogSum_32f_M7(run.value, &acc, static_cast<int>(n));
     for (std::ptrdiff_t i = n; i < len; i += n) {
         n = std::min(len - i, runLength);
         run.value[0] = acc;  // the sum so far is the first element of the next run
-        toSingles(src + i, run.value + 1, n, single);
+        toFloats(src + i, run.value + 1, n, single);
         vornsLogSum_32f_M7(run.value, &acc, static_cast<int>(n + 1));
     }
     // As a single, the largest Vorn32s is 2147483648.0: that value itself is not above it and converts to the smallest.
@@ -421,7 +423,7 @@ struct DoubleSubtraction {
     }
 };
 // In double too, with the limits of the single forms.
-struct SingleSubtraction {
+struct FloatSubtraction {
     using Limits = LogLimits<float>;
     static constexpr double zero = Limits::zero, minExp = Limits::minExpWide, leastRest = 1.0057e-37;
     template <class V>
@@ -430,8 +432,8 @@ struct SingleSubtraction {
     }
 };
 
-// ln(exp(a) - exp(a + d)). A difference that is not a number counts as far below. Fixed-point differences that wrapped
-// may be above zero: any that leaves nothing stands for them.
+// ln(exp(a) - exp(a + d)). A difference of numbers that is not one (of infinities; of integers in an infinite unit)
+// counts as far below. Fixed-point differences that wrapped may be above zero: any that leaves nothing stands for them.
 template <class Subtraction, class V>
 VORN_INLINE V logSubOf(V a, V d) {
     const V zero = splat<V>(Subtraction::zero);
@@ -441,11 +443,18 @@ VORN_INLINE V logSubOf(V a, V d) {
     return select(d >= lowest, nearby, select(Subtraction::stays(a), a, zero));
 }
 
-VORN_INLINE f64xN logSubOf(f64xN a, f64xN b) { return logSubOf<DoubleSubtraction>(a, b - a); }
+// What is not a number leaves none.
+template <class V>
+VORN_INLINE V ofNumbers(V a, V b, V result) {
+    return select(unordered(a, b), a + b, result);
+}
+
+VORN_INLINE f64xN logSubOf(f64xN a, f64xN b) { return ofNumbers(a, b, logSubOf<DoubleSubtraction>(a, b - a)); }
 VORN_INLINE f32xN logSubOf(f32xN a, f32xN b) {
     const f32xN d = b - a;
-    return narrow(logSubOf<SingleSubtraction>(widenLow(a), widenLow(d)),
-                  logSubOf<SingleSubtraction>(widenHigh(a), widenHigh(d)));
+    return ofNumbers(a, b,
+                     narrow(logSubOf<FloatSubtraction>(widenLow(a), widenLow(d)),
+                            logSubOf<FloatSubtraction>(widenHigh(a), widenHigh(d))));
 }
 
 // The logarithm is added to the integer without being scaled back, and the floor is an integer value too.
@@ -454,8 +463,8 @@ VORN_INLINE i32xN logSubOf(i32xN a, i32xN b, f32xN scale) {
         return minOf(maxOf(x, splat<f64xN>(-2147483648.0)), splat<f64xN>(2147483647.0));
     };
     const f32xN d = (toFloat(b) - toFloat(a)) * scale;
-    return truncToInt(clamped(logSubOf<SingleSubtraction>(toDoubleLow(a), widenLow(d))),
-                      clamped(logSubOf<SingleSubtraction>(toDoubleHigh(a), widenHigh(d))));
+    return truncToInt(clamped(logSubOf<FloatSubtraction>(toDoubleLow(a), widenLow(d))),
+                      clamped(logSubOf<FloatSubtraction>(toDoubleHigh(a), widenHigh(d))));
 }
 VORN_INLINE i16xN logSubOf(i16xN a, i16xN b, f32xN scale) {
     const auto lowBits = [](i32xN x) { return shiftRight<16>(shiftLeft<16>(x)); };  // 16 bits wrap

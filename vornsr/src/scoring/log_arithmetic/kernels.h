@@ -9,12 +9,14 @@
 
 VORN_BEGIN_DECLS
 
-// srcDst[i] = ln(exp(src[i]) + exp(srcDst[i])). Groups of four (two in double) count a difference exactly on a split of
-// the polynomials to the lower interval, the elements behind the last group to the upper one.
+// srcDst[i] = ln(exp(src[i]) + exp(srcDst[i])), not a number where either is none. Groups of four (two in double) count
+// a difference exactly on a split of the polynomials to the lower interval, the elements behind the last group to the
+// upper one.
 void vornsLogAddVec_32f_M7_sp(const Vorn32f* src, Vorn32f* srcDst, int len);
 void vornsLogAddVec_64f_M7(const Vorn64f* src, Vorn64f* srcDst, int len);
 
-// dst[0] = ln of the sum of exp(src[i]); from eight elements on (five in double) in four (two) running sums.
+// dst[0] = ln of the sum of exp(src[i]), not a number if an element is none; from eight elements on (five in double) in
+// four (two) running sums.
 void vornsLogSum_32f_M7(const Vorn32f* src, Vorn32f* dst, int len);
 void vornsLogSum_64f_M7(const Vorn64f* src, Vorn64f* dst, int len);
 
@@ -53,13 +55,14 @@ inline LogAddTerm logAddTerm(double d) {
         t = d + 6.8, p = p3;
     }
     double slope = p[0];
-    for (int k = 1; k < termsSingle - 1; ++k) slope = slope * t + p[k];
-    return {t, slope, p[termsSingle - 1]};
+    for (int k = 1; k < termsFloat - 1; ++k) slope = slope * t + p[k];
+    return {t, slope, p[termsFloat - 1]};
 }
 
-// The log-add of the short fixed-point sums: the constant joins m before the product does. A difference that is not a
-// number drops the smaller term.
+// The log-add of the short fixed-point sums: the constant joins m before the product does. What is not a number gives
+// none; the difference of two infinities drops the smaller term.
 inline double logAddConstantFirst(double a, double b) {
+    if (__builtin_isunordered(a, b)) return a + b;
     const double m = a > b ? a : b;
     const double d = -__builtin_fabs(a - b);
     if (!(d >= LogLimits<float>::minExpWide)) return m > LogLimits<float>::zero ? m : LogLimits<float>::zero;
@@ -68,7 +71,7 @@ inline double logAddConstantFirst(double a, double b) {
 }
 
 // The scalar log-add of the mixtures: the constant comes last, and the sum is rounded once. The difference is taken in
-// single.
+// single; where it is not a number, the result is none.
 inline Vorn32f logAddConstantLast(Vorn32f score, Vorn32f old) {
     const bool scoreLeads = !(score < old);
     const double m = scoreLeads ? score : old;
@@ -93,7 +96,7 @@ void logAddFixed(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor);
 void logSumFixed(const Vorn32s* src, Vorn32s* dst, int len, int scaleFactor);
 void logSumFixed(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor);
 
-// srcDst[i] = ln(exp(src[i]) - exp(srcDst[i])), in double.
+// srcDst[i] = ln(exp(src[i]) - exp(srcDst[i])), in double; not a number where either is none.
 void logSub(const Vorn64f* src, Vorn64f* srcDst, int len);
 void logSub(const Vorn32f* src, Vorn32f* srcDst, int len);
 void logSubFixed(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor);

@@ -31,7 +31,7 @@ struct LogLimits<double> {
     static constexpr double lowerSplit = -9.0;
 };
 
-inline constexpr int termsSingle = 11;
+inline constexpr int termsFloat = 11;
 inline constexpr int termsDouble = 22;
 
 // clang-format off
@@ -60,17 +60,17 @@ inline constexpr double P3[termsDouble] = {
     0.00012339457601536868, 0.00012340218972425103};
 
 // The tables of the single forms: doubles for the scalar log-add, rounded to single in the single kernels.
-inline constexpr double P1_F[termsSingle] = {
+inline constexpr double P1_F[termsFloat] = {
     -6.780103715801104e-07, -8.27710395983359e-06, -3.1261214564328406e-05, 2.1955075181092877e-05,
     0.0004062108907165097, 6.910012478334781e-05, -0.005163737400850404, 1.5878560708463796e-05,
     0.125002818406354, 0.5000001923981635, 0.6931471827215062};
 
-inline constexpr double P2_F[termsSingle] = {
+inline constexpr double P2_F[termsFloat] = {
     -7.083237702375219e-09, -1.8491608098957698e-07, -2.094649399521823e-06, -1.2793327302109763e-05,
     -3.4842057389070787e-05, 0.00010764583059022215, 0.0016847989052690858, 0.009582361774741538,
     0.033592464138937767, 0.07242669818681209, 0.07518323027822499};
 
-inline constexpr double P3_F[termsSingle] = {
+inline constexpr double P3_F[termsFloat] = {
     6.536044962123068e-12, 3.4510675551141127e-10, 8.230386128280675e-09, 1.183290602139997e-07,
     1.157908356720776e-06, 8.25762745567427e-06, 4.458031414389642e-05, 0.00018342101716467817,
     0.0005549481290265323, 0.0011123966452324845, 0.0011131507706311817};

@@ -10,10 +10,10 @@ namespace {
 // Rows of less than four columns are log-added one by one, by the scalar rule.
 template <class Vectors>
 void logAddFrames(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, Vorn32f val, Vorn32f* srcDst) {
-    if (len >= 4) return logAddInRuns<framesOfRun>(SingleScores{len}, vectors, height, OneVal{val}, srcDst);
+    if (len >= 4) return logAddInRuns<framesOfRun>(FloatScores{len}, vectors, height, OneVal{val}, srcDst);
     Vorn32f scores[framesOfRun];
     forRuns(height, framesOfRun, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-        SingleScores{len}(vectors.from(first), count, OneVal{val}, Store{scores});
+        FloatScores{len}(vectors.from(first), count, OneVal{val}, Store{scores});
         for (std::ptrdiff_t i = 0; i < count; ++i) {
             srcDst[first + i] = logAddConstantLast(scores[i], srcDst[first + i]);
         }
@@ -54,7 +54,7 @@ VornStatus vornsLogGaussAdd_32f_D2L(const Vorn32f* const* src, const Vorn32f* me
                                     Vorn32f* srcDst, int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, var, srcDst));
     VORN_CHECK(positive(len, height));
-    logAddInRuns<framesOfRun>(SingleScores{len}, frames(Rows(src), mean, var), height, OneVal{val}, srcDst);
+    logAddInRuns<framesOfRun>(FloatScores{len}, frames(Rows(src), mean, var), height, OneVal{val}, srcDst);
     return vornStsNoErr;
 }
 
@@ -107,7 +107,7 @@ VornStatus vornsLogGaussAdd_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn3
                                           int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, srcDst));
     VORN_CHECK(positive(len, height));
-    logAddInRuns<framesOfRun>(SingleScores{len}, frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, srcDst);
+    logAddInRuns<framesOfRun>(FloatScores{len}, frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, srcDst);
     return vornStsNoErr;
 }
 
@@ -190,7 +190,7 @@ VornStatus vornsLogGaussAddMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* v
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    logAddInRuns<gaussiansOfRun>(SingleScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height,
+    logAddInRuns<gaussiansOfRun>(FloatScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height,
                                  ValOfRow{val}, srcDst);
     return vornStsNoErr;
 }
@@ -199,7 +199,7 @@ VornStatus vornsLogGaussAddMultiMix_32f_D2L(const Vorn32f* const* mean, const Vo
                                             int len, const Vorn32f* val, Vorn32f* srcDst, int height) {
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    logAddInRuns<gaussiansOfRun>(SingleScores{len}, gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{val},
+    logAddInRuns<gaussiansOfRun>(FloatScores{len}, gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{val},
                                  srcDst);
     return vornStsNoErr;
 }

@@ -19,7 +19,7 @@ VORN_NOINLINE void maxInCurrentMode(const Vectors& vectors, std::ptrdiff_t len, 
 template <class Vectors, class Val>
 VORN_NOINLINE void maxTruncating(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, Val val,
                                  Vorn32s* srcDst, int scaleFactor) {
-    const Vorn32f scale = GetScale_32s32f(withHalf(scaleFactor));
+    const Vorn32f scale = scaleOfHalf(scaleFactor);
     const RoundingGuard guard(Rounding::TowardZero);
     maxInCurrentMode(vectors, len, height, val, srcDst, scale);
 }
@@ -31,7 +31,7 @@ using namespace vorn;
 
 VORN_KERNEL void vornsLGaussMax_32f_D2L_M7(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var,
                                            Vorn64s len, Vorn32f* srcDst, Vorn64s height, const Vorn32f* val) {
-    SingleScores{len}(frames(Rows(src), mean, var), height, OneVal{*val}, Max{srcDst});
+    FloatScores{len}(frames(Rows(src), mean, var), height, OneVal{*val}, Max{srcDst});
 }
 VORN_KERNEL_ALIAS(vornsLGaussMax_32f_D2L_M7_Al, vornsLGaussMax_32f_D2L_M7);
 
@@ -40,7 +40,7 @@ VornStatus vornsLogGaussMax_32f_D2(const Vorn32f* src, int step, const Vorn32f* 
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(src, mean, var, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src, step), mean, var), height, OneVal{val}, Max{srcDst});
+    FloatScores{len}(frames(Rows(src, step), mean, var), height, OneVal{val}, Max{srcDst});
     return vornStsNoErr;
 }
 
@@ -48,7 +48,7 @@ VornStatus vornsLogGaussMax_32f_D2L(const Vorn32f* const* src, const Vorn32f* me
                                     Vorn32f* srcDst, int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, var, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src), mean, var), height, OneVal{val}, Max{srcDst});
+    FloatScores{len}(frames(Rows(src), mean, var), height, OneVal{val}, Max{srcDst});
     return vornStsNoErr;
 }
 
@@ -109,7 +109,7 @@ VornStatus vornsLogGaussMax_IdVar_32f_D2(const Vorn32f* src, int step, const Vor
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(src, mean, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Max{srcDst});
+    FloatScores{len}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Max{srcDst});
     return vornStsNoErr;
 }
 
@@ -117,7 +117,7 @@ VornStatus vornsLogGaussMax_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn3
                                           int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Max{srcDst});
+    FloatScores{len}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Max{srcDst});
     return vornStsNoErr;
 }
 
@@ -247,7 +247,7 @@ VornStatus vornsLogGaussMaxMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* v
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{val}, Max{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{val}, Max{srcDst});
     return vornStsNoErr;
 }
 
@@ -255,7 +255,7 @@ VornStatus vornsLogGaussMaxMultiMix_32f_D2L(const Vorn32f* const* mean, const Vo
                                             int len, const Vorn32f* val, Vorn32f* srcDst, int height) {
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{val}, Max{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{val}, Max{srcDst});
     return vornStsNoErr;
 }
 

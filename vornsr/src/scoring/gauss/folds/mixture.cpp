@@ -15,8 +15,8 @@ Vorn32f logSumInOrder(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t
     Vorn32f scores[gaussiansOfRun];
     Vorn32f sum = 0;
     forRuns(height, gaussiansOfRun, [&](std::ptrdiff_t first, std::ptrdiff_t count) {
-        scoreRows<SingleSums>(vectors.from(first), len, count,
-                              End{ValOfRow{val + first}, DoubledVal{}, Store{scores + 0}});
+        scoreRows<FloatSums>(vectors.from(first), len, count,
+                             End{ValOfRow{val + first}, DoubledVal{}, Store{scores + 0}});
         for (std::ptrdiff_t g = 0; g < count; ++g) {
             sum = first + g == 0 ? scores[0] : logAddConstantLast(scores[g], sum);
         }
@@ -58,7 +58,7 @@ Vorn64f identityMixture(const Vorn64f* src, Means mean, int height, int len, con
 template <class Means>
 Vorn32f identityScaledMixture(const Vorn16s* src, Means mean, int height, int len, const Vorn32f* val,
                               int scaleFactor) {
-    const Vorn32f scale = GetScale_32s32f(withHalf(scaleFactor));
+    const Vorn32f scale = scaleOfHalf(scaleFactor);
     const auto kernel = [len, scale](auto* x, auto* m, auto* v, auto* score) {
         vornsLGaussSingle_IdVar_16s32f_M7(x, m, len, score, v, &scale);
     };
@@ -82,7 +82,7 @@ VornStatus vornsLogGaussMixture_32f_D2(const Vorn32f* src, const Vorn32f* mean, 
     VORN_CHECK(notNull(src, mean, var, val, result));
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(positive(height, len));
-    *result = logSumInRuns(SingleScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
+    *result = logSumInRuns(FloatScores{len}, gaussians(src, Rows(mean, step), Rows(var, step)), height, val);
     return vornStsNoErr;
 }
 
@@ -90,7 +90,7 @@ VornStatus vornsLogGaussMixture_32f_D2L(const Vorn32f* src, const Vorn32f* const
                                         int height, int len, const Vorn32f* val, Vorn32f* result) {
     VORN_CHECK(notNull(src, mean, var, val, result));
     VORN_CHECK(positive(height, len));
-    *result = logSumInRuns(SingleScores{len}, gaussians(src, Rows(mean), Rows(var)), height, val);
+    *result = logSumInRuns(FloatScores{len}, gaussians(src, Rows(mean), Rows(var)), height, val);
     return vornStsNoErr;
 }
 

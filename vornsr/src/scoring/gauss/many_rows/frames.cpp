@@ -8,13 +8,13 @@ using namespace vorn;
 
 VORN_KERNEL void vornsLogGauss_32f_D2_M7(const Vorn32f* src, Vorn64s step, const Vorn32f* mean, const Vorn32f* var,
                                          Vorn64s len, Vorn32f* result, Vorn64s height, const Vorn32f* val) {
-    SingleScores{len}(frames(Rows(src, step), mean, var), height, OneVal{*val}, Store{result});
+    FloatScores{len}(frames(Rows(src, step), mean, var), height, OneVal{*val}, Store{result});
 }
 VORN_KERNEL_ALIAS(vornsLogGauss_32f_D2_M7_Al, vornsLogGauss_32f_D2_M7);
 
 VORN_KERNEL void vornsLogGauss_32f_D2L_M7(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var,
                                           Vorn64s len, Vorn32f* result, Vorn64s height, const Vorn32f* val) {
-    SingleScores{len}(frames(Rows(src), mean, var), height, OneVal{*val}, Store{result});
+    FloatScores{len}(frames(Rows(src), mean, var), height, OneVal{*val}, Store{result});
 }
 VORN_KERNEL_ALIAS(vornsLogGauss_32f_D2L_M7_Al, vornsLogGauss_32f_D2L_M7);
 
@@ -67,7 +67,7 @@ VornStatus vornsLogGauss_32f_D2(const Vorn32f* src, int step, const Vorn32f* mea
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src, step), mean, var), height, OneVal{val}, Store{result});
+    FloatScores{len}(frames(Rows(src, step), mean, var), height, OneVal{val}, Store{result});
     return vornStsNoErr;
 }
 
@@ -75,7 +75,7 @@ VornStatus vornsLogGauss_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean,
                                  Vorn32f* result, int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src), mean, var), height, OneVal{val}, Store{result});
+    FloatScores{len}(frames(Rows(src), mean, var), height, OneVal{val}, Store{result});
     return vornStsNoErr;
 }
 
@@ -101,7 +101,7 @@ VornStatus vornsLogGauss_IdVar_32f_D2(const Vorn32f* src, int step, const Vorn32
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Store{result});
+    FloatScores{len}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Store{result});
     return vornStsNoErr;
 }
 
@@ -109,7 +109,7 @@ VornStatus vornsLogGauss_IdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f*
                                        int height, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Store{result});
+    FloatScores{len}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Store{result});
     return vornStsNoErr;
 }
 
@@ -269,34 +269,20 @@ VornStatus vornsLogGauss_IdVarLowScaled_16s32f_D2L(const Vorn16s* const* src, co
 
 VornStatus vornsLogGauss_Low_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, const Vorn16s* var, int len,
                                        Vorn32f* result, int height, Vorn32f val) {
-    VORN_CHECK(strideHolds(step, len));
-    VORN_CHECK(notNull(src, mean, var, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src, step), mean, var), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_LowScaled_16s32f_D2(src, step, mean, var, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_Low_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, const Vorn16s* var, int len,
                                         Vorn32f* result, int height, Vorn32f val) {
-    VORN_CHECK(notNull(src, mean, var, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src), mean, var), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_LowScaled_16s32f_D2L(src, mean, var, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_IdVarLow_16s32f_D2(const Vorn16s* src, int step, const Vorn16s* mean, int len, Vorn32f* result,
                                             int height, Vorn32f val) {
-    VORN_CHECK(strideHolds(step, len));
-    VORN_CHECK(notNull(src, mean, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src, step), mean, UnitVar{}), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_IdVarLowScaled_16s32f_D2(src, step, mean, len, result, height, val, 0);
 }
 
 VornStatus vornsLogGauss_IdVarLow_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* mean, int len, Vorn32f* result,
                                              int height, Vorn32f val) {
-    VORN_CHECK(notNull(src, mean, result));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(frames(Rows(src), mean, UnitVar{}), height, OneVal{val}, Store{result});
-    return vornStsNoErr;
+    return vornsLogGauss_IdVarLowScaled_16s32f_D2L(src, mean, len, result, height, val, 0);
 }

@@ -18,7 +18,7 @@ VornStatus vornsLogGaussMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var,
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(mean, var, src, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{srcDst}, Store{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{srcDst}, Store{srcDst});
     return vornStsNoErr;
 }
 
@@ -26,7 +26,7 @@ VornStatus vornsLogGaussMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn3
                                          int len, Vorn32f* srcDst, int height) {
     VORN_CHECK(notNull(mean, var, src, srcDst));
     VORN_CHECK(positive(len, height));
-    SingleScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{srcDst}, Store{srcDst});
+    FloatScores{len}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{srcDst}, Store{srcDst});
     return vornStsNoErr;
 }
 
@@ -126,17 +126,10 @@ VornStatus vornsLogGaussMultiMix_LowScaled_16s32f_D2L(const Vorn16s* const* mean
 
 VornStatus vornsLogGaussMultiMix_Low_16s32f_D2(const Vorn16s* mean, const Vorn16s* var, int step, const Vorn16s* src,
                                                int len, Vorn32f* srcDst, int height) {
-    VORN_CHECK(strideHolds(step, len));
-    VORN_CHECK(notNull(mean, var, src, srcDst));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{srcDst}, Store{srcDst});
-    return vornStsNoErr;
+    return vornsLogGaussMultiMix_LowScaled_16s32f_D2(mean, var, step, src, len, srcDst, height, 0);
 }
 
 VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, const Vorn16s* const* var,
                                                 const Vorn16s* src, int len, Vorn32f* srcDst, int height) {
-    VORN_CHECK(notNull(mean, var, src, srcDst));
-    VORN_CHECK(positive(len, height));
-    LowScaledScores{len, 0}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{srcDst}, Store{srcDst});
-    return vornStsNoErr;
+    return vornsLogGaussMultiMix_LowScaled_16s32f_D2L(mean, var, src, len, srcDst, height, 0);
 }

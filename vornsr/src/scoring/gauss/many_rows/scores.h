@@ -62,13 +62,13 @@ template <class Vectors>
 inline constexpr bool isIdentity = isUnit<decltype(Vectors::var)>;
 
 // Data and sums in single. Many frames double val, many Gaussians halve the sum.
-struct SingleScores {
+struct FloatScores {
     std::ptrdiff_t len;
 
     template <class Vectors, class Val, class Fold>
     void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
         using Form = std::conditional_t<Vectors::frameIsShared, HalvedSum, DoubledVal>;
-        scoreRows<SingleSums>(vectors, len, height, End{val, Form{}, fold});
+        scoreRows<FloatSums>(vectors, len, height, End{val, Form{}, fold});
     }
 };
 
@@ -156,14 +156,14 @@ struct LowIntegerScores {
     template <class Vectors, class Val, class Fold>
     void operator()(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
         if constexpr (!isIdentity<Vectors>) {
-            if (scaleFactor < 0) return inSingle(vectors, height, val, fold);
+            if (scaleFactor < 0) return inFloat(vectors, height, val, fold);
         }
         scoreRowsLow(vectors, len, height, scaleFactor, End{val, TotalAndVal{}, fold});
     }
 
 private:
     template <class Vectors, class Val, class Fold>
-    void inSingle(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
+    void inFloat(const Vectors& vectors, std::ptrdiff_t height, Val val, Fold fold) const {
         if constexpr (Vectors::frameIsShared && std::is_same_v<Fold, Store<Vorn32s>>) {
             scoreRows<ShortSums>(vectors, len, height, OddRowAddsValLast{val, PowerOfTwoSum(scaleFactor), fold});
         } else {

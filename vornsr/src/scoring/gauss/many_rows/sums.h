@@ -10,104 +10,11 @@
 
 #include "frame/rounding.h"
 #include "scoring/gauss/rows.h"
+#include "scoring/gauss/terms.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn {
-
-// The term of a column: square x inverse variance.
-template <class V>
-VORN_INLINE V weighted(V square, const typename V::Element* var) {
-    return square * load<V>(var);
-}
-template <class V>
-VORN_INLINE V weighted(V square, UnitVar) {
-    return square;
-}
-template <class T>
-VORN_INLINE T weightedColumn(T square, const T* var) {
-    return square * *var;
-}
-template <class T>
-VORN_INLINE T weightedColumn(T square, UnitVar) {
-    return square;
-}
-
-// Terms of T data, a lane a column.
-template <class T>
-struct FloatTerms {
-    using Result = T;
-
-    template <class V>
-    static constexpr std::ptrdiff_t columns = V::lanes;
-
-    template <class V, class Var>
-    static VORN_INLINE V of(const T* x, const T* mean, Var var) {
-        const V d = load<V>(x) - load<V>(mean);
-        return weighted(d * d, var);
-    }
-    template <class Var>
-    static VORN_INLINE T column(const T* x, const T* mean, Var var) {
-        const T d = *x - *mean;
-        return weightedColumn(d * d, var);
-    }
-};
-
-// Terms of 16-bit data in single, a lane a column: the difference saturates to 16 bits. Their unit is a power of two,
-// and no sum of them comes near the border of the singles, so that it changes no rounding.
-struct ShortTerms {
-    using Result = Vorn32f;
-
-    template <class V>
-    static constexpr std::ptrdiff_t columns = V::lanes;
-    static constexpr Vorn32f unit = upperUnit;
-
-    template <class V, class Var>
-    static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, Var var) {
-        return squares(subSat(load<V>(x), load<V>(mean))) * upperFloats(load<V>(var));
-    }
-};
-
-// The same with the identity covariance: the squares of two neighbours are added as integers (two squares of -32768
-// wrap) and share a lane.
-struct ShortPairTerms {
-    using Result = Vorn32f;
-
-    template <class V>
-    static constexpr std::ptrdiff_t columns = V::lanes;
-    static constexpr Vorn32f unit = 1;
-
-    template <class V>
-    static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
-        const V d = subSat(load<V>(x), load<V>(mean));
-        return toFloat(mulAddPairs(d, d));
-    }
-};
-
-// The columns behind the last group of eight: here the difference does not saturate. Kept so on purpose. Vectors are in
-// the unit of the groups, a column by itself is in units of 1.
-struct ExactShortTerms {
-    using Result = Vorn32f;
-
-    template <class V>
-    static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var) {
-        const auto d = toFloats(load<V>(x)) - toFloats(load<V>(mean));
-        return d * d * upperFloats(load<V>(var));
-    }
-    template <class V>
-    static VORN_INLINE auto of(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
-        const auto d = toFloats(load<V>(x)) - toFloats(load<V>(mean));
-        return d * d;
-    }
-    static VORN_INLINE Vorn32f column(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var) {
-        const Vorn32f d = static_cast<Vorn32f>(*x) - static_cast<Vorn32f>(*mean);
-        return d * d * static_cast<Vorn32f>(*var);
-    }
-    static VORN_INLINE Vorn32f column(const Vorn16s* x, const Vorn16s* mean, UnitVar) {
-        const Vorn32f d = static_cast<Vorn32f>(*x) - static_cast<Vorn32f>(*mean);
-        return d * d;
-    }
-};
 
 // What each of four rows yields.
 template <class V>
@@ -209,7 +116,7 @@ VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Row& row, std
 
 // -S in single: one accumulator of four lanes a row, (lane 0 + lane 1) + (lane 2 + lane 3), then the last len mod 4
 // columns one by one.
-struct SingleSums {
+struct FloatSums {
     using Terms = FloatTerms<Vorn32f>;
     static constexpr std::ptrdiff_t group = 4;
 
@@ -348,10 +255,9 @@ struct ShortSums {
         if (left > 0) {
             const auto terms =
                 ExactShortTerms::of<i16x8>(row.src[0] + len - 8, row.mean[0] + len - 8, row.var[0] + (len - 8));
-            Vorn32f term[8], sum = firstLane(lanes);
+            Vorn32f term[8];
             store(term, lowHalf(terms)), store(term + 4, highHalf(terms));
-            for (std::ptrdiff_t j = 8 - left; j < 8; ++j) sum = sum - term[j];
-            lanes = withFirst(lanes, sum);
+            lanes = withFirst(lanes, joinLast<Subtracted>(firstLane(lanes), term, left));
         }
         return splat<f32x4>(sumHalves(lanes) * Terms::unit);
     }

@@ -9,6 +9,7 @@
 #include "frame/checks.h"
 #include "frame/memory.h"
 #include "frame/scale.h"
+#include "scoring/gauss/forms.h"
 #include "scoring/gauss/one_vector/block_diagonal_sums.h"
 
 using namespace vorn;
@@ -106,8 +107,6 @@ private:
     T* d_;
 };
 
-Vorn32s truncated(Vorn32f x) { return firstLane(truncToInt(splat<f32x4>(x))); }
-
 }  // namespace
 
 VornStatus vornsBlockDMatrixInitAlloc_32f(VornBlockDMatrix_32f** result, const Vorn32f* const* rows,
@@ -134,7 +133,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_32f(const Vorn32f* src, const Vorn32f* 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn32f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    const Vorn32f sum = sumHalves(quadraticForm<SingleLanes>(*context, d.get()));
+    const Vorn32f sum = sumHalves(quadraticForm<FloatLanes>(*context, d.get()));
     *result = static_cast<Vorn32f>(Vorn64f{val} - Vorn64f{sum} * 0.5);
     return vornStsNoErr;
 }
@@ -169,7 +168,7 @@ VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn16s> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    const Vorn32f sum = sumHalves(quadraticForm<SingleLanes>(*context, d.get()));
+    const Vorn32f sum = sumHalves(quadraticForm<FloatLanes>(*context, d.get()));
     *result = val - (sum * 0.5f) * GetScale_32s32f(scaleFactor);
     return vornStsNoErr;
 }
@@ -182,7 +181,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vo
     const Differences<Vorn16s> d(src, mean, len, 1);
     if (!d) return vornStsMemAllocErr;
     // Here the lanes are scaled before they are added.
-    const f32x4 lanes = quadraticForm<SingleLanes>(*context, d.get()) * splat<f32x4>(GetScale_32s32f(scaleFactor));
+    const f32x4 lanes = quadraticForm<FloatLanes>(*context, d.get()) * splat<f32x4>(GetScale_32s32f(scaleFactor));
     const Vorn32f r = static_cast<Vorn32f>(val) - sumHalves(lanes) * 0.5f;
     // Exactly 2147483648 is not above the limit, and converts to the smallest integer.
     *result = r > 2147483648.0f ? INT_MAX : truncated(r);

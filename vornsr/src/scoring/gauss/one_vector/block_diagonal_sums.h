@@ -66,7 +66,7 @@ struct FourDoubles {
 };
 
 // What the rows' products are collected in.
-struct SingleLanes {
+struct FloatLanes {
     f32x4 sum = splat<f32x4>(0.0f);
     template <class T>
     VORN_INLINE void add(T d, f32x4 t) {

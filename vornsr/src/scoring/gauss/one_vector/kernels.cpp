@@ -8,12 +8,12 @@ using namespace vorn;
 
 VORN_KERNEL void vornsLGaussSingle_32f_M7(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
                                           Vorn32f* result, const Vorn32f* val) {
-    *result = singleScore(src, mean, var, len, *val);
+    *result = floatScore(src, mean, var, len, *val);
 }
 
 VORN_KERNEL void vornsLGaussSingle_IdVar_32f_M7(const Vorn32f* src, const Vorn32f* mean, int len, Vorn32f* result,
                                                 const Vorn32f* val) {
-    *result = singleScore(src, mean, UnitVar(), len, *val);
+    *result = floatScore(src, mean, UnitVar(), len, *val);
 }
 
 VORN_KERNEL void ownvornsLogGaussSingle_IdVar_64f_W7(const Vorn64f* src, const Vorn64f* mean, int len, Vorn64f* result,

@@ -14,10 +14,6 @@ using namespace vorn;
 
 namespace {
 
-// Half of a sum is what a score takes: its unit is 2^-(scaleFactor + 1). No scale factor is too large to have one
-// added.
-Vorn32f scaleOfHalf(int scaleFactor) { return powerOfTwo_32f(-(std::int64_t{scaleFactor} + 1)); }
-
 // inverse[j] = 1 / var[j] in single; the status is the warning if a variance is zero.
 template <class T>
 VornStatus invert(const T* var, Vorn32f* inverse, std::ptrdiff_t len) {
@@ -25,7 +21,7 @@ VornStatus invert(const T* var, Vorn32f* inverse, std::ptrdiff_t len) {
     bool zeroMet = false;
     std::ptrdiff_t j = 0;
     for (; j + 8 <= len; j += 8) {
-        const EightSingles v = singlesOf(var + j);
+        const EightFloats v = floatsOf(var + j);
         zeroMet |= any((v.low == zero) | (v.high == zero));
         store(inverse + j, one / v.low);
         store(inverse + j + 4, one / v.high);
@@ -45,7 +41,7 @@ VornStatus vornsLogGaussSingle_32f(const Vorn32f* src, const Vorn32f* mean, cons
                                    Vorn32f* result, Vorn32f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    *result = singleScore(src, mean, var, len, val);
+    *result = floatScore(src, mean, var, len, val);
     return vornStsNoErr;
 }
 
@@ -69,8 +65,7 @@ VornStatus vornsLogGaussSingle_Scaled_16s32f(const Vorn16s* src, const Vorn16s* 
                                              Vorn32f* result, Vorn32f val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    const Vorn32f scale = scaleOfHalf(scaleFactor);
-    *result = fixedScore(src, mean, var, len, val, scale);
+    *result = fixedScore(src, mean, var, len, val, scaleOfHalf(scaleFactor));
     return vornStsNoErr;
 }
 
@@ -104,7 +99,7 @@ VornStatus vornsLogGaussSingle_IdVar_32f(const Vorn32f* src, const Vorn32f* mean
                                          Vorn32f val) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    *result = singleScore(src, mean, UnitVar(), len, val);
+    *result = floatScore(src, mean, UnitVar(), len, val);
     return vornStsNoErr;
 }
 
@@ -133,8 +128,7 @@ VornStatus vornsLogGaussSingle_IdVarScaled_16s32f(const Vorn16s* src, const Vorn
                                                   Vorn32f val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    const Vorn32f scale = scaleOfHalf(scaleFactor);
-    *result = fixedScore(src, mean, UnitVar(), len, val, scale);
+    *result = fixedScore(src, mean, UnitVar(), len, val, scaleOfHalf(scaleFactor));
     return vornStsNoErr;
 }
 
@@ -171,7 +165,7 @@ VornStatus vornsLogGaussSingle_DirectVar_32f(const Vorn32f* src, const Vorn32f* 
     const Scratch<Vorn32f> inverse(std::int64_t{len} + 32);
     if (!inverse) return vornStsMemAllocErr;
     const VornStatus status = invert(var, inverse.get(), len);
-    *result = singleScore(src, mean, inverse.get(), len, val);
+    *result = floatScore(src, mean, inverse.get(), len, val);
     return status;
 }
 
@@ -223,7 +217,7 @@ VornStatus vornsLogGaussSingle_DirectVar_16s32s_Sfs(const Vorn16s* src, const Vo
     vornsConvert_16s32f(src, x, len);
     vornsConvert_16s32f(mean, m, len);
     const VornStatus status = invert(var, inverse, len);
-    const Vorn32f sum = singleSum<Added>(x, m, inverse, len);
+    const Vorn32f sum = floatSum<Added>(x, m, inverse, len);
     Vorn32s term;
     vornsConvert_32f32s_Sfs(&sum, &term, 1, vornRndNear, std::min(scaleFactor, INT_MAX - 1) + 1);
     *result = saturate<Vorn32s>(std::int64_t{val} - term);

@@ -3,25 +3,17 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
 
-#include "frame/scale.h"
 #include "frame/wrap.h"
+#include "scoring/gauss/forms.h"
 #include "scoring/gauss/one_vector/sums.h"
 
 namespace vorn {
 
-// x x 2^-k by a power of at least 1: for a positive k a division.
-inline float scaledDown(float x, std::int64_t k) { return k > 0 ? x / powerOfTwo_32f(k) : x * powerOfTwo_32f(-k); }
-
-// In the current rounding mode; out of range, on either side, -2147483648.
-inline Vorn32s rounded(float x) { return firstLane(roundToInt(splat<f32x4>(x))); }
-inline Vorn32s truncated(float x) { return firstLane(truncToInt(splat<f32x4>(x))); }
-
 // 0.5 x (2 x val - S).
 template <class Var>
-inline float singleScore(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdiff_t len, float val) {
-    return 0.5f * (singleSum<Subtracted>(x, mean, var, len) + (val + val));
+inline float floatScore(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdiff_t len, float val) {
+    return DoubledVal{}(floatSum<Subtracted>(x, mean, var, len), val);
 }
 
 // val - S x 0.5 in two pairs of lanes whatever the addresses.
@@ -52,26 +44,26 @@ inline float fixedScore(const Vorn16s* x, const Vorn16s* mean, const Vorn32f* in
 template <class Var>
 inline Vorn32s roundedScore(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdiff_t len, Vorn32s val,
                             int scaleFactor) {
-    return rounded(static_cast<float>(val) - scaledDown(fixedSum(x, mean, var, len) * 0.5f, scaleFactor));
+    return rounded(static_cast<float>(val) - ScaledDown(scaleFactor)(fixedSum(x, mean, var, len) * 0.5f));
 }
 
 // Low precision. With variances, a negative scale factor leaves the integers.
-inline float lowScoreInSingle(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var, std::ptrdiff_t len, float val,
-                              int scaleFactor) {
-    return val - fixedSum(x, mean, var, len) * powerOfTwo_32f(-(std::int64_t{scaleFactor} + 1));
+inline float lowScoreInFloat(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var, std::ptrdiff_t len, float val,
+                             int scaleFactor) {
+    return val - fixedSum(x, mean, var, len) * scaleOfHalf(scaleFactor);
 }
 inline float lowScore(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var, std::ptrdiff_t len, float val,
                       int scaleFactor) {
-    if (scaleFactor < 0) return lowScoreInSingle(x, mean, var, len, val, scaleFactor);
+    if (scaleFactor < 0) return lowScoreInFloat(x, mean, var, len, val, scaleFactor);
     return static_cast<float>(negatedLowScore(x, mean, var, len, scaleFactor)) + val;
 }
 inline Vorn32s lowScore(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var, std::ptrdiff_t len, Vorn32s val,
                         int scaleFactor) {
-    if (scaleFactor < 0) return truncated(lowScoreInSingle(x, mean, var, len, static_cast<float>(val), scaleFactor));
+    if (scaleFactor < 0) return truncated(lowScoreInFloat(x, mean, var, len, static_cast<float>(val), scaleFactor));
     return wrapAdd(negatedLowScore(x, mean, var, len, scaleFactor), val);
 }
 inline float lowScore(const Vorn16s* x, const Vorn16s* mean, UnitVar, std::ptrdiff_t len, float val, int scaleFactor) {
-    return val + scaledDown(negatedPairSquares(x, mean, len), std::int64_t{scaleFactor} + 1);
+    return PowerOfTwoSum(scaleFactor)(negatedPairSquares(x, mean, len), val);
 }
 inline Vorn32s lowScore(const Vorn16s* x, const Vorn16s* mean, UnitVar unit, std::ptrdiff_t len, Vorn32s val,
                         int scaleFactor) {

@@ -4,13 +4,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <type_traits>
 
 #include "frame/align.h"
 #include "frame/wrap.h"
 #include "scoring/gauss/low_parts.h"
-#include "scoring/gauss/rows.h"
+#include "scoring/gauss/terms.h"
 #include "simd/simd.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
@@ -19,78 +18,17 @@ namespace vorn {
 
 // ---- Single.
 
-template <class Var>
-VORN_INLINE f32x4 singleTerms(const Vorn32f* x, const Vorn32f* mean, Var var) {
-    const f32x4 d = load<f32x4>(x) - load<f32x4>(mean);
-    if constexpr (isUnit<Var>) {
-        return d * d;
-    } else {
-        return (d * d) * load<f32x4>(var);
-    }
-}
-template <class Var>
-VORN_INLINE float singleTerm(const Vorn32f* x, const Vorn32f* mean, Var var) {
-    const float d = *x - *mean;
-    if constexpr (isUnit<Var>) {
-        return d * d;
-    } else {
-        return (d * d) * *var;
-    }
-}
-
-// The sign that a sum is kept with: it shows in the directed rounding modes.
-struct Added {
-    template <class V>
-    VORN_INLINE V operator()(V sum, V term) const {
-        return sum + term;
-    }
-};
-struct Subtracted {
-    template <class V>
-    VORN_INLINE V operator()(V sum, V term) const {
-        return sum - term;
-    }
-};
-
-// The terms of a vector's last eight columns, of which the last `count`, at least one, have not been summed: those join
-// in order.
-template <class Sign, class T>
-VORN_INLINE T joinLast(T sum, const T (&term)[8], std::ptrdiff_t count) {
-    constexpr Sign join;
-    switch (count) {
-        case 7:
-            sum = join(sum, term[1]);
-            [[fallthrough]];
-        case 6:
-            sum = join(sum, term[2]);
-            [[fallthrough]];
-        case 5:
-            sum = join(sum, term[3]);
-            [[fallthrough]];
-        case 4:
-            sum = join(sum, term[4]);
-            [[fallthrough]];
-        case 3:
-            sum = join(sum, term[5]);
-            [[fallthrough]];
-        case 2:
-            sum = join(sum, term[6]);
-            [[fallthrough]];
-        default:
-            return join(sum, term[7]);
-    }
-}
-
 // S, or -S. Of each sixteen columns the first eight go to one accumulator of four lanes and the next eight to another;
 // then eight to the first, and what remains to its lane 0; (lane 0 + lane 1) + (lane 2 + lane 3) of both together.
 template <class Sign, class Var>
-inline float singleSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdiff_t len) {
+inline float floatSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdiff_t len) {
     f32x4 first = splat<f32x4>(0.0f), second = first;
     std::ptrdiff_t j = 0;
     constexpr Sign join;
+    using Terms = FloatTerms<Vorn32f>;
     const auto joinEight = [&](f32x4 sum, std::ptrdiff_t at) __attribute__((always_inline)) {
-        sum = join(sum, singleTerms(x + at, mean + at, var + at));
-        return join(sum, singleTerms(x + at + 4, mean + at + 4, var + at + 4));
+        sum = join(sum, Terms::of<f32x4>(x + at, mean + at, var + at));
+        return join(sum, Terms::of<f32x4>(x + at + 4, mean + at + 4, var + at + 4));
     };
     for (; j + 16 <= len; j += 16) {
         first = joinEight(first, j);
@@ -105,50 +43,23 @@ inline float singleSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrd
     if (len >= 8) {
         float term[8];
         const std::ptrdiff_t last = len - 8;
-        store(term, singleTerms(x + last, mean + last, var + last));
-        store(term + 4, singleTerms(x + last + 4, mean + last + 4, var + last + 4));
+        store(term, Terms::of<f32x4>(x + last, mean + last, var + last));
+        store(term + 4, Terms::of<f32x4>(x + last + 4, mean + last + 4, var + last + 4));
         lane0 = joinLast<Sign>(lane0, term, len - j);
     } else {
-        for (; j < len; ++j) lane0 = join(lane0, singleTerm(x + j, mean + j, var + j));
+        for (; j < len; ++j) lane0 = join(lane0, Terms::column(x + j, mean + j, var + j));
     }
     return sumNeighbours(withFirst(first, lane0) + second);
 }
 
 // ---- Double, over doubles or over singles that are widened before they are subtracted.
 
-// An element at any address, whole elements apart or not.
 template <class T>
-VORN_INLINE double widened(const T* p) {
-    T x;
-    std::memcpy(&x, p, sizeof x);
-    return x;
-}
-
-VORN_INLINE f64x4of4 widenedFour(const Vorn64f* p) { return load<f64x4of4>(p); }
-VORN_INLINE f64x4of4 widenedFour(const Vorn32f* p) { return widened(load<f32x4>(p)); }
-
-template <class T, class Var>
-VORN_INLINE f64x4of4 doubleTerms(const T* x, const T* mean, Var var) {
-    const f64x4of4 d = widenedFour(x) - widenedFour(mean);
-    if constexpr (isUnit<Var>) {
-        return d * d;
-    } else {
-        return (d * d) * widenedFour(var);
-    }
-}
-template <class T, class Var>
-VORN_INLINE double doubleTerm(const T* x, const T* mean, Var var) {
-    const double d = widened(x) - widened(mean);
-    if constexpr (isUnit<Var>) {
-        return d * d;
-    } else {
-        return (d * d) * widened(var);
-    }
-}
+using DoubleTerms = FloatTerms<T, Vorn64f>;
 
 template <class T, class Var>
 inline double addInOrder(double sum, const T* x, const T* mean, Var var, std::ptrdiff_t from, std::ptrdiff_t len) {
-    for (std::ptrdiff_t j = from; j < len; ++j) sum += doubleTerm(x + j, mean + j, var + j);
+    for (std::ptrdiff_t j = from; j < len; ++j) sum += DoubleTerms<T>::column(x + j, mean + j, var + j);
     return sum;
 }
 
@@ -156,19 +67,21 @@ inline double addInOrder(double sum, const T* x, const T* mean, Var var, std::pt
 // other; pair + pair, lane + lane, then what remains in order. sum is what lane 0 starts with.
 template <class T, class Var>
 inline double pairedDoubleSum(double sum, const T* x, const T* mean, Var var, std::ptrdiff_t from, std::ptrdiff_t len) {
-    f64x4of4 pairs = firstOnly(sum);
+    using V = f64x4of4;
+    using Terms = DoubleTerms<T>;
+    V pairs = firstOnly(sum);
     std::ptrdiff_t j = from;
     for (; j + 8 <= len; j += 8) {
-        pairs = pairs + doubleTerms(x + j, mean + j, var + j);
-        pairs = pairs + doubleTerms(x + j + 4, mean + j + 4, var + j + 4);
+        pairs = pairs + Terms::template of<V>(x + j, mean + j, var + j);
+        pairs = pairs + Terms::template of<V>(x + j + 4, mean + j + 4, var + j + 4);
     }
     sum = sumLanes(foldHalves(pairs));
     if (j == len) return sum;
     if (len < 8) return addInOrder(sum, x, mean, var, j, len);
     double term[8];
     const std::ptrdiff_t last = len - 8;
-    store(term, doubleTerms(x + last, mean + last, var + last));
-    store(term + 4, doubleTerms(x + last + 4, mean + last + 4, var + last + 4));
+    store(term, Terms::template of<V>(x + last, mean + last, var + last));
+    store(term + 4, Terms::template of<V>(x + last + 4, mean + last + 4, var + last + 4));
     return joinLast<Added>(sum, term, len - j);
 }
 
@@ -192,8 +105,8 @@ inline double dividedDoubleSum(const Vorn64f* x, const Vorn64f* mean, const Vorn
         lanes = lanes + (d * d) / load<f64x2>(var + j);
     }
     if (j < len) {
-        const double d = widened(x + j) - widened(mean + j);
-        lanes = withFirst(lanes, firstLane(lanes) + (d * d) / widened(var + j));
+        const double d = elementAt(x + j) - elementAt(mean + j);
+        lanes = withFirst(lanes, firstLane(lanes) + (d * d) / elementAt(var + j));
     }
     return sumLanes(lanes);
 }
@@ -201,14 +114,14 @@ inline double dividedDoubleSum(const Vorn64f* x, const Vorn64f* mean, const Vorn
 // ---- 16 bits, summed in single.
 
 // Eight columns as singles.
-struct EightSingles {
+struct EightFloats {
     f32x4 low, high;
 };
-VORN_INLINE EightSingles singlesOf(const Vorn16s* p) {
+VORN_INLINE EightFloats floatsOf(const Vorn16s* p) {
     const i16x8 x = load<i16x8>(p);
     return {toFloat(widenLow(x)), toFloat(widenHigh(x))};
 }
-VORN_INLINE EightSingles singlesOf(const Vorn32f* p) { return {load<f32x4>(p), load<f32x4>(p + 4)}; }
+VORN_INLINE EightFloats floatsOf(const Vorn32f* p) { return {load<f32x4>(p), load<f32x4>(p + 4)}; }
 
 // Adds the sums of two groups of eight columns to the running sum, in order: lanes 0 to 3 + lanes 4 to 7, then
 // (0 + 2) + (1 + 3).
@@ -229,13 +142,13 @@ VORN_INLINE void addTwoGroups(float& sum, V d, Var var) {
 
 // The terms of eight columns with exact differences.
 template <class Var>
-VORN_INLINE EightSingles exactTerms(const Vorn16s* x, const Vorn16s* mean, Var var) {
+VORN_INLINE EightFloats exactTerms(const Vorn16s* x, const Vorn16s* mean, Var var) {
     const i16x8 a = load<i16x8>(x), b = load<i16x8>(mean);
     const f32x4 low = toFloat(widenLow(a) - widenLow(b)), high = toFloat(widenHigh(a) - widenHigh(b));
     if constexpr (isUnit<Var>) {
         return {low * low, high * high};
     } else {
-        const EightSingles v = singlesOf(var);
+        const EightFloats v = floatsOf(var);
         return {(low * low) * v.low, (high * high) * v.high};
     }
 }
@@ -257,7 +170,7 @@ inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdi
         const i16x8 d = subSat(load<i16x8>(x + j), load<i16x8>(mean + j));
         f32x4 low = toFloat(productsLow(d, d)), high = toFloat(productsHigh(d, d));
         if constexpr (!isUnit<Var>) {
-            const EightSingles v = singlesOf(var + j);
+            const EightFloats v = floatsOf(var + j);
             low = low * v.low, high = high * v.high;
         }
         sum += sumHalves(low + high);
@@ -265,18 +178,11 @@ inline float fixedSum(const Vorn16s* x, const Vorn16s* mean, Var var, std::ptrdi
     if (j == len) return sum;
     if (len >= 8) {
         float term[8];
-        const EightSingles last = exactTerms(x + len - 8, mean + len - 8, var + (len - 8));
+        const EightFloats last = exactTerms(x + len - 8, mean + len - 8, var + (len - 8));
         store(term, last.low), store(term + 4, last.high);
         return joinLast<Added>(sum, term, len - j);
     }
-    for (; j < len; ++j) {
-        const auto d = static_cast<float>(x[j] - mean[j]);
-        if constexpr (isUnit<Var>) {
-            sum += d * d;
-        } else {
-            sum += (d * d) * static_cast<float>(var[j]);
-        }
-    }
+    for (; j < len; ++j) sum += ExactShortTerms::column(x + j, mean + j, var + j);
     return sum;
 }
 
@@ -333,15 +239,13 @@ inline float negatedPairSquares(const Vorn16s* x, const Vorn16s* mean, std::ptrd
     f32x4 lanes = splat<f32x4>(0.0f);
     std::ptrdiff_t j = 0;
     const auto subtract = [&](i16x8 a, i16x8 b) __attribute__((always_inline)) {
-        const i16x8 d = subSat(a, b);
-        lanes = lanes - toFloat(mulAddPairs(d, d));
+        lanes = lanes - ShortPairTerms::ofDifferences(subSat(a, b));
     };
     for (; j + 8 <= len; j += 8) subtract(load<i16x8>(x + j), load<i16x8>(mean + j));
     if (len & 4) subtract(loadFirst<i16x8, 4>(x + j), loadFirst<i16x8, 4>(mean + j)), j += 4;
     if (len & 2) subtract(loadFirst<i16x8, 2>(x + j), loadFirst<i16x8, 2>(mean + j)), j += 2;
     if (len & 1) {
-        const auto d = static_cast<float>(x[j] - mean[j]);
-        lanes = withFirst(lanes, firstLane(lanes) - d * d);
+        lanes = withFirst(lanes, firstLane(lanes) - ExactShortTerms::column(x + j, mean + j, UnitVar()));
     }
     return sumHalves(lanes);
 }

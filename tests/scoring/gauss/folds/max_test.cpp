@@ -1,4 +1,4 @@
-// Scores folded as they are made: the maximum, the log-add, and the log-sum of a mixture.
+// The best score so far, in every arithmetic.
 #include "scoring/gauss/scores_model.h"
 
 namespace gauss {
@@ -7,9 +7,7 @@ namespace {
 constexpr Shape frames{}, framesId{.identity = true}, framesSf{.scaled = true},
     framesIdSf{.identity = true, .scaled = true}, gaussians{.gaussians = true, .separateVal = true},
     gaussiansSf{.gaussians = true, .scaled = true, .separateVal = true},
-    gaussiansSfStrideLast{.gaussians = true, .scaled = true, .separateVal = true, .order = Order::NullSizeStride},
-    mixture{.gaussians = true, .separateVal = true, .oneResult = true, .order = Order::NullStrideSize},
-    mixtureSf{.gaussians = true, .scaled = true, .separateVal = true, .oneResult = true};
+    gaussiansSfStrideLast{.gaussians = true, .scaled = true, .separateVal = true, .order = Order::NullSizeStride};
 
 template <class T>
 T greater(T score, T old) {
@@ -36,12 +34,12 @@ void integerMaxima(const char* name, D2 d2, D2L d2l) {
         const auto scores = scoresOf<shape>(
             p, [&](const Integer& place) __attribute__((noinline)) {
                 const float val = shape.gaussians ? static_cast<float>(place.val) : oneVal;
-                const float scale = model::scaleSingle(place.scaleFactor + 1);
+                const float scale = model::scaleSingle(place.scaleFactor + 1L);
                 const float score = model::negatedSum(place.row) * scale + val;
                 return model::maxOf(model::minOf(score, 2147483648.0f), -2147483648.0f);
             });
         for (std::size_t r = 0; r < out.size(); ++r) {
-            out[r] = model::truncated(greater(scores[r], static_cast<float>(out[r])));
+            out[r] = model::toInt(greater(scores[r], static_cast<float>(out[r])));
         }
         return out;
     });
@@ -52,9 +50,9 @@ template <Shape shape, class D2, class D2L>
 void lowMaxima(const char* name, D2 d2, D2L d2l) {
     sweep<shape, Vorn16s, Vorn32s, Vorn32s>(name, d2, d2l, [](const auto& p, std::vector<Vorn32s> out, auto) {
         const auto totals = scoresOf<shape>(p, lowTotal);
-        const auto singles = scoresOf<shape>(p, integerInSingle);
+        const auto singles = scoresOf<shape>(p, integerInFloat);
         for (std::size_t r = 0; r < out.size(); ++r) {
-            out[r] = p.scaleFactor < 0 ? model::truncated(greater(singles[r], static_cast<float>(out[r])))
+            out[r] = p.scaleFactor < 0 ? model::toInt(greater(singles[r], static_cast<float>(out[r])))
                                        : greater(totals[r], out[r]);
         }
         return out;
@@ -91,66 +89,6 @@ TEST(LogGaussMax, LowPrecision) {
                         vornsLogGaussMax_Low_16s32s_D2LSfs);
     lowMaxima<gaussiansSf>("vornsLogGaussMaxMultiMix_Low_16s32s", vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs,
                            vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs);
-}
-
-template <Shape shape, class T, class Val, class Out, class D2, class D2L, class Score>
-void logAdds(const char* name, D2 d2, D2L d2l, Score score) {
-    sweep<shape, T, Val, Out>(name, d2, d2l, [=](const auto& p, const std::vector<Out>& old, auto list) {
-        const std::vector<Out> scores = scoresOf<shape>(p, score);
-        // Rows of less than four columns in one block are log-added one by one.
-        if constexpr (std::is_same_v<T, Vorn32f> && !shape.gaussians && !decltype(list)::value) {
-            if (p.len < 4) {
-                std::vector<Out> out = old;
-                for (std::size_t r = 0; r < out.size(); ++r) out[r] = model::scalarLogAdd(scores[r], out[r]);
-                return out;
-            }
-        }
-        return model::logAddInRuns(scores, old, shape.gaussians ? 100 : 128);
-    });
-}
-#define LOG_ADDS(shape, T, Val, Out, stem, score) \
-    logAdds<shape, T, Val, Out>(#stem, stem##_D2, stem##_D2L, [](const auto& place) { return score(place); })
-
-TEST(LogGaussAdd, Floats) {
-    LOG_ADDS(frames, Vorn32f, Vorn32f, Vorn32f, vornsLogGaussAdd_32f, doubledVal);
-    LOG_ADDS(framesId, Vorn32f, Vorn32f, Vorn32f, vornsLogGaussAdd_IdVar_32f, doubledVal);
-    LOG_ADDS(frames, Vorn64f, Vorn64f, Vorn64f, vornsLogGaussAdd_64f, halvedSum);
-    LOG_ADDS(framesId, Vorn64f, Vorn64f, Vorn64f, vornsLogGaussAdd_IdVar_64f, halvedSum);
-    LOG_ADDS(gaussians, Vorn32f, Vorn32f, Vorn32f, vornsLogGaussAddMultiMix_32f, halvedSum);
-    LOG_ADDS(gaussians, Vorn64f, Vorn64f, Vorn64f, vornsLogGaussAddMultiMix_64f, tallSum);
-}
-TEST(LogGaussAdd, SixteenBits) {
-    LOG_ADDS(framesSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAdd_Scaled_16s32f, scaled);
-    LOG_ADDS(framesIdSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAdd_IdVarScaled_16s32f, scaled);
-    LOG_ADDS(framesSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAdd_LowScaled_16s32f, lowScaled);
-    LOG_ADDS(framesIdSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAdd_IdVarLowScaled_16s32f, identityLowScaled);
-    LOG_ADDS(gaussiansSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAddMultiMix_Scaled_16s32f, scaled);
-    LOG_ADDS(gaussiansSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussAddMultiMix_LowScaled_16s32f, lowScaled);
-}
-
-// From 1000 Gaussians on a difference exactly on a split counts to the lower interval in a last odd one as well.
-TEST(LogGaussAdd, SplitOfATallOddGaussian) {
-    const int height = 1001;
-    Guarded<double> mean(at(height)), var(at(height)), val(at(height)), srcDst(at(height)), src{0};
-    for (int g = 0; g < height; ++g) mean[at(g)] = 0, var[at(g)] = 1, val[at(g)] = -3.5, srcDst[at(g)] = 0;
-    ASSERT_EQ(vornsLogGaussAddMultiMix_64f_D2(mean, var, 1, src, 1, val, srcDst, height), vornStsNoErr);
-    for (int g = 0; g < height; ++g) ASSERT_TRUE(test::same(srcDst[at(g)], model::logAdd(-3.5, 0.0, true))) << g;
-}
-
-template <Shape shape, class T, class Out, class D2, class D2L, class Score>
-void mixtures(const char* name, D2 d2, D2L d2l, Score score) {
-    sweep<shape, T, Out, Out>(name, d2, d2l, [=](const auto& p, const auto&, auto) {
-        return std::vector<Out>{model::logSumOfRuns(scoresOf<shape>(p, score))};
-    });
-}
-#define MIXTURES(shape, T, Out, stem, score) \
-    mixtures<shape, T, Out>(#stem, stem##_D2, stem##_D2L, [](const auto& place) { return score(place); })
-
-TEST(LogGaussMixture, EveryArithmetic) {
-    MIXTURES(mixture, Vorn32f, Vorn32f, vornsLogGaussMixture_32f, halvedSum);
-    MIXTURES(mixture, Vorn64f, Vorn64f, vornsLogGaussMixture_64f, halvedSum);
-    MIXTURES(mixtureSf, Vorn16s, Vorn32f, vornsLogGaussMixture_Scaled_16s32f, scaled);
-    MIXTURES(mixtureSf, Vorn16s, Vorn32f, vornsLogGaussMixture_LowScaled_16s32f, lowScaled);
 }
 
 TEST(LogGaussMax, TakesTheScoresOverTheFloor) {
@@ -194,27 +132,29 @@ TEST(LogGaussMax, IntegerFormsIgnoreTheCallersRounding) {
 }
 
 TEST(LogGaussMax, NotANumberLeavesTheOldValue) {
-    Guarded<float> src{std::nanf(""), 1}, mean{1}, var{2}, srcDst{-7, -7};
-    ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, srcDst, 2, 3.0f), vornStsNoErr);
-    EXPECT_EQ(srcDst[0], -7.0f);
-    EXPECT_EQ(srcDst[1], 3.0f);
+    for (int height = 1; height <= 9; ++height) {
+        for (int r = 0; r < height; ++r) {
+            Guarded<float> src(std::vector<float>(at(height), 1.0f)), mean{1}, var{2},
+                srcDst(std::vector<float>(at(height), -7.0f)), old(srcDst.values());
+            src[at(r)] = std::nanf("");
+            ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, srcDst, height, 3.0f), vornStsNoErr);
+            for (int i = 0; i < height; ++i) EXPECT_EQ(srcDst[at(i)], i == r ? -7.0f : 3.0f) << height << " " << r;
+            src[at(r)] = 1.0f, old[at(r)] = std::nanf("");
+            ASSERT_EQ(vornsLogGaussMax_32f_D2(src, 1, mean, var, 1, old, height, 3.0f), vornStsNoErr);
+            EXPECT_TRUE(std::isnan(old[at(r)])) << "an old value that is none stays";
+        }
+    }
 }
 
-TEST(LogGaussMixture, OneGaussianIsItsScore) {
-    Guarded<float> src{3, 0}, mean{1, 5}, var{2, 4}, val{10}, result(1);
-    ASSERT_EQ(vornsLogGaussMixture_32f_D2(src, mean, var, 1, 2, 2, val, result), vornStsNoErr);
-    EXPECT_EQ(result[0], -44.0f);
-}
-
-// 100 equal scores s in one run, then one more log-add: about s + ln 101.
-TEST(LogGaussMixture, HundredAndOneEqualScores) {
-    Guarded<float> src{3}, mean(std::vector<float>(101, 1.0f)), var(std::vector<float>(101, 2.0f)),
-        val(std::vector<float>(101, -6.0f)), result(1);
-    ASSERT_EQ(vornsLogGaussMixture_32f_D2(src, mean, var, 101, 1, 1, val, result), vornStsNoErr);
-    const std::vector<float> run(100, -10.0f);
-    const float hundred = model::logSum(run.data(), 100);
-    EXPECT_EQ(result[0], model::logAdd(hundred, -10.0f, false));
-    EXPECT_NEAR(result[0], -10.0 + 4.61512, 3e-5);
+// A zero sum in an infinite unit is no number: the clamp of the integer form takes it for the upper border, which no
+// integer holds.
+TEST(LogGaussMax, IntegerFormStoresTheSmallestForNoNumber) {
+    for (int height = 1; height <= 9; ++height) {
+        Guarded<Vorn16s> src(std::vector<Vorn16s>(at(height), 1)), mean{1}, var{2};
+        Guarded<Vorn32s> srcDst(std::vector<Vorn32s>(at(height), 5));
+        ASSERT_EQ(vornsLogGaussMax_16s32s_D2Sfs(src, 1, mean, var, 1, srcDst, height, 3, -129), vornStsNoErr);
+        for (Vorn32s score : srcDst) EXPECT_EQ(score, INT32_MIN);
+    }
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Many frames against one Gaussian, and one frame against many Gaussians, in every arithmetic.
+// Many frames against one Gaussian, in every arithmetic, and the kernels of many rows under their names.
 #include "scoring/gauss/scores_model.h"
 
 extern "C" {
@@ -39,16 +39,7 @@ namespace gauss {
 namespace {
 
 constexpr Shape frames{}, framesId{.identity = true}, framesSf{.scaled = true},
-    framesIdSf{.identity = true, .scaled = true}, gaussians{.gaussians = true},
-    gaussiansSf{.gaussians = true, .scaled = true};
-
-template <Shape shape, class T, class Val, class Out, class D2, class D2L, class Score>
-void scores(const char* name, D2 d2, D2L d2l, Score score) {
-    sweep<shape, T, Val, Out>(name, d2, d2l,
-                              [=](const auto& p, const auto&, auto) { return scoresOf<shape>(p, score); });
-}
-#define SCORES(shape, T, Val, Out, stem, d2, d2l, score) \
-    scores<shape, T, Val, Out>(#stem, stem##d2, stem##d2l, [](const auto& place) { return score(place); })
+    framesIdSf{.identity = true, .scaled = true}, gaussiansSf{.gaussians = true, .scaled = true};
 
 TEST(LogGauss, Floats) {
     SCORES(frames, Vorn32f, Vorn32f, Vorn32f, vornsLogGauss_32f, _D2, _D2L, doubledVal);
@@ -70,54 +61,6 @@ TEST(LogGauss, LowPrecision) {
     SCORES(frames, Vorn16s, Vorn32f, Vorn32f, vornsLogGauss_Low_16s32f, _D2, _D2L, lowScaled);
     SCORES(framesId, Vorn16s, Vorn32f, Vorn32f, vornsLogGauss_IdVarLow_16s32f, _D2, _D2L, identityLowScaled);
 }
-TEST(LogGaussMultiMix, Floats) {
-    SCORES(gaussians, Vorn32f, Vorn32f, Vorn32f, vornsLogGaussMultiMix_32f, _D2, _D2L, halvedSum);
-    SCORES(gaussians, Vorn64f, Vorn64f, Vorn64f, vornsLogGaussMultiMix_64f, _D2, _D2L, tallSum);
-}
-// The two layouts of the integer form differ in a last odd row.
-TEST(LogGaussMultiMix, SixteenBits) {
-    SCORES(gaussiansSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussMultiMix_Scaled_16s32f, _D2, _D2L, scaled);
-    sweep<gaussiansSf, Vorn16s, Vorn32s, Vorn32s>(
-        "vornsLogGaussMultiMix_16s32s", vornsLogGaussMultiMix_16s32s_D2Sfs, vornsLogGaussMultiMix_16s32s_D2LSfs,
-        [](const auto& p, const auto&, auto list) {
-            return scoresOf<gaussiansSf>(p, [](const Integer& place) {
-                return decltype(list)::value ? integerTruncated(place) : integerOddRounded(place);
-            });
-        });
-}
-TEST(LogGaussMultiMix, LowPrecision) {
-    SCORES(gaussiansSf, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussMultiMix_LowScaled_16s32f, _D2, _D2L, lowScaled);
-    SCORES(gaussiansSf, Vorn16s, Vorn32s, Vorn32s, vornsLogGaussMultiMix_Low_16s32s, _D2Sfs, _D2LSfs,
-           lowIntegerOfGaussians);
-    SCORES(gaussians, Vorn16s, Vorn32f, Vorn32f, vornsLogGaussMultiMix_Low_16s32f, _D2, _D2L, lowScaled);
-}
-
-TEST(LogGaussMultiMix, CountsTheValOnceMoreInEveryCall) {
-    Guarded<float> mean{1}, var{2}, src{3}, srcDst{10};
-    ASSERT_EQ(vornsLogGaussMultiMix_32f_D2(mean, var, 1, src, 1, srcDst, 1), vornStsNoErr);
-    EXPECT_EQ(srcDst[0], 6.0f);
-    ASSERT_EQ(vornsLogGaussMultiMix_32f_D2(mean, var, 1, src, 1, srcDst, 1), vornStsNoErr);
-    EXPECT_EQ(srcDst[0], 2.0f);
-}
-
-TEST(LogGaussMultiMix, HardValues) {
-    const std::vector<float> hard = test::hardFloats<float>();
-    test::Random random(4);
-    for (int round = 0; round < 400; ++round) {
-        const auto p = makeProblem<float, float>(5, 1 + round % 45, 0, 1, static_cast<std::uint64_t>(round));
-        const auto spoil = [&](const Guarded<float>& values) {
-            for (float& x : values) {
-                if (random.integer(0, 19) == 0) x = hard[static_cast<std::size_t>(random.next() % hard.size())];
-            }
-        };
-        spoil(p.many.block), spoil(p.manyVar.block), spoil(p.one), spoil(p.val);
-        const std::vector<float> wanted = scoresOf<gaussians>(p, [](const Single& place) { return halvedSum(place); });
-        Guarded<float> out(p.val.values());
-        ASSERT_EQ((call<gaussians, false>(vornsLogGaussMultiMix_32f_D2, argumentsOf(p, out.data()))), vornStsNoErr);
-        EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), wanted.size())) << round;
-    }
-}
-
 // Each score is -1.5: the rows of a pair truncate it, a last odd row rounds to even.
 TEST(LogGauss, RowParityDecidesTheRounding) {
     Guarded<Vorn16s> src{1, 1, 1}, mean{0}, three{3};
@@ -136,18 +79,6 @@ TEST(LogGauss, OneRowHasAnEndOfItsOwn) {
     Guarded<Vorn32s> result(1);
     ASSERT_EQ(vornsLogGauss_16s32s_D2Sfs(src, 1, mean, three, 1, result, 1, 0, 0), vornStsNoErr);
     EXPECT_EQ(result[0], -2);
-    result[0] = 0;
-    ASSERT_EQ(vornsLogGaussMultiMix_16s32s_D2Sfs(src, three, 1, mean, 1, result, 1, 0), vornStsNoErr);
-    EXPECT_EQ(result[0], -2);
-    const Vorn16s* const row[] = {src};
-    const Vorn16s* const var[] = {three};
-    result[0] = 0;
-    ASSERT_EQ(vornsLogGaussMultiMix_16s32s_D2LSfs(row, var, mean, 1, result, 1, 0), vornStsNoErr);
-    EXPECT_EQ(result[0], -1) << "row pointers truncate";
-    // With a negative scale factor the score itself is truncated, and val comes last: 2^31 - 1 is no single.
-    result[0] = 2147483647;
-    ASSERT_EQ(vornsLogGaussMultiMix_Low_16s32s_D2Sfs(src, three, 1, mean, 1, result, 1, -1), vornStsNoErr);
-    EXPECT_EQ(result[0], 2147483644);
 }
 
 // Less than four columns: the score of the same columns with others behind them where the frame equals the mean.
@@ -190,7 +121,7 @@ TEST(LogGauss, KernelsUnderTheirNames) {
     const auto i = makeProblem<Vorn16s, Vorn32s>(7, 43, 9, 1, 24);
     const float scale = 0x1p-10f;
     const std::vector<float> none(7);
-    const auto singles = scoresOf<frames>(s, [](const Single& place) { return doubledVal(place); });
+    const auto singles = scoresOf<frames>(s, [](const Float& place) { return doubledVal(place); });
     expectKernels({vornsLogGauss_32f_D2_M7, vornsLogGauss_32f_D2_M7_Al}, none, singles, [&](auto* kernel, float* out) {
         kernel(s.many.block, s.many.step, s.one, s.oneVar, s.len, out, s.height, s.val);
     });
@@ -270,21 +201,6 @@ TEST(LogGauss, LowPrecisionLosesBits) {
     EXPECT_EQ(scores[0], -4);
     EXPECT_EQ(scores[1], -4);
     EXPECT_EQ(scores[2], -8);
-}
-
-TEST(LogGaussMultiMix, HeightsAround1000DifferInRoundingOnly) {
-    for (int height : {999, 1000}) {
-        const auto p = makeProblem<double, double>(height, 39, 0, 1, 11);
-        Guarded<double> out(p.val.values());
-        ASSERT_EQ((call<gaussians, false>(vornsLogGaussMultiMix_64f_D2, argumentsOf(p, out.data()))), vornStsNoErr);
-        const auto inLanes = scoresOf<gaussians>(p, [](const Double& place) { return halvedSum(place); });
-        bool differs = false;
-        for (int g = 0; g < height; ++g) {
-            EXPECT_NEAR(out[at(g)], inLanes[at(g)], 1e-11);
-            differs = differs || out[at(g)] != inLanes[at(g)];
-        }
-        EXPECT_EQ(differs, height == 1000);
-    }
 }
 
 }  // namespace
