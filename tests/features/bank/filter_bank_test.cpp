@@ -308,7 +308,7 @@ TEST(EvalFBank, SinglesEqualTheModelBitForBit) {
 TEST(EvalFBank, EveryLengthOfAStretchEqualsTheModel) {
     Random random(2);
     const Bank<Single> bank({256, 256, 8, 5, 8000, 64, 4000, 1127, 700}, vornFBankWeightFreq);
-    for (int width = 1; width <= 25; ++width) {
+    for (int width = 0; width <= 25; ++width) {
         for (int first : {0, 1, 2, 3}) {
             for (int c = 0; c < 7; ++c) bank->pCenters[c] = std::min(128, first + c * width + (c > 3));
             for (int k = 0; k < 5; ++k) {
@@ -326,6 +326,75 @@ TEST(EvalFBank, EveryLengthOfAStretchEqualsTheModel) {
             }
         }
     }
+}
+
+// A bank between given edges, with one weight in all places of its rows.
+class BankBetween : public Bank<Single> {
+public:
+    BankBetween(const std::vector<Vorn32s>& edges, float weight)
+        : Bank({64, 64, 6, static_cast<int>(edges.size()) - 2, 8000, 500, 3000, 1127, 700}, vornFBankWeightFreq) {
+        Bank& bank = *this;
+        std::copy(edges.begin(), edges.end(), bank->pCenters);
+        for (int k = 0; k < bank->nFilter; ++k) {
+            std::fill_n(bank->ppRise[k], 32, weight);
+            std::fill_n(bank->ppFall[k], 32, weight);
+        }
+    }
+};
+
+// Bins 0 to 32 that tell apart in a sum which of them were taken: bin n weighs 2^(n - 1).
+std::vector<float> powers() {
+    std::vector<float> bins(33, 0.0f);
+    for (int n = 1; n <= 20; ++n) bins[static_cast<std::size_t>(n)] = std::ldexp(1.0f, n - 1);
+    return bins;
+}
+
+TEST(EvalFBank, AFirstSideOfOneBinIsNotEmpty) {
+    const BankBetween bank({1, 1, 3, 5}, 0);
+    bank->ppRise[0][0] = 1;
+    bank->ppRise[0][1] = 100;  // belongs to no bin
+    bank->ppFall[0][0] = 2, bank->ppFall[0][1] = 3;
+    bank->ppRise[1][0] = 5, bank->ppRise[1][1] = 7, bank->ppRise[1][2] = 11;
+    bank->ppFall[1][0] = 13, bank->ppFall[1][1] = 17;
+    float dst[2];
+    ASSERT_EQ(vornsEvalFBank_32f(powers().data(), dst, bank), vornStsNoErr);
+    EXPECT_EQ(dst[0], 1 * 1 + 2 * 2 + 3 * 4);
+    EXPECT_EQ(dst[1], 5 * 1 + 7 * 2 + 11 * 4 + 13 * 8 + 17 * 16);
+}
+
+TEST(EvalFBank, ABankThatBeginsAtBinZeroTwice) {
+    // As the banks of noise-robust front-ends begin: the first filter is bin 0 alone.
+    const BankBetween bank({0, 0, 1, 2, 4}, 0);
+    bank->ppRise[0][0] = 1;
+    bank->ppRise[1][1] = 0.5f, bank->ppFall[1][0] = 0.5f;
+    bank->ppRise[2][1] = 0.25f, bank->ppFall[2][0] = 0.5f, bank->ppFall[2][1] = 0.125f;
+    std::vector<float> src(33, 0.0f);
+    src[0] = 3, src[1] = 16, src[2] = 64, src[3] = 1024, src[4] = 65536;
+    float dst[3];
+    ASSERT_EQ(vornsEvalFBank_32f(src.data(), dst, bank), vornStsNoErr);
+    EXPECT_EQ(dst[0], 3);
+    EXPECT_EQ(dst[1], 8 + 32);
+    EXPECT_EQ(dst[2], 16 + 512 + 8192);
+}
+
+TEST(EvalFBank, EqualCentresAtTheBeginningAndFurtherOn) {
+    // All weights 1, also the one behind each side that belongs to no bin of it.
+    const BankBetween bank({1, 1, 2, 2, 3, 4}, 1);
+    float dst[4];
+    ASSERT_EQ(vornsEvalFBank_32f(powers().data(), dst, bank), vornStsNoErr);
+    EXPECT_EQ(dst[0], 1 + 2);
+    EXPECT_EQ(dst[1], 1 + 2 + 4) << "bins 1 and 2, and bin 3 for the empty side";
+    EXPECT_EQ(dst[2], 2 + 4 + 8) << "bin 2, bin 3 for the empty side, and the falling side one bin late";
+    EXPECT_EQ(dst[3], 4 + 8 + 16) << "all one bin late";
+}
+
+TEST(EvalFBank, ASideOfTwoBinsCatchesUpWithAnEmptyOne) {
+    const BankBetween bank({1, 2, 2, 4, 6}, 1);
+    float dst[3];
+    ASSERT_EQ(vornsEvalFBank_32f(powers().data(), dst, bank), vornStsNoErr);
+    EXPECT_EQ(dst[0], 1 + 2 + 4) << "bins 1 and 2, and bin 3 for the empty side";
+    EXPECT_EQ(dst[1], 2 + 4 + 8) << "bin 2, bin 3 for the empty side, and of bins 3 and 4 the one that is left";
+    EXPECT_EQ(dst[2], 4 + 8 + 16 + 32) << "the rising side begins at bin 3, where the counter stood; then bins 4 to 6";
 }
 
 TEST(EvalFBank, TwoEqualCentresTakeOneBinMore) {
