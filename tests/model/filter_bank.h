@@ -1,4 +1,4 @@
-// Mel filter banks as the contract says them: centres and weights from the C library's logarithm and exponential,
+// Mel filter banks: centres and weights from the C library's logarithm and exponential,
 // evaluation bin by bin with every lane of the accumulators written out.
 #pragma once
 
@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdint>
 #include <vector>
+
+#include "model/convert.h"
 
 namespace model {
 
@@ -17,12 +19,6 @@ struct MelBank {
     std::vector<float> m;         // nFilter + 2 mel values
     std::vector<std::int32_t> c;  // nFilter + 2 bins
 };
-
-inline std::int32_t convert(float x, bool near) {
-    const double rounded = near ? std::nearbyint((double)x) : std::trunc((double)x);
-    if (std::isnan(x)) return std::signbit(x) ? INT32_MIN : INT32_MAX;
-    return rounded >= 2147483647.0 ? INT32_MAX : rounded <= -2147483648.0 ? INT32_MIN : (std::int32_t)rounded;
-}
 
 inline MelBank melBank(int N, int nFilter, float sampleFreq, float lowFreq, float highFreq, float melMul, float melDiv,
                        bool straight) {
@@ -40,7 +36,7 @@ inline MelBank melBank(int N, int nFilter, float sampleFreq, float lowFreq, floa
         bank.m.push_back(part + melLow);
         const float exponent = bank.m.back() / melMul;
         const float x = (float)(std::exp((double)exponent) - 1.0);
-        bank.c.push_back(convert(x * binScale, straight));
+        bank.c.push_back(to32s(x * binScale, straight ? 1 : 0, 1.0f));
     }
     return bank;
 }
@@ -157,8 +153,7 @@ inline std::int64_t fixedSum(const std::vector<std::int32_t>& s, int firstBin,
                              const std::vector<std::int32_t>& weights) {
     std::int64_t sum = 0;
     for (std::size_t e = 0; e < weights.size(); ++e) {
-        const std::int64_t exact = (std::int64_t)s[(std::size_t)firstBin + e] * weights[e];
-        sum += (std::int32_t)(std::uint32_t)(std::uint64_t)exact;
+        sum += wrapTo<std::int32_t>(Big{s[(std::size_t)firstBin + e]} * weights[e]);
     }
     return sum;
 }

@@ -49,7 +49,7 @@ protected:
         return rows;
     }
 
-    // The utterance in blocks of the given heights; dst advances as the contract says.
+    // The utterance in blocks of the given heights; dst advances as the header says.
     static std::vector<float> run(const std::vector<float>& frames, int width, int step,
                                   const std::vector<int>& heights, float val1, float val2, bool lastAlone = false) {
         int T = 0;

@@ -12,7 +12,7 @@
 
 namespace vorn {
 
-// Natural-log units a decibel: ln 10 / 10, to the digits that the contract has.
+// Natural-log units a decibel: ln 10 / 10, to the digits that the header states.
 inline constexpr Vorn32f unitsPerDecibel = 0.230259f;
 
 // The largest of the elements, or the start if none is above it; not-a-numbers are above nothing.
