@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "features/conditioning/offset_kernels.h"
+#include "features/conditioning/truncate.h"
 #include "frame/wrap.h"
 #include "simd/simd.h"
 #include "vornsr/types.h"
