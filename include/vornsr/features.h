@@ -49,9 +49,10 @@ typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
  * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give,
  * are neither read nor weighted.
  *
- * Contexts. `GetSize` reports the bytes that `Init` needs, at any address; such a bank goes with its memory. `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`,
- * nothing stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but
- * with `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
+ * Contexts. `GetSize` reports the bytes that `Init` needs, at any address; such a bank goes with its memory.
+ * `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing
+ * stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but with
+ * `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
  *
  * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more
  * than an int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq
