@@ -31,10 +31,10 @@ VORN_BEGIN_DECLS
  * Evaluation, `32f`. dst[k] = the sum over the filter of weight times value, in single. The bins are walked once. The
  * bin of the left edge comes first; then each stretch between two neighbouring c takes eight bins a round in two
  * accumulators of four lanes while more than eight are left, and what remains bin by bin in lane 0 of the first
- * accumulator. At the end the accumulators are added, the upper two lanes onto the lower two, and these two. The
- * bin-by-bin loop runs once at least: where two c are equal it takes the bin behind them, with the next element of the
- * row (0 unless it was set), and all later filters of that call start one bin late. Give a bank enough bins for its
- * filters.
+ * accumulator. At the end the accumulators are added, the upper two lanes onto the lower two, and these two. Where c[0]
+ * and c[1] are equal the first filter rises on that one bin. Behind c[1] the bin-by-bin loop runs once at least: where
+ * two c are equal there it takes the bin behind them, with the next element of the row (0 unless it was set), and the
+ * filters behind run one bin late up to the next stretch of two bins or more. Give a bank enough bins for its filters.
  *
  * Evaluation, `16s` and `16s32s`. The products wrap at 32 bits, their sum is exact; it is shifted right by
  * scale + 14, arithmetically and without rounding (left if that is negative; the count is taken modulo 64), and
@@ -44,10 +44,10 @@ VORN_BEGIN_DECLS
  * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give,
  * are neither read nor weighted.
  *
- * Contexts. `GetSize` reports the bytes that `Init` needs, at an address fit for a pointer; such a bank goes with its
- * memory. `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`,
- * nothing stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but
- * with `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
+ * Contexts. `GetSize` reports the bytes that `Init` needs, at any address; such a bank goes with its memory.
+ * `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing
+ * stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but with
+ * `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
  *
  * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more
  * than an int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq

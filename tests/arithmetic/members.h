@@ -641,12 +641,12 @@ void forConstants(const Visit& visit) {
         +[](const Vorn32f* a, Vorn32f v, Vorn16s* d, int len, int sf) {
             return vornsMulC_32f16s_Sfs(a, v, d, len, sf);
         },
-        +[](Vorn32f a, Vorn32f v, int sf) -> Vorn16s { return model::rounded16s((a * v) * model::powerOfTwo(sf)); },
+        +[](Vorn32f a, Vorn32f v, int sf) -> Vorn16s { return model::rounded16s((a * v) * model::singleOfScale(sf)); },
         true);
     visit(
         "vornsMulC_Low_32f16s",
         +[](const Vorn32f* a, Vorn32f v, Vorn16s* d, int len, int) { return vornsMulC_Low_32f16s(a, v, d, len); },
-        +[](Vorn32f a, Vorn32f v, int sf) -> Vorn16s { return model::rounded16s((a * v) * model::powerOfTwo(sf)); },
+        +[](Vorn32f a, Vorn32f v, int sf) -> Vorn16s { return model::rounded16s((a * v) * model::singleOfScale(sf)); },
         false);
     visit(
         "vornsDivC_8u_Sfs",

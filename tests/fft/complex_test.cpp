@@ -280,13 +280,20 @@ TYPED_TEST(ComplexFft, ChecksInOrder) {
                                    {"dstIm", vornStsNullPtrErr, [](A& a) { a.dstIm = nullptr; }}});
     }
     for (auto* transform : {F::forwardInPlace, F::inverseInPlace}) {
-        EXPECT_EQ(transform(nullptr, nullptr, nullptr), vornStsNullPtrErr);
-        EXPECT_EQ(transform(nullptr, split, nullptr), vornStsContextMatchErr);
-        EXPECT_EQ(transform(nullptr, pairs, nullptr), vornStsNullPtrErr);
+        test::expectCheckOrder<A>([&] { return A{pairs}; },
+                                  [&](A& a) { return transform(reinterpret_cast<Pair*>(a.dst), a.context, nullptr); },
+                                  untouched,
+                                  {{"ctx", vornStsNullPtrErr, [](A& a) { a.context = nullptr; }},
+                                   {"tag", vornStsContextMatchErr, [&](A& a) { a.context = split; }},
+                                   {"srcDst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }}});
     }
     for (auto* transform : {F::forwardSplitInPlace, F::inverseSplitInPlace}) {
-        EXPECT_EQ(transform(nullptr, nullptr, pairs, nullptr), vornStsContextMatchErr);
-        EXPECT_EQ(transform(nullptr, nullptr, split, nullptr), vornStsNullPtrErr);
+        test::expectCheckOrder<A>([&] { return A{split}; },
+                                  [&](A& a) { return transform(a.dst, a.dstIm, a.context, nullptr); }, untouched,
+                                  {{"ctx", vornStsNullPtrErr, [](A& a) { a.context = nullptr; }},
+                                   {"tag", vornStsContextMatchErr, [&](A& a) { a.context = pairs; }},
+                                   {"srcDstRe", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
+                                   {"srcDstIm", vornStsNullPtrErr, [](A& a) { a.dstIm = nullptr; }}});
     }
 }
 

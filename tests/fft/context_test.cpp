@@ -70,16 +70,23 @@ TEST(FftContext, SizesInNumbers) {
 }
 
 TEST(FftContext, GetSizeChecksTheOrderFirst) {
+    struct Arguments {
+        test::Guarded<int> sizes = test::Guarded<int>(3);
+        int order = 5;
+        int *spec = sizes.data(), *initBuf = spec + 1, *work = spec + 2;
+    };
+    using A = Arguments;
     forEveryForm([](const auto& form) {
-        int out[3] = {-1, -1, -1};
-        for (int order : {-1, 31, 1 << 20, -(1 << 30)}) {
-            EXPECT_EQ(form.getSize(order, 8, 0, nullptr, nullptr, nullptr), vornStsFftOrderErr);
-            EXPECT_EQ(form.getSize(order, 8, 0, &out[0], &out[1], &out[2]), vornStsFftOrderErr);
-        }
-        EXPECT_EQ(form.getSize(5, 8, 0, nullptr, &out[1], &out[2]), vornStsNullPtrErr);
-        EXPECT_EQ(form.getSize(5, 8, 0, &out[0], nullptr, &out[2]), vornStsNullPtrErr);
-        EXPECT_EQ(form.getSize(5, 8, 0, &out[0], &out[1], nullptr), vornStsNullPtrErr);
-        for (int size : out) EXPECT_EQ(size, -1);
+        test::expectCheckOrder<A>([] { return A(); },
+                                  [&](A& a) { return form.getSize(a.order, 8, 0, a.spec, a.initBuf, a.work); },
+                                  [](A& a) { return a.sizes.untouched(); },
+                                  {{"order -1", vornStsFftOrderErr, [](A& a) { a.order = -1; }},
+                                   {"order 31", vornStsFftOrderErr, [](A& a) { a.order = 31; }},
+                                   {"order 2^20", vornStsFftOrderErr, [](A& a) { a.order = 1 << 20; }},
+                                   {"order -2^30", vornStsFftOrderErr, [](A& a) { a.order = -(1 << 30); }},
+                                   {"specSize", vornStsNullPtrErr, [](A& a) { a.spec = nullptr; }},
+                                   {"initBufSize", vornStsNullPtrErr, [](A& a) { a.initBuf = nullptr; }},
+                                   {"workBufSize", vornStsNullPtrErr, [](A& a) { a.work = nullptr; }}});
     });
 }
 
@@ -142,22 +149,38 @@ TEST(FftContext, InitChecksInOrder) {
 
 TEST(FftContext, FreeAndBufSizeCheckPointersThenTheTag) {
     forEveryForm([]<class Spec>(const test::ContextForm<Spec>& form) {
-        EXPECT_EQ(form.free(nullptr), vornStsNullPtrErr);
-        int size = -1;
-        const test::Context<Spec> context(form, 7, 2);
-        EXPECT_EQ(form.getBufSize(nullptr, &size), vornStsNullPtrErr);
-        EXPECT_EQ(form.getBufSize(context, nullptr), vornStsNullPtrErr);
-        alignas(16) std::int32_t other[64] = {};
+        // A context of its own, freed by the call or with the arguments, and memory with another tag.
+        struct Arguments {
+            std::shared_ptr<test::Context<Spec>> made;
+            alignas(16) std::int32_t other[64] = {};
+            test::Guarded<int> out = test::Guarded<int>(1);
+            Spec* context = *made;
+            int* size = out.data();
+        };
+        using A = Arguments;
+        const test::Rule<A> noContext{"ctx", vornStsNullPtrErr, [](A& a) { a.context = nullptr; }};
+        const test::Rule<A> noSize{"size", vornStsNullPtrErr, [](A& a) { a.size = nullptr; }};
+        const auto good = [&] { return A{std::make_shared<test::Context<Spec>>(form, 7, 2)}; };
         for (std::int32_t tag : {0, 1, 4, 5, 6, 7, 8, 9, 0x4C4D5364, 0x4C4D5365, 0x4C4D5366, 0x4C4D5367}) {
             if (tag == form.tag) continue;
-            other[0] = tag;
-            auto* wrong = reinterpret_cast<Spec*>(other);
-            EXPECT_EQ(form.free(wrong), vornStsContextMatchErr);
-            EXPECT_EQ(form.getBufSize(wrong, &size), vornStsContextMatchErr);
-            EXPECT_EQ(form.getBufSize(wrong, nullptr), vornStsNullPtrErr);
-            EXPECT_EQ(other[0], tag);
+            const test::Rule<A> otherTag{"tag", vornStsContextMatchErr, [=](A& a) {
+                                             a.other[0] = tag;
+                                             a.context = reinterpret_cast<Spec*>(a.other);
+                                         }};
+            const auto untouched = [=](A& a) {
+                return a.out.untouched() && (a.context != reinterpret_cast<Spec*>(a.other) || a.other[0] == tag);
+            };
+            test::expectCheckOrder<A>(good, [&](A& a) { return form.getBufSize(a.context, a.size); }, untouched,
+                                      {noContext, noSize, otherTag});
+            test::expectCheckOrder<A>(good,
+                                      [&](A& a) {
+                                          const bool isMade = a.context == static_cast<Spec*>(*a.made);
+                                          const VornStatus status = form.free(a.context);
+                                          if (isMade && status == vornStsNoErr) a.made->released();
+                                          return status;
+                                      },
+                                      untouched, {noContext, otherTag});
         }
-        EXPECT_EQ(size, -1);
     });
 }
 

@@ -335,17 +335,19 @@ TEST(FixedFft, EveryFormChecksInOrderAndMayRunOutOfMemory) {
     };
     using Call = std::function<VornStatus(A&)>;
     alignas(16) std::int32_t released[64] = {};
-    const auto expectChecks = [&](const test::FixedForm& form, const Call& call, bool split) {
+    // What a form takes: a source apart from the destination or not, and each in one array or in two.
+    struct Shape {
+        bool source, split;
+    };
+    const auto expectChecks = [&](const test::FixedForm& form, Shape shape, const Call& call) {
         const test::Context<VornsFFTFixedSpec> good(form, 4, 8);
         std::vector<test::Rule<A>> rules = {
             {"ctx", vornStsNullPtrErr, [](A& a) { a.context = nullptr; }},
             {"tag", vornStsContextMatchErr, [&](A& a) { a.context = reinterpret_cast<VornsFFTFixedSpec*>(released); }},
-            {"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }},
             {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }}};
-        if (split) {
-            rules.push_back({"srcIm", vornStsNullPtrErr, [](A& a) { a.src2 = nullptr; }});
-            rules.push_back({"dstIm", vornStsNullPtrErr, [](A& a) { a.dst2 = nullptr; }});
-        }
+        if (shape.source) rules.push_back({"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }});
+        if (shape.split) rules.push_back({"dstIm", vornStsNullPtrErr, [](A& a) { a.dst2 = nullptr; }});
+        if (shape.source && shape.split) rules.push_back({"srcIm", vornStsNullPtrErr, [](A& a) { a.src2 = nullptr; }});
         test::expectCheckOrder<A>([&] { return A{good}; }, call, [](A& a) { return a.out->untouched(); }, rules);
         if (!test::FailAllocation::available()) return;
         A a{good};
@@ -360,32 +362,27 @@ TEST(FixedFft, EveryFormChecksInOrderAndMayRunOutOfMemory) {
         EXPECT_EQ(count.calls(), 1);
         EXPECT_EQ(count.outstanding(), 0);
     };
+    constexpr Shape apart{true, false}, apartSplit{true, true}, inPlace{false, false}, inPlaceSplit{false, true};
+    const auto pairs = [](Vorn32s* x) { return reinterpret_cast<Vorn32sc*>(x); };
     for (const ComplexFixedCase& c : complexCases) {
-        expectChecks(
-            test::complex32sc,
-            [&](A& a) {
-                return c.pairs(reinterpret_cast<Vorn32sc*>(a.src), reinterpret_cast<Vorn32sc*>(a.dst), a.context, 0,
-                               nullptr);
-            },
-            false);
-        expectChecks(
-            test::complex32s, [&](A& a) { return c.split(a.src, a.src2, a.dst, a.dst2, a.context, 0, nullptr); }, true);
-        EXPECT_EQ(c.pairsInPlace(nullptr, nullptr, 0, nullptr), vornStsNullPtrErr);
-        EXPECT_EQ(c.splitInPlace(nullptr, nullptr, nullptr, 0, nullptr), vornStsNullPtrErr);
+        expectChecks(test::complex32sc, apart,
+                     [&](A& a) { return c.pairs(pairs(a.src), pairs(a.dst), a.context, 0, nullptr); });
+        expectChecks(test::complex32s, apartSplit,
+                     [&](A& a) { return c.split(a.src, a.src2, a.dst, a.dst2, a.context, 0, nullptr); });
+        expectChecks(test::complex32sc, inPlace,
+                     [&](A& a) { return c.pairsInPlace(pairs(a.dst), a.context, 0, nullptr); });
+        expectChecks(test::complex32s, inPlaceSplit,
+                     [&](A& a) { return c.splitInPlace(a.dst, a.dst2, a.context, 0, nullptr); });
     }
     for (Layout layout : {Perm, Pack, Ccs}) {
         for (const auto& c : {forwardCases[layout], inverseCases[layout]}) {
-            expectChecks(
-                test::real32s, [&](A& a) { return c.call(a.src, a.dst, a.context, 0, nullptr); }, false);
-            EXPECT_EQ(c.inPlace(nullptr, nullptr, 0, nullptr), vornStsNullPtrErr);
+            expectChecks(test::real32s, apart, [&](A& a) { return c.call(a.src, a.dst, a.context, 0, nullptr); });
+            expectChecks(test::real32s, inPlace, [&](A& a) { return c.inPlace(a.dst, a.context, 0, nullptr); });
         }
     }
-    expectChecks(
-        test::real16s32s,
-        [&](A& a) {
-            return vornsFFTInv_CCSToR_32s16s_Sfs(a.src, reinterpret_cast<Vorn16s*>(a.dst), a.context, 0, nullptr);
-        },
-        false);
+    expectChecks(test::real16s32s, apart, [&](A& a) {
+        return vornsFFTInv_CCSToR_32s16s_Sfs(a.src, reinterpret_cast<Vorn16s*>(a.dst), a.context, 0, nullptr);
+    });
 }
 
 // With a large scale factor the two zeros of CCS are zeros as ever.

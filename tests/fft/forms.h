@@ -69,6 +69,7 @@ public:
     Context(const Context&) = delete;
     Context& operator=(const Context&) = delete;
     operator Spec*() const { return spec_; }
+    void released() { spec_ = nullptr; }  // by somebody else
     int bufSize() const {
         int size = -1;
         form_.getBufSize(spec_, &size);

@@ -127,18 +127,19 @@ TYPED_TEST(PackedProducts, ChecksInOrder) {
         int len = 9;
     };
     const auto untouched = [](A& a) { return a.d->untouched(); };
-    const std::vector<test::Rule<A>> rules = {{"src1", vornStsNullPtrErr, [](A& a) { a.src1 = nullptr; }},
-                                              {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
-                                              {"len", vornStsSizeErr, [](A& a) { a.len = 0; }}};
+    const std::vector<test::Rule<A>> inPlace = {{"src1", vornStsNullPtrErr, [](A& a) { a.src1 = nullptr; }},
+                                                {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
+                                                {"len", vornStsSizeErr, [](A& a) { a.len = 0; }},
+                                                {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }}};
+    auto apart = inPlace;
+    apart.insert(apart.begin(), {"src2", vornStsNullPtrErr, [](A& a) { a.src2 = nullptr; }});
     for (auto* multiply : products<T>().multiply) {
         test::expectCheckOrder<A>([] { return A(); }, [&](A& a) { return multiply(a.src1, a.src2, a.dst, a.len); },
-                                  untouched, rules);
-        A a;
-        EXPECT_EQ(multiply(a.src1, nullptr, a.dst, -1), vornStsNullPtrErr);
+                                  untouched, apart);
     }
     for (auto* multiply : {products<T>().inPlace[0], products<T>().inPlace[1], products<T>().conjugate}) {
         test::expectCheckOrder<A>([] { return A(); }, [&](A& a) { return multiply(a.src1, a.dst, a.len); }, untouched,
-                                  rules);
+                                  inPlace);
     }
 }
 
@@ -177,8 +178,32 @@ TEST(PackedFixedProducts, TheLargestSumDoesNotWrap) {
     const Vorn16s one[] = {1}, minus[] = {-1};
     ASSERT_EQ(vornsMulPerm_16s_Sfs(one, minus, dst, 1, 40), vornStsNoErr);
     EXPECT_EQ(dst[0], -1);
-    EXPECT_EQ(vornsMulPack_16s_Sfs(nullptr, one, dst, 0, 0), vornStsNullPtrErr);
-    EXPECT_EQ(vornsMulPerm_16s_ISfs(one, dst, 0, 0), vornStsSizeErr);
+}
+
+TEST(PackedFixedProducts, ChecksInOrder) {
+    struct Arguments {
+        std::vector<Vorn16s> x = std::vector<Vorn16s>(9, 1);
+        test::Guarded<Vorn16s> out = test::Guarded<Vorn16s>(9);
+        const Vorn16s *src1 = x.data(), *src2 = x.data();
+        Vorn16s* dst = out.data();
+        int len = 9;
+    };
+    using A = Arguments;
+    const auto untouched = [](A& a) { return a.out.untouched(); };
+    const std::vector<test::Rule<A>> inPlace = {{"src1", vornStsNullPtrErr, [](A& a) { a.src1 = nullptr; }},
+                                                {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
+                                                {"len", vornStsSizeErr, [](A& a) { a.len = 0; }},
+                                                {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }}};
+    auto apart = inPlace;
+    apart.insert(apart.begin(), {"src2", vornStsNullPtrErr, [](A& a) { a.src2 = nullptr; }});
+    for (auto* multiply : {vornsMulPack_16s_Sfs, vornsMulPerm_16s_Sfs}) {
+        test::expectCheckOrder<A>([] { return A(); }, [=](A& a) { return multiply(a.src1, a.src2, a.dst, a.len, 0); },
+                                  untouched, apart);
+    }
+    for (auto* multiply : {vornsMulPack_16s_ISfs, vornsMulPerm_16s_ISfs}) {
+        test::expectCheckOrder<A>([] { return A(); }, [=](A& a) { return multiply(a.src1, a.dst, a.len, 0); },
+                                  untouched, inPlace);
+    }
 }
 
 template <class Pair, class T>
@@ -246,16 +271,27 @@ TYPED_TEST(PackedExpansions, FollowTheSymmetry) {
 TYPED_TEST(PackedExpansions, CheckPointersThenLength) {
     using Pair = TypeParam;
     using T = decltype(Pair::re);
+    struct Arguments {
+        std::vector<T> values = std::vector<T>(8, T(1));
+        test::Guarded<Pair> out = test::Guarded<Pair>(6);
+        const T* src = values.data();
+        Pair* dst = out.data();
+        int len = 6;
+    };
+    using A = Arguments;
     const auto functions = expansions<Pair, T>();
-    T src[8] = {};
-    Pair dst[4] = {};
-    for (int layout = 0; layout < 3; ++layout) {
-        EXPECT_EQ(functions.expand[layout](nullptr, dst, 0), vornStsNullPtrErr);
-        EXPECT_EQ(functions.expand[layout](src, nullptr, 0), vornStsNullPtrErr);
-        EXPECT_EQ(functions.expand[layout](src, dst, 0), vornStsSizeErr);
-        EXPECT_EQ(functions.expand[layout](src, dst, -1), vornStsSizeErr);
-        EXPECT_EQ(functions.inPlace[layout](nullptr, 0), vornStsNullPtrErr);
-        EXPECT_EQ(functions.inPlace[layout](dst, 0), vornStsSizeErr);
+    const auto untouched = [](A& a) { return a.out.untouched(); };
+    const std::vector<test::Rule<A>> inPlace = {{"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
+                                                {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
+                                                {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }}};
+    auto apart = inPlace;
+    apart.insert(apart.begin(), {"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }});
+    for (auto* expand : functions.expand) {
+        test::expectCheckOrder<A>([] { return A(); }, [=](A& a) { return expand(a.src, a.dst, a.len); }, untouched,
+                                  apart);
+    }
+    for (auto* expand : functions.inPlace) {
+        test::expectCheckOrder<A>([] { return A(); }, [=](A& a) { return expand(a.dst, a.len); }, untouched, inPlace);
     }
 }
 

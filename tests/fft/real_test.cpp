@@ -422,8 +422,13 @@ TYPED_TEST(RealFft, ChecksInOrder) {
     }
     for (const auto& direction : {R::forwardInPlace, R::inverseInPlace}) {
         for (Layout layout : {Perm, Pack, Ccs}) {
-            EXPECT_EQ(direction[layout](nullptr, wrong, nullptr), vornStsContextMatchErr);
-            EXPECT_EQ(direction[layout](nullptr, good, nullptr), vornStsNullPtrErr);
+            test::expectCheckOrder<Arguments>(
+                [&] { return Arguments{good}; },
+                [&](Arguments& a) { return direction[layout](a.dst, a.context, nullptr); },
+                [](Arguments& a) { return a.out->untouched(); },
+                {{"ctx", vornStsNullPtrErr, [](Arguments& a) { a.context = nullptr; }},
+                 {"tag", vornStsContextMatchErr, [&](Arguments& a) { a.context = wrong; }},
+                 {"srcDst", vornStsNullPtrErr, [](Arguments& a) { a.dst = nullptr; }}});
         }
     }
 }

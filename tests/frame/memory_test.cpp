@@ -1,5 +1,6 @@
 // Memory blocks.
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <climits>
 #include <cstdint>
@@ -22,6 +23,7 @@ void expectBlocks(T* (*allocate)(int)) {
         const auto slack = reinterpret_cast<char*>(block) - static_cast<char*>(base);
         EXPECT_GE(slack, 8);
         EXPECT_LE(slack, 39);
+        EXPECT_GE(malloc_usable_size(base), static_cast<std::size_t>(len) * sizeof(T) + 40);
         if (reinterpret_cast<std::uintptr_t>(base) % 32 == 0) {
             EXPECT_EQ(slack, 32) << "a base on a 32-byte address lands at base + 32";
         }

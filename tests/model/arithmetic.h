@@ -6,25 +6,10 @@
 #include <cstdint>
 #include <limits>
 
+#include "model/integers.h"
 #include "vornsr/types.h"
 
 namespace model {
-
-using Big = __int128;
-
-// The integer nearest to n / d, ties to even; d > 0.
-inline Big nearestRatio(Big n, Big d) {
-    Big q = n / d, r = n % d;
-    if (r < 0) q -= 1, r += d;  // floor
-    const bool up = 2 * r > d || (2 * r == d && q % 2 != 0);
-    return up ? q + 1 : q;
-}
-
-template <class T>
-T clamped(Big x) {
-    const Big low = std::numeric_limits<T>::min(), high = std::numeric_limits<T>::max();
-    return static_cast<T>(x < low ? low : x > high ? high : x);
-}
 
 // n / d times 2^-sf, rounded to nearest even, saturated, for |n| up to 2^64 and 0 < d up to 2^32.
 template <class T>
@@ -32,14 +17,14 @@ T scaled(Big n, Big d, int sf) {
     if (n == 0) return 0;
     if (sf > 70) return 0;
     if (sf < -100) return n > 0 ? std::numeric_limits<T>::max() : std::numeric_limits<T>::min();
-    if (sf >= 0 && sf <= 28) return clamped<T>(nearestRatio(n, d << sf));
+    if (sf >= 0 && sf <= 28) return saturateTo<T>(nearestRatio(n, d << sf));
     if (sf > 28) {
         // 2^sf d may not fit: halve |n| exactly as often as the result needs, keeping whether anything was lost.
         const Big whole = d << 28;
         Big q = n / whole, r = n % whole;
         if (r < 0) q -= 1, r += whole;
         const Big sticky = 2 * q + (r != 0 ? 1 : 0);  // 2 n / (d 2^28), the last bit says "and a little more"
-        return clamped<T>(nearestRatio(sticky, Big{2} << (sf - 28)));
+        return saturateTo<T>(nearestRatio(sticky, Big{2} << (sf - 28)));
     }
     Big q = n;
     for (int k = 0; k < -sf; ++k) {
@@ -47,7 +32,7 @@ T scaled(Big n, Big d, int sf) {
         const Big limit = d * (Big{1} << 40);
         if (q > limit || q < -limit) return q > 0 ? std::numeric_limits<T>::max() : std::numeric_limits<T>::min();
     }
-    return clamped<T>(nearestRatio(q, d));
+    return saturateTo<T>(nearestRatio(q, d));
 }
 template <class T>
 T scaled(Big s, int sf) {
@@ -110,14 +95,7 @@ C quotientC(C dividend, C divisor, int sf) {
     return {scaled<T>(a * c + b * d, square, sf), scaled<T>(b * c - a * d, square, sf)};
 }
 
-// 2^-sf in single precision, infinite or zero where it does not fit.
-inline Vorn32f powerOfTwo(int sf) { return std::ldexp(1.0f, -std::clamp(sf, -200, 200)); }
-
 // Singles to 16-bit integers: min(x, 32767), which is 32767 for a not-a-number, rounded to nearest even, saturated.
-inline Vorn16s rounded16s(Vorn32f x) {
-    if (!(x < 32767.0f)) return 32767;
-    if (x < -32768.0f) return -32768;
-    return static_cast<Vorn16s>(std::nearbyint(x));
-}
+inline Vorn16s rounded16s(Vorn32f x) { return x < 32767.0f ? saturateWhole<Vorn16s>(nearestWhole(x)) : Vorn16s{32767}; }
 
 }  // namespace model

@@ -1,4 +1,4 @@
-// Column statistics as they are promised, one column and one row after the other.
+// Column statistics, one column and one row after the other.
 #pragma once
 
 #include <cstddef>

@@ -8,34 +8,12 @@
 #include <cstdlib>
 #include <limits>
 
+#include "model/integers.h"
 #include "vornsr/types.h"
 
 namespace model {
 
-inline double roundTiesToEven(double x) {
-    const double floor = std::floor(x), rest = x - floor;
-    if (rest < 0.5) return floor;
-    if (rest > 0.5) return floor + 1.0;
-    return std::fmod(floor, 2.0) == 0.0 ? floor : floor + 1.0;
-}
-
-inline double rounded(double x, bool near) { return near ? roundTiesToEven(x) : std::trunc(x); }
-
-template <class Integer>
-Integer saturated(double x) {
-    if (x >= static_cast<double>(std::numeric_limits<Integer>::max())) return std::numeric_limits<Integer>::max();
-    if (x <= static_cast<double>(std::numeric_limits<Integer>::min())) return std::numeric_limits<Integer>::min();
-    return static_cast<Integer>(x);
-}
-
-// 1 in single precision, halved or doubled |scale| times.
-inline float repeatedFactor(int scale) {
-    float factor = 1.0f;
-    for (std::int64_t i = std::min<std::int64_t>(std::abs(static_cast<std::int64_t>(scale)), 1000); i > 0; --i) {
-        factor *= scale > 0 ? 0.5f : 2.0f;
-    }
-    return factor;
-}
+inline double rounded(double x, bool near) { return near ? nearestWhole(x) : std::trunc(x); }
 
 // Float to integer, every mode but 0 to nearest, times a factor in the precision of the source. What becomes of a
 // not-a-number is the form's own.
@@ -44,7 +22,7 @@ template <class Integer, class Float>
 Integer toInteger(Float x, VornRoundMode mode, float factor, Integer fromNan) {
     const Float y = x * static_cast<Float>(factor);
     if (std::isnan(y)) return fromNan;
-    return saturated<Integer>(rounded(static_cast<double>(y), mode != 0));
+    return saturateWhole<Integer>(rounded(static_cast<double>(y), mode != 0));
 }
 
 inline Vorn8s to8s(float x, VornRoundMode mode, float factor) { return toInteger<Vorn8s>(x, mode, factor, 127); }
@@ -70,13 +48,9 @@ inline double toDouble(std::int64_t x, int scale, int lowest, int highest) {
     return std::ldexp(static_cast<double>(x), -std::clamp(scale, lowest, highest));
 }
 
-inline Vorn16s clamp16(std::int64_t x) { return static_cast<Vorn16s>(std::clamp<std::int64_t>(x, -32768, 32767)); }
-
 inline Vorn16s to16s(Vorn32s x, int scale) {
     scale = std::clamp(scale, -15, 31);
-    if (scale <= 0) return clamp16(std::int64_t{x} * (std::int64_t{1} << -scale));
-    const std::int64_t sum = x + (std::int64_t{1} << (scale - 1)) - 1 + ((std::int64_t{x} >> scale) & 1);
-    return clamp16(sum >> scale);
+    return saturateTo<Vorn16s>(scale <= 0 ? Big{x} << -scale : nearestRatio(x, Big{1} << scale));
 }
 
 inline float toSingle(double x) {
@@ -112,14 +86,14 @@ inline Vorn16s halfTo16s(Vorn16f bits, VornRoundMode mode, int scale) {
     const bool near = mode == 1;
     if (scale < -14) {
         if (half.exponent == 31) return bits == 0x7C00 ? 32767 : -32768;
-        return saturated<Vorn16s>(
+        return saturateWhole<Vorn16s>(
             rounded(std::ldexp(half.value(), std::min(-static_cast<std::int64_t>(scale), std::int64_t{200})), near));
     }
     if (half.exponent == 31) return half.negative ? -32768 : 32767;
     if (scale > 16) return 0;
     // Exponent 0 counts like any other.
     const double value = half.sign() * std::ldexp(1.0 + half.mantissa / 1024.0, half.exponent - 15 - scale);
-    return saturated<Vorn16s>(rounded(value, near));
+    return saturateWhole<Vorn16s>(rounded(value, near));
 }
 
 // The single bits shortened by 13, to nearest even or dropped.

@@ -1,4 +1,4 @@
-// The DCT lifter as it is promised. The table comes from the C library's double functions; singles rounded from
+// The DCT lifter, sum by sum. The table comes from the C library's double functions; singles rounded from
 // doubles that are right to half a unit and from doubles that are right to a little more agree but in rare cases, so a
 // test compares tables with a bound and products bit for bit.
 #pragma once

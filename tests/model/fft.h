@@ -163,7 +163,7 @@ public:
         plan(order);
     }
 
-    // re and im hold x; they receive X. normalised multiplies by factor where that is promised.
+    // re and im hold x; they receive X. normalised multiplies by factor at the stage that takes it.
     void run(std::vector<T>& re, std::vector<T>& im, bool inverse, bool normalised, T factor) const {
         if (inverse) re.swap(im);
         std::vector<T> x(2 * re.size()), y(2 * re.size());

@@ -1,4 +1,4 @@
-// Mel filter banks as they are promised: centres and weights from the C library's logarithm and exponential,
+// Mel filter banks: centres and weights from the C library's logarithm and exponential,
 // evaluation bin by bin with every lane of the accumulators written out.
 #pragma once
 
@@ -6,6 +6,8 @@
 #include <cmath>
 #include <cstdint>
 #include <vector>
+
+#include "model/convert.h"
 
 namespace model {
 
@@ -17,12 +19,6 @@ struct MelBank {
     std::vector<float> m;         // nFilter + 2 mel values
     std::vector<std::int32_t> c;  // nFilter + 2 bins
 };
-
-inline std::int32_t convert(float x, bool near) {
-    const double rounded = near ? std::nearbyint((double)x) : std::trunc((double)x);
-    if (std::isnan(x)) return std::signbit(x) ? INT32_MIN : INT32_MAX;
-    return rounded >= 2147483647.0 ? INT32_MAX : rounded <= -2147483648.0 ? INT32_MIN : (std::int32_t)rounded;
-}
 
 inline MelBank melBank(int N, int nFilter, float sampleFreq, float lowFreq, float highFreq, float melMul, float melDiv,
                        bool straight) {
@@ -40,7 +36,7 @@ inline MelBank melBank(int N, int nFilter, float sampleFreq, float lowFreq, floa
         bank.m.push_back(part + melLow);
         const float exponent = bank.m.back() / melMul;
         const float x = (float)(std::exp((double)exponent) - 1.0);
-        bank.c.push_back(convert(x * binScale, straight));
+        bank.c.push_back(to32s(x * binScale, straight ? 1 : 0, 1.0f));
     }
     return bank;
 }
@@ -111,45 +107,40 @@ struct LaneSum {
     }
 };
 
-// rises[k] and falls[k] of filter k from 0, with a zero behind each for the bin that an empty stretch takes. Bins
-// behind the spectrum count for nothing.
+// rises[k] and falls[k] of filter k from 0, with zeros behind each for the bin that an empty side takes. One counter
+// runs over the bins; those behind the spectrum count for nothing. The first side is one loop over c[0] to c[1], both
+// included. Each later one feeds the falling side of a filter and the rising side of the next, on the bins behind the
+// counter up to the next edge, and one bin at least.
 inline std::vector<float> evaluate(const std::vector<float>& s, const std::vector<std::int32_t>& c,
                                    std::vector<std::vector<float>> rises, std::vector<std::vector<float>> falls) {
-    const int K = (int)rises.size(), last = (int)s.size() - 1;
+    const std::size_t K = rises.size();
     for (auto& side : rises) side.resize(side.size() + 2, 0.0f);
     for (auto& side : falls) side.resize(side.size() + 2, 0.0f);
-    std::vector<LaneSum> sum((std::size_t)K);
+    std::vector<LaneSum> sum(K);
     int bin = c[0];
-    sum[0].one(rises[0][0], s[(std::size_t)bin]);
-    for (int stretch = 0; stretch <= K; ++stretch) {
-        // The bins behind `bin` up to c[stretch + 1]: falling side of filter stretch - 1, rising side of filter
-        // stretch.
-        const int end = c[(std::size_t)stretch + 1];
-        const bool rising = stretch<K, falling = stretch> 0;
-        if (rising && falling && bin <= last)
-            sum[(std::size_t)stretch].one(rises[(std::size_t)stretch][0], s[(std::size_t)bin]);
-        int element = 0;
-        while (end - bin > 8) {
-            if (falling)
-                sum[(std::size_t)stretch - 1].eight(&falls[(std::size_t)stretch - 1][(std::size_t)element],
-                                                    &s[(std::size_t)bin + 1]);
-            if (rising)
-                sum[(std::size_t)stretch].eight(&rises[(std::size_t)stretch][(std::size_t)element + 1],
-                                                &s[(std::size_t)bin + 1]);
-            bin += 8;
-            element += 8;
+    const auto add = [&](LaneSum& filter, float weight) {
+        if (bin < (int)s.size()) filter.one(weight, s[(std::size_t)bin]);
+    };
+    const auto eight = [&](LaneSum& filter, const float* weight) { filter.eight(weight, &s[(std::size_t)bin + 1]); };
+
+    add(sum[0], rises[0][0]);
+    const float* rise = &rises[0][1];
+    for (; c[1] - bin > 8; bin += 8, rise += 8) eight(sum[0], rise);
+    while (bin < c[1]) ++bin, add(sum[0], *rise++);
+
+    for (std::size_t k = 0; k < K; ++k) {
+        const int end = c[k + 2];
+        const bool more = k + 1 < K;
+        const float* fall = &falls[k][0];
+        if (more) add(sum[k + 1], rises[k + 1][0]), rise = &rises[k + 1][1];
+        for (; end - bin > 8; bin += 8, fall += 8, rise += 8) {
+            eight(sum[k], fall);
+            if (more) eight(sum[k + 1], rise);
         }
         do {
             ++bin;
-            if (bin <= last) {
-                if (falling)
-                    sum[(std::size_t)stretch - 1].one(falls[(std::size_t)stretch - 1][(std::size_t)element],
-                                                      s[(std::size_t)bin]);
-                if (rising)
-                    sum[(std::size_t)stretch].one(rises[(std::size_t)stretch][(std::size_t)element + 1],
-                                                  s[(std::size_t)bin]);
-            }
-            ++element;
+            add(sum[k], *fall++);
+            if (more) add(sum[k + 1], *rise++);
         } while (bin < end);
     }
     std::vector<float> dst;
@@ -162,8 +153,7 @@ inline std::int64_t fixedSum(const std::vector<std::int32_t>& s, int firstBin,
                              const std::vector<std::int32_t>& weights) {
     std::int64_t sum = 0;
     for (std::size_t e = 0; e < weights.size(); ++e) {
-        const std::int64_t exact = (std::int64_t)s[(std::size_t)firstBin + e] * weights[e];
-        sum += (std::int32_t)(std::uint32_t)(std::uint64_t)exact;
+        sum += wrapTo<std::int32_t>(Big{s[(std::size_t)firstBin + e]} * weights[e]);
     }
     return sum;
 }

@@ -44,7 +44,8 @@ void forEachExactForm(Visit visit) {
     visit(Form<Vorn32s, Vorn64f>{"32s64f", vornsConvert_32s64f, [](Vorn32s x) { return Vorn64f(x); }});
     visit(Form<Vorn32f, Vorn64f>{"32f64f", vornsConvert_32f64f, [](Vorn32f x) { return Vorn64f(x); }});
     visit(Form<Vorn32s, Vorn32f>{"32s32f", vornsConvert_32s32f, [](Vorn32s x) { return Vorn32f(x); }});
-    visit(Form<Vorn32s, Vorn16s>{"32s16s", vornsConvert_32s16s, [](Vorn32s x) { return model::clamp16(x); }});
+    visit(
+        Form<Vorn32s, Vorn16s>{"32s16s", vornsConvert_32s16s, [](Vorn32s x) { return model::saturateTo<Vorn16s>(x); }});
     visit(Form<Vorn64f, Vorn32f>{"64f32f", vornsConvert_64f32f, [](Vorn64f x) { return model::toSingle(x); }});
     visit(Form<Vorn16f, Vorn32f>{"16f32f", vornsConvert_16f32f,
                                  [](Vorn16f x) { return std::bit_cast<float>(model::halfToSingleBits(x)); }});
@@ -68,7 +69,7 @@ void forEachFormWithScale(int scale, Visit visit) {
 
 template <class Visit>
 void forEachFormToInteger(VornRoundMode mode, int scale, Visit visit) {
-    const float factor = model::repeatedFactor(scale);
+    const float factor = model::singleOfScale(scale);
     const auto form = [=]<class S, class D>(const char* name, VornStatus (*call)(const S*, D*, int, VornRoundMode, int),
                                             auto model) {
         return Form<S, D>{std::string(name) + " mode " + std::to_string(mode) + " scale " + std::to_string(scale),

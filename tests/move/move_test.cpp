@@ -347,17 +347,25 @@ TYPED_TEST(Conj, EveryAddress) {
 }
 
 TYPED_TEST(Conj, OrderOfChecks) {
-    TypeParam src[3] = {}, dst[3] = {{1, 2}, {1, 2}, {1, 2}};
+    struct Arguments {
+        test::Guarded<TypeParam> src = test::Guarded<TypeParam>(3), dst = test::Guarded<TypeParam>(3);
+        const TypeParam* from = src.data();
+        TypeParam* to = dst.data();
+        int len = 3;
+    };
+    using A = Arguments;
+    const auto untouched = [](A& a) { return a.dst.untouched(); };
+    const std::vector<test::Rule<A>> inPlace = {{"dst", vornStsNullPtrErr, [](A& a) { a.to = nullptr; }},
+                                                {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
+                                                {"len -5", vornStsSizeErr, [](A& a) { a.len = -5; }}};
+    auto apart = inPlace;
+    apart.insert(apart.begin(), {"src", vornStsNullPtrErr, [](A& a) { a.from = nullptr; }});
     for (auto* call : {this->op.conj, this->op.flip}) {
-        EXPECT_EQ(call(nullptr, dst, 0), vornStsNullPtrErr);
-        EXPECT_EQ(call(src, nullptr, -1), vornStsNullPtrErr);
-        EXPECT_EQ(call(src, dst, 0), vornStsSizeErr);
-        EXPECT_EQ(call(src, dst, -5), vornStsSizeErr);
+        test::expectCheckOrder<A>([] { return A(); }, [=](A& a) { return call(a.from, a.to, a.len); }, untouched,
+                                  apart);
     }
-    EXPECT_EQ(this->op.inPlace(nullptr, 0), vornStsNullPtrErr);
-    EXPECT_EQ(this->op.inPlace(dst, 0), vornStsSizeErr);
-    EXPECT_EQ(this->op.inPlace(dst, -5), vornStsSizeErr);
-    for (const TypeParam& x : dst) EXPECT_TRUE(x.re == 1 && x.im == 2);
+    test::expectCheckOrder<A>([] { return A(); }, [this](A& a) { return this->op.inPlace(a.to, a.len); }, untouched,
+                              inPlace);
 }
 
 TEST(ConjExamples, ImaginaryMinimumSaturates) {

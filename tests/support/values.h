@@ -41,6 +41,14 @@ public:
         }
     }
 
+    // n of the given values.
+    template <class T>
+    std::vector<T> pick(const std::vector<T>& from, std::size_t n) {
+        std::vector<T> values(n);
+        for (T& x : values) x = from[static_cast<std::size_t>(integer(0, static_cast<std::int64_t>(from.size()) - 1))];
+        return values;
+    }
+
     std::vector<float> floats(std::size_t n, double low, double high) {
         std::vector<float> values(n);
         for (float& x : values) x = static_cast<float>(uniform(low, high));

@@ -200,44 +200,54 @@ TEST(DCTLifter, TablesBeyondAnIntAreExhaustedMemory) {
     EXPECT_EQ(state, nullptr);
 }
 
-struct Arguments {
-    VornDCTLifterState_32f* made = reinterpret_cast<VornDCTLifterState_32f*>(8);
-    VornDCTLifterState_32f** state = &made;
+struct InitArguments {
+    VornDCTLifterState_32f* const marker = reinterpret_cast<VornDCTLifterState_32f*>(8);
+    VornDCTLifterState_32f* made = marker;
+    bool outIsNull = false;
     int lenDCT = 8, lenCep = 4, nLifter = 22;
+    VornDCTLifterState_32f** out() { return outIsNull ? nullptr : &made; }
 };
 
-void expectInitOrder(VornStatus (*init)(Arguments&)) {
-    // Both checked statuses at once, in each pair; a good call is tested elsewhere.
-    const auto broken = [&](std::initializer_list<void (*)(Arguments&)> breaks) {
-        Arguments a;
-        for (auto breakIt : breaks) breakIt(a);
-        const VornStatus status = init(a);
-        EXPECT_EQ(a.made, reinterpret_cast<VornDCTLifterState_32f*>(8));
-        return status;
-    };
-    const auto null = [](Arguments& a) { a.state = nullptr; };
-    for (auto size : {+[](Arguments& a) { a.lenDCT = 0; }, +[](Arguments& a) { a.lenCep = 0; },
-                      +[](Arguments& a) { a.nLifter = 0; }, +[](Arguments& a) { a.lenCep = 9; }}) {
-        EXPECT_EQ(broken({size}), vornStsSizeErr);
-        EXPECT_EQ(broken({null, size}), vornStsNullPtrErr);
-    }
-    EXPECT_EQ(broken({null}), vornStsNullPtrErr);
+void expectInitOrder(VornStatus (*init)(InitArguments&)) {
+    using A = InitArguments;
+    test::expectCheckOrder<A>([] { return A(); },
+                              [=](A& a) {
+                                  const VornStatus status = init(a);
+                                  if (status == vornStsNoErr) vornsDCTLifterFree_32f(a.made);
+                                  return status;
+                              },
+                              [](A& a) { return a.made == a.marker; },
+                              {{"ppState", vornStsNullPtrErr, [](A& a) { a.outIsNull = true; }},
+                               {"lenDCT 0", vornStsSizeErr, [](A& a) { a.lenDCT = 0; }},
+                               {"lenCep 0", vornStsSizeErr, [](A& a) { a.lenCep = 0; }},
+                               {"nLifter 0", vornStsSizeErr, [](A& a) { a.nLifter = 0; }},
+                               {"lenCep above lenDCT", vornStsSizeErr, [](A& a) { a.lenCep = a.lenDCT + 1; }}});
+}
+
+TEST(DCTLifter, InitChecksInOrder) {
+    using A = InitArguments;
+    expectInitOrder([](A& a) { return vornsDCTLifterInitAlloc_32f(a.out(), a.lenDCT, a.lenCep, a.nLifter, 1.0f); });
+    expectInitOrder(
+        [](A& a) { return vornsDCTLifterInitAlloc_C0_32f(a.out(), a.lenDCT, a.lenCep, a.nLifter, 1.0f, 1.0f); });
 }
 
 TEST(DCTLifter, ChecksInOrder) {
-    expectInitOrder(
-        [](Arguments& a) { return vornsDCTLifterInitAlloc_32f(a.state, a.lenDCT, a.lenCep, a.nLifter, 1.0f); });
-    expectInitOrder([](Arguments& a) {
-        return vornsDCTLifterInitAlloc_C0_32f(a.state, a.lenDCT, a.lenCep, a.nLifter, 1.0f, 1.0f);
-    });
     const Lifter lifter(8, 4, 22, 1.0f);
-    const std::vector<float> src(8);
-    Guarded<float> dst(4);
-    EXPECT_EQ(vornsDCTLifter_32f(nullptr, dst, lifter), vornStsNullPtrErr);
-    EXPECT_EQ(vornsDCTLifter_32f(src.data(), nullptr, lifter), vornStsNullPtrErr);
-    EXPECT_EQ(vornsDCTLifter_32f(src.data(), dst, nullptr), vornStsNullPtrErr);
-    EXPECT_TRUE(dst.untouched());
-    EXPECT_EQ(vornsDCTLifterFree_32f(nullptr), vornStsNullPtrErr);
+    struct Arguments {
+        const VornDCTLifterState_32f* state;
+        std::vector<float> data = std::vector<float>(8, 1.0f);
+        Guarded<float> out = Guarded<float>(4);
+        const float* src = data.data();
+        float* dst = out.data();
+    };
+    using A = Arguments;
+    test::expectCheckOrder<A>([&] { return A{lifter}; }, [](A& a) { return vornsDCTLifter_32f(a.src, a.dst, a.state); },
+                              [](A& a) { return a.out.untouched(); },
+                              {{"pState", vornStsNullPtrErr, [](A& a) { a.state = nullptr; }},
+                               {"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }},
+                               {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }}});
 }
+
+TEST(DCTLifter, FreeOfNull) { EXPECT_EQ(vornsDCTLifterFree_32f(nullptr), vornStsNullPtrErr); }
 
 }  // namespace

@@ -200,6 +200,7 @@ TEST(CompensateOffset, Q15FormsEqualTheModel) {
     EXPECT_EQ(vornsCompensateOffsetQ15_16s(longest.data(), out.data(), 65535, &last, 0, 100), vornStsNoErr);
 }
 
+// Of both shapes: the forms in place take no src.
 template <class T>
 struct Arguments {
     std::vector<T> data = std::vector<T>(4, T(1));
@@ -208,66 +209,43 @@ struct Arguments {
     T* dst = out.data();
     T* last = carried.data();
     int len = 4;
-    VornStatus call() { return compensate(src, dst, len, last, T(0), 0.5f); }
+    Vorn16s q15 = 16384;
     bool untouched() { return out.untouched() && carried.untouched(); }
 };
 
-template <class T>
-void expectOrder() {
+enum class Shape { Apart, InPlace };
+
+template <class T, bool q15 = false>
+void expectOrder(Shape shape, VornStatus (*call)(Arguments<T>&)) {
     using A = Arguments<T>;
-    test::expectCheckOrder<A>([] { return A(); }, [](A& a) { return a.call(); }, [](A& a) { return a.untouched(); },
-                              {{"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }},
-                               {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
+    std::vector<test::Rule<A>> rules;
+    if (shape == Shape::Apart) rules.push_back({"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }});
+    rules.insert(rules.end(), {{"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }},
                                {"pSrcLast", vornStsNullPtrErr, [](A& a) { a.last = nullptr; }},
                                {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
                                {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }}});
-}
-
-TEST(CompensateOffset, ChecksInOrder) {
-    expectOrder<Vorn32f>();
-    expectOrder<Vorn16s>();
-}
-
-template <class T>
-struct InPlaceArguments {
-    Guarded<T> out = Guarded<T>(4), carried = Guarded<T>(1);
-    T* srcDst = out.data();
-    T* last = carried.data();
-    int len = 4;
-    Vorn16s val = 16384;
-    bool untouched() { return out.untouched() && carried.untouched(); }
-};
-
-template <class T>
-void expectInPlaceOrder(VornStatus (*call)(InPlaceArguments<T>&), bool q15) {
-    using A = InPlaceArguments<T>;
-    std::vector<test::Rule<A>> rules = {{"srcDst", vornStsNullPtrErr, [](A& a) { a.srcDst = nullptr; }},
-                                        {"pSrcLast", vornStsNullPtrErr, [](A& a) { a.last = nullptr; }},
-                                        {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }}};
     if (q15) {
         rules.push_back({"len 65536", vornStsSizeErr, [](A& a) { a.len = 65536; }});
-        rules.push_back({"val -1", vornStsBadArgErr, [](A& a) { a.val = -1; }});
+        rules.push_back({"val -1", vornStsBadArgErr, [](A& a) { a.q15 = -1; }});
     }
     test::expectCheckOrder<A>([] { return A(); }, call, [](A& a) { return a.untouched(); }, rules);
 }
 
-TEST(CompensateOffset, InPlaceChecksInOrder) {
-    using A = InPlaceArguments<Vorn16s>;
-    expectInPlaceOrder<Vorn32f>(
-        [](InPlaceArguments<Vorn32f>& a) { return vornsCompensateOffset_32f_I(a.srcDst, a.len, a.last, 0, 0.5f); },
-        false);
-    expectInPlaceOrder<Vorn16s>([](A& a) { return vornsCompensateOffset_16s_I(a.srcDst, a.len, a.last, 0, 0.5f); },
-                                false);
-    expectInPlaceOrder<Vorn16s>([](A& a) { return vornsCompensateOffsetQ15_16s_I(a.srcDst, a.len, a.last, 0, a.val); },
-                                true);
-    expectInPlaceOrder<Vorn16s>(
-        [](A& a) {
-            static const Vorn16s src[4] = {};
-            return vornsCompensateOffsetQ15_16s(src, a.srcDst, a.len, a.last, 0, a.val);
-        },
-        true);
-    Vorn16s one = 0;
-    EXPECT_EQ(vornsCompensateOffsetQ15_16s(nullptr, &one, 1, &one, 0, 1), vornStsNullPtrErr);
+TEST(CompensateOffset, ChecksInOrder) {
+    using Singles = Arguments<Vorn32f>;
+    using Shorts = Arguments<Vorn16s>;
+    expectOrder<Vorn32f>(Shape::Apart,
+                         [](Singles& a) { return vornsCompensateOffset_32f(a.src, a.dst, a.len, a.last, 0, 0.5f); });
+    expectOrder<Vorn32f>(Shape::InPlace,
+                         [](Singles& a) { return vornsCompensateOffset_32f_I(a.dst, a.len, a.last, 0, 0.5f); });
+    expectOrder<Vorn16s>(Shape::Apart,
+                         [](Shorts& a) { return vornsCompensateOffset_16s(a.src, a.dst, a.len, a.last, 0, 0.5f); });
+    expectOrder<Vorn16s>(Shape::InPlace,
+                         [](Shorts& a) { return vornsCompensateOffset_16s_I(a.dst, a.len, a.last, 0, 0.5f); });
+    expectOrder<Vorn16s, true>(
+        Shape::Apart, [](Shorts& a) { return vornsCompensateOffsetQ15_16s(a.src, a.dst, a.len, a.last, 0, a.q15); });
+    expectOrder<Vorn16s, true>(
+        Shape::InPlace, [](Shorts& a) { return vornsCompensateOffsetQ15_16s_I(a.dst, a.len, a.last, 0, a.q15); });
 }
 
 }  // namespace

@@ -22,6 +22,10 @@ inline int RowMatrAlErr(const T* const* rows, int height) {
     return 0;
 }
 
+constexpr std::int64_t roundUp(std::int64_t n, std::int64_t multiple) {
+    return (n + multiple - 1) / multiple * multiple;
+}
+
 // The first address at or behind the pointer that is a multiple of bytes (a power of two).
 template <class T>
 inline T* alignedUp(T* pointer, std::uintptr_t bytes) {

@@ -6,7 +6,7 @@
 
 namespace vorn {
 
-// len times the natural logarithm of two pi, to the digits that are promised.
+// len times the natural logarithm of two pi, to the digits that the header states.
 template <class T>
 T logTwoPi(int len) {
     return static_cast<T>(static_cast<double>(len) * 1.8378770664093);

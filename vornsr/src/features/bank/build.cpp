@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <climits>
+#include <cstring>
 
 #include "elementary/elementary.h"
-#include "frame/align.h"
 #include "frame/memory.h"
 #include "simd/simd.h"
 
@@ -16,7 +16,7 @@ namespace {
 // A caller's block, which has room for all pieces of the reported size.
 class BlockPieces {
 public:
-    explicit BlockPieces(void* first) : next_(static_cast<char*>(first)) {}
+    explicit BlockPieces(char* first) : next_(first) {}
 
     template <class T>
     T* take(std::int64_t len) {
@@ -198,11 +198,13 @@ std::int64_t bankSize(const BankShape& shape, int flags) {
 }
 
 template <class Form>
-VornStatus initMelBank(typename Form::State* block, const BankShape& shape, const MelBank& mel) {
-    BlockPieces pieces(block + 1);
-    if (const VornStatus status = makeBank<Form>(*block, shape, mel.flags, pieces)) return status;
+VornStatus initMelBank(void* block, const BankShape& shape, const MelBank& mel) {
+    typename Form::State bank;
+    BlockPieces pieces(static_cast<char*>(block) + sizeof bank);
+    if (const VornStatus status = makeBank<Form>(bank, shape, mel.flags, pieces)) return status;
     auto* melValues = pieces.take<Vorn32f>(shape.rows());
-    fillMelBank<Form>(*block, shape, mel, melValues, pieces.take<Vorn32f>(shape.rows()));
+    fillMelBank<Form>(bank, shape, mel, melValues, pieces.take<Vorn32f>(shape.rows()));
+    std::memcpy(block, &bank, sizeof bank);
     return vornStsNoErr;
 }
 
@@ -237,8 +239,8 @@ void freeBank(typename Form::State* bank) {
 
 template std::int64_t bankSize<FBankForm_32f>(const BankShape&, int);
 template std::int64_t bankSize<FBankForm_16s>(const BankShape&, int);
-template VornStatus initMelBank<FBankForm_32f>(VornFBankState_32f*, const BankShape&, const MelBank&);
-template VornStatus initMelBank<FBankForm_16s>(VornFBankState_16s*, const BankShape&, const MelBank&);
+template VornStatus initMelBank<FBankForm_32f>(void*, const BankShape&, const MelBank&);
+template VornStatus initMelBank<FBankForm_16s>(void*, const BankShape&, const MelBank&);
 template VornStatus allocateMelBank<FBankForm_32f>(VornFBankState_32f**, const BankShape&, const MelBank&);
 template VornStatus allocateMelBank<FBankForm_16s>(VornFBankState_16s**, const BankShape&, const MelBank&);
 template void freeBank<FBankForm_32f>(VornFBankState_32f*);

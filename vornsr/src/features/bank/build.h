@@ -23,8 +23,9 @@ int transformOrder(int len);
 template <class Form>
 std::int64_t bankSize(const BankShape& shape, int flags);
 
+// The block begins at any address.
 template <class Form>
-VornStatus initMelBank(typename Form::State* block, const BankShape& shape, const MelBank& mel);
+VornStatus initMelBank(void* block, const BankShape& shape, const MelBank& mel);
 
 // On failure nothing stays allocated and *out is null.
 template <class Form>

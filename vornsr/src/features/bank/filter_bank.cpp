@@ -68,11 +68,11 @@ VornStatus allocateBank(typename Form::State** ppFBank, int* pOrder, int fftLen,
     return allocateMelBank<Form>(ppFBank, shape, mel);
 }
 
+// The checks of an evaluation behind the null check.
 template <class State>
-VornStatus checkEvaluation(const void* src, const void* dst, const State* bank) {
-    VORN_CHECK(notNull(src, dst, bank));
-    VORN_CHECK(notNull(bank->pCenters));
-    return require(bank->ready != 0, vornStsNotInitErr);
+VornStatus checkFilled(const State& bank) {
+    VORN_CHECK(notNull(bank.pCenters));
+    return require(bank.ready != 0, vornStsNotInitErr);
 }
 
 // The work area of the transform lies behind the spectrum.
@@ -82,18 +82,20 @@ Vorn8u* transformBuffer(const State& bank) {
 }
 
 template <class Result>
-VornStatus evalFixed(const Vorn16s* src, Result* dst, const VornFBankState_16s* bank, int scale) {
-    VORN_CHECK(checkEvaluation(src, dst, bank));
-    const int shift = wrapAdd(scale, bank->weightShift);
-    if ((bank->flags & vornFBankSamples) == 0) {
-        evalFilters(src, dst, *bank, shift);
+VornStatus evalFixed(const Vorn16s* src, Result* dst, const VornFBankState_16s* pFBank, int scale) {
+    VORN_CHECK(notNull(src, dst, pFBank));
+    const auto bank = recordAt<VornFBankState_16s>(pFBank);
+    VORN_CHECK(checkFilled(bank));
+    const int shift = wrapAdd(scale, bank.weightShift);
+    if ((bank.flags & vornFBankSamples) == 0) {
+        evalFilters(src, dst, bank, shift);
         return vornStsNoErr;
     }
     // Transform and magnitude each keep three bits more than their exact value has.
-    VORN_CHECK(vornsFFTFwd_RToCCS_16s32s_Sfs(src, bank->pWork, bank->pFftSpec, -3, transformBuffer(*bank)));
+    VORN_CHECK(vornsFFTFwd_RToCCS_16s32s_Sfs(src, bank.pWork, bank.pFftSpec, -3, transformBuffer(bank)));
     VORN_CHECK(
-        vornsMagnitude_32sc_Sfs(reinterpret_cast<const Vorn32sc*>(bank->pWork), bank->pWork, bank->fftLen / 2 + 1, -3));
-    evalFilters(bank->pWork, dst, *bank, wrapAdd(shift, 6));
+        vornsMagnitude_32sc_Sfs(reinterpret_cast<const Vorn32sc*>(bank.pWork), bank.pWork, bank.fftLen / 2 + 1, -3));
+    evalFilters(bank.pWork, dst, bank, wrapAdd(shift, 6));
     return vornStsNoErr;
 }
 
@@ -154,15 +156,16 @@ VornStatus vornsFBankFree_16s(VornFBankState_16s* pFBank) {
 }
 
 VornStatus vornsEvalFBank_32f(const Vorn32f* src, Vorn32f* dst, const VornFBankState_32f* pFBank) {
-    VORN_CHECK(checkEvaluation(src, dst, pFBank));
-    if ((pFBank->flags & vornFBankSamples) == 0) {
-        evalFilters(src, dst, *pFBank);
+    VORN_CHECK(notNull(src, dst, pFBank));
+    const auto bank = recordAt<VornFBankState_32f>(pFBank);
+    VORN_CHECK(checkFilled(bank));
+    if ((bank.flags & vornFBankSamples) == 0) {
+        evalFilters(src, dst, bank);
         return vornStsNoErr;
     }
-    VORN_CHECK(vornsFFTFwd_RToCCS_32f(src, pFBank->pWork, pFBank->pFftSpec, transformBuffer(*pFBank)));
-    VORN_CHECK(
-        vornsMagnitude_32fc(reinterpret_cast<const Vorn32fc*>(pFBank->pWork), pFBank->pWork, pFBank->fftLen / 2 + 1));
-    evalFilters(pFBank->pWork, dst, *pFBank);
+    VORN_CHECK(vornsFFTFwd_RToCCS_32f(src, bank.pWork, bank.pFftSpec, transformBuffer(bank)));
+    VORN_CHECK(vornsMagnitude_32fc(reinterpret_cast<const Vorn32fc*>(bank.pWork), bank.pWork, bank.fftLen / 2 + 1));
+    evalFilters(bank.pWork, dst, bank);
     return vornStsNoErr;
 }
 

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
+#include "frame/align.h"
 #include "vornsr/features.h"
 #include "vornsr/fft.h"
 #include "vornsr/signal.h"
@@ -44,8 +46,12 @@ struct VornFBankState_16s {
 
 namespace vorn {
 
-constexpr std::int64_t roundUp(std::int64_t n, std::int64_t multiple) {
-    return (n + multiple - 1) / multiple * multiple;
+// The record of a bank. A caller's block may begin at any address, so it is copied byte by byte.
+template <class State>
+State recordAt(const void* bank) {
+    State record;
+    std::memcpy(&record, bank, sizeof record);
+    return record;
 }
 
 // The sizes that follow from the transform length N and the number of filters.

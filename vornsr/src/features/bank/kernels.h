@@ -42,8 +42,17 @@ public:
         if (bin_ <= lastBin_) rising.addOne(rise[0], spectrum_[bin_]);
     }
 
+    // The rising side of the first filter: the bins of the left edge and of the centre, and those between. One bin
+    // where the two are the same.
+    VORN_INLINE void first(FilterSum& rising, const Vorn32f* rise, std::ptrdiff_t centre) {
+        start(rising, rise);
+        FilterSum none;
+        if (centre > bin_) stretch<false, true>(none, rise, rising, rise, centre);
+    }
+
     // The bins behind the current one up to the edge. Eight a round while more than eight are left, then single ones,
-    // and one at least: an empty stretch takes the bin behind it, and all that follows then runs one bin late.
+    // and one at least: an empty stretch takes the bin behind it, and what follows runs one bin late up to the next
+    // stretch of two bins or more.
     template <bool falls, bool rises>
     VORN_INLINE void stretch(FilterSum& falling, const Vorn32f* fall, FilterSum& rising, const Vorn32f* rise,
                              std::ptrdiff_t edge) {
@@ -106,8 +115,7 @@ inline void evalFilters(const Vorn32f* spectrum, Vorn32f* dst, const VornFBankSt
     const Vorn32s* edge = bank.pCenters;
     BinWalk walk(spectrum, edge[0], bank.fftLen / 2);
     FilterSum falling, rising;
-    walk.start(rising, bank.ppRise[0]);
-    walk.stretch<false, true>(falling, bank.ppFall[0], rising, bank.ppRise[0], edge[1]);
+    walk.first(rising, bank.ppRise[0], edge[1]);
     for (int k = 0; k < bank.nFilter; ++k) {
         falling = rising;
         rising = FilterSum();

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "elementary/elementary.h"
+#include "frame/align.h"
 #include "simd/simd.h"
 #include "vornsr/features.h"
 
@@ -21,7 +22,7 @@ struct VornDCTLifterState_32f {
 namespace vorn {
 
 // Rows lie this many elements apart, zero behind lenDCT and each on a 32-byte address.
-constexpr std::int64_t cosineStride(int lenDCT) { return (std::int64_t{lenDCT} + 7) / 8 * 8; }
+constexpr std::int64_t cosineStride(int lenDCT) { return roundUp(lenDCT, 8); }
 
 // Room for the rows and behind them their pointers, in singles.
 constexpr std::int64_t cosineTableLen(int lenDCT, int lenCep) {

@@ -9,16 +9,14 @@ VornStatus vornsNormEnergy_32f(Vorn32f* srcDst, int step, int height, Vorn32f mi
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
     const Vorn32f maxE = largest(srcDst, step, height, -3.4028235e38f);
-    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, 1.0f, val));
-    return vornStsNoErr;
+    return vornsNormEnergy_RT_32f(srcDst, step, height, minDb, maxE, val);
 }
 
 VornStatus vornsNormEnergy_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s top, Vorn32f val) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(step, height));
-    const Vorn32f maxE = largest<Vorn16s>(srcDst, step, height, -32768);
-    normEnergy(srcDst, step, height, NormalisedEnergy(maxE, minDb, top, val));
-    return vornStsNoErr;
+    const Vorn16s maxE = largest<Vorn16s>(srcDst, step, height, -32768);
+    return vornsNormEnergy_RT_16s(srcDst, step, height, minDb, maxE, top, val);
 }
 
 VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f minDb, Vorn32f maxE, Vorn32f val) {

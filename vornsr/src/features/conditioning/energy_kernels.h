@@ -5,14 +5,14 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "features/conditioning/offset_kernels.h"
+#include "features/conditioning/truncate.h"
 #include "frame/wrap.h"
 #include "simd/simd.h"
 #include "vornsr/types.h"
 
 namespace vorn {
 
-// Natural-log units a decibel: ln 10 / 10, to the digits that are promised.
+// Natural-log units a decibel: ln 10 / 10, to the digits that the header states.
 inline constexpr Vorn32f unitsPerDecibel = 0.230259f;
 
 // The largest of the elements, or the start if none is above it; not-a-numbers are above nothing.

@@ -25,18 +25,6 @@ void filterBlock(const T* src, T* dst, int len, T* srcLast, Vorn32f val, T dstLa
     *srcLast = last;
 }
 
-// Here the first output follows the rule of the others.
-VornStatus filterQ15(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* srcLast, Vorn16s dstLast, Vorn16s val) {
-    VORN_CHECK(notNull(src, dst, srcLast));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(require(len <= 65535, vornStsSizeErr));
-    VORN_CHECK(require(val >= 0, vornStsBadArgErr));
-    const Vorn16s last = src[len - 1];
-    compensateOffset(src, dst, len, *srcLast, dstLast, Q15Step{val});
-    *srcLast = last;
-    return vornStsNoErr;
-}
-
 }  // namespace
 
 VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f* pSrcLast, Vorn32f dstLast,
@@ -48,10 +36,7 @@ VornStatus vornsCompensateOffset_32f(const Vorn32f* src, Vorn32f* dst, int len, 
 }
 
 VornStatus vornsCompensateOffset_32f_I(Vorn32f* srcDst, int len, Vorn32f* pSrcLast, Vorn32f dstLast, Vorn32f val) {
-    VORN_CHECK(notNull(srcDst, pSrcLast));
-    VORN_CHECK(positive(len));
-    filterBlock(srcDst, srcDst, len, pSrcLast, val, dstLast, SingleStep{val});
-    return vornStsNoErr;
+    return vornsCompensateOffset_32f(srcDst, srcDst, len, pSrcLast, dstLast, val);
 }
 
 VornStatus vornsCompensateOffset_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast,
@@ -74,11 +59,19 @@ VornStatus vornsCompensateOffset_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLa
     return vornStsNoErr;
 }
 
+// Here the first output follows the rule of the others.
 VornStatus vornsCompensateOffsetQ15_16s(const Vorn16s* src, Vorn16s* dst, int len, Vorn16s* pSrcLast, Vorn16s dstLast,
                                         Vorn16s val) {
-    return filterQ15(src, dst, len, pSrcLast, dstLast, val);
+    VORN_CHECK(notNull(src, dst, pSrcLast));
+    VORN_CHECK(positive(len));
+    VORN_CHECK(require(len <= 65535, vornStsSizeErr));
+    VORN_CHECK(require(val >= 0, vornStsBadArgErr));
+    const Vorn16s last = src[len - 1];
+    compensateOffset(src, dst, len, *pSrcLast, dstLast, Q15Step{val});
+    *pSrcLast = last;
+    return vornStsNoErr;
 }
 
 VornStatus vornsCompensateOffsetQ15_16s_I(Vorn16s* srcDst, int len, Vorn16s* pSrcLast, Vorn16s dstLast, Vorn16s val) {
-    return filterQ15(srcDst, srcDst, len, pSrcLast, dstLast, val);
+    return vornsCompensateOffsetQ15_16s(srcDst, srcDst, len, pSrcLast, dstLast, val);
 }

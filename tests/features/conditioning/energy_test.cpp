@@ -1,5 +1,5 @@
-// Sign changes, energy normalisation, mean removal.
-#include "model/conditioning.h"
+// Energy normalisation and mean removal.
+#include "model/energy.h"
 
 #include <gtest/gtest.h>
 
@@ -21,143 +21,6 @@ using test::sameBits;
 
 constexpr float inf = std::numeric_limits<float>::infinity();
 
-template <class T>
-std::vector<T> pickFrom(Random& random, const std::vector<T>& values, std::size_t len) {
-    std::vector<T> x(len);
-    for (T& v : x) v = values[static_cast<std::size_t>(random.integer(0, static_cast<int>(values.size()) - 1))];
-    return x;
-}
-
-void expectRates(const std::vector<float>& x, std::size_t shift) {
-    const int len = static_cast<int>(x.size());
-    Offset<float> src(x.size(), shift);
-    src.assign(x);
-    Guarded<float> single(1);
-    Guarded<int> integer(1);
-    ASSERT_EQ(vornsSignChangeRate_32f(src, len, single), vornStsNoErr);
-    EXPECT_EQ(single[0], model::signChanges(x)) << len;
-    ASSERT_EQ(vornsSignChangeRateXor_32f(src, len, integer), vornStsNoErr);
-    EXPECT_EQ(integer[0], model::signBits(x)) << len;
-    ASSERT_EQ(vornsSignChangeRate_Count0_32f(src, len, single), vornStsNoErr);
-    EXPECT_EQ(single[0], static_cast<float>(model::signSteps(x)) * 0.5f) << len;
-}
-
-void expectRates(const std::vector<Vorn16s>& x, std::size_t shift) {
-    const int len = static_cast<int>(x.size());
-    Offset<Vorn16s> src(x.size(), shift);
-    src.assign(x);
-    Guarded<Vorn32s> count(1);
-    ASSERT_EQ(vornsSignChangeRate_16s(src, len, count), vornStsNoErr);
-    EXPECT_EQ(count[0], model::signChanges(x)) << len;
-    ASSERT_EQ(vornsSignChangeRate_Count0_16s(src, len, count), vornStsNoErr);
-    EXPECT_EQ(count[0], model::signSteps(x) >> 1) << len;
-}
-
-TEST(SignChangeRate, EqualsTheModel) {
-    Random random(1);
-    const auto hardSingles = test::hardFloats<float>();
-    const auto hardShorts = test::hardIntegers<Vorn16s>();
-    for (std::size_t len = 1; len <= 150; ++len) {
-        for (std::size_t shift : {0, 4, 12}) {
-            expectRates(random.floats(len, -1.0, 1.0), shift);
-            expectRates(pickFrom(random, hardSingles, len), shift);
-            expectRates(pickFrom<float>(random, {-1.0f, -0.0f, 0.0f, 1.0f}, len), shift);
-            expectRates(random.integers<Vorn16s>(len), shift + 2);
-            expectRates(pickFrom(random, hardShorts, len), shift);
-            expectRates(pickFrom<Vorn16s>(random, {-1, 0, 1}, len), shift);
-        }
-    }
-    expectRates(random.integers<Vorn16s>(200001), 2);
-    std::vector<Vorn16s> alternating(300000);
-    for (std::size_t n = 0; n < alternating.size(); ++n) alternating[n] = n % 2 ? 32767 : -32768;
-    expectRates(alternating, 0);
-}
-
-TEST(SignChangeRate, ReadsNothingOutside) {
-    for (std::size_t len = 1; len <= 70; ++len) {
-        Guarded<float> single(std::vector<float>(len, 1.0f));
-        Guarded<Vorn16s> fixed(std::vector<Vorn16s>(len, 1));
-        float rate = -1;
-        Vorn32s count = -1;
-        EXPECT_EQ(vornsSignChangeRate_32f(single, static_cast<int>(len), &rate), vornStsNoErr);
-        EXPECT_EQ(rate, 0.0f);
-        EXPECT_EQ(vornsSignChangeRate_16s(fixed, static_cast<int>(len), &count), vornStsNoErr);
-        EXPECT_EQ(count, 0);
-    }
-}
-
-TEST(SignChangeRate, Literal) {
-    const Vorn16s fixed[] = {1, 0, -1};
-    const float single[] = {1, 0, -1};
-    Vorn32s count = -1;
-    float rate = -1;
-    int bits = -1;
-    ASSERT_EQ(vornsSignChangeRate_16s(fixed, 3, &count), vornStsNoErr);
-    EXPECT_EQ(count, 0);
-    ASSERT_EQ(vornsSignChangeRate_Count0_16s(fixed, 3, &count), vornStsNoErr);
-    EXPECT_EQ(count, 1);
-    ASSERT_EQ(vornsSignChangeRate_Count0_16s(fixed, 2, &count), vornStsNoErr);
-    EXPECT_EQ(count, 0) << "a half is dropped";
-    ASSERT_EQ(vornsSignChangeRate_Count0_32f(single, 3, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 1.0f);
-    ASSERT_EQ(vornsSignChangeRate_Count0_32f(single, 2, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 0.5f);
-    const float zeros[] = {0.0f, -0.0f};
-    ASSERT_EQ(vornsSignChangeRateXor_32f(zeros, 2, &bits), vornStsNoErr);
-    EXPECT_EQ(bits, 1);
-    const float tiny[] = {1e-30f, -1e-30f};  // the product underflows
-    ASSERT_EQ(vornsSignChangeRate_32f(tiny, 2, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 0.0f);
-    const float undefined[] = {inf, 0.0f};
-    ASSERT_EQ(vornsSignChangeRate_32f(undefined, 2, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 1.0f);
-}
-
-TEST(SignChangeRate, OneSampleHasNone) {
-    const Vorn16s fixed = -1;
-    const float single = -1;
-    Vorn32s count = 9;
-    float rate = 9;
-    int bits = 9;
-    ASSERT_EQ(vornsSignChangeRate_16s(&fixed, 1, &count), vornStsNoErr);
-    EXPECT_EQ(count, 0);
-    ASSERT_EQ(vornsSignChangeRate_32f(&single, 1, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 0.0f);
-    ASSERT_EQ(vornsSignChangeRateXor_32f(&single, 1, &bits), vornStsNoErr);
-    EXPECT_EQ(bits, 0);
-    count = 9;
-    ASSERT_EQ(vornsSignChangeRate_Count0_16s(&fixed, 1, &count), vornStsNoErr);
-    EXPECT_EQ(count, 0);
-    rate = 9;
-    ASSERT_EQ(vornsSignChangeRate_Count0_32f(&single, 1, &rate), vornStsNoErr);
-    EXPECT_EQ(rate, 0.0f);
-}
-
-template <class T, class Result>
-void expectRateOrder(VornStatus (*rate)(const T*, int, Result*)) {
-    struct Arguments {
-        std::vector<T> data = std::vector<T>(4, T(1));
-        Guarded<Result> out = Guarded<Result>(1);
-        const T* src = data.data();
-        Result* res = out.data();
-        int len = 4;
-    };
-    using A = Arguments;
-    test::expectCheckOrder<A>([] { return A(); }, [rate](A& a) { return rate(a.src, a.len, a.res); },
-                              [](A& a) { return a.out.untouched(); },
-                              {{"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }},
-                               {"pRes", vornStsNullPtrErr, [](A& a) { a.res = nullptr; }},
-                               {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }}});
-}
-
-TEST(SignChangeRate, ChecksInOrder) {
-    expectRateOrder(vornsSignChangeRate_16s);
-    expectRateOrder(vornsSignChangeRate_32f);
-    expectRateOrder(vornsSignChangeRateXor_32f);
-    expectRateOrder(vornsSignChangeRate_Count0_16s);
-    expectRateOrder(vornsSignChangeRate_Count0_32f);
-}
-
 TEST(NormEnergy, SinglesEqualTheModel) {
     Random random(2);
     const auto hard = test::hardFloats<float>();
@@ -165,7 +28,7 @@ TEST(NormEnergy, SinglesEqualTheModel) {
         for (int step : {1, 3, 39}) {
             for (int turn = 0; turn < 4; ++turn) {
                 const std::size_t len = static_cast<std::size_t>(height - 1) * step + 1;
-                const auto x = turn == 3 ? pickFrom(random, hard, len) : random.floats(len, -20.0, 20.0);
+                const auto x = turn == 3 ? random.pick(hard, len) : random.floats(len, -20.0, 20.0);
                 const float minDb = turn == 2 ? -10.0f : 50.0f, val = turn == 1 ? 0.1f : 1.0f, maxE = 12.5f;
                 float m = -3.4028235e38f;
                 for (int i = 0; i < height; ++i)
@@ -201,8 +64,8 @@ TEST(NormEnergy, ShortsEqualTheModel) {
                 ASSERT_EQ(vornsNormEnergy_RT_16s(given, step, height, minDb, maxE, top, val), vornStsNoErr);
                 auto expectedOwn = x, expectedGiven = x;
                 for (std::size_t i = 0; i < len; i += static_cast<std::size_t>(step)) {
-                    expectedOwn[i] = model::energy16(model::normalisedEnergy(x[i], m, minDb, top, val));
-                    expectedGiven[i] = model::energy16(model::normalisedEnergy(x[i], maxE, minDb, top, val));
+                    expectedOwn[i] = model::truncatedShort(model::normalisedEnergy(x[i], m, minDb, top, val));
+                    expectedGiven[i] = model::truncatedShort(model::normalisedEnergy(x[i], maxE, minDb, top, val));
                 }
                 EXPECT_TRUE(sameBits(own.data(), expectedOwn.data(), len)) << val;
                 EXPECT_TRUE(sameBits(given.data(), expectedGiven.data(), len)) << val;
@@ -223,7 +86,7 @@ TEST(NormEnergy, LongRowsEqualTheModel) {
                 auto x = random.floats(len, -20.0, 20.0);
                 for (std::size_t i = 0; i < len; i += 7)
                     x[i] = hardSingles[static_cast<std::size_t>(random.integer(0, 1000)) % hardSingles.size()];
-                const auto s = height % 2 ? random.integers<Vorn16s>(len) : pickFrom(random, hardShorts, len);
+                const auto s = height % 2 ? random.integers<Vorn16s>(len) : random.pick(hardShorts, len);
                 Guarded<float> single(x), singleOwn(x);
                 Guarded<Vorn16s> fixed(s), fixedOwn(s);
                 ASSERT_EQ(vornsNormEnergy_RT_32f(single, step, height, 20, 3, val), vornStsNoErr);
@@ -243,8 +106,8 @@ TEST(NormEnergy, LongRowsEqualTheModel) {
                     EXPECT_TRUE(test::same(singleOwn[i], yOwn)) << x[i] << " x " << val;
                     const float z = model::normalisedEnergy(s[i], 32767, 30000, 32767, val);
                     const float zOwn = model::normalisedEnergy(s[i], m16, 30000, -32768, val);
-                    EXPECT_EQ(fixed[i], counts ? model::energy16(z) : s[i]) << s[i] << " x " << val;
-                    EXPECT_EQ(fixedOwn[i], counts ? model::energy16(zOwn) : s[i]) << s[i] << " x " << val;
+                    EXPECT_EQ(fixed[i], counts ? model::truncatedShort(z) : s[i]) << s[i] << " x " << val;
+                    EXPECT_EQ(fixedOwn[i], counts ? model::truncatedShort(zOwn) : s[i]) << s[i] << " x " << val;
                 }
             }
         }
@@ -298,7 +161,7 @@ TEST(ZeroMean, EqualsTheModel) {
             const auto x = turn == 0   ? random.integers<Vorn16s>(len)
                            : turn == 1 ? random.integers<Vorn16s>(len, -5, 6)
                            : turn == 2 ? random.integers<Vorn16s>(len, 32000, 32767)
-                                       : pickFrom<Vorn16s>(random, {-32768, 32767}, len);
+                                       : random.pick<Vorn16s>({-32768, 32767}, len);
             const auto expected = model::zeroMean(x);
             Guarded<Vorn16s> srcDst(x);
             ASSERT_EQ(vornsZeroMean_16s(srcDst, static_cast<int>(len)), vornStsNoErr);
@@ -333,12 +196,17 @@ TEST(ZeroMean, Literal) {
 }
 
 TEST(ZeroMean, ChecksSizeBeforeNull) {
-    Guarded<Vorn16s> out(4);
-    EXPECT_EQ(vornsZeroMean_16s(nullptr, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsZeroMean_16s(nullptr, 4), vornStsNullPtrErr);
-    EXPECT_EQ(vornsZeroMean_16s(out, 0), vornStsSizeErr);
-    EXPECT_EQ(vornsZeroMean_16s(out, -1), vornStsSizeErr);
-    EXPECT_TRUE(out.untouched());
+    struct Arguments {
+        Guarded<Vorn16s> out = Guarded<Vorn16s>(4);
+        Vorn16s* srcDst = out.data();
+        int len = 4;
+    };
+    using A = Arguments;
+    test::expectCheckOrder<A>([] { return A(); }, [](A& a) { return vornsZeroMean_16s(a.srcDst, a.len); },
+                              [](A& a) { return a.out.untouched(); },
+                              {{"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
+                               {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }},
+                               {"srcDst", vornStsNullPtrErr, [](A& a) { a.srcDst = nullptr; }}});
 }
 
 }  // namespace
