@@ -464,10 +464,10 @@ VornStatus vornsDivCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len);
  * (`vornStsLnNegArg`), an infinity or a not-a-number stores a not-a-number with `vornStsNoErr`.
  *
  * **Square root.** `vornsSqrt_*`. Floats: correctly rounded; a negative element gives a not-a-number and
- * `vornStsSqrtNegArg`, the rest is completed. Integers: correctly rounded at every sf; a negative element gives 0
- * and the same warning. Complex: the principal root, each part within 0.501 units in its last place (`64fc` within
- * 0.751 where the part itself is denormal), nothing overflowing or vanishing inside, no warning; `16sc_Sfs` through
- * double.
+ * `vornsStsSqrtNegArg`, the rest is completed. Integers: correctly rounded at every sf (only `64s16s` gives 0 from 17
+ * on, where its largest roots would still round to more); a negative element gives 0 and the same warning. Complex:
+ * the principal root, each part within 0.501 units in its last place (`64fc` within 0.751 where the part itself is
+ * denormal), nothing overflowing or vanishing inside, no warning; `16sc_Sfs` through double.
  *
  * **Magnitude.** sqrt(re^2 + im^2). Floats: squares, sum and root in the type of the parts, each correctly
  * rounded; squares may overflow to infinity or vanish. 16-bit parts: the exact sum of squares, rounded to single

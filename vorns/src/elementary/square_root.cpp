@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "frame/checks.h"
 #include "frame/rounding.h"
@@ -231,6 +232,12 @@ void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len,
     });
 }
 
+// The results of the 16-bit form are 0 from this factor on, like those of its 32-bit sister, although roots of 64-bit
+// numbers would still round to more.
+constexpr int zerosOf16 = 17;
+// From this one on every root of a 64-bit number rounds to 0.
+constexpr int zerosOf64 = 33;
+
 // The integer part of the root of x, below 2^126: an estimate in double, one step of Newton, and a correction.
 std::uint64_t integerRoot(uint128 x) {
     if (x == 0) return 0;
@@ -248,7 +255,7 @@ std::int64_t scaledRootOf64(std::int64_t number, int scaleFactor) {
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     if (number <= 0) return 0;
     const auto x = static_cast<std::uint64_t>(number);
-    if (scaleFactor > 32) return 0;
+    if (scaleFactor >= zerosOf64) return 0;
     if (scaleFactor <= 0) {
         const int shift = -2 * std::max(scaleFactor, -63);
         if (std::bit_width(x) + shift > 126) return largest;
@@ -309,6 +316,7 @@ VORN_NOINLINE bool rootsThroughDouble(const Vorn64s* src, Result* dst, std::ptrd
 
 template <class Result>
 VornStatus roots64(const Vorn64s* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    if (std::is_same_v<Result, Vorn16s> && scaleFactor >= zerosOf16) scaleFactor = zerosOf64;
     const RoundingGuard guard(Rounding::Nearest);
     return rootStatus(rootsThroughDouble(src, dst, len, scaleFactor));
 }
