@@ -27,17 +27,11 @@ VornStatus roots(const Element* src, Element* dst, std::ptrdiff_t len) {
     using V = Wide<Element>;
     const V zero = splat<V>(0);
     auto negative = zero < zero;
-    std::ptrdiff_t i = 0;
-    for (; i + V::lanes <= len; i += V::lanes) {
-        const V x = load<V>(src + i);
+    forBlocks<V::lanes>(src, dst, len, [&](const Element* from, Element* to) {
+        const V x = load<V>(from);
         negative = negative | (x < zero);
-        store(dst + i, sqrtOf(x));
-    }
-    if (i < len) {
-        const V x = loadPart<V>(src + i, len - i);
-        negative = negative | (x < zero);
-        storePart(dst + i, sqrtOf(x), len - i);
-    }
+        store(to, sqrtOf(x));
+    });
     return rootStatus(any(negative));
 }
 

@@ -3,13 +3,13 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 #include "frame/align.h"
 #include "frame/rounding.h"
 #include "frame/scale.h"
+#include "simd/block.h"
+#include "simd/rounded_shift.h"
 #include "simd/simd.h"
-#include "vornsr/frame.h"
 
 namespace vorn {
 namespace {
@@ -28,26 +28,10 @@ struct Streamed {
     }
 };
 
-// Fewer than block elements: the same step, on copies that are a whole block long.
-template <int block, class Source, class Result, class Step>
-VORN_INLINE void convertPart(const Source* src, Result* dst, std::ptrdiff_t len, Step step) {
-    alignas(64) Source source[block] = {};
-    alignas(64) Result result[block];
-    std::memcpy(source, src, static_cast<std::size_t>(len) * sizeof(Source));
-    step(source, result, Cached{});
-    std::memcpy(dst, result, static_cast<std::size_t>(len) * sizeof(Result));
-}
-
-// step(source, result, put) converts block elements and hands each vector of results to put.
+// step(source, result, put) converts block elements and hands each vector of results to put; two blocks a turn.
 template <int block, class Source, class Result, class Step>
 VORN_INLINE void convertBlocks(const Source* src, Result* dst, std::ptrdiff_t len, Step step) {
-    std::ptrdiff_t i = 0;
-    for (; i <= len - 2 * block; i += 2 * block) {
-        step(src + i, dst + i, Cached{});
-        step(src + i + block, dst + i + block, Cached{});
-    }
-    for (; i <= len - block; i += block) step(src + i, dst + i, Cached{});
-    if (i < len) convertPart<block>(src + i, dst + i, len - i, step);
+    forBlocks<block, 2>(src, dst, len, [=](const Source* from, Result* to) { step(from, to, Cached{}); });
 }
 
 // The same, past the cache when source and destination together are larger than 2 MiB.
@@ -58,12 +42,11 @@ VORN_INLINE void convertBlocksStreaming(const Source* src, Result* dst, std::ptr
         convertBlocks<block>(src, dst, len, step);
         return;
     }
-    const std::ptrdiff_t head = alignedUp(dst, sizeof(f32xN)) - dst;
-    if (head > 0) convertBlocks<block>(src, dst, head, step);
-    std::ptrdiff_t i = head;
+    std::ptrdiff_t i = alignedUp(dst, sizeof(f32xN)) - dst;
+    convertBlocks<block>(src, dst, i, step);
     for (; i <= len - block; i += block) step(src + i, dst + i, Streamed{});
     storeFence();
-    if (i < len) convertPart<block>(src + i, dst + i, len - i, step);
+    convertBlocks<block>(src + i, dst + i, len - i, step);
 }
 
 // Rounding of a float to a 32-bit integer.
@@ -286,66 +269,25 @@ void convertIntegersToHalves(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t le
     });
 }
 
-// The rounding mode through the two calls of the floating-point core; the former control word comes back only if its
-// mode was another.
-class CoreRounding {
-public:
-    explicit CoreRounding(Rounding mode) : mode_(static_cast<int>(mode)), former_(vorn_set_rc_ssx(mode_)) {}
-    ~CoreRounding() {
-        if ((former_ & roundingBits) != mode_) vorn_set_cw_ssx(former_);
-    }
-    CoreRounding(const CoreRounding&) = delete;
-    CoreRounding& operator=(const CoreRounding&) = delete;
-
-private:
-    static constexpr int roundingBits = 0x6000;
-    int mode_, former_;
-};
-
 // 32-bit to 16-bit integers with a scale factor.
 
-// x x 2^-shift to nearest, ties to even, for shifts of 1 to 31. The rounding is added to what the shift drops, so that
-// no carry is lost.
-struct RoundedShift {
-    int shift;
-    i32xN dropped, belowHalf;
-    explicit RoundedShift(int count)
-        : shift(count),
-          dropped(splat<i32xN>(static_cast<Vorn32s>((1u << count) - 1))),
-          belowHalf(splat<i32xN>((1 << (count - 1)) - 1)) {}
-    VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        return narrowSat(one(load<i32xN>(p)), one(load<i32xN>(p + i32xN::lanes)));
-    }
-
-private:
-    VORN_INLINE i32xN one(i32xN x) const {
-        const i32xN floor = shiftRight(x, shift);
-        const i32xN odd = floor & splat<i32xN>(1);
-        return floor + shiftRightLogical((x & dropped) + belowHalf + odd, shift);
+struct ShiftedRightTo16 {
+    int count;
+    VORN_INLINE i16xN operator()(i32xN low, i32xN high) const {
+        return narrowSat(roundedShiftRight(low, count), roundedShiftRight(high, count));
     }
 };
-
-// x x 2^shift, for shifts of 1 to 15, in 16 bits throughout: what would leave them is limited before the shift, and
-// above the limit the bits that the shift brings in are ones, which makes 32767 of it.
-struct SaturatedShiftLeft {
-    int shift;
-    i16xN lowest, highest, ones;
-    explicit SaturatedShiftLeft(int count)
-        : shift(count),
-          lowest(splat<i16xN>(static_cast<Vorn16s>(-(32768 >> count)))),
-          highest(splat<i16xN>(static_cast<Vorn16s>(32767 >> count))),
-          ones(splat<i16xN>(static_cast<Vorn16s>((1 << count) - 1))) {}
-    VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        const i16xN x = narrowSat(load<i32xN>(p), load<i32xN>(p + i32xN::lanes));
-        const i16xN limited = maxOf(minOf(x, highest), lowest);
-        return shiftLeft(limited, shift) | select(x > highest, ones, splat<i16xN>(0));
-    }
+// Saturated to 16 bits first: what lies beyond them saturates all the more when it is shifted.
+struct ShiftedLeftTo16 {
+    int count;
+    VORN_INLINE i16xN operator()(i32xN low, i32xN high) const { return shiftLeftSat(narrowSat(low, high), count); }
 };
 
 template <class Shift>
 void convertShifted(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len, Shift shift) {
-    convertBlocks<i16xN::lanes>(src, dst, len,
-                                [=](const Vorn32s* source, Vorn16s* result, auto put) { put(result, shift(source)); });
+    convertBlocks<i16xN::lanes>(src, dst, len, [=](const Vorn32s* source, Vorn16s* result, auto put) {
+        put(result, shift(load<i32xN>(source), load<i32xN>(source + i32xN::lanes)));
+    });
 }
 
 }  // namespace
@@ -459,9 +401,9 @@ void convert(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len, int scale) {
     if (scale == 0) {
         convert(src, dst, len);
     } else if (scale > 0) {
-        convertShifted(src, dst, len, RoundedShift(scale));
+        convertShifted(src, dst, len, ShiftedRightTo16{scale});
     } else {
-        convertShifted(src, dst, len, SaturatedShiftLeft(-scale));
+        convertShifted(src, dst, len, ShiftedLeftTo16{-scale});
     }
 }
 
@@ -509,10 +451,10 @@ void convertHalvesByScale(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_t len, 
 
 void convertFromHalf(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_t len, VornRoundMode mode, int scale) {
     if (mode == vornRndNear) {
-        const CoreRounding guard(Rounding::Nearest);
+        const CoreRoundingGuard guard(Rounding::Nearest);
         convertHalvesByScale<Nearest>(src, dst, len, scale);
     } else {
-        const CoreRounding guard(Rounding::TowardZero);
+        const CoreRoundingGuard guard(Rounding::TowardZero);
         convertHalvesByScale<Truncated>(src, dst, len, scale);
     }
 }
@@ -527,10 +469,10 @@ void convertToHalf(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t len, VornRou
 
 void convertToHalf(const Vorn32f* src, Vorn16f* dst, std::ptrdiff_t len, VornRoundMode mode) {
     if (mode == vornRndNear) {
-        const CoreRounding guard(Rounding::Nearest);
+        const CoreRoundingGuard guard(Rounding::Nearest);
         convertSinglesToHalves<HalfNearest>(src, dst, len);
     } else {
-        const CoreRounding guard(Rounding::TowardZero);
+        const CoreRoundingGuard guard(Rounding::TowardZero);
         convertSinglesToHalves<HalfTruncated>(src, dst, len);
     }
 }
