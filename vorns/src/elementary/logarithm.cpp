@@ -138,11 +138,7 @@ VornStatus vornsLn_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     return lnStatus(lnVector(src, dst, len));
 }
 
-VornStatus vornsLn_32f_I(Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnStatus(lnVector(srcDst, srcDst, len));
-}
+VornStatus vornsLn_32f_I(Vorn32f* srcDst, int len) { return vornsLn_32f(srcDst, srcDst, len); }
 
 VornStatus vornsLn_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -150,11 +146,7 @@ VornStatus vornsLn_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     return lnStatus(lnVector(src, dst, len));
 }
 
-VornStatus vornsLn_64f_I(Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnStatus(lnVector(srcDst, srcDst, len));
-}
+VornStatus vornsLn_64f_I(Vorn64f* srcDst, int len) { return vornsLn_64f(srcDst, srcDst, len); }
 
 VornStatus vornsLn_64f32f(const Vorn64f* src, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -169,7 +161,5 @@ VornStatus vornsLn_32s_Sfs(const Vorn32s* src, Vorn32s* dst, int len, int scaleF
 }
 
 VornStatus vornsLn_32s_ISfs(Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnScaled(srcDst, srcDst, len, scaleFactor);
+    return vornsLn_32s_Sfs(srcDst, srcDst, len, scaleFactor);
 }

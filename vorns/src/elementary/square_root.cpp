@@ -326,11 +326,7 @@ VornStatus vornsSqrt_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     return roots(src, dst, len);
 }
 
-VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots(srcDst, srcDst, len);
-}
+VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len) { return vornsSqrt_32f(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -338,11 +334,7 @@ VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     return roots(src, dst, len);
 }
 
-VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots(srcDst, srcDst, len);
-}
+VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len) { return vornsSqrt_64f(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -351,12 +343,7 @@ VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexRoots(&srcDst->re, &srcDst->re, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len) { return vornsSqrt_32fc(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -365,12 +352,7 @@ VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexRoots(&srcDst->re, &srcDst->re, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) { return vornsSqrt_64fc(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
@@ -379,9 +361,7 @@ VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFa
 }
 
 VornStatus vornsSqrt_8u_ISfs(Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_8u_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scaleFactor) {
@@ -391,9 +371,7 @@ VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_16u_ISfs(Vorn16u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_16u_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
@@ -403,9 +381,7 @@ VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_16s_ISfs(Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_16s_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int scaleFactor) {
@@ -416,10 +392,7 @@ VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int s
 }
 
 VornStatus vornsSqrt_16sc_ISfs(Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexIntegerRoots(srcDst, srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSqrt_16sc_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scaleFactor) {
@@ -429,9 +402,7 @@ VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_64s_ISfs(Vorn64s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots64(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_64s_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scaleFactor) {
