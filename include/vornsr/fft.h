@@ -265,8 +265,8 @@ VornStatus vornsFFTInv_CCSToR_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const
  * then len below 1 (vornStsSizeErr). A source may be the destination.
  *
  * `MulPack`, `MulPerm`: bin by bin the product of two spectra. Floats: a pair is (ar br - ai bi, ar bi + ai br), each
- * operation rounded. 16-bit integers: exact sums, then by scaleFactor sf: above 0 shifted right by sf without rounding;
- * below 0 saturated to 16 bits and shifted left by -sf; last saturated to 16 bits.
+ * operation rounded. 16-bit integers: exact sums (2^31 becomes 2147483647), then by scaleFactor sf: above 0 shifted
+ * right by sf without rounding; below 0 saturated to 16 bits and shifted left by -sf; last saturated to 16 bits.
  *
  * `MulPackConj`: src times the conjugate of srcDst, into srcDst: a pair is (sr dr + si di, si dr - sr di).
  *

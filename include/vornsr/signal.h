@@ -732,7 +732,8 @@ VornStatus vornsSumLn_16s32f(const Vorn16s* src, int len, Vorn32f* sum);
  *
  * `vornsSqrt_*`.
  * - Floats: correctly rounded; a negative element gives a not-a-number and `vornStsSqrtNegArg`, the rest is completed.
- * - Integers: correctly rounded at every sf; a negative element gives 0 and the same warning.
+ * - Integers: correctly rounded at every sf (only `64s16s` gives 0 from 17 on, where its largest roots would still
+ *   round to more); a negative element gives 0 and the same warning.
  * - Complex: the principal root, each part within 0.501 units in its last place (`64fc` within 0.751 where the part
  *   itself is denormal), nothing overflowing or vanishing inside, no warning; `16sc_Sfs` through double.
  *

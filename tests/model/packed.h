@@ -38,9 +38,11 @@ std::vector<T> multiplyPacked(bool perm, bool conjugate, const std::vector<T>& a
     return result;
 }
 
-// The exact value is shifted right without rounding, or saturated and doubled -sf times; then it is saturated.
+// The exact value, saturated to 32 bits, is shifted right without rounding, or saturated to 16 bits and doubled -sf
+// times; then it is saturated to 16 bits.
 inline std::int16_t scaledProduct(std::int64_t x, int sf) {
     const auto clamp = [](std::int64_t v) { return std::clamp<std::int64_t>(v, -32768, 32767); };
+    x = std::min<std::int64_t>(x, 2147483647);
     for (int i = 0; i < sf && x != 0 && x != -1; ++i) x = x >= 0 ? x / 2 : -((-x + 1) / 2);  // toward minus infinity
     if (sf < 0) x = clamp(x);
     for (int i = 0; i > sf && i > -20; --i) x *= 2;

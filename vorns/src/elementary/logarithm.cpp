@@ -8,6 +8,7 @@
 #include "frame/checks.h"
 #include "frame/rounding.h"
 #include "frame/scale.h"
+#include "simd/block.h"
 #include "simd/part.h"
 #include "vornsr/signal.h"
 
@@ -74,8 +75,8 @@ VornStatus lnNarrowed(const Vorn64f* src, Vorn32f* dst, std::ptrdiff_t len) {
 
 constexpr std::int32_t badResult = std::numeric_limits<std::int32_t>::min();
 
-LnCode firstBad(const Vorn32s* src, std::ptrdiff_t len) {
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
+LnCode firstBad(const Vorn32s* src) {
+    for (int i = 0; i < i32xN::lanes; ++i) {
         if (src[i] < 1) return src[i] == 0 ? lnZero : lnNegative;
     }
     return lnGood;
@@ -103,22 +104,17 @@ VORN_INLINE i32xN scaledLn(i32xN x, f32xN scale) {
     return select(splat<i32xN>(1) > x, splat<i32xN>(badResult), rounded);
 }
 
-// Whole vectors and a rest of ones. Returns the code of the first element below 1.
+// Returns the code of the first element below 1; behind the elements stand ones.
 template <class Step>
 LnCode lnIntegers(const Vorn32s* src, Vorn32s* dst, std::ptrdiff_t len, Step step) {
     LnCode code = lnGood;
-    std::ptrdiff_t i = 0;
-    for (; i < len; i += i32xN::lanes) {
-        const std::ptrdiff_t n = std::min<std::ptrdiff_t>(i32xN::lanes, len - i);
-        const i32xN x = n == i32xN::lanes ? load<i32xN>(src + i) : loadPart<i32xN>(src + i, n);
+    const auto stepAt = [&](const Vorn32s* from, Vorn32s* to) {
+        const i32xN x = load<i32xN>(from);
         if (code == lnGood && any(splat<i32xN>(1) > x)) [[unlikely]]
-            code = firstBad(src + i, n);
-        if (n == i32xN::lanes) {
-            store(dst + i, step(x));
-        } else {
-            storePart(dst + i, step(x), n);
-        }
-    }
+            code = firstBad(from);
+        store(to, step(x));
+    };
+    forBlocks<i32xN::lanes>(src, dst, len, stepAt, Vorn32s{1});
     return code;
 }
 
@@ -142,11 +138,7 @@ VornStatus vornsLn_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     return lnStatus(lnVector(src, dst, len));
 }
 
-VornStatus vornsLn_32f_I(Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnStatus(lnVector(srcDst, srcDst, len));
-}
+VornStatus vornsLn_32f_I(Vorn32f* srcDst, int len) { return vornsLn_32f(srcDst, srcDst, len); }
 
 VornStatus vornsLn_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -154,11 +146,7 @@ VornStatus vornsLn_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     return lnStatus(lnVector(src, dst, len));
 }
 
-VornStatus vornsLn_64f_I(Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnStatus(lnVector(srcDst, srcDst, len));
-}
+VornStatus vornsLn_64f_I(Vorn64f* srcDst, int len) { return vornsLn_64f(srcDst, srcDst, len); }
 
 VornStatus vornsLn_64f32f(const Vorn64f* src, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -173,7 +161,5 @@ VornStatus vornsLn_32s_Sfs(const Vorn32s* src, Vorn32s* dst, int len, int scaleF
 }
 
 VornStatus vornsLn_32s_ISfs(Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return lnScaled(srcDst, srcDst, len, scaleFactor);
+    return vornsLn_32s_Sfs(srcDst, srcDst, len, scaleFactor);
 }

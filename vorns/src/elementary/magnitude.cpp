@@ -187,9 +187,14 @@ void magnitudes16(Source src, Result* dst, std::ptrdiff_t len, Root root) {
     if (i < len) root.putFirst(dst + i, src.firstAt(i, len - i), len - i);
 }
 
+// The largest root, 46341, rounds to 1 at scale factor 16 and to 0 above, where nothing need be read.
+constexpr int lastFactor16 = 16;
+
 template <class Source>
 void scaledMagnitudes16(Source src, Vorn16s* dst, std::ptrdiff_t len, int scaleFactor) {
-    if (scaleFactor >= 0 && scaleFactor <= ScaledRootInSingle::largestFactor) {
+    if (scaleFactor > lastFactor16) {
+        std::fill_n(dst, len, Vorn16s{0});
+    } else if (scaleFactor >= 0 && scaleFactor <= ScaledRootInSingle::largestFactor) {
         magnitudes16(src, dst, len, RootTo16<ScaledRootInSingle>(scaleFactor));
     } else {
         magnitudes16(src, dst, len, RootTo16<ScaledRootInDouble>(scaleFactor));

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <type_traits>
 
 #include "frame/checks.h"
 #include "frame/rounding.h"
@@ -26,17 +27,11 @@ VornStatus roots(const Element* src, Element* dst, std::ptrdiff_t len) {
     using V = Wide<Element>;
     const V zero = splat<V>(0);
     auto negative = zero < zero;
-    std::ptrdiff_t i = 0;
-    for (; i + V::lanes <= len; i += V::lanes) {
-        const V x = load<V>(src + i);
+    forBlocks<V::lanes>(src, dst, len, [&](const Element* from, Element* to) {
+        const V x = load<V>(from);
         negative = negative | (x < zero);
-        store(dst + i, sqrtOf(x));
-    }
-    if (i < len) {
-        const V x = loadPart<V>(src + i, len - i);
-        negative = negative | (x < zero);
-        storePart(dst + i, sqrtOf(x), len - i);
-    }
+        store(to, sqrtOf(x));
+    });
     return rootStatus(any(negative));
 }
 
@@ -231,6 +226,12 @@ void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len,
     });
 }
 
+// The results of the 16-bit form are 0 from this factor on, like those of its 32-bit sister, although roots of 64-bit
+// numbers would still round to more.
+constexpr int zerosOf16 = 17;
+// From this one on every root of a 64-bit number rounds to 0.
+constexpr int zerosOf64 = 33;
+
 // The integer part of the root of x, below 2^126: an estimate in double, one step of Newton, and a correction.
 std::uint64_t integerRoot(uint128 x) {
     if (x == 0) return 0;
@@ -248,7 +249,7 @@ std::int64_t scaledRootOf64(std::int64_t number, int scaleFactor) {
     constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max();
     if (number <= 0) return 0;
     const auto x = static_cast<std::uint64_t>(number);
-    if (scaleFactor > 32) return 0;
+    if (scaleFactor >= zerosOf64) return 0;
     if (scaleFactor <= 0) {
         const int shift = -2 * std::max(scaleFactor, -63);
         if (std::bit_width(x) + shift > 126) return largest;
@@ -309,6 +310,7 @@ VORN_NOINLINE bool rootsThroughDouble(const Vorn64s* src, Result* dst, std::ptrd
 
 template <class Result>
 VornStatus roots64(const Vorn64s* src, Result* dst, std::ptrdiff_t len, int scaleFactor) {
+    if (std::is_same_v<Result, Vorn16s> && scaleFactor >= zerosOf16) scaleFactor = zerosOf64;
     const RoundingGuard guard(Rounding::Nearest);
     return rootStatus(rootsThroughDouble(src, dst, len, scaleFactor));
 }
@@ -324,11 +326,7 @@ VornStatus vornsSqrt_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     return roots(src, dst, len);
 }
 
-VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots(srcDst, srcDst, len);
-}
+VornStatus vornsSqrt_32f_I(Vorn32f* srcDst, int len) { return vornsSqrt_32f(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -336,11 +334,7 @@ VornStatus vornsSqrt_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     return roots(src, dst, len);
 }
 
-VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots(srcDst, srcDst, len);
-}
+VornStatus vornsSqrt_64f_I(Vorn64f* srcDst, int len) { return vornsSqrt_64f(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -349,12 +343,7 @@ VornStatus vornsSqrt_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexRoots(&srcDst->re, &srcDst->re, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSqrt_32fc_I(Vorn32fc* srcDst, int len) { return vornsSqrt_32fc(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -363,12 +352,7 @@ VornStatus vornsSqrt_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexRoots(&srcDst->re, &srcDst->re, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSqrt_64fc_I(Vorn64fc* srcDst, int len) { return vornsSqrt_64fc(srcDst, srcDst, len); }
 
 VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
@@ -377,9 +361,7 @@ VornStatus vornsSqrt_8u_Sfs(const Vorn8u* src, Vorn8u* dst, int len, int scaleFa
 }
 
 VornStatus vornsSqrt_8u_ISfs(Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_8u_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scaleFactor) {
@@ -389,9 +371,7 @@ VornStatus vornsSqrt_16u_Sfs(const Vorn16u* src, Vorn16u* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_16u_ISfs(Vorn16u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_16u_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
@@ -401,9 +381,7 @@ VornStatus vornsSqrt_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_16s_ISfs(Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return smallIntegerRoots(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_16s_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int scaleFactor) {
@@ -414,10 +392,7 @@ VornStatus vornsSqrt_16sc_Sfs(const Vorn16sc* src, Vorn16sc* dst, int len, int s
 }
 
 VornStatus vornsSqrt_16sc_ISfs(Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    complexIntegerRoots(srcDst, srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSqrt_16sc_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scaleFactor) {
@@ -427,9 +402,7 @@ VornStatus vornsSqrt_64s_Sfs(const Vorn64s* src, Vorn64s* dst, int len, int scal
 }
 
 VornStatus vornsSqrt_64s_ISfs(Vorn64s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return roots64(srcDst, srcDst, len, scaleFactor);
+    return vornsSqrt_64s_Sfs(srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSqrt_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, int len, int scaleFactor) {

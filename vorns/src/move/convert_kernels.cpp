@@ -3,13 +3,14 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 #include "frame/align.h"
 #include "frame/rounding.h"
 #include "frame/scale.h"
+#include "simd/block.h"
+#include "simd/half.h"
+#include "simd/rounded_shift.h"
 #include "simd/simd.h"
-#include "vornsr/frame.h"
 
 namespace vorn {
 namespace {
@@ -28,26 +29,10 @@ struct Streamed {
     }
 };
 
-// Fewer than block elements: the same step, on copies that are a whole block long.
-template <int block, class Source, class Result, class Step>
-VORN_INLINE void convertPart(const Source* src, Result* dst, std::ptrdiff_t len, Step step) {
-    alignas(64) Source source[block] = {};
-    alignas(64) Result result[block];
-    std::memcpy(source, src, static_cast<std::size_t>(len) * sizeof(Source));
-    step(source, result, Cached{});
-    std::memcpy(dst, result, static_cast<std::size_t>(len) * sizeof(Result));
-}
-
-// step(source, result, put) converts block elements and hands each vector of results to put.
+// step(source, result, put) converts block elements and hands each vector of results to put; two blocks a turn.
 template <int block, class Source, class Result, class Step>
 VORN_INLINE void convertBlocks(const Source* src, Result* dst, std::ptrdiff_t len, Step step) {
-    std::ptrdiff_t i = 0;
-    for (; i <= len - 2 * block; i += 2 * block) {
-        step(src + i, dst + i, Cached{});
-        step(src + i + block, dst + i + block, Cached{});
-    }
-    for (; i <= len - block; i += block) step(src + i, dst + i, Cached{});
-    if (i < len) convertPart<block>(src + i, dst + i, len - i, step);
+    forBlocks<block, 2>(src, dst, len, [=](const Source* from, Result* to) { step(from, to, Cached{}); });
 }
 
 // The same, past the cache when source and destination together are larger than 2 MiB.
@@ -58,12 +43,11 @@ VORN_INLINE void convertBlocksStreaming(const Source* src, Result* dst, std::ptr
         convertBlocks<block>(src, dst, len, step);
         return;
     }
-    const std::ptrdiff_t head = alignedUp(dst, sizeof(f32xN)) - dst;
-    if (head > 0) convertBlocks<block>(src, dst, head, step);
-    std::ptrdiff_t i = head;
+    std::ptrdiff_t i = alignedUp(dst, sizeof(f32xN)) - dst;
+    convertBlocks<block>(src, dst, i, step);
     for (; i <= len - block; i += block) step(src + i, dst + i, Streamed{});
     storeFence();
-    if (i < len) convertPart<block>(src + i, dst + i, len - i, step);
+    convertBlocks<block>(src + i, dst + i, len - i, step);
 }
 
 // Rounding of a float to a 32-bit integer.
@@ -176,7 +160,7 @@ void convertToInteger(const Source* src, Result* dst, std::ptrdiff_t len, VornRo
 
 constexpr int halfRebias = 127 - 15;       // single bias less half bias
 constexpr Vorn32s halfSpecial = 31 << 23;  // exponent 31 of a half, at the place of a single's exponent
-constexpr Vorn32s singleInfinity = 0x7F800000;
+constexpr Vorn32s singleInfinity = 0x7F800000, bits65536 = 0x47800000;
 
 // A half spread over 32 bits: its sign in the top bit, exponent and mantissa at the place of a single's, not rebased.
 struct SpreadHalf {
@@ -234,6 +218,7 @@ VORN_NOINLINE void convertHalves(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_
 // A product x 2^-112 holds a half in bits 13 and up; what lies below is rounded or dropped.
 
 struct HalfNearest {
+    static constexpr HalfRounding rounding = HalfRounding::toNearest;
     static VORN_INLINE i32xN shorten(i32xN product) {
         const i32xN odd = shiftRightLogical<13>(product) & splat<i32xN>(1);
         return shiftRightLogical<13>(product + splat<i32xN>(0xFFF) + odd);
@@ -242,6 +227,7 @@ struct HalfNearest {
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN) { return shorten(product); }
 };
 struct HalfTruncated {
+    static constexpr HalfRounding rounding = HalfRounding::towardZero;
     static VORN_INLINE i32xN shorten(i32xN product) { return shiftRightLogical<13>(product); }
     // A not-a-number keeps its top mantissa bits, quieted by the sum that it went through.
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN sum) {
@@ -263,10 +249,30 @@ VORN_INLINE i32xN halfMagnitude(f32xN x) {
     return Round::shortenNan(maxOf(normal, denormal), sum);
 }
 
+// By the processor's conversion, for |x| < 65536: it rounds once, so what is below 2^-14 is first rounded to the unit
+// of the product, 2^-37, where to nearest that makes a difference.
+template <class Round>
+VORN_INLINE void storeOrdinary(Vorn16f* p, f32xN x) {
+    if constexpr (Round::rounding == HalfRounding::toNearest) {
+        const f32xN leastNormal = splat<f32xN>(0x1p-14f), magnitude = absOf(x);
+        const f32xN rounded = (magnitude + leastNormal) - leastNormal;
+        x = select(magnitude < leastNormal, rounded, magnitude) | (x & splat<f32xN>(-0.0f));
+    }
+    storeHalves<Round::rounding>(p, x);
+}
+
 template <class Round>
 VORN_NOINLINE void convertSinglesToHalves(const Vorn32f* src, Vorn16f* dst, std::ptrdiff_t len) {
     convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn32f* source, Vorn16f* result, auto) {
         const f32xN low = load<f32xN>(source), high = load<f32xN>(source + f32xN::lanes);
+        if constexpr (hasHalfConversions) {
+            const i32xN larger = maxOf(bitsOf(absOf(low)), bitsOf(absOf(high)));
+            if (!any(larger > splat<i32xN>(bits65536 - 1))) [[likely]] {
+                storeOrdinary<Round>(result, low);
+                storeOrdinary<Round>(result + f32xN::lanes, high);
+                return;
+            }
+        }
         const i16xN sign = narrowSat(shiftRight<16>(bitsOf(low)), shiftRight<16>(bitsOf(high)));
         const i16xN magnitude = narrowSat(halfMagnitude<Round>(low), halfMagnitude<Round>(high));
         store(reinterpret_cast<Vorn16s*>(result), magnitude | (sign & splat<i16xN>(-32768)));
@@ -276,6 +282,12 @@ VORN_NOINLINE void convertSinglesToHalves(const Vorn32f* src, Vorn16f* dst, std:
 template <class Round>
 void convertIntegersToHalves(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t len) {
     convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn16s* source, Vorn16f* result, auto) {
+        if constexpr (hasHalfConversions) {
+            for (int k = 0; k < i16xN::lanes; k += f32xN::lanes) {
+                storeHalves<Round::rounding>(result + k, toFloat(loadWidened<i32xN>(source + k)));
+            }
+            return;
+        }
         // |x| is 0 or at least 1, so the product is exact.
         const auto magnitude = [](const Vorn16s* p) {
             return Round::shorten(bitsOf(absOf(toFloat(loadWidened<i32xN>(p))) * splat<f32xN>(0x1p-112f)));
@@ -286,66 +298,25 @@ void convertIntegersToHalves(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t le
     });
 }
 
-// The rounding mode through the two calls of the floating-point core; the former control word comes back only if its
-// mode was another.
-class CoreRounding {
-public:
-    explicit CoreRounding(Rounding mode) : mode_(static_cast<int>(mode)), former_(vorn_set_rc_ssx(mode_)) {}
-    ~CoreRounding() {
-        if ((former_ & roundingBits) != mode_) vorn_set_cw_ssx(former_);
-    }
-    CoreRounding(const CoreRounding&) = delete;
-    CoreRounding& operator=(const CoreRounding&) = delete;
-
-private:
-    static constexpr int roundingBits = 0x6000;
-    int mode_, former_;
-};
-
 // 32-bit to 16-bit integers with a scale factor.
 
-// x x 2^-shift to nearest, ties to even, for shifts of 1 to 31. The rounding is added to what the shift drops, so that
-// no carry is lost.
-struct RoundedShift {
-    int shift;
-    i32xN dropped, belowHalf;
-    explicit RoundedShift(int count)
-        : shift(count),
-          dropped(splat<i32xN>(static_cast<Vorn32s>((1u << count) - 1))),
-          belowHalf(splat<i32xN>((1 << (count - 1)) - 1)) {}
-    VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        return narrowSat(one(load<i32xN>(p)), one(load<i32xN>(p + i32xN::lanes)));
-    }
-
-private:
-    VORN_INLINE i32xN one(i32xN x) const {
-        const i32xN floor = shiftRight(x, shift);
-        const i32xN odd = floor & splat<i32xN>(1);
-        return floor + shiftRightLogical((x & dropped) + belowHalf + odd, shift);
+struct ShiftedRightTo16 {
+    int count;
+    VORN_INLINE i16xN operator()(i32xN low, i32xN high) const {
+        return narrowSat(roundedShiftRight(low, count), roundedShiftRight(high, count));
     }
 };
-
-// x x 2^shift, for shifts of 1 to 15, in 16 bits throughout: what would leave them is limited before the shift, and
-// above the limit the bits that the shift brings in are ones, which makes 32767 of it.
-struct SaturatedShiftLeft {
-    int shift;
-    i16xN lowest, highest, ones;
-    explicit SaturatedShiftLeft(int count)
-        : shift(count),
-          lowest(splat<i16xN>(static_cast<Vorn16s>(-(32768 >> count)))),
-          highest(splat<i16xN>(static_cast<Vorn16s>(32767 >> count))),
-          ones(splat<i16xN>(static_cast<Vorn16s>((1 << count) - 1))) {}
-    VORN_INLINE i16xN operator()(const Vorn32s* p) const {
-        const i16xN x = narrowSat(load<i32xN>(p), load<i32xN>(p + i32xN::lanes));
-        const i16xN limited = maxOf(minOf(x, highest), lowest);
-        return shiftLeft(limited, shift) | select(x > highest, ones, splat<i16xN>(0));
-    }
+// Saturated to 16 bits first: what lies beyond them saturates all the more when it is shifted.
+struct ShiftedLeftTo16 {
+    int count;
+    VORN_INLINE i16xN operator()(i32xN low, i32xN high) const { return shiftLeftSat(narrowSat(low, high), count); }
 };
 
 template <class Shift>
 void convertShifted(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len, Shift shift) {
-    convertBlocks<i16xN::lanes>(src, dst, len,
-                                [=](const Vorn32s* source, Vorn16s* result, auto put) { put(result, shift(source)); });
+    convertBlocks<i16xN::lanes>(src, dst, len, [=](const Vorn32s* source, Vorn16s* result, auto put) {
+        put(result, shift(load<i32xN>(source), load<i32xN>(source + i32xN::lanes)));
+    });
 }
 
 }  // namespace
@@ -459,9 +430,9 @@ void convert(const Vorn32s* src, Vorn16s* dst, std::ptrdiff_t len, int scale) {
     if (scale == 0) {
         convert(src, dst, len);
     } else if (scale > 0) {
-        convertShifted(src, dst, len, RoundedShift(scale));
+        convertShifted(src, dst, len, ShiftedRightTo16{scale});
     } else {
-        convertShifted(src, dst, len, SaturatedShiftLeft(-scale));
+        convertShifted(src, dst, len, ShiftedLeftTo16{-scale});
     }
 }
 
@@ -488,9 +459,19 @@ void convert(const Vorn64f* src, Vorn32s* dst, std::ptrdiff_t len, VornRoundMode
 
 // Halves.
 
+// The processor's conversion would make signalling not-a-numbers quiet.
 void convertFromHalf(const Vorn16f* src, Vorn32f* dst, std::ptrdiff_t len) {
-    convertBlocks<f32xN::lanes>(src, dst, len, [](const Vorn16f* source, Vorn32f* result, auto put) {
+    convertBlocks<2 * f32xN::lanes>(src, dst, len, [](const Vorn16f* source, Vorn32f* result, auto put) {
+        if constexpr (hasHalfConversions) {
+            const i16xN special = splat<i16xN>(0x7C00);
+            if (!any((load<i16xN>(reinterpret_cast<const Vorn16s*>(source)) & special) == special)) [[likely]] {
+                put(result, widenHalves(source));
+                put(result + f32xN::lanes, widenHalves(source + f32xN::lanes));
+                return;
+            }
+        }
         put(result, SpreadHalf(source).value());
+        put(result + f32xN::lanes, SpreadHalf(source + f32xN::lanes).value());
     });
 }
 
@@ -509,10 +490,10 @@ void convertHalvesByScale(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_t len, 
 
 void convertFromHalf(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_t len, VornRoundMode mode, int scale) {
     if (mode == vornRndNear) {
-        const CoreRounding guard(Rounding::Nearest);
+        const CoreRoundingGuard guard(Rounding::Nearest);
         convertHalvesByScale<Nearest>(src, dst, len, scale);
     } else {
-        const CoreRounding guard(Rounding::TowardZero);
+        const CoreRoundingGuard guard(Rounding::TowardZero);
         convertHalvesByScale<Truncated>(src, dst, len, scale);
     }
 }
@@ -527,10 +508,10 @@ void convertToHalf(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t len, VornRou
 
 void convertToHalf(const Vorn32f* src, Vorn16f* dst, std::ptrdiff_t len, VornRoundMode mode) {
     if (mode == vornRndNear) {
-        const CoreRounding guard(Rounding::Nearest);
+        const CoreRoundingGuard guard(Rounding::Nearest);
         convertSinglesToHalves<HalfNearest>(src, dst, len);
     } else {
-        const CoreRounding guard(Rounding::TowardZero);
+        const CoreRoundingGuard guard(Rounding::TowardZero);
         convertSinglesToHalves<HalfTruncated>(src, dst, len);
     }
 }

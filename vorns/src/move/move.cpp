@@ -370,13 +370,6 @@ VornStatus vornsSet_64sc(Vorn64sc val, Vorn64sc* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsConj_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    conjugate(srcDst, srcDst, len);
-    return vornStsNoErr;
-}
-
 VornStatus vornsConj_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
@@ -384,17 +377,12 @@ VornStatus vornsConj_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     return vornStsNoErr;
 }
 
+VornStatus vornsConj_64fc_I(Vorn64fc* srcDst, int len) { return vornsConj_64fc(srcDst, srcDst, len); }
+
 VornStatus vornsConjFlip_64fc(const Vorn64fc* src, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     conjugateReversed(src, dst, len);
-    return vornStsNoErr;
-}
-
-VornStatus vornsConj_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    conjugate(srcDst, srcDst, len);
     return vornStsNoErr;
 }
 
@@ -405,17 +393,12 @@ VornStatus vornsConj_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     return vornStsNoErr;
 }
 
+VornStatus vornsConj_32fc_I(Vorn32fc* srcDst, int len) { return vornsConj_32fc(srcDst, srcDst, len); }
+
 VornStatus vornsConjFlip_32fc(const Vorn32fc* src, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     conjugateReversed(src, dst, len);
-    return vornStsNoErr;
-}
-
-VornStatus vornsConj_16sc_I(Vorn16sc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    conjugate(srcDst, srcDst, len);
     return vornStsNoErr;
 }
 
@@ -425,6 +408,8 @@ VornStatus vornsConj_16sc(const Vorn16sc* src, Vorn16sc* dst, int len) {
     conjugate(src, dst, len);
     return vornStsNoErr;
 }
+
+VornStatus vornsConj_16sc_I(Vorn16sc* srcDst, int len) { return vornsConj_16sc(srcDst, srcDst, len); }
 
 VornStatus vornsConjFlip_16sc(const Vorn16sc* src, Vorn16sc* dst, int len) {
     VORN_CHECK(notNull(src, dst));

@@ -5,26 +5,19 @@
 #include <algorithm>
 #include <bit>
 #include <cstdint>
-#include <limits>
 
 #include "frame/wrap.h"
+#include "simd/rounded_shift.h"
 #include "simd/simd.h"
 
 namespace vorn {
 
-// In 64-bit integers. The scale factor is clamped to lowest..highest first.
+// In 64-bit integers, for sums of up to 2^62. The scale factor is clamped to lowest..highest first.
 template <class Result>
 Result scaledSum(std::int64_t sum, int scaleFactor, int lowest, int highest) {
-    using L = std::numeric_limits<Result>;
     const int sf = std::clamp(scaleFactor, lowest, highest);
-    if (sf == 0) return saturate<Result>(sum);
-    if (sf > 0) {
-        const std::int64_t half = (std::int64_t{1} << (sf - 1)) - 1 + ((sum >> sf) & 1);
-        return saturate<Result>(wrapAdd(sum, half) >> sf);
-    }
-    if (sum > (std::int64_t{L::max()} >> -sf)) return L::max();
-    if (sum < (std::int64_t{L::min()} >> -sf)) return L::min();
-    return static_cast<Result>(shiftLeft64(sum, -sf));
+    if (sf > 0) return saturate<Result>(roundedShiftRight(sum, sf));
+    return shiftLeftSatTo<Result>(sum, -sf);
 }
 
 // In double, times a factor. A not-a-number (zero times infinity) gives 0.

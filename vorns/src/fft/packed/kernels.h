@@ -11,6 +11,7 @@
 #include "frame/wrap.h"
 #include "move/move_kernels.h"
 #include "simd/pairs.h"
+#include "simd/rounded_shift.h"
 
 namespace vorn::fft {
 
@@ -112,9 +113,7 @@ public:
     using Narrow = i16x8;
 
     explicit FixedProduct(int scaleFactor)
-        : right_(std::clamp(scaleFactor, 0, 63)),
-          left_(-std::clamp(scaleFactor, -31, 0)),
-          largest_(static_cast<std::int32_t>(std::min((std::int64_t{1} << 31) >> right_, std::int64_t{INT32_MAX}))) {}
+        : right_(std::clamp(scaleFactor, 0, 63)), left_(-std::clamp(scaleFactor, -15, 0)) {}
 
     Vorn16s real(Vorn16s a, Vorn16s b) const { return scaled(std::int64_t{a} * b); }
 
@@ -122,7 +121,7 @@ public:
     VORN_INLINE Two<V> product(Two<V> a, Two<V> b) const {
         const auto low = shifted(a.low, b.low), high = shifted(a.high, b.high);
         const Two<V> z = narrowSatPairs({low.re, high.re}, {low.im, high.im});
-        return left_ == 0 ? z : Two<V>{shiftedLeft(z.low), shiftedLeft(z.high)};
+        return left_ == 0 ? z : Two<V>{shiftLeftSat(z.low, left_), shiftLeftSat(z.high, left_)};
     }
 
 private:
@@ -132,24 +131,20 @@ private:
     }
 
     // Both sums in 32 bits. a.re b.re - a.im b.im = (a.re b.re + a.im ~b.im) + a.im fits, whatever wraps on the way.
-    // a.re b.im + a.im b.re fits but for 2^31, of four times -32768; nothing else gives the -2^31 it wraps to.
+    // a.re b.im + a.im b.re fits but for 2^31, of four times -32768, which becomes 2^31 - 1 before it is shifted;
+    // nothing else gives the -2^31 that it wraps to.
     template <class V>
     VORN_INLINE auto shifted(V a, V b) const {
         using Int = decltype(intsOf(a));
         const V notIm = shortsOf(splat<Int>(static_cast<std::int32_t>(0xFFFF0000)));
         const Int re = mulAddPairs(a, b ^ notIm) + shiftRight<16>(intsOf(a));
         const Int im = mulAddPairs(a, swapPairs(b));
+        const Int largest = splat<Int>(INT32_MAX);
         return Complex<Int>{shiftRight(re, right_),
-                            select(im == splat<Int>(INT32_MIN), splat<Int>(largest_), shiftRight(im, right_))};
-    }
-    template <class V>
-    VORN_INLINE V shiftedLeft(V x) const {
-        const V y = shiftLeft(x, left_);
-        return select(shiftRight(y, left_) == x, y, splat<V>(32767) ^ shiftRight<15>(x));
+                            shiftRight(select(im == splat<Int>(INT32_MIN), largest, im), right_)};
     }
 
     int right_, left_;
-    std::int32_t largest_;  // 2^31 shifted right, 2^31 - 1 where it is not shifted
 };
 
 // The upper half of a full spectrum from its lower one: dst[len - k] = conj(dst[k]).

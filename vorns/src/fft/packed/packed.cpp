@@ -94,10 +94,7 @@ VornStatus vornsConjPack_32fc(const Vorn32f* src, Vorn32fc* dst, int len) {
 }
 
 VornStatus vornsConjPack_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PackBins>(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPack_32fc(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjPack_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
@@ -108,10 +105,7 @@ VornStatus vornsConjPack_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
 }
 
 VornStatus vornsConjPack_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PackBins>(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPack_64fc(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjPack_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
@@ -122,10 +116,7 @@ VornStatus vornsConjPack_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
 }
 
 VornStatus vornsConjPack_16sc_I(Vorn16sc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PackBins>(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPack_16sc(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjPerm_32fc(const Vorn32f* src, Vorn32fc* dst, int len) {
@@ -136,10 +127,7 @@ VornStatus vornsConjPerm_32fc(const Vorn32f* src, Vorn32fc* dst, int len) {
 }
 
 VornStatus vornsConjPerm_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PermBins>(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPerm_32fc(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjPerm_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
@@ -150,10 +138,7 @@ VornStatus vornsConjPerm_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
 }
 
 VornStatus vornsConjPerm_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PermBins>(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPerm_64fc(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjPerm_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
@@ -164,10 +149,7 @@ VornStatus vornsConjPerm_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
 }
 
 VornStatus vornsConjPerm_16sc_I(Vorn16sc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandPacked<PermBins>(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjPerm_16sc(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjCcs_32fc(const Vorn32f* src, Vorn32fc* dst, int len) {
@@ -178,10 +160,7 @@ VornStatus vornsConjCcs_32fc(const Vorn32f* src, Vorn32fc* dst, int len) {
 }
 
 VornStatus vornsConjCcs_32fc_I(Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandCcs(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjCcs_32fc(reinterpret_cast<const Vorn32f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjCcs_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
@@ -192,10 +171,7 @@ VornStatus vornsConjCcs_64fc(const Vorn64f* src, Vorn64fc* dst, int len) {
 }
 
 VornStatus vornsConjCcs_64fc_I(Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandCcs(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjCcs_64fc(reinterpret_cast<const Vorn64f*>(srcDst), srcDst, len);
 }
 
 VornStatus vornsConjCcs_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
@@ -206,8 +182,5 @@ VornStatus vornsConjCcs_16sc(const Vorn16s* src, Vorn16sc* dst, int len) {
 }
 
 VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    expandCcs(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsConjCcs_16sc(reinterpret_cast<const Vorn16s*>(srcDst), srcDst, len);
 }
