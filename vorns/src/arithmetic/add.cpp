@@ -71,7 +71,7 @@ VornStatus vornsAdd_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* ds
 VornStatus vornsAdd_16s32s_I(const Vorn16s* src, Vorn32s* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    compute<Sum32s16s>(ElementPairs<Vorn32s>{srcDst}, elements(src), srcDst, len);
+    compute<Sum32s16s>(elementPairs(srcDst), elements(src), srcDst, len);
     return vornStsNoErr;
 }
 

@@ -1,4 +1,5 @@
 // Quotients of two vectors, and of a vector and a constant. Division by a vector takes the divisor first.
+#include "arithmetic/complex_division.h"
 #include "arithmetic/compute.h"
 #include "arithmetic/division.h"
 #include "frame/checks.h"
@@ -45,6 +46,22 @@ VornStatus divide32s(A dividend, B divisor, Vorn32s* dst, std::int64_t len, int 
         return divideExactly(Quotient32s<RealDivision<f64xN>>(sf), dividend, divisor, dst, len);
     }
     return divideExactly(Quotient32s<CorrectedDivision>(sf), dividend, divisor, dst, len);
+}
+
+// By a complex constant. One without an imaginary part divides each part as a real number, as such an element does.
+template <class T>
+bool dividedAsReal(const T* src, T val, T* dst, int len) {
+    if (val.im != 0) return false;
+    divide(FloatQuotient<Lane<T>>(), parts(src), constant(val.re), lanesAt(dst), twice(len));
+    return true;
+}
+void divideBy(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
+    if (!dividedAsReal(src, val, dst, len)) divide(ComplexQuotient32f(), elements(src), constant(val), dst, len);
+}
+void divideBy(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
+    if (dividedAsReal(src, val, dst, len)) return;
+    const f64xN divisor = constant(val).value;
+    divide(ComplexQuotient64f(), elementPairs(src), Constant<Halves<f64xN>>{{divisor, divisor}}, dst, len);
 }
 
 }  // namespace
@@ -100,7 +117,7 @@ VornStatus vornsDiv_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int s
 VornStatus vornsDiv_32s16s_Sfs(const Vorn16s* src1, const Vorn32s* src2, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divideExactly(Quotient32s16s(scaleFactor), ElementPairs<Vorn32s>{src2}, elements(src1), dst, len);
+    return divideExactly(Quotient32s16s(scaleFactor), elementPairs(src2), elements(src1), dst, len);
 }
 
 VornStatus vornsDiv_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {
@@ -118,13 +135,13 @@ VornStatus vornsDiv_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
 VornStatus vornsDiv_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(src2), complexFactors(src1), dst, len);
+    return divide(ComplexQuotient32f(), elements(src2), elements(src1), dst, len);
 }
 
 VornStatus vornsDiv_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(srcDst), complexFactors(src), srcDst, len);
+    return divide(ComplexQuotient32f(), elements(srcDst), elements(src), srcDst, len);
 }
 
 VornStatus vornsDiv_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -142,13 +159,13 @@ VornStatus vornsDiv_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
 VornStatus vornsDiv_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(src2), complexFactors(src1), dst, len);
+    return divide(ComplexQuotient64f(), elementPairs(src2), elementPairs(src1), dst, len);
 }
 
 VornStatus vornsDiv_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(srcDst), complexFactors(src), srcDst, len);
+    return divide(ComplexQuotient64f(), elementPairs(srcDst), elementPairs(src), srcDst, len);
 }
 
 VornStatus vornsDivC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor) {
@@ -219,7 +236,7 @@ VornStatus vornsDivC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(src), constantFactor(val), dst, len);
+    divideBy(src, val, dst, len);
     return vornStsNoErr;
 }
 
@@ -227,7 +244,7 @@ VornStatus vornsDivC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(srcDst), constantFactor(val), srcDst, len);
+    divideBy(srcDst, val, srcDst, len);
     return vornStsNoErr;
 }
 
@@ -251,7 +268,7 @@ VornStatus vornsDivC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(src), constantFactor(val), dst, len);
+    divideBy(src, val, dst, len);
     return vornStsNoErr;
 }
 
@@ -259,7 +276,7 @@ VornStatus vornsDivC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
     VORN_CHECK(notNull(srcDst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(srcDst), constantFactor(val), srcDst, len);
+    divideBy(srcDst, val, srcDst, len);
     return vornStsNoErr;
 }
 

@@ -10,7 +10,7 @@ namespace {
 // (src val) 2^-sf in single precision, rounded to nearest whatever the caller's mode.
 void multiply32f16s(const Vorn32f* src, Vorn32f val, Vorn16s* dst, std::int64_t len, int sf) {
     const RoundingGuard nearest(Rounding::Nearest);
-    computeWith(Product32f16s(GetScale_32s32f(sf)), ElementPairs<Vorn32f>{src}, constant(val), dst, len);
+    computeWith(Product32f16s(GetScale_32s32f(sf)), elementPairs(src), constant(val), dst, len);
 }
 
 }  // namespace
