@@ -92,6 +92,10 @@ struct CorrectedDivision {
     }
 };
 
+// Above these scale factors every quotient by a constant other than 0 rounds to 0; by a vector, a zero among the
+// divisors still saturates.
+inline constexpr int upperScaleOfQuotients8u = 8, upperScaleOfQuotients16s = 15;
+
 // From integer lanes to floating-point ones and back.
 
 VORN_INLINE Halves<i32xN> widen(i16xN a) { return zip(a, shiftRight<15>(a)); }
