@@ -49,12 +49,7 @@ VornStatus vornsAbs_16s(const Vorn16s* src, Vorn16s* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsAbs_16s_I(Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    absolutes(srcDst, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAbs_16s_I(Vorn16s* srcDst, int len) { return vornsAbs_16s(srcDst, srcDst, len); }
 
 VornStatus vornsAbs_32s(const Vorn32s* src, Vorn32s* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -63,12 +58,7 @@ VornStatus vornsAbs_32s(const Vorn32s* src, Vorn32s* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsAbs_32s_I(Vorn32s* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    absolutes(srcDst, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAbs_32s_I(Vorn32s* srcDst, int len) { return vornsAbs_32s(srcDst, srcDst, len); }
 
 VornStatus vornsAbs_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -77,12 +67,7 @@ VornStatus vornsAbs_32f(const Vorn32f* src, Vorn32f* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsAbs_32f_I(Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    absolutes(srcDst, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAbs_32f_I(Vorn32f* srcDst, int len) { return vornsAbs_32f(srcDst, srcDst, len); }
 
 VornStatus vornsAbs_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -91,9 +76,4 @@ VornStatus vornsAbs_64f(const Vorn64f* src, Vorn64f* dst, int len) {
     return vornStsNoErr;
 }
 
-VornStatus vornsAbs_64f_I(Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    absolutes(srcDst, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAbs_64f_I(Vorn64f* srcDst, int len) { return vornsAbs_64f(srcDst, srcDst, len); }

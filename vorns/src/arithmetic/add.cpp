@@ -13,10 +13,7 @@ VornStatus vornsAdd_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, 
 }
 
 VornStatus vornsAdd_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Sum8u>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAdd_8u_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAdd_8u16u(const Vorn8u* src1, const Vorn8u* src2, Vorn16u* dst, int len) {
@@ -41,10 +38,7 @@ VornStatus vornsAdd_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, 
 }
 
 VornStatus vornsAdd_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<PlainOf<SumOf<Vorn16s>>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsAdd_16s(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsAdd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor) {
@@ -55,10 +49,7 @@ VornStatus vornsAdd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* d
 }
 
 VornStatus vornsAdd_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn16s>>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAdd_16s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAdd_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len) {
@@ -68,10 +59,11 @@ VornStatus vornsAdd_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* ds
     return vornStsNoErr;
 }
 
+// The one in-place form without a sister: a sum in 32 bits has its operands in two types.
 VornStatus vornsAdd_16s32s_I(const Vorn16s* src, Vorn32s* srcDst, int len) {
     VORN_CHECK(notNull(src, srcDst));
     VORN_CHECK(positive(len));
-    compute<Sum32s16s>(ElementPairs<Vorn32s>{srcDst}, elements(src), srcDst, len);
+    compute<Sum32s16s>(elementPairs(srcDst), elements(src), srcDst, len);
     return vornStsNoErr;
 }
 
@@ -83,10 +75,7 @@ VornStatus vornsAdd_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16s
 }
 
 VornStatus vornsAdd_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn16s>>(parts(src), parts(srcDst), lanesAt(srcDst), twice(len), scaleFactor);
-    return vornStsNoErr;
+    return vornsAdd_16sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAdd_32u(const Vorn32u* src1, const Vorn32u* src2, Vorn32u* dst, int len) {
@@ -104,10 +93,7 @@ VornStatus vornsAdd_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* d
 }
 
 VornStatus vornsAdd_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAdd_32s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAdd_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor) {
@@ -118,10 +104,7 @@ VornStatus vornsAdd_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32s
 }
 
 VornStatus vornsAdd_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(parts(src), parts(srcDst), lanesAt(srcDst), twice(len), scaleFactor);
-    return vornStsNoErr;
+    return vornsAdd_32sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAdd_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {
@@ -132,10 +115,7 @@ VornStatus vornsAdd_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, 
 }
 
 VornStatus vornsAdd_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Plus>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsAdd_32f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsAdd_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
@@ -146,10 +126,7 @@ VornStatus vornsAdd_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* d
 }
 
 VornStatus vornsAdd_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Plus>>(parts(src), parts(srcDst), lanesAt(srcDst), twice(len));
-    return vornStsNoErr;
+    return vornsAdd_32fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsAdd_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -160,10 +137,7 @@ VornStatus vornsAdd_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, 
 }
 
 VornStatus vornsAdd_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsAdd_64f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsAdd_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
@@ -174,10 +148,7 @@ VornStatus vornsAdd_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* d
 }
 
 VornStatus vornsAdd_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(parts(src), parts(srcDst), lanesAt(srcDst), twice(len));
-    return vornStsNoErr;
+    return vornsAdd_64fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsSub_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor) {
@@ -188,10 +159,7 @@ VornStatus vornsSub_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, 
 }
 
 VornStatus vornsSub_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Difference8u>(elements(srcDst), elements(src), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSub_8u_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSub_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len) {
@@ -202,10 +170,7 @@ VornStatus vornsSub_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, 
 }
 
 VornStatus vornsSub_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<PlainOf<DifferenceOf<Vorn16s>>>(elements(srcDst), elements(src), srcDst, len);
-    return vornStsNoErr;
+    return vornsSub_16s(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsSub_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor) {
@@ -216,10 +181,7 @@ VornStatus vornsSub_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* d
 }
 
 VornStatus vornsSub_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(elements(srcDst), elements(src), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSub_16s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSub_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len) {
@@ -237,10 +199,7 @@ VornStatus vornsSub_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16s
 }
 
 VornStatus vornsSub_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(parts(srcDst), parts(src), lanesAt(srcDst), twice(len), scaleFactor);
-    return vornStsNoErr;
+    return vornsSub_16sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSub_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor) {
@@ -251,10 +210,7 @@ VornStatus vornsSub_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* d
 }
 
 VornStatus vornsSub_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(elements(srcDst), elements(src), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSub_32s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSub_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor) {
@@ -265,10 +221,7 @@ VornStatus vornsSub_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32s
 }
 
 VornStatus vornsSub_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(parts(srcDst), parts(src), lanesAt(srcDst), twice(len), scaleFactor);
-    return vornStsNoErr;
+    return vornsSub_32sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSub_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {
@@ -279,10 +232,7 @@ VornStatus vornsSub_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, 
 }
 
 VornStatus vornsSub_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(elements(srcDst), elements(src), srcDst, len);
-    return vornStsNoErr;
+    return vornsSub_32f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsSub_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
@@ -293,10 +243,7 @@ VornStatus vornsSub_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* d
 }
 
 VornStatus vornsSub_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(parts(srcDst), parts(src), lanesAt(srcDst), twice(len));
-    return vornStsNoErr;
+    return vornsSub_32fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsSub_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -307,10 +254,7 @@ VornStatus vornsSub_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, 
 }
 
 VornStatus vornsSub_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(elements(srcDst), elements(src), srcDst, len);
-    return vornStsNoErr;
+    return vornsSub_64f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsSub_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
@@ -321,8 +265,5 @@ VornStatus vornsSub_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* d
 }
 
 VornStatus vornsSub_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(parts(srcDst), parts(src), lanesAt(srcDst), twice(len));
-    return vornStsNoErr;
+    return vornsSub_64fc(src, srcDst, srcDst, len);
 }

@@ -13,18 +13,11 @@ VornStatus vornsAddC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len,
 }
 
 VornStatus vornsAddC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Sum8u>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAddC_8u_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAddC_16s_I(Vorn16s val, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    if (val == 0) return vornStsNoErr;
-    compute<PlainOf<SumOf<Vorn16s>>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsAddC_16s_Sfs(srcDst, val, srcDst, len, 0);
 }
 
 VornStatus vornsAddC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
@@ -39,10 +32,7 @@ VornStatus vornsAddC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int 
 }
 
 VornStatus vornsAddC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn16s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAddC_16s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAddC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
@@ -53,10 +43,7 @@ VornStatus vornsAddC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, 
 }
 
 VornStatus vornsAddC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn16s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAddC_16sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAddC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
@@ -67,10 +54,7 @@ VornStatus vornsAddC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int 
 }
 
 VornStatus vornsAddC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAddC_32s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAddC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
@@ -81,10 +65,7 @@ VornStatus vornsAddC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, 
 }
 
 VornStatus vornsAddC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsAddC_32sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsAddC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -99,14 +80,7 @@ VornStatus vornsAddC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsAddC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    // A zero changes nothing: a negative zero stays, and a signalling value is not touched.
-    if (val == 0) return vornStsNoErr;
-    compute<InFloat<Vorn32f, Plus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAddC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vornsAddC_32f(srcDst, val, srcDst, len); }
 
 VornStatus vornsAddC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -116,10 +90,7 @@ VornStatus vornsAddC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
 }
 
 VornStatus vornsAddC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Plus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsAddC_32fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsAddC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
@@ -129,12 +100,7 @@ VornStatus vornsAddC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsAddC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsAddC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vornsAddC_64f(srcDst, val, srcDst, len); }
 
 VornStatus vornsAddC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -144,10 +110,7 @@ VornStatus vornsAddC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
 }
 
 VornStatus vornsAddC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsAddC_64fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor) {
@@ -158,17 +121,11 @@ VornStatus vornsSubC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len,
 }
 
 VornStatus vornsSubC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Difference8u>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubC_8u_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubC_16s_I(Vorn16s val, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<PlainOf<DifferenceOf<Vorn16s>>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubC_16s_Sfs(srcDst, val, srcDst, len, 0);
 }
 
 VornStatus vornsSubC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
@@ -179,10 +136,7 @@ VornStatus vornsSubC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int 
 }
 
 VornStatus vornsSubC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubC_16s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
@@ -193,10 +147,7 @@ VornStatus vornsSubC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, 
 }
 
 VornStatus vornsSubC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubC_16sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
@@ -207,10 +158,7 @@ VornStatus vornsSubC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int 
 }
 
 VornStatus vornsSubC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubC_32s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
@@ -221,10 +169,7 @@ VornStatus vornsSubC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, 
 }
 
 VornStatus vornsSubC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubC_32sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -239,14 +184,7 @@ VornStatus vornsSubC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsSubC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    // A zero changes nothing: a negative zero stays, and a signalling value is not touched.
-    if (val == 0) return vornStsNoErr;
-    compute<InFloat<Vorn32f, Minus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSubC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vornsSubC_32f(srcDst, val, srcDst, len); }
 
 VornStatus vornsSubC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -256,10 +194,7 @@ VornStatus vornsSubC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
 }
 
 VornStatus vornsSubC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubC_32fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
@@ -269,12 +204,7 @@ VornStatus vornsSubC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsSubC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsSubC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vornsSubC_64f(srcDst, val, srcDst, len); }
 
 VornStatus vornsSubC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -284,10 +214,7 @@ VornStatus vornsSubC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
 }
 
 VornStatus vornsSubC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubC_64fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubCRev_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor) {
@@ -298,10 +225,7 @@ VornStatus vornsSubCRev_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int l
 }
 
 VornStatus vornsSubCRev_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Difference8u>(constant(val), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubCRev_8u_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubCRev_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
@@ -312,10 +236,7 @@ VornStatus vornsSubCRev_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, i
 }
 
 VornStatus vornsSubCRev_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(constant(val), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubCRev_16s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubCRev_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
@@ -326,10 +247,7 @@ VornStatus vornsSubCRev_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* ds
 }
 
 VornStatus vornsSubCRev_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(constant(val), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubCRev_16sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubCRev_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
@@ -340,10 +258,7 @@ VornStatus vornsSubCRev_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, i
 }
 
 VornStatus vornsSubCRev_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(constant(val), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubCRev_32s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubCRev_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
@@ -354,10 +269,7 @@ VornStatus vornsSubCRev_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* ds
 }
 
 VornStatus vornsSubCRev_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(constant(val), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsSubCRev_32sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsSubCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -368,10 +280,7 @@ VornStatus vornsSubCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int l
 }
 
 VornStatus vornsSubCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(constant(val), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubCRev_32f(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubCRev_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
@@ -382,10 +291,7 @@ VornStatus vornsSubCRev_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, i
 }
 
 VornStatus vornsSubCRev_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(constant(val), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubCRev_32fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubCRev_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
@@ -396,10 +302,7 @@ VornStatus vornsSubCRev_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int l
 }
 
 VornStatus vornsSubCRev_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(constant(val), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubCRev_64f(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsSubCRev_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
@@ -410,8 +313,5 @@ VornStatus vornsSubCRev_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, i
 }
 
 VornStatus vornsSubCRev_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(constant(val), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsSubCRev_64fc(srcDst, val, srcDst, len);
 }

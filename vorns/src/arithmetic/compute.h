@@ -25,6 +25,7 @@ void zeroElements(T* dst, std::int64_t len) {
 }
 template <class T>
 void copyElements(const T* src, T* dst, std::int64_t len) {
+    if (src == dst) return;
     ownsMove_8u_M7(reinterpret_cast<const Vorn8u*>(src), reinterpret_cast<Vorn8u*>(dst),
                    len * static_cast<std::int64_t>(sizeof(T)));
 }
@@ -73,7 +74,7 @@ void multiply32s(Elements<Vorn32s> a, B b, Vorn32s* dst, std::int64_t len, int s
 // dst[i] = a[i] val. A val of 1 copies, and one of 0 gives zeros whatever a holds, infinities and not-a-numbers too.
 VORN_INLINE void multiplyByConstant(const Vorn32f* a, Vorn32f val, Vorn32f* dst, std::int64_t len) {
     if (val == 1) {
-        if (a != dst) copyElements(a, dst, len);
+        copyElements(a, dst, len);
     } else if (val == 0) {
         zeroElements(dst, len);
     } else {

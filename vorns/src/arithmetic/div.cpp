@@ -1,4 +1,5 @@
 // Quotients of two vectors, and of a vector and a constant. Division by a vector takes the divisor first.
+#include "arithmetic/complex_division.h"
 #include "arithmetic/compute.h"
 #include "arithmetic/division.h"
 #include "frame/checks.h"
@@ -47,6 +48,22 @@ VornStatus divide32s(A dividend, B divisor, Vorn32s* dst, std::int64_t len, int 
     return divideExactly(Quotient32s<CorrectedDivision>(sf), dividend, divisor, dst, len);
 }
 
+// By a complex constant. One without an imaginary part divides each part as a real number, as such an element does.
+template <class T>
+bool dividedAsReal(const T* src, T val, T* dst, int len) {
+    if (val.im != 0) return false;
+    divide(FloatQuotient<Lane<T>>(), parts(src), constant(val.re), lanesAt(dst), twice(len));
+    return true;
+}
+void divideBy(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
+    if (!dividedAsReal(src, val, dst, len)) divide(ComplexQuotient32f(), elements(src), constant(val), dst, len);
+}
+void divideBy(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
+    if (dividedAsReal(src, val, dst, len)) return;
+    const f64xN divisor = constant(val).value;
+    divide(ComplexQuotient64f(), elementPairs(src), Constant<Halves<f64xN>>{{divisor, divisor}}, dst, len);
+}
+
 }  // namespace
 
 VornStatus vornsDiv_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor) {
@@ -56,9 +73,7 @@ VornStatus vornsDiv_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, 
 }
 
 VornStatus vornsDiv_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divideExactly(Quotient8u(scaleFactor), elements(srcDst), elements(src), srcDst, len);
+    return vornsDiv_8u_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDiv_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor) {
@@ -68,9 +83,7 @@ VornStatus vornsDiv_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* d
 }
 
 VornStatus vornsDiv_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide16s(elements(srcDst), elements(src), srcDst, len, scaleFactor);
+    return vornsDiv_16s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDiv_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16sc* dst, int len, int scaleFactor) {
@@ -80,9 +93,7 @@ VornStatus vornsDiv_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16s
 }
 
 VornStatus vornsDiv_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divideExactly(Quotient16sc(scaleFactor), elements(srcDst), elements(src), srcDst, len);
+    return vornsDiv_16sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDiv_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor) {
@@ -92,15 +103,13 @@ VornStatus vornsDiv_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* d
 }
 
 VornStatus vornsDiv_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide32s(elements(srcDst), elements(src), srcDst, len, scaleFactor);
+    return vornsDiv_32s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDiv_32s16s_Sfs(const Vorn16s* src1, const Vorn32s* src2, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divideExactly(Quotient32s16s(scaleFactor), ElementPairs<Vorn32s>{src2}, elements(src1), dst, len);
+    return divideExactly(Quotient32s16s(scaleFactor), elementPairs(src2), elements(src1), dst, len);
 }
 
 VornStatus vornsDiv_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {
@@ -110,21 +119,17 @@ VornStatus vornsDiv_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, 
 }
 
 VornStatus vornsDiv_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide(FloatQuotient<Vorn32f>(), elements(srcDst), elements(src), srcDst, len);
+    return vornsDiv_32f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsDiv_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(src2), complexFactors(src1), dst, len);
+    return divide(ComplexQuotient32f(), elements(src2), elements(src1), dst, len);
 }
 
 VornStatus vornsDiv_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn32f>(), elements(srcDst), complexFactors(src), srcDst, len);
+    return vornsDiv_32fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsDiv_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -134,69 +139,65 @@ VornStatus vornsDiv_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, 
 }
 
 VornStatus vornsDiv_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide(FloatQuotient<Vorn64f>(), elements(srcDst), elements(src), srcDst, len);
+    return vornsDiv_64f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsDiv_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src1, src2, dst));
     VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(src2), complexFactors(src1), dst, len);
+    return divide(ComplexQuotient64f(), elementPairs(src2), elementPairs(src1), dst, len);
 }
 
 VornStatus vornsDiv_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    return divide(ComplexQuotient<Vorn64f>(), elements(srcDst), complexFactors(src), srcDst, len);
+    return vornsDiv_64fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsDivC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
+    if (scaleFactor > upperScaleOfQuotients8u) {
+        zeroElements(dst, len);
+        return vornStsNoErr;
+    }
     divideExactly(Quotient8u(scaleFactor), elements(src), constant(val), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsDivC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divideExactly(Quotient8u(scaleFactor), elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsDivC_8u_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDivC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
+    if (scaleFactor > upperScaleOfQuotients16s) {
+        zeroElements(dst, len);
+        return vornStsNoErr;
+    }
     divide16s(elements(src), constant(val), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
 VornStatus vornsDivC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divide16s(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsDivC_16s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDivC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
+    if (scaleFactor > upperScaleOfQuotients16s) {
+        zeroElements(dst, len);
+        return vornStsNoErr;
+    }
     divideExactly(Quotient16sc(scaleFactor), elements(src), constant(val), dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsDivC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divideExactly(Quotient16sc(scaleFactor), elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsDivC_16sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsDivC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -207,28 +208,18 @@ VornStatus vornsDivC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsDivC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    multiplyByConstant(srcDst, 1 / val, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsDivC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vornsDivC_32f(srcDst, val, srcDst, len); }
 
 VornStatus vornsDivC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(src), constantFactor(val), dst, len);
+    divideBy(src, val, dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsDivC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn32f>(), elements(srcDst), constantFactor(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsDivC_32fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsDivC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
@@ -239,28 +230,18 @@ VornStatus vornsDivC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsDivC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divide(FloatQuotient<Vorn64f>(), elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsDivC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vornsDivC_64f(srcDst, val, srcDst, len); }
 
 VornStatus vornsDivC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(src), constantFactor(val), dst, len);
+    divideBy(src, val, dst, len);
     return vornStsNoErr;
 }
 
 VornStatus vornsDivC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    VORN_CHECK(notZero(val));
-    divide(ComplexQuotient<Vorn64f>(), elements(srcDst), constantFactor(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsDivC_64fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsDivCRev_16u(const Vorn16u* src, Vorn16u val, Vorn16u* dst, int len) {
@@ -270,9 +251,7 @@ VornStatus vornsDivCRev_16u(const Vorn16u* src, Vorn16u val, Vorn16u* dst, int l
 }
 
 VornStatus vornsDivCRev_16u_I(Vorn16u val, Vorn16u* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return divideExactly(Quotient16u(), constant(val), elements(srcDst), srcDst, len);
+    return vornsDivCRev_16u(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsDivCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -282,7 +261,5 @@ VornStatus vornsDivCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int l
 }
 
 VornStatus vornsDivCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    return divide(FloatQuotient<Vorn32f>(), constant(val), elements(srcDst), srcDst, len);
+    return vornsDivCRev_32f(srcDst, val, srcDst, len);
 }

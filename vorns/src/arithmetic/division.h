@@ -46,32 +46,6 @@ struct FloatQuotient : WatchesDivisor<MaskOf<Wide<T>>, Wide<T>::lanes, true> {
     }
 };
 
-template <class V>
-using ComplexMaskOf = decltype(zeros(V{}));
-
-// (a conj(b)) / |b|^2
-template <class V>
-struct ComplexFraction {
-    V numerator, denominator;
-    VORN_INLINE ComplexFraction(V a, const ComplexFactor<V>& b) {
-        const V squares = b.value * b.value;
-        numerator = subAdd(a * b.re, exchanged(a) * b.im);
-        denominator = squares + exchanged(squares);
-    }
-};
-
-// Where the divisor is zero, each part of the dividend is divided by +0.
-template <class T>
-struct ComplexQuotient : WatchesDivisor<ComplexMaskOf<Wide<T>>, Wide<T>::lanes, false> {
-    using V = Wide<T>;
-    VORN_INLINE V operator()(V dividend, const ComplexFactor<V>& divisor) const {
-        ComplexFraction<V> fraction(dividend, divisor);
-        const auto zero = zeros(divisor.value);
-        if (any(zero)) fraction.numerator = selectComplex(this->note(zero), dividend, fraction.numerator);
-        return fraction.numerator / fraction.denominator;
-    }
-};
-
 // Integers.
 //
 // The quotient x = a 2^-sf / b is rounded to the nearest integer, ties to even, in nearest mode. A floating-point
@@ -117,6 +91,10 @@ struct CorrectedDivision {
         return between(lowest, n + select(away, splat<f64xN>(1) | sign, splat<f64xN>(0)), highest);
     }
 };
+
+// Above these scale factors every quotient by a constant other than 0 rounds to 0; by a vector, a zero among the
+// divisors still saturates.
+inline constexpr int upperScaleOfQuotients8u = 8, upperScaleOfQuotients16s = 15;
 
 // From integer lanes to floating-point ones and back.
 
@@ -198,7 +176,7 @@ struct Quotient16u : IntegerQuotient<f32xN, RealDivision<f32xN>, i16xN::lanes> {
 
 // a / b = (a conj(b)) / |b|^2 with an exact numerator below 2^32 and an exact denominator up to 2^31: with |x| < 2^16
 // what does not saturate is exact in double precision, and no quotient is above 2^16 or, other than 0, below 2^-31.
-struct Quotient16sc : WatchesDivisor<ComplexMaskOf<f64xN>, i16xN::lanes, false> {
+struct Quotient16sc : WatchesDivisor<MaskOf<f64xN>, i16xN::lanes, false> {
     f64xN factor;
     explicit Quotient16sc(int sf) : factor(splat<f64xN>(GetScale_32s64f(std::clamp(sf, -50, 20)))) {}
     VORN_INLINE i16xN operator()(i16xN dividend, i16xN divisor) const {
@@ -211,10 +189,11 @@ private:
         return roundToInt(divide(toDoubleLow(a), toDoubleLow(b)), divide(toDoubleHigh(a), toDoubleHigh(b)));
     }
     VORN_INLINE f64xN divide(f64xN a, f64xN b) const {
-        const ComplexFraction<f64xN> fraction(a, ComplexFactor<f64xN>(b));
         const auto zero = note(zeros(b));
-        const f64xN numerator = selectComplex(zero, a, fraction.numerator);
-        const f64xN denominator = selectComplex(zero, tinyDivisor<f64xN>(), fraction.denominator);
+        const f64xN squares = b * b;
+        const f64xN product = subAdd(a * dupEven(b), exchanged(a) * dupOdd(b));
+        const f64xN numerator = select(zero, a, product);
+        const f64xN denominator = select(zero, tinyDivisor<f64xN>(), squares + exchanged(squares));
         return between(splat<f64xN>(-32768), numerator * factor / denominator, splat<f64xN>(32767));
     }
 };

@@ -13,10 +13,7 @@ VornStatus vornsMul_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, 
 }
 
 VornStatus vornsMul_8u_ISfs(const Vorn8u* src, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product8u>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_8u_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_8u16u(const Vorn8u* src1, const Vorn8u* src2, Vorn16u* dst, int len) {
@@ -34,10 +31,7 @@ VornStatus vornsMul_16s(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, 
 }
 
 VornStatus vornsMul_16s_I(const Vorn16s* src, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<PlainOf<Product16s>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsMul_16s(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsMul_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scaleFactor) {
@@ -48,10 +42,7 @@ VornStatus vornsMul_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* d
 }
 
 VornStatus vornsMul_16s_ISfs(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product16s>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_16s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_16s32f(const Vorn16s* src1, const Vorn16s* src2, Vorn32f* dst, int len) {
@@ -83,10 +74,7 @@ VornStatus vornsMul_16sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2, Vorn16s
 }
 
 VornStatus vornsMul_16sc_ISfs(const Vorn16sc* src, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product16sc>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_16sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* dst, int len, int scaleFactor) {
@@ -97,10 +85,7 @@ VornStatus vornsMul_32s_Sfs(const Vorn32s* src1, const Vorn32s* src2, Vorn32s* d
 }
 
 VornStatus vornsMul_32s_ISfs(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    multiply32s(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_32s_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor) {
@@ -111,10 +96,7 @@ VornStatus vornsMul_32sc_Sfs(const Vorn32sc* src1, const Vorn32sc* src2, Vorn32s
 }
 
 VornStatus vornsMul_32sc_ISfs(const Vorn32sc* src, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product32sc>(elements(src), elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_32sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, Vorn32sc* dst, int len, int scaleFactor) {
@@ -125,10 +107,7 @@ VornStatus vornsMul_32s32sc_Sfs(const Vorn32s* src1, const Vorn32sc* src2, Vorn3
 }
 
 VornStatus vornsMul_32s32sc_ISfs(const Vorn32s* src, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product32s32sc>(Elements32sInto64{src}, elements(srcDst), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMul_32s32sc_Sfs(src, srcDst, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMul_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len) {
@@ -139,10 +118,7 @@ VornStatus vornsMul_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, 
 }
 
 VornStatus vornsMul_32f_I(const Vorn32f* src, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Times>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsMul_32f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsMul_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* dst, int len) {
@@ -153,10 +129,7 @@ VornStatus vornsMul_32fc(const Vorn32fc* src1, const Vorn32fc* src2, Vorn32fc* d
 }
 
 VornStatus vornsMul_32fc_I(const Vorn32fc* src, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(complexFactors(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsMul_32fc(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsMul_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, int len) {
@@ -167,10 +140,7 @@ VornStatus vornsMul_64f(const Vorn64f* src1, const Vorn64f* src2, Vorn64f* dst, 
 }
 
 VornStatus vornsMul_64f_I(const Vorn64f* src, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Times>>(elements(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsMul_64f(src, srcDst, srcDst, len);
 }
 
 VornStatus vornsMul_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* dst, int len) {
@@ -181,8 +151,5 @@ VornStatus vornsMul_64fc(const Vorn64fc* src1, const Vorn64fc* src2, Vorn64fc* d
 }
 
 VornStatus vornsMul_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(src, srcDst));
-    VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(complexFactors(src), elements(srcDst), srcDst, len);
-    return vornStsNoErr;
+    return vornsMul_64fc(src, srcDst, srcDst, len);
 }

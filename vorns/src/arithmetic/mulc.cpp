@@ -10,7 +10,7 @@ namespace {
 // (src val) 2^-sf in single precision, rounded to nearest whatever the caller's mode.
 void multiply32f16s(const Vorn32f* src, Vorn32f val, Vorn16s* dst, std::int64_t len, int sf) {
     const RoundingGuard nearest(Rounding::Nearest);
-    computeWith(Product32f16s(GetScale_32s32f(sf)), ElementPairs<Vorn32f>{src}, constant(val), dst, len);
+    computeWith(Product32f16s(GetScale_32s32f(sf)), elementPairs(src), constant(val), dst, len);
 }
 
 }  // namespace
@@ -23,22 +23,11 @@ VornStatus vornsMulC_8u_Sfs(const Vorn8u* src, Vorn8u val, Vorn8u* dst, int len,
 }
 
 VornStatus vornsMulC_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product8u>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMulC_8u_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMulC_16s_I(Vorn16s val, Vorn16s* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    if (val == 1) return vornStsNoErr;
-    if (val == 0) {
-        zeroElements(srcDst, len);
-        return vornStsNoErr;
-    }
-    compute<PlainOf<Product16s>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsMulC_16s_Sfs(srcDst, val, srcDst, len, 0);
 }
 
 VornStatus vornsMulC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
@@ -57,10 +46,7 @@ VornStatus vornsMulC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int 
 }
 
 VornStatus vornsMulC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product16s>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMulC_16s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMulC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
@@ -71,10 +57,7 @@ VornStatus vornsMulC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, 
 }
 
 VornStatus vornsMulC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product16sc>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMulC_16sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMulC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
@@ -89,10 +72,7 @@ VornStatus vornsMulC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int 
 }
 
 VornStatus vornsMulC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    multiply32s(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMulC_32s_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMulC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
@@ -103,10 +83,7 @@ VornStatus vornsMulC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, 
 }
 
 VornStatus vornsMulC_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int scaleFactor) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    computeScaled<Product32sc>(elements(srcDst), constant(val), srcDst, len, scaleFactor);
-    return vornStsNoErr;
+    return vornsMulC_32sc_Sfs(srcDst, val, srcDst, len, scaleFactor);
 }
 
 VornStatus vornsMulC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
@@ -116,12 +93,7 @@ VornStatus vornsMulC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsMulC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    multiplyByConstant(srcDst, val, srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsMulC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vornsMulC_32f(srcDst, val, srcDst, len); }
 
 VornStatus vornsMulC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -131,10 +103,7 @@ VornStatus vornsMulC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
 }
 
 VornStatus vornsMulC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn32f>>(complexFactors(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsMulC_32fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsMulC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
@@ -144,12 +113,7 @@ VornStatus vornsMulC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len)
     return vornStsNoErr;
 }
 
-VornStatus vornsMulC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Times>>(elements(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
-}
+VornStatus vornsMulC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vornsMulC_64f(srcDst, val, srcDst, len); }
 
 VornStatus vornsMulC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
@@ -159,10 +123,7 @@ VornStatus vornsMulC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
 }
 
 VornStatus vornsMulC_64fc_I(Vorn64fc val, Vorn64fc* srcDst, int len) {
-    VORN_CHECK(notNull(srcDst));
-    VORN_CHECK(positive(len));
-    compute<ComplexTimes<Vorn64f>>(complexFactors(srcDst), constant(val), srcDst, len);
-    return vornStsNoErr;
+    return vornsMulC_64fc(srcDst, val, srcDst, len);
 }
 
 VornStatus vornsMulC_32f16s_Sfs(const Vorn32f* src, Vorn32f val, Vorn16s* dst, int len, int scaleFactor) {

@@ -97,8 +97,8 @@ struct ElementPairs {
     }
     template <int rest>
     VORN_INLINE Halves<V> first(std::int64_t n) const {
-        return {partOf<V, rest>(lanesAt(p), lanesInLow<V>(n)),
-                partOf<V, rest>(lanesAt(p) + V::lanes, n - lanesInLow<V>(n))};
+        const std::int64_t inAll = n * LaneOf<T>::count, inLow = lanesInLow<V>(inAll);
+        return {partOf<V, rest>(lanesAt(p), inLow), partOf<V, rest>(lanesAt(p) + V::lanes, inAll - inLow)};
     }
 };
 
@@ -153,6 +153,10 @@ VORN_INLINE Elements<T> elements(const T* p) {
     return {p};
 }
 template <class T>
+VORN_INLINE ElementPairs<T> elementPairs(const T* p) {
+    return {p};
+}
+template <class T>
 VORN_INLINE ComplexFactors<T> complexFactors(const T* p) {
     return {p};
 }
@@ -169,12 +173,6 @@ VORN_INLINE auto constant(T val) {
     } else {
         return Constant<V>{std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(val)))};
     }
-}
-
-template <class T>
-VORN_INLINE auto constantFactor(T val) {
-    using V = Wide<Lane<T>>;
-    return Constant<ComplexFactor<V>>{ComplexFactor<V>(constant(val).value)};
 }
 
 // A result of one or two registers.

@@ -69,39 +69,19 @@ VORN_INLINE V subAdd(V a, V b) {
     return addSub(a, -b);
 }
 #if defined(VORN_SIMD_AVX512)
-VORN_INLINE f32x16 subAdd(f32x16 a, f32x16 b) {
-    return {_mm512_mask_sub_ps(_mm512_add_ps(a.v, b.v), 0xAAAA, a.v, b.v)};
-}
 VORN_INLINE f64x8 subAdd(f64x8 a, f64x8 b) { return {_mm512_mask_sub_pd(_mm512_add_pd(a.v, b.v), 0xAA, a.v, b.v)}; }
 #endif
 
-// Where both parts are zero, in a mask for selectComplex.
+// Where both parts are zero.
 template <class V>
 VORN_INLINE auto zeros(V a) {
     const V size = absOf(a);
     return size + swapPairs(size) == splat<V>(0);
 }
-template <class Mask, class V>
-VORN_INLINE V selectComplex(Mask m, V a, V b) {
-    return select(m, a, b);
-}
+
 #if defined(VORN_SIMD_AVX512)
-VORN_INLINE mask64x8 zeros(f32x16 a) {
-    return {_mm512_testn_epi64_mask(_mm512_castps_si512(a.v), _mm512_set1_epi64(0x7FFFFFFF7FFFFFFF))};
-}
-VORN_INLINE f32x16 selectComplex(mask64x8 m, f32x16 a, f32x16 b) {
-    return std::bit_cast<f32x16>(select(m, std::bit_cast<f64x8>(a), std::bit_cast<f64x8>(b)));
-}
-#elif defined(VORN_SIMD_AVX2)
-VORN_INLINE mask32x8 zeros(f32x8 a) {
-    const __m256i size = _mm256_and_si256(_mm256_castps_si256(a.v), _mm256_set1_epi32(0x7FFFFFFF));
-    return {_mm256_castsi256_ps(_mm256_cmpeq_epi64(size, _mm256_setzero_si256()))};
-}
-#else
-VORN_INLINE mask32x4 zeros(f32x4 a) {
-    const __m128 zero = _mm_cmpeq_ps(a.v, _mm_setzero_ps());
-    return {_mm_and_ps(zero, _mm_shuffle_ps(zero, zero, 0xB1))};
-}
+VORN_INLINE f64x8 interleaveLow(f64x8 a, f64x8 b) { return {_mm512_maskz_unpacklo_pd(0xFF, a.v, b.v)}; }
+VORN_INLINE f64x8 interleaveHigh(f64x8 a, f64x8 b) { return {_mm512_maskz_unpackhi_pd(0xFF, a.v, b.v)}; }
 #endif
 
 }  // namespace vorn
