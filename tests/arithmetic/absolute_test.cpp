@@ -5,6 +5,7 @@
 
 #include "support/expect.h"
 #include "support/map.h"
+#include "support/members.h"
 #include "vornsr.h"
 
 namespace {
@@ -33,6 +34,19 @@ TEST(Absolute, LiteralValues) {
     Vorn32s absolute32[3];
     EXPECT_EQ(vornsAbs_32s(lowest32, absolute32, 3), vornStsNoErr);
     EXPECT_TRUE(test::sameBits(absolute32, (const Vorn32s[]){intMax, intMax, 1}, 3));
+}
+
+const test::Member members[] = {
+    MEMBER(vornsAbs_16s), MEMBER(vornsAbs_16s_I), MEMBER(vornsAbs_32s), MEMBER(vornsAbs_32s_I),
+    MEMBER(vornsAbs_32f), MEMBER(vornsAbs_32f_I), MEMBER(vornsAbs_64f), MEMBER(vornsAbs_64f_I),
+};
+
+TEST(Absolute, ChecksPointersThenLength) {
+    for (const test::Member& member : members) test::expectPointersThenLength(member);
+}
+
+TEST(Absolute, NoAlignmentChangesAResult) {
+    for (const test::Member& member : members) test::expectNoAlignmentChangesAResult(member);
 }
 
 }  // namespace
