@@ -22,12 +22,21 @@ Family moveWorkloads();
 Family convertWorkloads();
 Family arithmeticWorkloads();
 Family reductionWorkloads();
+Family logarithmWorkloads();
+Family sumLogarithmWorkloads();
+Family squareRootWorkloads();
+Family magnitudeWorkloads();
+Family absoluteWorkloads();
 Family fftWorkloads();
+Family autocorrelationWorkloads();
 
+// In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
-    frameWorkloads(),      logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),
-    estimationWorkloads(), featureWorkloads(),       moveWorkloads(),        convertWorkloads(),
-    arithmeticWorkloads(), reductionWorkloads(),     fftWorkloads(),
+    frameWorkloads(),           logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),
+    estimationWorkloads(),      featureWorkloads(),       moveWorkloads(),        convertWorkloads(),
+    arithmeticWorkloads(),      reductionWorkloads(),     logarithmWorkloads(),   sumLogarithmWorkloads(),
+    squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),    fftWorkloads(),
+    autocorrelationWorkloads(),
 };
 
 }  // namespace verify

@@ -6,12 +6,47 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <type_traits>
 #include <vector>
 
+#include "calls/signature.h"
 #include "vornsr.h"
 
 namespace verify {
+
+using calls::Element, calls::Role;
+
+// Elements of a type that the row of a function tells, on a 16-byte address: some double forms look at theirs.
+class Array {
+public:
+    Array(Element element, std::size_t len) : element_(element), len_(len), bytes_(len * calls::sizeOf(element)) {}
+    Element element() const { return element_; }
+    std::size_t size() const { return len_; }
+    std::size_t bytes() const { return bytes_.size(); }
+    unsigned char* data() { return bytes_.data(); }
+    const unsigned char* data() const { return bytes_.data(); }
+    const unsigned char* at(std::size_t i) const { return data() + i * calls::sizeOf(element_); }
+    void resize(std::size_t len) { len_ = len, bytes_.resize(len * calls::sizeOf(element_)); }
+
+    // use(x) for each number x, which it may change: complex ones have two.
+    template <class Use>
+    void eachPart(const Use& use) {
+        calls::withPart(element_, [&]<class T>() {
+            for (std::size_t i = 0; i < bytes_.size(); i += sizeof(T)) {
+                T x;
+                std::memcpy(&x, &bytes_[i], sizeof x);
+                use(x);
+                std::memcpy(&bytes_[i], &x, sizeof x);
+            }
+        });
+    }
+
+private:
+    Element element_;
+    std::size_t len_;
+    std::vector<unsigned char> bytes_;
+};
 
 // FNV-1a, 64 bits (Fowler, Noll, Vo). Not-a-numbers count as one value: which payload an operation passes on is not
 // promised. Use bytes() for functions that move bit patterns.
@@ -33,6 +68,9 @@ public:
     template <class T>
     void add(const std::vector<T>& values) {
         for (const T& x : values) add(x);
+    }
+    void add(Array values) {
+        values.eachPart([&](auto x) { add(x); });
     }
     std::uint64_t value() const { return value_; }
 
@@ -61,6 +99,11 @@ public:
         for (T& x : result) fill(x, low, high);
         return result;
     }
+    Array values(Element element, std::size_t n, double low = -1000.0, double high = 1000.0) {
+        Array result(element, n);
+        result.eachPart([&](auto& x) { fill(x, low, high); });
+        return result;
+    }
     // Any bit pattern: denormals, infinities and not-a-numbers among the floats.
     template <class T>
     std::vector<T> patterns(std::size_t n) {
@@ -70,6 +113,12 @@ public:
             for (unsigned char& byte : raw) byte = static_cast<unsigned char>(bits());
             std::memcpy(&x, raw, sizeof x);
         }
+        return result;
+    }
+
+    Array patterns(Element element, std::size_t n) {
+        Array result(element, n);
+        for (std::size_t i = 0; i < result.bytes(); ++i) result.data()[i] = static_cast<unsigned char>(bits());
         return result;
     }
 
@@ -92,7 +141,7 @@ private:
 // does not depend on its neighbours.
 struct Workload {
     const char* function;
-    void (*run)(Source&, Digest&);
+    std::function<void(Source&, Digest&)> run;
 };
 
 // Lengths that reach every tail and every block of the kernels.

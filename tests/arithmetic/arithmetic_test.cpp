@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <climits>
 #include <cstring>
 #include <memory>
@@ -13,6 +12,7 @@
 #include "arithmetic/members.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/members.h"
 #include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
@@ -79,35 +79,26 @@ bool hasZero(const std::vector<T>& values) {
     return false;
 }
 
-bool dividesByVector(const std::string& name) {
-    return name.find("Div_") != std::string::npos || name.find("DivCRev") != std::string::npos;
-}
-bool dividesByConstant(const std::string& name) { return name.find("DivC_") != std::string::npos; }
-
-template <class Model>
-struct Types;
-template <class R, class X, class Y>
-struct Types<R (*)(X, Y, int)> {
-    using A = X;
-    using B = Y;
-    using D = R;
-};
-template <class Model>
-using TypesOf = Types<Model>;
-
 // The expected results and status of one call.
 template <class D>
 struct Expected {
     std::vector<D> values;
     VornStatus status;
 };
-template <class Model, class A, class B>
-auto expectedOf(const char* name, const Model& model, const std::vector<A>& a, const std::vector<B>& b, int sf) {
-    Expected<typename TypesOf<Model>::D> result;
-    for (std::size_t i = 0; i < a.size(); ++i) result.values.push_back(model(a[i], b[i], sf));
-    result.status = dividesByVector(name) && hasZero(a) ? vornStsDivByZero : vornStsNoErr;
+template <class A, class B, class D>
+Expected<D> expectedOf(const members::Member<A, B, D>& member, const std::vector<A>& a, const std::vector<B>& b,
+                       int sf) {
+    Expected<D> result;
+    for (std::size_t i = 0; i < a.size(); ++i) result.values.push_back(member.model(a[i], b[i], sf));
+    result.status = member.dividesByVector() && hasZero(a) ? vornStsDivByZero : vornStsNoErr;
     return result;
 }
+// The types of the member that a lambda is called with.
+#define TYPES_OF(member)                                               \
+    using Of [[maybe_unused]] = std::remove_cvref_t<decltype(member)>; \
+    using A [[maybe_unused]] = typename Of::A;                         \
+    using B [[maybe_unused]] = typename Of::B;                         \
+    using D [[maybe_unused]] = typename Of::D
 
 std::vector<int> scalesFor(bool scaled, std::size_t len, test::Random& random) {
     if (!scaled) return {0};
@@ -125,53 +116,33 @@ std::vector<std::size_t> lengths() {
 }
 
 TEST(Arithmetic, VectorsEveryLengthAndScale) {
-    members::forVectors([](const char* name, auto call, auto model, bool scaled) {
-        using Of = TypesOf<decltype(model)>;
-        using A = typename Of::A;
-        using B = typename Of::B;
-        using D = typename Of::D;
-        test::Random random(std::hash<std::string>{}(name));
+    members::forAll([](const auto& member) {
+        TYPES_OF(member);
+        if (member.constant()) return;
+        test::Random random(std::hash<std::string>{}(member.name()));
         for (std::size_t len : lengths()) {
             const test::Guarded<A> a(someValues<A>(random, len));
             const test::Guarded<B> b(someValues<B>(random, len));
             const int n = static_cast<int>(len);
-            for (int sf : scalesFor(scaled, len, random)) {
-                const auto expected = expectedOf(name, model, a.values(), b.values(), sf);
+            for (int sf : scalesFor(member.scaled(), len, random)) {
+                const auto expected = expectedOf(member, a.values(), b.values(), sf);
                 test::Guarded<D> d(len);
-                ASSERT_EQ(call(a, b, d, n, sf), expected.status) << name << ' ' << len << ' ' << sf;
-                ASSERT_TRUE(test::sameBits(d, expected.values)) << name << ' ' << len << " sf " << sf;
-                ASSERT_TRUE(d.surroundingsUntouched()) << name << ' ' << len;
+                ASSERT_EQ(member(a, b, d, n, sf), expected.status) << member.name() << ' ' << len << ' ' << sf;
+                ASSERT_TRUE(test::sameBits(d, expected.values)) << member.name() << ' ' << len << " sf " << sf;
+                ASSERT_TRUE(d.surroundingsUntouched()) << member.name() << ' ' << len;
+                if (member.inPlace()) continue;
                 if constexpr (std::is_same_v<A, D>) {
                     const test::Guarded<A> own(a.values());
-                    ASSERT_EQ(call(own, b, own, n, sf), expected.status);
-                    ASSERT_TRUE(test::sameBits(own, expected.values)) << name << " onto src1 " << len << " sf " << sf;
+                    ASSERT_EQ(member(own, b, own, n, sf), expected.status);
+                    ASSERT_TRUE(test::sameBits(own, expected.values))
+                        << member.name() << " onto src1 " << len << ' ' << sf;
                 }
                 if constexpr (std::is_same_v<B, D>) {
                     const test::Guarded<B> own(b.values());
-                    ASSERT_EQ(call(a, own, own, n, sf), expected.status);
-                    ASSERT_TRUE(test::sameBits(own, expected.values)) << name << " onto src2 " << len << " sf " << sf;
+                    ASSERT_EQ(member(a, own, own, n, sf), expected.status);
+                    ASSERT_TRUE(test::sameBits(own, expected.values))
+                        << member.name() << " onto src2 " << len << ' ' << sf;
                 }
-            }
-        }
-    });
-}
-
-TEST(Arithmetic, VectorsInPlaceEveryLengthAndScale) {
-    members::forVectorsInPlace([](const char* name, auto call, auto model, bool scaled) {
-        using Of = TypesOf<decltype(model)>;
-        using A = typename Of::A;
-        using B = typename Of::B;
-        test::Random random(std::hash<std::string>{}(name));
-        for (std::size_t len : lengths()) {
-            const test::Guarded<A> a(someValues<A>(random, len));
-            const auto before = someValues<B>(random, len);
-            for (int sf : scalesFor(scaled, len, random)) {
-                const auto expected = expectedOf(name, model, a.values(), before, sf);
-                const test::Guarded<B> srcDst(before);
-                ASSERT_EQ(call(a, srcDst, static_cast<int>(len), sf), expected.status)
-                    << name << ' ' << len << ' ' << sf;
-                ASSERT_TRUE(test::sameBits(srcDst, expected.values)) << name << ' ' << len << " sf " << sf;
-                ASSERT_TRUE(srcDst.surroundingsUntouched()) << name << ' ' << len;
             }
         }
     });
@@ -200,102 +171,41 @@ std::vector<T> constants(test::Random& random) {
     return result;
 }
 
-template <bool inPlace, class Call, class Model>
-void checkConstants(const char* name, const Call& call, const Model& model, bool scaled) {
-    using Of = TypesOf<Model>;
-    using A = typename Of::A;
-    using V = typename Of::B;
-    using D = typename Of::D;
-    test::Random random(std::hash<std::string>{}(name));
-    for (std::size_t len : lengths()) {
-        const auto a = someValues<A>(random, len);
-        for (V val : constants<V>(random)) {
-            if (len > 40 && len != 300 && random.next() % 3 != 0) continue;
-            const std::vector<V> vals(len, val);
-            std::vector<int> scales = scalesFor(scaled, len, random);
-            if (len == 300 && scaled && !isZero(val) && random.next() % 2 == 0) scales = {0, 1, 5, -5};
-            for (int sf : scales) {
-                const test::Guarded<A> src(a);
-                test::Guarded<D> dst(len);
-                VornStatus status;
-                const D* result;
-                if constexpr (inPlace) {
-                    status = call(val, src, static_cast<int>(len), sf);
-                    result = src.data();
-                } else {
-                    status = call(src, val, dst, static_cast<int>(len), sf);
-                    result = dst.data();
+TEST(Arithmetic, ConstantsEveryLengthAndScale) {
+    members::forAll([](const auto& member) {
+        TYPES_OF(member);
+        if (!member.constant()) return;
+        test::Random random(std::hash<std::string>{}(member.name()));
+        for (std::size_t len : lengths()) {
+            const auto a = someValues<A>(random, len);
+            for (B val : constants<B>(random)) {
+                if (len > 40 && len != 300 && random.next() % 3 != 0) continue;
+                const std::vector<B> vals(len, val);
+                std::vector<int> scales = scalesFor(member.scaled(), len, random);
+                if (len == 300 && member.scaled() && !isZero(val) && random.next() % 2 == 0) scales = {0, 1, 5, -5};
+                for (int sf : scales) {
+                    const test::Guarded<A> src(a);
+                    test::Guarded<D> dst(len);
+                    const VornStatus status = member(src, &val, dst, static_cast<int>(len), sf);
+                    ASSERT_EQ(std::memcmp(src.data(), a.data(), len * sizeof(A)), 0) << member.name();
+                    if (member.dividesByConstant() && isZero(val)) {
+                        ASSERT_EQ(status, vornStsDivByZeroErr) << member.name();
+                        ASSERT_TRUE(member.inPlace() ? std::memcmp(dst.data(), a.data(), len * sizeof(A)) == 0
+                                                     : dst.untouched())
+                            << member.name();
+                        continue;
+                    }
+                    const auto expected = expectedOf(member, a, vals, sf);
+                    ASSERT_EQ(status, expected.status) << member.name() << " val " << test::show(val);
+                    ASSERT_TRUE(test::sameBits(dst, expected.values))
+                        << member.name() << ' ' << len << " val " << test::show(val) << " sf " << sf;
+                    ASSERT_TRUE(dst.surroundingsUntouched()) << member.name();
                 }
-                if (dividesByConstant(name) && isZero(val)) {
-                    ASSERT_EQ(status, vornStsDivByZeroErr) << name;
-                    ASSERT_TRUE(dst.untouched()) << name;
-                    ASSERT_EQ(std::memcmp(src.data(), a.data(), len * sizeof(A)), 0) << name;
-                    continue;
-                }
-                const auto expected = expectedOf(name, model, a, vals, sf);
-                ASSERT_EQ(status, expected.status) << name << " val " << test::show(val);
-                ASSERT_TRUE(test::sameBits(result, expected.values.data(), len))
-                    << name << ' ' << len << " val " << test::show(val) << " sf " << sf;
-                ASSERT_TRUE(src.surroundingsUntouched() && dst.surroundingsUntouched()) << name;
             }
         }
-    }
+    });
 }
 
-TEST(Arithmetic, ConstantsEveryLengthAndScale) {
-    members::forConstants(
-        [](const char* name, auto call, auto model, bool scaled) { checkConstants<false>(name, call, model, scaled); });
-}
-TEST(Arithmetic, ConstantsInPlaceEveryLengthAndScale) {
-    members::forConstantsInPlace(
-        [](const char* name, auto call, auto model, bool scaled) { checkConstants<true>(name, call, model, scaled); });
-}
-
-// A member of any shape as one of two vectors and a result: a srcDst holds its operand before the call, a constant is
-// the first element of its vector.
-template <class Call>
-struct InPlace {
-    Call* call;
-    template <class A, class D>
-    VornStatus operator()(const A* a, const D* b, D* d, int len, int sf) const {
-        std::copy_n(b, len, d);
-        return call(a, d, len, sf);
-    }
-};
-template <class Call>
-struct WithConstant {
-    Call* call;
-    template <class A, class B, class D>
-    VornStatus operator()(const A* a, const B* b, D* d, int len, int sf) const {
-        return call(a, *b, d, len, sf);
-    }
-};
-template <class Call>
-struct WithConstantInPlace {
-    Call* call;
-    template <class D, class B>
-    VornStatus operator()(const D* a, const B* b, D* d, int len, int sf) const {
-        std::copy_n(a, len, d);
-        return call(*b, d, len, sf);
-    }
-};
-
-// visit(name, call, model, scaled, constant), call(a, b, d, len, sf).
-template <class Visit>
-void forAllMembers(const Visit& visit) {
-    members::forVectors([&](const char* name, auto call, auto model, bool scaled) {
-        visit(name, call, model, scaled, std::false_type());
-    });
-    members::forVectorsInPlace([&](const char* name, auto call, auto model, bool scaled) {
-        visit(name, InPlace<std::remove_pointer_t<decltype(call)>>{call}, model, scaled, std::false_type());
-    });
-    members::forConstants([&](const char* name, auto call, auto model, bool scaled) {
-        visit(name, WithConstant<std::remove_pointer_t<decltype(call)>>{call}, model, scaled, std::true_type());
-    });
-    members::forConstantsInPlace([&](const char* name, auto call, auto model, bool scaled) {
-        visit(name, WithConstantInPlace<std::remove_pointer_t<decltype(call)>>{call}, model, scaled, std::true_type());
-    });
-}
 // Any values, or one that is not zero for all elements.
 template <class T>
 std::vector<T> secondOperand(test::Random& random, std::size_t len, bool constant) {
@@ -308,12 +218,9 @@ std::vector<T> secondOperand(test::Random& random, std::size_t len, bool constan
 
 // Every address of the result, those of the operands in other orders.
 TEST(Arithmetic, EveryAddress) {
-    forAllMembers([](const char* name, auto call, auto model, bool scaled, auto constant) {
-        using Of = TypesOf<decltype(model)>;
-        using A = typename Of::A;
-        using B = typename Of::B;
-        using D = typename Of::D;
-        const int sf = scaled ? 3 : 0;
+    members::forAll([](const auto& member) {
+        TYPES_OF(member);
+        const int sf = member.scaled() ? 3 : 0;
         test::Random random(5);
         for (std::size_t address = 0; address < 64; address += alignof(D)) {
             for (std::size_t len : {50u, 700u}) {
@@ -321,14 +228,16 @@ TEST(Arithmetic, EveryAddress) {
                 test::Offset<B> b(len, address * 5 % 64 / alignof(B) * alignof(B));
                 test::Offset<D> d(len, address);
                 a.assign(someValues<A>(random, len));
-                b.assign(secondOperand<B>(random, len, constant));
-                const auto expected = expectedOf(name, model, a.values(), b.values(), sf);
-                ASSERT_EQ(call(a.data(), b.data(), d.data(), static_cast<int>(len), sf), expected.status) << name;
-                ASSERT_TRUE(test::sameBits(d.values(), expected.values)) << name << " at " << address;
-                ASSERT_TRUE(d.surroundingsUntouched()) << name << " at " << address;
-                if constexpr (std::is_same_v<B, D> && !constant) {
-                    ASSERT_EQ(call(a.data(), b.data(), b.data(), static_cast<int>(len), sf), expected.status);
-                    ASSERT_TRUE(test::sameBits(b.values(), expected.values)) << name << " onto src2 at " << address;
+                b.assign(secondOperand<B>(random, len, member.constant()));
+                const auto expected = expectedOf(member, a.values(), b.values(), sf);
+                ASSERT_EQ(member(a, b, d, static_cast<int>(len), sf), expected.status) << member.name();
+                ASSERT_TRUE(test::sameBits(d.values(), expected.values)) << member.name() << " at " << address;
+                ASSERT_TRUE(d.surroundingsUntouched()) << member.name() << " at " << address;
+                if constexpr (std::is_same_v<B, D>) {
+                    if (member.constant() || member.inPlace()) continue;
+                    ASSERT_EQ(member(a, b, b, static_cast<int>(len), sf), expected.status);
+                    ASSERT_TRUE(test::sameBits(b.values(), expected.values))
+                        << member.name() << " onto src2 at " << address;
                 }
             }
         }
@@ -338,16 +247,16 @@ TEST(Arithmetic, EveryAddress) {
 TEST(Arithmetic, AllPairsOf8BitOperands) {
     std::vector<Vorn8u> a(65536), b(65536);
     for (std::size_t i = 0; i < 65536; ++i) a[i] = static_cast<Vorn8u>(i), b[i] = static_cast<Vorn8u>(i >> 8);
-    members::forVectors([&](const char* name, auto call, auto model, bool scaled) {
-        using Of = TypesOf<decltype(model)>;
-        using D = typename Of::D;
-        if constexpr (std::is_same_v<typename Of::A, Vorn8u> && std::is_same_v<typename Of::B, Vorn8u>) {
-            for (int sf = scaled ? -18 : 0; sf <= (scaled ? 18 : 0); ++sf) {
+    members::forAll([&](const auto& member) {
+        TYPES_OF(member);
+        if (member.inPlace() || member.constant()) return;
+        if constexpr (std::is_same_v<A, Vorn8u> && std::is_same_v<B, Vorn8u>) {
+            for (int sf = member.scaled() ? -18 : 0; sf <= (member.scaled() ? 18 : 0); ++sf) {
                 std::vector<D> d(65536);
-                ASSERT_GE(call(a.data(), b.data(), d.data(), 65536, sf), vornStsNoErr);
+                ASSERT_GE(member(a.data(), b.data(), d.data(), 65536, sf), vornStsNoErr);
                 for (std::size_t i = 0; i < 65536; ++i) {
-                    const D expected = model(a[i], b[i], sf);
-                    ASSERT_EQ(d[i], expected) << name << ' ' << int{a[i]} << ' ' << int{b[i]} << " sf " << sf;
+                    const D expected = member.model(a[i], b[i], sf);
+                    ASSERT_EQ(d[i], expected) << member.name() << ' ' << int{a[i]} << ' ' << int{b[i]} << " sf " << sf;
                 }
             }
         }
@@ -359,27 +268,26 @@ TEST(Arithmetic, All16BitOperandsAgainstHardValues) {
     std::vector<Vorn16s> all(65536);
     for (std::size_t i = 0; i < 65536; ++i) all[i] = static_cast<Vorn16s>(static_cast<Vorn16u>(i));
     const Vorn16s hard[] = {1, -1, 2, 3, 7, -10, 255, 32767, -32768, 20011};
-    members::forVectors([&](const char* name, auto call, auto model, bool scaled) {
-        using Of = TypesOf<decltype(model)>;
-        using A = typename Of::A;
-        using D = typename Of::D;
-        if constexpr (sizeof(A) == 2 && std::is_same_v<typename Of::B, Vorn16s>) {
+    members::forAll([&](const auto& member) {
+        TYPES_OF(member);
+        if (member.inPlace() || member.constant()) return;
+        if constexpr (sizeof(A) == 2 && std::is_same_v<B, Vorn16s>) {
             const std::set<int> turning = {-31, -16, -8, -7, -1, 0, 1, 2, 9, 16, 17, 30, 31};
-            for (int sf = scaled ? -36 : 0; sf <= (scaled ? 36 : 0); ++sf) {
+            for (int sf = member.scaled() ? -36 : 0; sf <= (member.scaled() ? 36 : 0); ++sf) {
                 for (int k = 0; k < 10; ++k) {
                     if (k != (sf + 40) % 10 && turning.count(sf) == 0) continue;
                     const Vorn16s h = hard[k];
                     const std::vector<Vorn16s> other(65536, h);
                     std::vector<D> d(65536), e(65536);
-                    ASSERT_GE(call(reinterpret_cast<const A*>(all.data()), other.data(), d.data(), 65536, sf),
+                    ASSERT_GE(member(reinterpret_cast<const A*>(all.data()), other.data(), d.data(), 65536, sf),
                               vornStsNoErr);
-                    ASSERT_GE(call(reinterpret_cast<const A*>(other.data()), all.data(), e.data(), 65536, sf),
+                    ASSERT_GE(member(reinterpret_cast<const A*>(other.data()), all.data(), e.data(), 65536, sf),
                               vornStsNoErr);
                     for (std::size_t i = 0; i < 65536; ++i) {
-                        ASSERT_EQ(d[i], model(static_cast<A>(all[i]), h, sf))
-                            << name << ' ' << all[i] << ' ' << h << " sf " << sf;
-                        ASSERT_EQ(e[i], model(static_cast<A>(h), all[i], sf))
-                            << name << ' ' << h << ' ' << all[i] << " sf " << sf;
+                        ASSERT_EQ(d[i], member.model(static_cast<A>(all[i]), h, sf))
+                            << member.name() << ' ' << all[i] << ' ' << h << " sf " << sf;
+                        ASSERT_EQ(e[i], member.model(static_cast<A>(h), all[i], sf))
+                            << member.name() << ' ' << h << ' ' << all[i] << " sf " << sf;
                     }
                 }
             }
@@ -432,111 +340,48 @@ TEST(Arithmetic, Quotients32sOnTies) {
     }
 }
 
-// What a call takes, and what is broken of it. The first operand is no zero, nor is the constant.
-template <class A, class B, class D>
-struct Arguments {
-    std::array<A, 2> a = {someOne<A>(), someOne<A>()};
-    std::array<B, 2> b = {someOne<B>(), someOne<B>()};
-    std::array<D, 2> d = {someOne<D>(), someOne<D>()};
-    bool noA = false, noB = false, noD = false;
-    int len = 2;
-
-    template <class T>
-    static T someOne() {
-        if constexpr (std::is_arithmetic_v<T>) {
-            return 2;
-        } else {
-            return {2, 0};
-        }
-    }
-    const A* first() const { return noA ? nullptr : a.data(); }
-    const B* second() const { return noB ? nullptr : b.data(); }
-    D* result() { return noD ? nullptr : d.data(); }
-};
-
-enum Takes { vectorFirst = 1, vectorSecond = 2, divisorSecond = 4 };
-
-// run(arguments) makes the call with what it needs of them.
-template <class Model, class Run>
-void checkOrder(const char* name, Model, int takes, const Run& run) {
-    using Of = TypesOf<Model>;
-    using Set = Arguments<typename Of::A, typename Of::B, typename Of::D>;
-    SCOPED_TRACE(name);
-    std::vector<test::Rule<Set>> rules = {{"no result", vornStsNullPtrErr, [](Set& x) { x.noD = true; }}};
-    if (takes & vectorFirst) {
-        rules.push_back({"no first operand", vornStsNullPtrErr, [](Set& x) { x.noA = true; }});
-    }
-    if (takes & vectorSecond) {
-        rules.push_back({"no second operand", vornStsNullPtrErr, [](Set& x) { x.noB = true; }});
-    }
-    for (int len : {0, -1, INT_MIN}) {
-        rules.push_back({"length", vornStsSizeErr, [len](Set& x) { x.len = len; }});
-    }
-    if (takes & divisorSecond) {
-        rules.push_back({"zero divisor", vornStsDivByZeroErr, [](Set& x) { x.b = {}; }});
-    }
-    test::expectCheckOrder<Set>([] { return Set(); }, run,
-                                [](Set& x) {
-                                    const Set untouched;
-                                    return std::memcmp(&x.d, &untouched.d, sizeof x.d) == 0;
-                                },
-                                rules);
-}
-
 TEST(Arithmetic, OrderOfChecks) {
-    members::forVectors([](const char* name, auto call, auto model, bool) {
-        checkOrder(name, model, vectorFirst | vectorSecond,
-                   [call](auto& x) { return call(x.first(), x.second(), x.result(), x.len, 99); });
-    });
-    members::forVectorsInPlace([](const char* name, auto call, auto model, bool) {
-        checkOrder(name, model, vectorFirst, [call](auto& x) { return call(x.first(), x.result(), x.len, 99); });
-    });
-    members::forConstants([](const char* name, auto call, auto model, bool) {
-        checkOrder(name, model, vectorFirst | (dividesByConstant(name) ? divisorSecond : 0),
-                   [call](auto& x) { return call(x.first(), x.b[0], x.result(), x.len, 99); });
-    });
-    members::forConstantsInPlace([](const char* name, auto call, auto model, bool) {
-        checkOrder(name, model, dividesByConstant(name) ? divisorSecond : 0,
-                   [call](auto& x) { return call(x.b[0], x.result(), x.len, 99); });
+    members::forAll([](const auto& member) {
+        test::expectPointersThenLength(member, 99, member.dividesByConstant() ? vornStsDivByZeroErr : vornStsNoErr);
     });
 }
 
 // Where every result is zero, the operands are not read: they may lie on an unmapped page.
 TEST(Arithmetic, ZeroResultsReadNoOperand) {
     const test::GuardedPages pages(4096);
-    members::forVectors([&](const char* name, auto call, auto model, bool scaled) {
-        using Of = TypesOf<decltype(model)>;
-        if (!scaled || dividesByVector(name)) return;
-        std::vector<typename Of::D> d(50), zeros(50);
+    members::forAll([&](const auto& member) {
+        TYPES_OF(member);
+        if (member.inPlace() || member.constant()) return;
+        if (!member.scaled() || member.dividesByVector()) return;
+        std::vector<D> d(50), zeros(50);
         std::memset(d.data(), 1, d.size() * sizeof d[0]);
-        ASSERT_EQ(call(reinterpret_cast<const typename Of::A*>(pages.end()),
-                       reinterpret_cast<const typename Of::B*>(pages.end()), d.data(), 50, 64),
-                  vornStsNoErr);
-        EXPECT_TRUE(test::sameBits(d, zeros)) << name;
+        ASSERT_EQ(
+            member(reinterpret_cast<const A*>(pages.end()), reinterpret_cast<const B*>(pages.end()), d.data(), 50, 64),
+            vornStsNoErr);
+        EXPECT_TRUE(test::sameBits(d, zeros)) << member.name();
     });
 }
 
 // The caller's rounding mode stays, and integer results are the same in every one.
 TEST(Arithmetic, CallersRoundingMode) {
     for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
-        forAllMembers([mode](const char* name, auto call, auto model, bool scaled, auto constant) {
-            using Of = TypesOf<decltype(model)>;
-            using D = typename Of::D;
+        members::forAll([mode](const auto& member) {
+            TYPES_OF(member);
             test::Random random(9);
-            const auto a = someValues<typename Of::A>(random, 100);
-            const auto b = secondOperand<typename Of::B>(random, 100, constant);
+            const auto a = someValues<A>(random, 100);
+            const auto b = secondOperand<B>(random, 100, member.constant());
             for (int sf : {-30, -9, -3, 0, 1, 4, 12}) {
-                const auto expected = expectedOf(name, model, a, b, sf);
+                const auto expected = expectedOf(member, a, b, sf);
                 std::vector<D> d(100);
                 unsigned after;
                 {
                     const test::RoundingMode rounding(mode);
-                    call(a.data(), b.data(), d.data(), 100, sf);
+                    member(a.data(), b.data(), d.data(), 100, sf);
                     after = test::RoundingMode::current();
                 }
-                ASSERT_EQ(after, mode) << name;
-                if (!scaled) break;
-                ASSERT_TRUE(test::sameBits(d, expected.values)) << name << " sf " << sf;
+                ASSERT_EQ(after, mode) << member.name();
+                if (!member.scaled()) break;
+                ASSERT_TRUE(test::sameBits(d, expected.values)) << member.name() << " sf " << sf;
             }
         });
     }

@@ -3,13 +3,17 @@
 #include <limits>
 #include <vector>
 
+#include "elementary/root_model.h"
 #include "support/expect.h"
 #include "support/guarded.h"
 #include "support/values.h"
+#include "support/vectors.h"
 #include "vornsr.h"
 
 namespace {
 
+using model::rootOf;
+using test::complexData, test::data, test::lengths;
 constexpr float inf = std::numeric_limits<float>::infinity();
 
 // Squares and sum in single, each rounded; a correctly rounded root.
@@ -127,6 +131,52 @@ TEST(Magnitude32sc, LiteralValues) {
     EXPECT_TRUE(test::sameBits(dst, (const Vorn32s[]){5, 2147483647, 2147483647, 0, 1}, 5));
     EXPECT_EQ(vornsMagnitude_32sc_Sfs(z, dst, 5, 1), vornStsNoErr);  // 2.5 to even, 1073741823.5 to even
     EXPECT_TRUE(test::sameBits(dst, (const Vorn32s[]){2, 1073741824, 1073741824, 0, 1}, 5));
+}
+
+TEST(Magnitudes, OtherForms) {
+    test::Random random(13);
+    for (std::size_t len : lengths()) {
+        const int n = static_cast<int>(len);
+        test::Guarded<Vorn16sc> z(complexData<Vorn16sc>(random, len));
+        test::Guarded<Vorn64fc> zd(complexData<Vorn64fc>(random, len));
+        test::Guarded<Vorn16s> re(len), im(len), out(len), out2(len);
+        test::Guarded<Vorn32f> fre(data<float>(random, len)), fim(data<float>(random, len)), f(len), f2(len);
+        test::Guarded<Vorn64f> dre(len), dim(len), d(len), d2(len);
+        for (std::size_t i = 0; i < len; ++i) {
+            re[i] = z[i].re, im[i] = z[i].im;
+            dre[i] = zd[i].re, dim[i] = zd[i].im;
+        }
+        EXPECT_EQ(vornsMagnitude_64fc(zd, d, n), vornStsNoErr);
+        EXPECT_EQ(vornsMagnitude_64f(dre, dim, d2, n), vornStsNoErr);
+        EXPECT_EQ(vornsMagnitude_32f(fre, fim, f, n), vornStsNoErr);
+        for (std::size_t i = 0; i < len; ++i) {
+            const double x2 = zd[i].re * zd[i].re, y2 = zd[i].im * zd[i].im;
+            ASSERT_EQ(d[i], std::sqrt(x2 + y2));
+            ASSERT_EQ(d2[i], d[i]);
+            const float fx2 = fre[i] * fre[i], fy2 = fim[i] * fim[i];
+            ASSERT_EQ(f[i], std::sqrt(fx2 + fy2));
+        }
+        EXPECT_EQ(vornsMagnitude_16sc32f(z, f, n), vornStsNoErr);
+        EXPECT_EQ(vornsMagnitude_16s32f(re, im, f2, n), vornStsNoErr);
+        for (std::size_t i = 0; i < len; ++i) {
+            const std::int64_t sum = std::int64_t{re[i]} * re[i] + std::int64_t{im[i]} * im[i];
+            ASSERT_EQ(f[i], std::sqrt(static_cast<float>(sum)));
+            ASSERT_EQ(f2[i], f[i]);
+        }
+        for (int sf : {0, 1, 7, 15, 16, 17, 40, -1, -14, -15, -40}) {
+            EXPECT_EQ(vornsMagnitude_16sc_Sfs(z, out, n, sf), vornStsNoErr);
+            EXPECT_EQ(vornsMagnitude_16s_Sfs(re, im, out2, n, sf), vornStsNoErr);
+            for (std::size_t i = 0; i < len; ++i) {
+                const std::int64_t sum = std::int64_t{re[i]} * re[i] + std::int64_t{im[i]} * im[i];
+                ASSERT_EQ(out[i], rootOf<Vorn16s>(sum, sf)) << re[i] << " " << im[i] << " sf " << sf;
+                ASSERT_EQ(out2[i], out[i]);
+            }
+        }
+    }
+    const Vorn16s re[] = {32767, 32767, -32768}, im[] = {0, 32767, -32768};
+    Vorn16s y[3];
+    EXPECT_EQ(vornsMagnitude_16s_Sfs(re, im, y, 3, 16), vornStsNoErr);
+    EXPECT_TRUE(test::sameBits(y, (const Vorn16s[]){0, 1, 1}, 3));
 }
 
 }  // namespace

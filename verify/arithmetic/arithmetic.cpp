@@ -2,6 +2,7 @@
 #include <iterator>
 
 #include "families.h"
+#include "vectors.h"
 
 namespace verify {
 namespace {
@@ -9,300 +10,216 @@ namespace {
 // Far beyond the limits, at them, and between.
 constexpr int scales[] = {-70, -31, -16, -15, -8, -7, -3, -1, 0, 1, 2, 7, 9, 10, 15, 16, 17, 30, 31, 32, 33, 62, 70};
 
-template <bool scaled, class Work>
-void overLengths(const Work& work) {
-    for (int len : lengths) {
-        if (len > 1000) continue;
-        work(len, 0);
-        if (scaled && len % 2 != 0) {
-            for (int sf : scales) work(len, sf);
-        }
-    }
+// Ordinary values and, for odd lengths, any bit patterns. The constant of a single element is zero.
+Workload workload(const calls::Function& function) {
+    return {function.name(), [=](Source& source, Digest& digest) {
+                for (int len : lengths) {
+                    if (len > 1000) continue;
+                    const auto n = static_cast<std::size_t>(len);
+                    const auto call = [&](int sf) {
+                        callOnce(digest, function, len, sf, [&](Role role, Element element) {
+                            if (role == Role::val && len == 1) return Array(element, 1);
+                            return len % 2 != 0 ? source.patterns(element, n) : source.values(element, n);
+                        });
+                    };
+                    call(0);
+                    if (function.has(Role::scaleFactor) && len % 2 != 0) {
+                        for (int sf : scales) call(sf);
+                    }
+                }
+            }};
 }
 
-// Ordinary values and, for odd lengths, any bit patterns.
-template <class T>
-std::vector<T> operand(Source& source, int len) {
-    const auto n = static_cast<std::size_t>(len);
-    return len % 2 != 0 ? source.patterns<T>(n) : source.values<T>(n);
-}
+#define ROW(function) workload({VORN_NAMED(function), calls::elementWiseShapes})
 
-template <class A, class B, class D>
-void vectors(Source& source, Digest& digest, int len, const auto& call) {
-    const auto a = operand<A>(source, len);
-    const auto b = operand<B>(source, len);
-    std::vector<D> dst(a.size());
-    digest.add(call(a.data(), b.data(), dst.data()));
-    digest.add(dst);
-}
-
-template <class A, class D>
-void vectorsInPlace(Source& source, Digest& digest, int len, const auto& call) {
-    const auto a = operand<A>(source, len);
-    auto srcDst = operand<D>(source, len);
-    digest.add(call(a.data(), srcDst.data()));
-    digest.add(srcDst);
-}
-
-template <class A, class D>
-void constant(Source& source, Digest& digest, int len, const auto& call) {
-    const auto a = operand<A>(source, len);
-    const A val = len == 1 ? A{} : operand<A>(source, len)[0];
-    std::vector<D> dst(a.size());
-    digest.add(call(a.data(), val, dst.data()));
-    digest.add(dst);
-}
-
-template <class D>
-void constantInPlace(Source& source, Digest& digest, int len, const auto& call) {
-    auto srcDst = operand<D>(source, len);
-    const D val = len == 1 ? D{} : operand<D>(source, len)[0];
-    digest.add(call(val, srcDst.data()));
-    digest.add(srcDst);
-}
-
-// What a function is run on follows from its type.
-
-template <class A, class B, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, const B*, D*, int, int)) {
-    overLengths<true>([&](int len, int sf) {
-        vectors<A, B, D>(source, digest, len, [&](auto* a, auto* b, auto* d) { return call(a, b, d, len, sf); });
-    });
-}
-template <class A, class B, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, const B*, D*, int)) {
-    overLengths<false>([&](int len, int) {
-        vectors<A, B, D>(source, digest, len, [&](auto* a, auto* b, auto* d) { return call(a, b, d, len); });
-    });
-}
-template <class A, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, D*, int, int)) {
-    overLengths<true>([&](int len, int sf) {
-        vectorsInPlace<A, D>(source, digest, len, [&](auto* a, auto* d) { return call(a, d, len, sf); });
-    });
-}
-template <class A, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, D*, int)) {
-    overLengths<false>([&](int len, int) {
-        vectorsInPlace<A, D>(source, digest, len, [&](auto* a, auto* d) { return call(a, d, len); });
-    });
-}
-template <class A, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, A, D*, int, int)) {
-    overLengths<true>([&](int len, int sf) {
-        constant<A, D>(source, digest, len, [&](auto* a, A val, auto* d) { return call(a, val, d, len, sf); });
-    });
-}
-template <class A, class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(const A*, A, D*, int)) {
-    overLengths<false>([&](int len, int) {
-        constant<A, D>(source, digest, len, [&](auto* a, A val, auto* d) { return call(a, val, d, len); });
-    });
-}
-template <class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(D, D*, int, int)) {
-    overLengths<true>([&](int len, int sf) {
-        constantInPlace<D>(source, digest, len, [&](D val, auto* d) { return call(val, d, len, sf); });
-    });
-}
-template <class D>
-void run(Source& source, Digest& digest, VornStatus (*call)(D, D*, int)) {
-    overLengths<false>([&](int len, int) {
-        constantInPlace<D>(source, digest, len, [&](D val, auto* d) { return call(val, d, len); });
-    });
-}
-
-template <auto function>
-void work(Source& source, Digest& digest) {
-    run(source, digest, function);
-}
-
+// clang-format off
 const Workload workloads[] = {
-    {"vornsAdd_8u_Sfs", work<vornsAdd_8u_Sfs>},
-    {"vornsAdd_8u_ISfs", work<vornsAdd_8u_ISfs>},
-    {"vornsAdd_8u16u", work<vornsAdd_8u16u>},
-    {"vornsAdd_16u", work<vornsAdd_16u>},
-    {"vornsAdd_16s", work<vornsAdd_16s>},
-    {"vornsAdd_16s_I", work<vornsAdd_16s_I>},
-    {"vornsAdd_16s_Sfs", work<vornsAdd_16s_Sfs>},
-    {"vornsAdd_16s_ISfs", work<vornsAdd_16s_ISfs>},
-    {"vornsAdd_16s32f", work<vornsAdd_16s32f>},
-    {"vornsAdd_16s32s_I", work<vornsAdd_16s32s_I>},
-    {"vornsAdd_16sc_Sfs", work<vornsAdd_16sc_Sfs>},
-    {"vornsAdd_16sc_ISfs", work<vornsAdd_16sc_ISfs>},
-    {"vornsAdd_32u", work<vornsAdd_32u>},
-    {"vornsAdd_32s_Sfs", work<vornsAdd_32s_Sfs>},
-    {"vornsAdd_32s_ISfs", work<vornsAdd_32s_ISfs>},
-    {"vornsAdd_32sc_Sfs", work<vornsAdd_32sc_Sfs>},
-    {"vornsAdd_32sc_ISfs", work<vornsAdd_32sc_ISfs>},
-    {"vornsAdd_32f", work<vornsAdd_32f>},
-    {"vornsAdd_32f_I", work<vornsAdd_32f_I>},
-    {"vornsAdd_32fc", work<vornsAdd_32fc>},
-    {"vornsAdd_32fc_I", work<vornsAdd_32fc_I>},
-    {"vornsAdd_64f", work<vornsAdd_64f>},
-    {"vornsAdd_64f_I", work<vornsAdd_64f_I>},
-    {"vornsAdd_64fc", work<vornsAdd_64fc>},
-    {"vornsAdd_64fc_I", work<vornsAdd_64fc_I>},
-    {"vornsSub_8u_Sfs", work<vornsSub_8u_Sfs>},
-    {"vornsSub_8u_ISfs", work<vornsSub_8u_ISfs>},
-    {"vornsSub_16s", work<vornsSub_16s>},
-    {"vornsSub_16s_I", work<vornsSub_16s_I>},
-    {"vornsSub_16s_Sfs", work<vornsSub_16s_Sfs>},
-    {"vornsSub_16s_ISfs", work<vornsSub_16s_ISfs>},
-    {"vornsSub_16s32f", work<vornsSub_16s32f>},
-    {"vornsSub_16sc_Sfs", work<vornsSub_16sc_Sfs>},
-    {"vornsSub_16sc_ISfs", work<vornsSub_16sc_ISfs>},
-    {"vornsSub_32s_Sfs", work<vornsSub_32s_Sfs>},
-    {"vornsSub_32s_ISfs", work<vornsSub_32s_ISfs>},
-    {"vornsSub_32sc_Sfs", work<vornsSub_32sc_Sfs>},
-    {"vornsSub_32sc_ISfs", work<vornsSub_32sc_ISfs>},
-    {"vornsSub_32f", work<vornsSub_32f>},
-    {"vornsSub_32f_I", work<vornsSub_32f_I>},
-    {"vornsSub_32fc", work<vornsSub_32fc>},
-    {"vornsSub_32fc_I", work<vornsSub_32fc_I>},
-    {"vornsSub_64f", work<vornsSub_64f>},
-    {"vornsSub_64f_I", work<vornsSub_64f_I>},
-    {"vornsSub_64fc", work<vornsSub_64fc>},
-    {"vornsSub_64fc_I", work<vornsSub_64fc_I>},
-    {"vornsMul_8u_Sfs", work<vornsMul_8u_Sfs>},
-    {"vornsMul_8u_ISfs", work<vornsMul_8u_ISfs>},
-    {"vornsMul_8u16u", work<vornsMul_8u16u>},
-    {"vornsMul_16s", work<vornsMul_16s>},
-    {"vornsMul_16s_I", work<vornsMul_16s_I>},
-    {"vornsMul_16s_Sfs", work<vornsMul_16s_Sfs>},
-    {"vornsMul_16s_ISfs", work<vornsMul_16s_ISfs>},
-    {"vornsMul_16s32f", work<vornsMul_16s32f>},
-    {"vornsMul_16s32s_Sfs", work<vornsMul_16s32s_Sfs>},
-    {"vornsMul_16u16s_Sfs", work<vornsMul_16u16s_Sfs>},
-    {"vornsMul_16sc_Sfs", work<vornsMul_16sc_Sfs>},
-    {"vornsMul_16sc_ISfs", work<vornsMul_16sc_ISfs>},
-    {"vornsMul_32s_Sfs", work<vornsMul_32s_Sfs>},
-    {"vornsMul_32s_ISfs", work<vornsMul_32s_ISfs>},
-    {"vornsMul_32sc_Sfs", work<vornsMul_32sc_Sfs>},
-    {"vornsMul_32sc_ISfs", work<vornsMul_32sc_ISfs>},
-    {"vornsMul_32s32sc_Sfs", work<vornsMul_32s32sc_Sfs>},
-    {"vornsMul_32s32sc_ISfs", work<vornsMul_32s32sc_ISfs>},
-    {"vornsMul_32f", work<vornsMul_32f>},
-    {"vornsMul_32f_I", work<vornsMul_32f_I>},
-    {"vornsMul_32fc", work<vornsMul_32fc>},
-    {"vornsMul_32fc_I", work<vornsMul_32fc_I>},
-    {"vornsMul_64f", work<vornsMul_64f>},
-    {"vornsMul_64f_I", work<vornsMul_64f_I>},
-    {"vornsMul_64fc", work<vornsMul_64fc>},
-    {"vornsMul_64fc_I", work<vornsMul_64fc_I>},
-    {"vornsDiv_8u_Sfs", work<vornsDiv_8u_Sfs>},
-    {"vornsDiv_8u_ISfs", work<vornsDiv_8u_ISfs>},
-    {"vornsDiv_16s_Sfs", work<vornsDiv_16s_Sfs>},
-    {"vornsDiv_16s_ISfs", work<vornsDiv_16s_ISfs>},
-    {"vornsDiv_16sc_Sfs", work<vornsDiv_16sc_Sfs>},
-    {"vornsDiv_16sc_ISfs", work<vornsDiv_16sc_ISfs>},
-    {"vornsDiv_32s_Sfs", work<vornsDiv_32s_Sfs>},
-    {"vornsDiv_32s_ISfs", work<vornsDiv_32s_ISfs>},
-    {"vornsDiv_32s16s_Sfs", work<vornsDiv_32s16s_Sfs>},
-    {"vornsDiv_32f", work<vornsDiv_32f>},
-    {"vornsDiv_32f_I", work<vornsDiv_32f_I>},
-    {"vornsDiv_32fc", work<vornsDiv_32fc>},
-    {"vornsDiv_32fc_I", work<vornsDiv_32fc_I>},
-    {"vornsDiv_64f", work<vornsDiv_64f>},
-    {"vornsDiv_64f_I", work<vornsDiv_64f_I>},
-    {"vornsDiv_64fc", work<vornsDiv_64fc>},
-    {"vornsDiv_64fc_I", work<vornsDiv_64fc_I>},
-    {"vornsAddC_8u_Sfs", work<vornsAddC_8u_Sfs>},
-    {"vornsAddC_8u_ISfs", work<vornsAddC_8u_ISfs>},
-    {"vornsAddC_16s_I", work<vornsAddC_16s_I>},
-    {"vornsAddC_16s_Sfs", work<vornsAddC_16s_Sfs>},
-    {"vornsAddC_16s_ISfs", work<vornsAddC_16s_ISfs>},
-    {"vornsAddC_16sc_Sfs", work<vornsAddC_16sc_Sfs>},
-    {"vornsAddC_16sc_ISfs", work<vornsAddC_16sc_ISfs>},
-    {"vornsAddC_32s_Sfs", work<vornsAddC_32s_Sfs>},
-    {"vornsAddC_32s_ISfs", work<vornsAddC_32s_ISfs>},
-    {"vornsAddC_32sc_Sfs", work<vornsAddC_32sc_Sfs>},
-    {"vornsAddC_32sc_ISfs", work<vornsAddC_32sc_ISfs>},
-    {"vornsAddC_32f", work<vornsAddC_32f>},
-    {"vornsAddC_32f_I", work<vornsAddC_32f_I>},
-    {"vornsAddC_32fc", work<vornsAddC_32fc>},
-    {"vornsAddC_32fc_I", work<vornsAddC_32fc_I>},
-    {"vornsAddC_64f", work<vornsAddC_64f>},
-    {"vornsAddC_64f_I", work<vornsAddC_64f_I>},
-    {"vornsAddC_64fc", work<vornsAddC_64fc>},
-    {"vornsAddC_64fc_I", work<vornsAddC_64fc_I>},
-    {"vornsSubC_8u_Sfs", work<vornsSubC_8u_Sfs>},
-    {"vornsSubC_8u_ISfs", work<vornsSubC_8u_ISfs>},
-    {"vornsSubC_16s_I", work<vornsSubC_16s_I>},
-    {"vornsSubC_16s_Sfs", work<vornsSubC_16s_Sfs>},
-    {"vornsSubC_16s_ISfs", work<vornsSubC_16s_ISfs>},
-    {"vornsSubC_16sc_Sfs", work<vornsSubC_16sc_Sfs>},
-    {"vornsSubC_16sc_ISfs", work<vornsSubC_16sc_ISfs>},
-    {"vornsSubC_32s_Sfs", work<vornsSubC_32s_Sfs>},
-    {"vornsSubC_32s_ISfs", work<vornsSubC_32s_ISfs>},
-    {"vornsSubC_32sc_Sfs", work<vornsSubC_32sc_Sfs>},
-    {"vornsSubC_32sc_ISfs", work<vornsSubC_32sc_ISfs>},
-    {"vornsSubC_32f", work<vornsSubC_32f>},
-    {"vornsSubC_32f_I", work<vornsSubC_32f_I>},
-    {"vornsSubC_32fc", work<vornsSubC_32fc>},
-    {"vornsSubC_32fc_I", work<vornsSubC_32fc_I>},
-    {"vornsSubC_64f", work<vornsSubC_64f>},
-    {"vornsSubC_64f_I", work<vornsSubC_64f_I>},
-    {"vornsSubC_64fc", work<vornsSubC_64fc>},
-    {"vornsSubC_64fc_I", work<vornsSubC_64fc_I>},
-    {"vornsSubCRev_8u_Sfs", work<vornsSubCRev_8u_Sfs>},
-    {"vornsSubCRev_8u_ISfs", work<vornsSubCRev_8u_ISfs>},
-    {"vornsSubCRev_16s_Sfs", work<vornsSubCRev_16s_Sfs>},
-    {"vornsSubCRev_16s_ISfs", work<vornsSubCRev_16s_ISfs>},
-    {"vornsSubCRev_16sc_Sfs", work<vornsSubCRev_16sc_Sfs>},
-    {"vornsSubCRev_16sc_ISfs", work<vornsSubCRev_16sc_ISfs>},
-    {"vornsSubCRev_32s_Sfs", work<vornsSubCRev_32s_Sfs>},
-    {"vornsSubCRev_32s_ISfs", work<vornsSubCRev_32s_ISfs>},
-    {"vornsSubCRev_32sc_Sfs", work<vornsSubCRev_32sc_Sfs>},
-    {"vornsSubCRev_32sc_ISfs", work<vornsSubCRev_32sc_ISfs>},
-    {"vornsSubCRev_32f", work<vornsSubCRev_32f>},
-    {"vornsSubCRev_32f_I", work<vornsSubCRev_32f_I>},
-    {"vornsSubCRev_32fc", work<vornsSubCRev_32fc>},
-    {"vornsSubCRev_32fc_I", work<vornsSubCRev_32fc_I>},
-    {"vornsSubCRev_64f", work<vornsSubCRev_64f>},
-    {"vornsSubCRev_64f_I", work<vornsSubCRev_64f_I>},
-    {"vornsSubCRev_64fc", work<vornsSubCRev_64fc>},
-    {"vornsSubCRev_64fc_I", work<vornsSubCRev_64fc_I>},
-    {"vornsMulC_8u_Sfs", work<vornsMulC_8u_Sfs>},
-    {"vornsMulC_8u_ISfs", work<vornsMulC_8u_ISfs>},
-    {"vornsMulC_16s_I", work<vornsMulC_16s_I>},
-    {"vornsMulC_16s_Sfs", work<vornsMulC_16s_Sfs>},
-    {"vornsMulC_16s_ISfs", work<vornsMulC_16s_ISfs>},
-    {"vornsMulC_16sc_Sfs", work<vornsMulC_16sc_Sfs>},
-    {"vornsMulC_16sc_ISfs", work<vornsMulC_16sc_ISfs>},
-    {"vornsMulC_32s_Sfs", work<vornsMulC_32s_Sfs>},
-    {"vornsMulC_32s_ISfs", work<vornsMulC_32s_ISfs>},
-    {"vornsMulC_32sc_Sfs", work<vornsMulC_32sc_Sfs>},
-    {"vornsMulC_32sc_ISfs", work<vornsMulC_32sc_ISfs>},
-    {"vornsMulC_32f", work<vornsMulC_32f>},
-    {"vornsMulC_32f_I", work<vornsMulC_32f_I>},
-    {"vornsMulC_32fc", work<vornsMulC_32fc>},
-    {"vornsMulC_32fc_I", work<vornsMulC_32fc_I>},
-    {"vornsMulC_64f", work<vornsMulC_64f>},
-    {"vornsMulC_64f_I", work<vornsMulC_64f_I>},
-    {"vornsMulC_64fc", work<vornsMulC_64fc>},
-    {"vornsMulC_64fc_I", work<vornsMulC_64fc_I>},
-    {"vornsMulC_32f16s_Sfs", work<vornsMulC_32f16s_Sfs>},
-    {"vornsMulC_Low_32f16s", work<vornsMulC_Low_32f16s>},
-    {"vornsDivC_8u_Sfs", work<vornsDivC_8u_Sfs>},
-    {"vornsDivC_8u_ISfs", work<vornsDivC_8u_ISfs>},
-    {"vornsDivC_16s_Sfs", work<vornsDivC_16s_Sfs>},
-    {"vornsDivC_16s_ISfs", work<vornsDivC_16s_ISfs>},
-    {"vornsDivC_16sc_Sfs", work<vornsDivC_16sc_Sfs>},
-    {"vornsDivC_16sc_ISfs", work<vornsDivC_16sc_ISfs>},
-    {"vornsDivC_32f", work<vornsDivC_32f>},
-    {"vornsDivC_32f_I", work<vornsDivC_32f_I>},
-    {"vornsDivC_32fc", work<vornsDivC_32fc>},
-    {"vornsDivC_32fc_I", work<vornsDivC_32fc_I>},
-    {"vornsDivC_64f", work<vornsDivC_64f>},
-    {"vornsDivC_64f_I", work<vornsDivC_64f_I>},
-    {"vornsDivC_64fc", work<vornsDivC_64fc>},
-    {"vornsDivC_64fc_I", work<vornsDivC_64fc_I>},
-    {"vornsDivCRev_16u", work<vornsDivCRev_16u>},
-    {"vornsDivCRev_16u_I", work<vornsDivCRev_16u_I>},
-    {"vornsDivCRev_32f", work<vornsDivCRev_32f>},
-    {"vornsDivCRev_32f_I", work<vornsDivCRev_32f_I>},
+    ROW(vornsAdd_8u_Sfs),
+    ROW(vornsAdd_8u_ISfs),
+    ROW(vornsAdd_8u16u),
+    ROW(vornsAdd_16u),
+    ROW(vornsAdd_16s),
+    ROW(vornsAdd_16s_I),
+    ROW(vornsAdd_16s_Sfs),
+    ROW(vornsAdd_16s_ISfs),
+    ROW(vornsAdd_16s32f),
+    ROW(vornsAdd_16s32s_I),
+    ROW(vornsAdd_16sc_Sfs),
+    ROW(vornsAdd_16sc_ISfs),
+    ROW(vornsAdd_32u),
+    ROW(vornsAdd_32s_Sfs),
+    ROW(vornsAdd_32s_ISfs),
+    ROW(vornsAdd_32sc_Sfs),
+    ROW(vornsAdd_32sc_ISfs),
+    ROW(vornsAdd_32f),
+    ROW(vornsAdd_32f_I),
+    ROW(vornsAdd_32fc),
+    ROW(vornsAdd_32fc_I),
+    ROW(vornsAdd_64f),
+    ROW(vornsAdd_64f_I),
+    ROW(vornsAdd_64fc),
+    ROW(vornsAdd_64fc_I),
+    ROW(vornsSub_8u_Sfs),
+    ROW(vornsSub_8u_ISfs),
+    ROW(vornsSub_16s),
+    ROW(vornsSub_16s_I),
+    ROW(vornsSub_16s_Sfs),
+    ROW(vornsSub_16s_ISfs),
+    ROW(vornsSub_16s32f),
+    ROW(vornsSub_16sc_Sfs),
+    ROW(vornsSub_16sc_ISfs),
+    ROW(vornsSub_32s_Sfs),
+    ROW(vornsSub_32s_ISfs),
+    ROW(vornsSub_32sc_Sfs),
+    ROW(vornsSub_32sc_ISfs),
+    ROW(vornsSub_32f),
+    ROW(vornsSub_32f_I),
+    ROW(vornsSub_32fc),
+    ROW(vornsSub_32fc_I),
+    ROW(vornsSub_64f),
+    ROW(vornsSub_64f_I),
+    ROW(vornsSub_64fc),
+    ROW(vornsSub_64fc_I),
+    ROW(vornsMul_8u_Sfs),
+    ROW(vornsMul_8u_ISfs),
+    ROW(vornsMul_8u16u),
+    ROW(vornsMul_16s),
+    ROW(vornsMul_16s_I),
+    ROW(vornsMul_16s_Sfs),
+    ROW(vornsMul_16s_ISfs),
+    ROW(vornsMul_16s32f),
+    ROW(vornsMul_16s32s_Sfs),
+    ROW(vornsMul_16u16s_Sfs),
+    ROW(vornsMul_16sc_Sfs),
+    ROW(vornsMul_16sc_ISfs),
+    ROW(vornsMul_32s_Sfs),
+    ROW(vornsMul_32s_ISfs),
+    ROW(vornsMul_32sc_Sfs),
+    ROW(vornsMul_32sc_ISfs),
+    ROW(vornsMul_32s32sc_Sfs),
+    ROW(vornsMul_32s32sc_ISfs),
+    ROW(vornsMul_32f),
+    ROW(vornsMul_32f_I),
+    ROW(vornsMul_32fc),
+    ROW(vornsMul_32fc_I),
+    ROW(vornsMul_64f),
+    ROW(vornsMul_64f_I),
+    ROW(vornsMul_64fc),
+    ROW(vornsMul_64fc_I),
+    ROW(vornsDiv_8u_Sfs),
+    ROW(vornsDiv_8u_ISfs),
+    ROW(vornsDiv_16s_Sfs),
+    ROW(vornsDiv_16s_ISfs),
+    ROW(vornsDiv_16sc_Sfs),
+    ROW(vornsDiv_16sc_ISfs),
+    ROW(vornsDiv_32s_Sfs),
+    ROW(vornsDiv_32s_ISfs),
+    ROW(vornsDiv_32s16s_Sfs),
+    ROW(vornsDiv_32f),
+    ROW(vornsDiv_32f_I),
+    ROW(vornsDiv_32fc),
+    ROW(vornsDiv_32fc_I),
+    ROW(vornsDiv_64f),
+    ROW(vornsDiv_64f_I),
+    ROW(vornsDiv_64fc),
+    ROW(vornsDiv_64fc_I),
+    ROW(vornsAddC_8u_Sfs),
+    ROW(vornsAddC_8u_ISfs),
+    ROW(vornsAddC_16s_I),
+    ROW(vornsAddC_16s_Sfs),
+    ROW(vornsAddC_16s_ISfs),
+    ROW(vornsAddC_16sc_Sfs),
+    ROW(vornsAddC_16sc_ISfs),
+    ROW(vornsAddC_32s_Sfs),
+    ROW(vornsAddC_32s_ISfs),
+    ROW(vornsAddC_32sc_Sfs),
+    ROW(vornsAddC_32sc_ISfs),
+    ROW(vornsAddC_32f),
+    ROW(vornsAddC_32f_I),
+    ROW(vornsAddC_32fc),
+    ROW(vornsAddC_32fc_I),
+    ROW(vornsAddC_64f),
+    ROW(vornsAddC_64f_I),
+    ROW(vornsAddC_64fc),
+    ROW(vornsAddC_64fc_I),
+    ROW(vornsSubC_8u_Sfs),
+    ROW(vornsSubC_8u_ISfs),
+    ROW(vornsSubC_16s_I),
+    ROW(vornsSubC_16s_Sfs),
+    ROW(vornsSubC_16s_ISfs),
+    ROW(vornsSubC_16sc_Sfs),
+    ROW(vornsSubC_16sc_ISfs),
+    ROW(vornsSubC_32s_Sfs),
+    ROW(vornsSubC_32s_ISfs),
+    ROW(vornsSubC_32sc_Sfs),
+    ROW(vornsSubC_32sc_ISfs),
+    ROW(vornsSubC_32f),
+    ROW(vornsSubC_32f_I),
+    ROW(vornsSubC_32fc),
+    ROW(vornsSubC_32fc_I),
+    ROW(vornsSubC_64f),
+    ROW(vornsSubC_64f_I),
+    ROW(vornsSubC_64fc),
+    ROW(vornsSubC_64fc_I),
+    ROW(vornsSubCRev_8u_Sfs),
+    ROW(vornsSubCRev_8u_ISfs),
+    ROW(vornsSubCRev_16s_Sfs),
+    ROW(vornsSubCRev_16s_ISfs),
+    ROW(vornsSubCRev_16sc_Sfs),
+    ROW(vornsSubCRev_16sc_ISfs),
+    ROW(vornsSubCRev_32s_Sfs),
+    ROW(vornsSubCRev_32s_ISfs),
+    ROW(vornsSubCRev_32sc_Sfs),
+    ROW(vornsSubCRev_32sc_ISfs),
+    ROW(vornsSubCRev_32f),
+    ROW(vornsSubCRev_32f_I),
+    ROW(vornsSubCRev_32fc),
+    ROW(vornsSubCRev_32fc_I),
+    ROW(vornsSubCRev_64f),
+    ROW(vornsSubCRev_64f_I),
+    ROW(vornsSubCRev_64fc),
+    ROW(vornsSubCRev_64fc_I),
+    ROW(vornsMulC_8u_Sfs),
+    ROW(vornsMulC_8u_ISfs),
+    ROW(vornsMulC_16s_I),
+    ROW(vornsMulC_16s_Sfs),
+    ROW(vornsMulC_16s_ISfs),
+    ROW(vornsMulC_16sc_Sfs),
+    ROW(vornsMulC_16sc_ISfs),
+    ROW(vornsMulC_32s_Sfs),
+    ROW(vornsMulC_32s_ISfs),
+    ROW(vornsMulC_32sc_Sfs),
+    ROW(vornsMulC_32sc_ISfs),
+    ROW(vornsMulC_32f),
+    ROW(vornsMulC_32f_I),
+    ROW(vornsMulC_32fc),
+    ROW(vornsMulC_32fc_I),
+    ROW(vornsMulC_64f),
+    ROW(vornsMulC_64f_I),
+    ROW(vornsMulC_64fc),
+    ROW(vornsMulC_64fc_I),
+    ROW(vornsMulC_32f16s_Sfs),
+    ROW(vornsMulC_Low_32f16s),
+    ROW(vornsDivC_8u_Sfs),
+    ROW(vornsDivC_8u_ISfs),
+    ROW(vornsDivC_16s_Sfs),
+    ROW(vornsDivC_16s_ISfs),
+    ROW(vornsDivC_16sc_Sfs),
+    ROW(vornsDivC_16sc_ISfs),
+    ROW(vornsDivC_32f),
+    ROW(vornsDivC_32f_I),
+    ROW(vornsDivC_32fc),
+    ROW(vornsDivC_32fc_I),
+    ROW(vornsDivC_64f),
+    ROW(vornsDivC_64f_I),
+    ROW(vornsDivC_64fc),
+    ROW(vornsDivC_64fc_I),
+    ROW(vornsDivCRev_16u),
+    ROW(vornsDivCRev_16u_I),
+    ROW(vornsDivCRev_32f),
+    ROW(vornsDivCRev_32f_I),
 };
+// clang-format on
 
 }  // namespace
 

@@ -9,53 +9,46 @@ namespace {
 
 const int scaleFactors[] = {-20, -3, -1, 0, 4, 15, 16, 28, 40};
 
-// Sixteen-byte addresses: the double forms look at them.
-template <class T>
-class Aligned {
-public:
-    explicit Aligned(const std::vector<T>& values) : block_(values.size() + 16 / sizeof(T)) {
-        const auto address = reinterpret_cast<std::uintptr_t>(block_.data());
-        data_ = block_.data() + (16 - address % 16) % 16 / sizeof(T);
-        std::copy(values.begin(), values.end(), data_);
-    }
-    const T* data() const { return data_; }
+// The score of a function, val being 3/2 or 15.
+void addScore(Digest& digest, const calls::Function& function, calls::Arguments arguments, int len) {
+    Array val(function.element(Role::val), 1), result(function.element(Role::result), 1);
+    val.eachPart([]<class R>(R& x) { x = std::is_integral_v<R> ? R(15) : R(1.5); });
+    arguments[Role::val] = val.data(), arguments[Role::result] = result.data(), arguments[Role::len] = len;
+    digest.add(function(arguments));
+    digest.add(result);
+}
+calls::Arguments vectors(const Array& src, const Array& mean, const Array& var) {
+    calls::Arguments arguments;
+    arguments[Role::src1] = src.data(), arguments[Role::src2] = mean.data(), arguments[Role::var] = var.data();
+    return arguments;
+}
 
-private:
-    std::vector<T> block_;
-    T* data_;
-};
-
-// call(src, mean, var, len, result): ordinary data, and floats of any bit pattern. The variances are above zero.
-template <class T, class R, class Call>
-void floats(Source& source, Digest& digest, Call call) {
+// Ordinary data, and floats of any bit pattern. The variances are above zero.
+void floats(const calls::Function& function, Source& source, Digest& digest) {
+    const Element element = function.element(Role::src1);
     for (int len : lengths) {
-        const Aligned<T> src(source.values<T>(len, -20.0, 20.0)), mean(source.values<T>(len, -20.0, 20.0));
-        const Aligned<T> var(source.values<T>(len, 0.01, 4.0));
-        R result;
-        digest.add(call(src.data(), mean.data(), var.data(), len, &result));
-        digest.add(result);
-        const Aligned<T> hard(source.patterns<T>(len));
-        digest.add(call(hard.data(), mean.data(), var.data(), len, &result));
-        digest.add(result);
+        const auto n = static_cast<std::size_t>(len);
+        const Array src = source.values(element, n, -20.0, 20.0), mean = source.values(element, n, -20.0, 20.0),
+                    var = source.values(element, n, 0.01, 4.0);
+        addScore(digest, function, vectors(src, mean, var), len);
+        addScore(digest, function, vectors(source.patterns(element, n), mean, var), len);
     }
 }
 
-// call(src, mean, var, len, result, scaleFactor): small values, and values over the whole range.
-template <class R, class Call>
-void fixed(Source& source, Digest& digest, Call call) {
+// Small values, and values over the whole range.
+void fixed(const calls::Function& function, Source& source, Digest& digest) {
     for (int len : lengths) {
+        const auto n = static_cast<std::size_t>(len);
         for (int scaleFactor : scaleFactors) {
             for (int shift : {9, 0}) {
-                std::vector<Vorn16s> src = source.values<Vorn16s>(len), mean = source.values<Vorn16s>(len),
-                                     var = source.values<Vorn16s>(len);
-                for (int j = 0; j < len; ++j) {
-                    src[j] = static_cast<Vorn16s>(src[j] >> shift);
-                    mean[j] = static_cast<Vorn16s>(mean[j] >> shift);
-                    var[j] = static_cast<Vorn16s>((var[j] >> shift) | 1);
-                }
-                R result;
-                digest.add(call(src.data(), mean.data(), var.data(), len, &result, scaleFactor));
-                digest.add(result);
+                Array src = source.values(Element::s16, n), mean = source.values(Element::s16, n),
+                      var = source.values(Element::s16, n);
+                src.eachPart([&]<class T>(T& x) { x = static_cast<T>(std::int64_t(x) >> shift); });
+                mean.eachPart([&]<class T>(T& x) { x = static_cast<T>(std::int64_t(x) >> shift); });
+                var.eachPart([&]<class T>(T& x) { x = static_cast<T>((std::int64_t(x) >> shift) | 1); });
+                calls::Arguments arguments = vectors(src, mean, var);
+                arguments[Role::scaleFactor] = scaleFactor;
+                addScore(digest, function, arguments, len);
             }
         }
     }
@@ -86,190 +79,78 @@ Matrix<T> growingBlocks(Source& source, int len) {
     return matrix;
 }
 
-template <class T, class R, class Context, class Init, class Free, class Call>
-void blocks(Source& source, Digest& digest, Init init, Free release, Call call) {
+template <class T, class Context>
+void blocks(const calls::Function& function, Source& source, Digest& digest,
+            VornStatus (*init)(Context**, const T* const*, const int*, int), VornStatus (*release)(Context*)) {
     for (int len : lengths) {
         if (len > 1000) continue;
         const Matrix<T> matrix = growingBlocks<T>(source, len);
         Context* context = nullptr;
         digest.add(init(&context, matrix.rows.data(), matrix.sizes.data(), static_cast<int>(matrix.sizes.size())));
-        const std::vector<T> src = source.values<T>(len, -9.0, 9.0), mean = source.values<T>(len, -9.0, 9.0);
-        R result;
-        digest.add(call(src.data(), mean.data(), context, len, &result));
-        digest.add(result);
+        const auto n = static_cast<std::size_t>(len);
+        const Array src = source.values(calls::elementOf<T>, n, -9.0, 9.0),
+                    mean = source.values(calls::elementOf<T>, n, -9.0, 9.0);
+        calls::Arguments arguments = vectors(src, mean, src);
+        arguments[Role::context] = context;
+        arguments[Role::scaleFactor] = 6;
+        addScore(digest, function, arguments, len);
         digest.add(release(context));
     }
 }
-template <class R, class Call>
-void singleBlocks(Source& source, Digest& digest, Call call) {
-    blocks<Vorn32f, R, VornBlockDMatrix_32f>(source, digest, vornsBlockDMatrixInitAlloc_32f, vornsBlockDMatrixFree_32f,
-                                             call);
-}
-template <class Call>
-void doubleBlocks(Source& source, Digest& digest, Call call) {
-    blocks<Vorn64f, Vorn64f, VornBlockDMatrix_64f>(source, digest, vornsBlockDMatrixInitAlloc_64f,
-                                                   vornsBlockDMatrixFree_64f, call);
-}
-template <class R, class Call>
-void fixedBlocks(Source& source, Digest& digest, Call call) {
-    blocks<Vorn16s, R, VornBlockDMatrix_16s>(source, digest, vornsBlockDMatrixInitAlloc_16s, vornsBlockDMatrixFree_16s,
-                                             call);
+
+// name: a function that makes or frees contexts, which this score tells; or the score's own.
+Workload workload(const char* name, const calls::Function& function) {
+    return {name, [=](Source& source, Digest& digest) {
+                const Element element = function.element(Role::src1);
+                if (!function.has(Role::context)) {
+                    element == Element::s16 ? fixed(function, source, digest) : floats(function, source, digest);
+                } else if (element == Element::f32) {
+                    blocks(function, source, digest, vornsBlockDMatrixInitAlloc_32f, vornsBlockDMatrixFree_32f);
+                } else if (element == Element::f64) {
+                    blocks(function, source, digest, vornsBlockDMatrixInitAlloc_64f, vornsBlockDMatrixFree_64f);
+                } else {
+                    blocks(function, source, digest, vornsBlockDMatrixInitAlloc_16s, vornsBlockDMatrixFree_16s);
+                }
+            }};
 }
 
-// What a context of this form scores tells what it holds.
-void scoreOfSingle(Source& source, Digest& digest) {
-    singleBlocks<Vorn32f>(source, digest, [](auto* x, auto* m, auto* c, int len, auto* r) {
-        return vornsLogGaussSingle_BlockDVar_32f(x, m, c, len, r, 1.5f);
-    });
-}
-void scoreOfDouble(Source& source, Digest& digest) {
-    doubleBlocks(source, digest, [](auto* x, auto* m, auto* c, int len, auto* r) {
-        return vornsLogGaussSingle_BlockDVar_64f(x, m, c, len, r, 1.5);
-    });
-}
-void scoreOfFixed(Source& source, Digest& digest) {
-    fixedBlocks<Vorn32f>(source, digest, [](auto* x, auto* m, auto* c, int len, auto* r) {
-        return vornsLogGaussSingle_BlockDVarScaled_16s32f(x, m, c, len, r, 1.5f, 6);
-    });
-}
+#define SCORE(function) workload(#function, {VORN_NAMED(function), calls::scoreShapes})
+#define CONTEXT(name, function) workload(#name, {VORN_NAMED(function), calls::scoreShapes})
 
+// clang-format off
 const Workload workloads[] = {
-    {"vornsLogGaussSingle_32f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn32f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_32f(x, m, v, len, r, 1.5f);
-         });
-     }},
-    {"vornsLogGaussSingle_64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn64f, Vorn64f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_64f(x, m, v, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_32f64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn64f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_32f64f(x, m, v, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_Scaled_16s32f",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_Scaled_16s32f(x, m, v, len, r, 1.5f, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32s>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_16s32s_Sfs(x, m, v, len, r, 15, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_LowScaled_16s32f",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_LowScaled_16s32f(x, m, v, len, r, 1.5f, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_Low_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32s>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_Low_16s32s_Sfs(x, m, v, len, r, 15, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVar_32f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn32f>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r) {
-             return vornsLogGaussSingle_IdVar_32f(x, m, len, r, 1.5f);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVar_64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn64f, Vorn64f>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r) {
-             return vornsLogGaussSingle_IdVar_64f(x, m, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVar_32f64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn64f>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r) {
-             return vornsLogGaussSingle_IdVar_32f64f(x, m, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVarScaled_16s32f",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32f>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_IdVarScaled_16s32f(x, m, len, r, 1.5f, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVar_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32s>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_IdVar_16s32s_Sfs(x, m, len, r, 15, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVarLowScaled_16s32f",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32f>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_IdVarLowScaled_16s32f(x, m, len, r, 1.5f, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_IdVarLow_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32s>(source, digest, [](auto* x, auto* m, auto*, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_IdVarLow_16s32s_Sfs(x, m, len, r, 15, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_DirectVar_32f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn32f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_DirectVar_32f(x, m, v, len, r, 1.5f);
-         });
-     }},
-    {"vornsLogGaussSingle_DirectVar_64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn64f, Vorn64f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_DirectVar_64f(x, m, v, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_DirectVar_32f64f",
-     [](Source& source, Digest& digest) {
-         floats<Vorn32f, Vorn64f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r) {
-             return vornsLogGaussSingle_DirectVar_32f64f(x, m, v, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_DirectVarScaled_16s32f",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32f>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_DirectVarScaled_16s32f(x, m, v, len, r, 1.5f, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_DirectVar_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixed<Vorn32s>(source, digest, [](auto* x, auto* m, auto* v, int len, auto* r, int sf) {
-             return vornsLogGaussSingle_DirectVar_16s32s_Sfs(x, m, v, len, r, 15, sf);
-         });
-     }},
-    {"vornsLogGaussSingle_BlockDVar_32f", scoreOfSingle},
-    {"vornsLogGaussSingle_BlockDVar_64f", scoreOfDouble},
-    {"vornsLogGaussSingle_BlockDVar_32f64f",
-     [](Source& source, Digest& digest) {
-         singleBlocks<Vorn64f>(source, digest, [](auto* x, auto* m, auto* c, int len, auto* r) {
-             return vornsLogGaussSingle_BlockDVar_32f64f(x, m, c, len, r, 1.5);
-         });
-     }},
-    {"vornsLogGaussSingle_BlockDVarScaled_16s32f", scoreOfFixed},
-    {"vornsLogGaussSingle_BlockDVar_16s32s_Sfs",
-     [](Source& source, Digest& digest) {
-         fixedBlocks<Vorn32s>(source, digest, [](auto* x, auto* m, auto* c, int len, auto* r) {
-             return vornsLogGaussSingle_BlockDVar_16s32s_Sfs(x, m, c, len, r, 15, 6);
-         });
-     }},
-    {"vornsBlockDMatrixInitAlloc_32f", scoreOfSingle},
-    {"vornsBlockDMatrixInitAlloc_64f", scoreOfDouble},
-    {"vornsBlockDMatrixInitAlloc_16s", scoreOfFixed},
-    {"vornsBlockDMatrixFree_32f", scoreOfSingle},
-    {"vornsBlockDMatrixFree_64f", scoreOfDouble},
-    {"vornsBlockDMatrixFree_16s", scoreOfFixed},
+    SCORE(vornsLogGaussSingle_32f),
+    SCORE(vornsLogGaussSingle_64f),
+    SCORE(vornsLogGaussSingle_32f64f),
+    SCORE(vornsLogGaussSingle_Scaled_16s32f),
+    SCORE(vornsLogGaussSingle_16s32s_Sfs),
+    SCORE(vornsLogGaussSingle_LowScaled_16s32f),
+    SCORE(vornsLogGaussSingle_Low_16s32s_Sfs),
+    SCORE(vornsLogGaussSingle_IdVar_32f),
+    SCORE(vornsLogGaussSingle_IdVar_64f),
+    SCORE(vornsLogGaussSingle_IdVar_32f64f),
+    SCORE(vornsLogGaussSingle_IdVarScaled_16s32f),
+    SCORE(vornsLogGaussSingle_IdVar_16s32s_Sfs),
+    SCORE(vornsLogGaussSingle_IdVarLowScaled_16s32f),
+    SCORE(vornsLogGaussSingle_IdVarLow_16s32s_Sfs),
+    SCORE(vornsLogGaussSingle_DirectVar_32f),
+    SCORE(vornsLogGaussSingle_DirectVar_64f),
+    SCORE(vornsLogGaussSingle_DirectVar_32f64f),
+    SCORE(vornsLogGaussSingle_DirectVarScaled_16s32f),
+    SCORE(vornsLogGaussSingle_DirectVar_16s32s_Sfs),
+    SCORE(vornsLogGaussSingle_BlockDVar_32f),
+    SCORE(vornsLogGaussSingle_BlockDVar_64f),
+    SCORE(vornsLogGaussSingle_BlockDVar_32f64f),
+    SCORE(vornsLogGaussSingle_BlockDVarScaled_16s32f),
+    SCORE(vornsLogGaussSingle_BlockDVar_16s32s_Sfs),
+    CONTEXT(vornsBlockDMatrixInitAlloc_32f, vornsLogGaussSingle_BlockDVar_32f),
+    CONTEXT(vornsBlockDMatrixInitAlloc_64f, vornsLogGaussSingle_BlockDVar_64f),
+    CONTEXT(vornsBlockDMatrixInitAlloc_16s, vornsLogGaussSingle_BlockDVarScaled_16s32f),
+    CONTEXT(vornsBlockDMatrixFree_32f, vornsLogGaussSingle_BlockDVar_32f),
+    CONTEXT(vornsBlockDMatrixFree_64f, vornsLogGaussSingle_BlockDVar_64f),
+    CONTEXT(vornsBlockDMatrixFree_16s, vornsLogGaussSingle_BlockDVarScaled_16s32f),
 };
+// clang-format on
 
 }  // namespace
 
