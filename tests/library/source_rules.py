@@ -99,7 +99,8 @@ class Reference(unittest.TestCase):
         """The group of every declaration: a group stands in its parent's braces, and the innermost one counts."""
         members, open_groups = {}, []
         for header in env.public_headers():
-            for part in re.findall(r"/\*\*.*?\*/|^[A-Za-z][^;{]*?\bvorn\w+\s*\(", env.text("include", "vornsr", header), re.S | re.M):
+            text = env.text("include", "vornsr", header)
+            for part in re.findall(r"/\*\*.*?\*/|^[A-Za-z][^;{]*?\bvorn\w+\s*\(", text, re.S | re.M):
                 if title := re.search(r"@defgroup\s+(\w+)", part):
                     open_groups.append(title.group(1))
                     members[title.group(1)] = 0
@@ -142,7 +143,8 @@ class Bounds(unittest.TestCase):
     """An accuracy is one number: in the table of docs/numerics.md, in the header that promises it, in the test."""
 
     def test_each_bound_stands_where_it_is_promised_and_held(self):
-        table = re.search(r"\| function \| bound \|[^\n]*\n\|[-|]+\|\n((?:\|[^\n]*\n)+)", env.text("docs", "numerics.md")).group(1)
+        page = env.text("docs", "numerics.md")
+        table = re.search(r"\| function \| bound \|[^\n]*\n\|[-|]+\|\n((?:\|[^\n]*\n)+)", page).group(1)
         rows = [[cell.strip() for cell in line.strip("|").split(" | ")] for line in table.splitlines()]
         self.assertGreater(len(rows), 10, "the table was read")
         for function, bound, header, test, *_ in rows:
