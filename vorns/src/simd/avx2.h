@@ -35,6 +35,11 @@ struct i8x32 {
     using Element = std::int8_t;
     __m256i v;
 };
+struct u8x32 {
+    static constexpr int lanes = 32;
+    using Element = std::uint8_t;
+    __m256i v;
+};
 
 // A mask of 32-bit or 64-bit lanes: all bits of a lane set, or none.
 struct mask32x8 {
@@ -71,46 +76,34 @@ VORN_INLINE f64x4 splat<f64x4>(double x) {
 }
 // Bypasses the cache; p is on a 32-byte address. Close a run of these with storeFence().
 VORN_INLINE void storeStream(double* p, f64x4 a) { _mm256_stream_pd(p, a.v); }
-template <>
-VORN_INLINE i64x4 load<i64x4>(const std::int64_t* p) {
+template <IntegerLanes<32> V>
+VORN_INLINE V load(const typename V::Element* p) {
     return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
 }
-VORN_INLINE void store(std::int64_t* p, i64x4 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
+template <IntegerLanes<32> V>
+VORN_INLINE void store(typename V::Element* p, V a) {
+    _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v);
+}
+template <IntegerLanes<32> V>
+VORN_INLINE void storeStream(typename V::Element* p, V a) {
+    _mm256_stream_si256(reinterpret_cast<__m256i*>(p), a.v);
+}
 template <>
 VORN_INLINE i64x4 splat<i64x4>(std::int64_t x) {
     return {_mm256_set1_epi64x(x)};
 }
-VORN_INLINE void storeStream(std::int64_t* p, i64x4 a) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), a.v); }
-template <>
-VORN_INLINE i32x8 load<i32x8>(const std::int32_t* p) {
-    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
-}
-VORN_INLINE void store(std::int32_t* p, i32x8 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
 template <>
 VORN_INLINE i32x8 splat<i32x8>(std::int32_t x) {
     return {_mm256_set1_epi32(x)};
 }
-VORN_INLINE void storeStream(std::int32_t* p, i32x8 a) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), a.v); }
-template <>
-VORN_INLINE i16x16 load<i16x16>(const std::int16_t* p) {
-    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
-}
-VORN_INLINE void store(std::int16_t* p, i16x16 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
 template <>
 VORN_INLINE i16x16 splat<i16x16>(std::int16_t x) {
     return {_mm256_set1_epi16(x)};
 }
-VORN_INLINE void storeStream(std::int16_t* p, i16x16 a) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), a.v); }
-template <>
-VORN_INLINE i8x32 load<i8x32>(const std::int8_t* p) {
-    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
-}
-VORN_INLINE void store(std::int8_t* p, i8x32 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
 template <>
 VORN_INLINE i8x32 splat<i8x32>(std::int8_t x) {
     return {_mm256_set1_epi8(x)};
 }
-VORN_INLINE void storeStream(std::int8_t* p, i8x32 a) { _mm256_stream_si256(reinterpret_cast<__m256i*>(p), a.v); }
 
 VORN_INLINE __m256i laneBelow32(std::ptrdiff_t n) {
     return _mm256_cmpgt_epi32(_mm256_set1_epi32(static_cast<int>(n)), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
@@ -120,14 +113,14 @@ VORN_INLINE __m256i laneBelow64(std::ptrdiff_t n) {
 }
 template <>
 VORN_INLINE f32x8 loadFirst<f32x8>(const float* p, std::ptrdiff_t n) {
-    return {_mm256_maskload_ps((p), laneBelow32(n))};
+    return {_mm256_maskload_ps(p, laneBelow32(n))};
 }
-VORN_INLINE void storeFirst(float* p, f32x8 a, std::ptrdiff_t n) { _mm256_maskstore_ps((p), laneBelow32(n), a.v); }
+VORN_INLINE void storeFirst(float* p, f32x8 a, std::ptrdiff_t n) { _mm256_maskstore_ps(p, laneBelow32(n), a.v); }
 template <>
 VORN_INLINE f64x4 loadFirst<f64x4>(const double* p, std::ptrdiff_t n) {
-    return {_mm256_maskload_pd((p), laneBelow64(n))};
+    return {_mm256_maskload_pd(p, laneBelow64(n))};
 }
-VORN_INLINE void storeFirst(double* p, f64x4 a, std::ptrdiff_t n) { _mm256_maskstore_pd((p), laneBelow64(n), a.v); }
+VORN_INLINE void storeFirst(double* p, f64x4 a, std::ptrdiff_t n) { _mm256_maskstore_pd(p, laneBelow64(n), a.v); }
 template <>
 VORN_INLINE i64x4 loadFirst<i64x4>(const std::int64_t* p, std::ptrdiff_t n) {
     return {_mm256_maskload_epi64(reinterpret_cast<const long long*>(p), laneBelow64(n))};
@@ -137,32 +130,10 @@ VORN_INLINE void storeFirst(std::int64_t* p, i64x4 a, std::ptrdiff_t n) {
 }
 template <>
 VORN_INLINE i32x8 loadFirst<i32x8>(const std::int32_t* p, std::ptrdiff_t n) {
-    return {_mm256_maskload_epi32(reinterpret_cast<const int*>(p), laneBelow32(n))};
+    return {_mm256_maskload_epi32(p, laneBelow32(n))};
 }
 VORN_INLINE void storeFirst(std::int32_t* p, i32x8 a, std::ptrdiff_t n) {
-    _mm256_maskstore_epi32(reinterpret_cast<int*>(p), laneBelow32(n), a.v);
-}
-template <>
-VORN_INLINE i16x16 loadFirst<i16x16>(const std::int16_t* p, std::ptrdiff_t n) {
-    std::int16_t lane[16] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int16_t));
-    return load<i16x16>(lane);
-}
-VORN_INLINE void storeFirst(std::int16_t* p, i16x16 a, std::ptrdiff_t n) {
-    std::int16_t lane[16];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int16_t));
-}
-template <>
-VORN_INLINE i8x32 loadFirst<i8x32>(const std::int8_t* p, std::ptrdiff_t n) {
-    std::int8_t lane[32] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int8_t));
-    return load<i8x32>(lane);
-}
-VORN_INLINE void storeFirst(std::int8_t* p, i8x32 a, std::ptrdiff_t n) {
-    std::int8_t lane[32];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int8_t));
+    _mm256_maskstore_epi32(p, laneBelow32(n), a.v);
 }
 
 // Arithmetic.
@@ -191,34 +162,30 @@ VORN_INLINE f64x4 operator|(f64x4 a, f64x4 b) { return {_mm256_or_pd(a.v, b.v)};
 VORN_INLINE f64x4 operator^(f64x4 a, f64x4 b) { return {_mm256_xor_pd(a.v, b.v)}; }
 VORN_INLINE f64x4 absOf(f64x4 a) { return {_mm256_andnot_pd(_mm256_set1_pd(-0.0), a.v)}; }
 VORN_INLINE f64x4 operator-(f64x4 a) { return {_mm256_xor_pd(_mm256_set1_pd(-0.0), a.v)}; }
+template <IntegerLanes<32> V>
+VORN_INLINE V operator&(V a, V b) {
+    return {_mm256_and_si256(a.v, b.v)};
+}
+template <IntegerLanes<32> V>
+VORN_INLINE V operator|(V a, V b) {
+    return {_mm256_or_si256(a.v, b.v)};
+}
+template <IntegerLanes<32> V>
+VORN_INLINE V operator^(V a, V b) {
+    return {_mm256_xor_si256(a.v, b.v)};
+}
+template <IntegerLanes<32> V>
+VORN_INLINE V andNot(V a, V b) {
+    return {_mm256_andnot_si256(a.v, b.v)};
+}
 VORN_INLINE i64x4 operator+(i64x4 a, i64x4 b) { return {_mm256_add_epi64(a.v, b.v)}; }
 VORN_INLINE i64x4 operator-(i64x4 a, i64x4 b) { return {_mm256_sub_epi64(a.v, b.v)}; }
-VORN_INLINE i64x4 operator&(i64x4 a, i64x4 b) { return {_mm256_and_si256(a.v, b.v)}; }
-VORN_INLINE i64x4 operator|(i64x4 a, i64x4 b) { return {_mm256_or_si256(a.v, b.v)}; }
-VORN_INLINE i64x4 operator^(i64x4 a, i64x4 b) { return {_mm256_xor_si256(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i64x4 andNot(i64x4 a, i64x4 b) { return {_mm256_andnot_si256(a.v, b.v)}; }
 VORN_INLINE i32x8 operator+(i32x8 a, i32x8 b) { return {_mm256_add_epi32(a.v, b.v)}; }
 VORN_INLINE i32x8 operator-(i32x8 a, i32x8 b) { return {_mm256_sub_epi32(a.v, b.v)}; }
-VORN_INLINE i32x8 operator&(i32x8 a, i32x8 b) { return {_mm256_and_si256(a.v, b.v)}; }
-VORN_INLINE i32x8 operator|(i32x8 a, i32x8 b) { return {_mm256_or_si256(a.v, b.v)}; }
-VORN_INLINE i32x8 operator^(i32x8 a, i32x8 b) { return {_mm256_xor_si256(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i32x8 andNot(i32x8 a, i32x8 b) { return {_mm256_andnot_si256(a.v, b.v)}; }
 VORN_INLINE i16x16 operator+(i16x16 a, i16x16 b) { return {_mm256_add_epi16(a.v, b.v)}; }
 VORN_INLINE i16x16 operator-(i16x16 a, i16x16 b) { return {_mm256_sub_epi16(a.v, b.v)}; }
-VORN_INLINE i16x16 operator&(i16x16 a, i16x16 b) { return {_mm256_and_si256(a.v, b.v)}; }
-VORN_INLINE i16x16 operator|(i16x16 a, i16x16 b) { return {_mm256_or_si256(a.v, b.v)}; }
-VORN_INLINE i16x16 operator^(i16x16 a, i16x16 b) { return {_mm256_xor_si256(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i16x16 andNot(i16x16 a, i16x16 b) { return {_mm256_andnot_si256(a.v, b.v)}; }
 VORN_INLINE i8x32 operator+(i8x32 a, i8x32 b) { return {_mm256_add_epi8(a.v, b.v)}; }
 VORN_INLINE i8x32 operator-(i8x32 a, i8x32 b) { return {_mm256_sub_epi8(a.v, b.v)}; }
-VORN_INLINE i8x32 operator&(i8x32 a, i8x32 b) { return {_mm256_and_si256(a.v, b.v)}; }
-VORN_INLINE i8x32 operator|(i8x32 a, i8x32 b) { return {_mm256_or_si256(a.v, b.v)}; }
-VORN_INLINE i8x32 operator^(i8x32 a, i8x32 b) { return {_mm256_xor_si256(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i8x32 andNot(i8x32 a, i8x32 b) { return {_mm256_andnot_si256(a.v, b.v)}; }
 VORN_INLINE i16x16 addSat(i16x16 a, i16x16 b) { return {_mm256_adds_epi16(a.v, b.v)}; }
 VORN_INLINE i16x16 subSat(i16x16 a, i16x16 b) { return {_mm256_subs_epi16(a.v, b.v)}; }
 VORN_INLINE i16x16 minOf(i16x16 a, i16x16 b) { return {_mm256_min_epi16(a.v, b.v)}; }
@@ -481,16 +448,6 @@ VORN_INLINE i32x8 absSat(i32x8 a) { return {_mm256_min_epu32(_mm256_abs_epi32(a.
 
 // Unsigned bytes, for what depends on their order.
 
-struct u8x32 {
-    static constexpr int lanes = 32;
-    using Element = std::uint8_t;
-    __m256i v;
-};
-template <>
-VORN_INLINE u8x32 load<u8x32>(const std::uint8_t* p) {
-    return {_mm256_loadu_si256(reinterpret_cast<const __m256i*>(p))};
-}
-VORN_INLINE void store(std::uint8_t* p, u8x32 a) { _mm256_storeu_si256(reinterpret_cast<__m256i*>(p), a.v); }
 template <>
 VORN_INLINE u8x32 splat<u8x32>(std::uint8_t x) {
     return {_mm256_set1_epi8(static_cast<char>(x))};

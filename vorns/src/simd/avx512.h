@@ -42,6 +42,11 @@ struct i8x64 {
     using Element = std::int8_t;
     __m512i v;
 };
+struct u8x64 {
+    static constexpr int lanes = 64;
+    using Element = std::uint8_t;
+    __m512i v;
+};
 
 struct mask64x8 {
     __mmask8 v;
@@ -52,6 +57,9 @@ struct mask32x16 {
 struct mask16x32 {
     __mmask32 v;
 };
+// A bit a lane in every one of them.
+template <class M>
+concept LaneMask = std::is_same_v<M, mask64x8> || std::is_same_v<M, mask32x16> || std::is_same_v<M, mask16x32>;
 
 // Loads, stores, constants.
 
@@ -77,88 +85,77 @@ VORN_INLINE f64x8 splat<f64x8>(double x) {
 }
 // Bypasses the cache; p is on a 64-byte address. Close a run of these with storeFence().
 VORN_INLINE void storeStream(double* p, f64x8 a) { _mm512_stream_pd(p, a.v); }
-template <>
-VORN_INLINE i64x8 load<i64x8>(const std::int64_t* p) {
+template <IntegerLanes<64> V>
+VORN_INLINE V load(const typename V::Element* p) {
     return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
 }
-VORN_INLINE void store(std::int64_t* p, i64x8 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
+template <IntegerLanes<64> V>
+VORN_INLINE void store(typename V::Element* p, V a) {
+    _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v);
+}
+template <IntegerLanes<64> V>
+VORN_INLINE void storeStream(typename V::Element* p, V a) {
+    _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v);
+}
 template <>
 VORN_INLINE i64x8 splat<i64x8>(std::int64_t x) {
     return {_mm512_set1_epi64(x)};
 }
-VORN_INLINE void storeStream(std::int64_t* p, i64x8 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
-template <>
-VORN_INLINE i32x16 load<i32x16>(const std::int32_t* p) {
-    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
-}
-VORN_INLINE void store(std::int32_t* p, i32x16 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
 template <>
 VORN_INLINE i32x16 splat<i32x16>(std::int32_t x) {
     return {_mm512_set1_epi32(x)};
 }
-VORN_INLINE void storeStream(std::int32_t* p, i32x16 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
-template <>
-VORN_INLINE i16x32 load<i16x32>(const std::int16_t* p) {
-    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
-}
-VORN_INLINE void store(std::int16_t* p, i16x32 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
 template <>
 VORN_INLINE i16x32 splat<i16x32>(std::int16_t x) {
     return {_mm512_set1_epi16(x)};
 }
-VORN_INLINE void storeStream(std::int16_t* p, i16x32 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
-template <>
-VORN_INLINE i8x64 load<i8x64>(const std::int8_t* p) {
-    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
-}
-VORN_INLINE void store(std::int8_t* p, i8x64 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
 template <>
 VORN_INLINE i8x64 splat<i8x64>(std::int8_t x) {
     return {_mm512_set1_epi8(x)};
 }
-VORN_INLINE void storeStream(std::int8_t* p, i8x64 a) { _mm512_stream_si512(reinterpret_cast<__m512i*>(p), a.v); }
 
+VORN_INLINE __mmask32 lanesBelow(std::ptrdiff_t n) { return _bzhi_u32(~0u, static_cast<unsigned>(n)); }
 template <>
 VORN_INLINE f32x16 loadFirst<f32x16>(const float* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_ps(static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_ps(static_cast<__mmask16>(lanesBelow(n)), p)};
 }
 VORN_INLINE void storeFirst(float* p, f32x16 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_ps(p, static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_ps(p, static_cast<__mmask16>(lanesBelow(n)), a.v);
 }
 template <>
 VORN_INLINE f64x8 loadFirst<f64x8>(const double* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_pd(static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_pd(static_cast<__mmask8>(lanesBelow(n)), p)};
 }
 VORN_INLINE void storeFirst(double* p, f64x8 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_pd(p, static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_pd(p, static_cast<__mmask8>(lanesBelow(n)), a.v);
 }
 template <>
 VORN_INLINE i64x8 loadFirst<i64x8>(const std::int64_t* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_epi64(static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_epi64(static_cast<__mmask8>(lanesBelow(n)), p)};
 }
 VORN_INLINE void storeFirst(std::int64_t* p, i64x8 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_epi64(p, static_cast<__mmask8>(lanesBelow(n)), a.v);
 }
 template <>
 VORN_INLINE i32x16 loadFirst<i32x16>(const std::int32_t* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_epi32(static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_epi32(static_cast<__mmask16>(lanesBelow(n)), p)};
 }
 VORN_INLINE void storeFirst(std::int32_t* p, i32x16 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_epi32(p, static_cast<__mmask16>(lanesBelow(n)), a.v);
 }
 template <>
 VORN_INLINE i16x32 loadFirst<i16x32>(const std::int16_t* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_epi16(static_cast<__mmask32>(_bzhi_u32(~0u, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_epi16(lanesBelow(n), p)};
 }
 VORN_INLINE void storeFirst(std::int16_t* p, i16x32 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_epi16(p, static_cast<__mmask32>(_bzhi_u32(~0u, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_epi16(p, lanesBelow(n), a.v);
 }
 template <>
 VORN_INLINE i8x64 loadFirst<i8x64>(const std::int8_t* p, std::ptrdiff_t n) {
-    return {_mm512_maskz_loadu_epi8(static_cast<__mmask64>(_bzhi_u64(~0ull, static_cast<unsigned>(n))), p)};
+    return {_mm512_maskz_loadu_epi8(_bzhi_u64(~0ull, static_cast<unsigned>(n)), p)};
 }
 VORN_INLINE void storeFirst(std::int8_t* p, i8x64 a, std::ptrdiff_t n) {
-    _mm512_mask_storeu_epi8(p, static_cast<__mmask64>(_bzhi_u64(~0ull, static_cast<unsigned>(n))), a.v);
+    _mm512_mask_storeu_epi8(p, _bzhi_u64(~0ull, static_cast<unsigned>(n)), a.v);
 }
 
 // Arithmetic.
@@ -187,34 +184,30 @@ VORN_INLINE f64x8 operator|(f64x8 a, f64x8 b) { return {_mm512_or_pd(a.v, b.v)};
 VORN_INLINE f64x8 operator^(f64x8 a, f64x8 b) { return {_mm512_xor_pd(a.v, b.v)}; }
 VORN_INLINE f64x8 absOf(f64x8 a) { return {_mm512_andnot_pd(_mm512_set1_pd(-0.0), a.v)}; }
 VORN_INLINE f64x8 operator-(f64x8 a) { return {_mm512_xor_pd(_mm512_set1_pd(-0.0), a.v)}; }
+template <IntegerLanes<64> V>
+VORN_INLINE V operator&(V a, V b) {
+    return {_mm512_and_si512(a.v, b.v)};
+}
+template <IntegerLanes<64> V>
+VORN_INLINE V operator|(V a, V b) {
+    return {_mm512_or_si512(a.v, b.v)};
+}
+template <IntegerLanes<64> V>
+VORN_INLINE V operator^(V a, V b) {
+    return {_mm512_xor_si512(a.v, b.v)};
+}
+template <IntegerLanes<64> V>
+VORN_INLINE V andNot(V a, V b) {
+    return {_mm512_andnot_si512(a.v, b.v)};
+}
 VORN_INLINE i64x8 operator+(i64x8 a, i64x8 b) { return {_mm512_add_epi64(a.v, b.v)}; }
 VORN_INLINE i64x8 operator-(i64x8 a, i64x8 b) { return {_mm512_sub_epi64(a.v, b.v)}; }
-VORN_INLINE i64x8 operator&(i64x8 a, i64x8 b) { return {_mm512_and_si512(a.v, b.v)}; }
-VORN_INLINE i64x8 operator|(i64x8 a, i64x8 b) { return {_mm512_or_si512(a.v, b.v)}; }
-VORN_INLINE i64x8 operator^(i64x8 a, i64x8 b) { return {_mm512_xor_si512(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i64x8 andNot(i64x8 a, i64x8 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
 VORN_INLINE i32x16 operator+(i32x16 a, i32x16 b) { return {_mm512_add_epi32(a.v, b.v)}; }
 VORN_INLINE i32x16 operator-(i32x16 a, i32x16 b) { return {_mm512_sub_epi32(a.v, b.v)}; }
-VORN_INLINE i32x16 operator&(i32x16 a, i32x16 b) { return {_mm512_and_si512(a.v, b.v)}; }
-VORN_INLINE i32x16 operator|(i32x16 a, i32x16 b) { return {_mm512_or_si512(a.v, b.v)}; }
-VORN_INLINE i32x16 operator^(i32x16 a, i32x16 b) { return {_mm512_xor_si512(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i32x16 andNot(i32x16 a, i32x16 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
 VORN_INLINE i16x32 operator+(i16x32 a, i16x32 b) { return {_mm512_add_epi16(a.v, b.v)}; }
 VORN_INLINE i16x32 operator-(i16x32 a, i16x32 b) { return {_mm512_sub_epi16(a.v, b.v)}; }
-VORN_INLINE i16x32 operator&(i16x32 a, i16x32 b) { return {_mm512_and_si512(a.v, b.v)}; }
-VORN_INLINE i16x32 operator|(i16x32 a, i16x32 b) { return {_mm512_or_si512(a.v, b.v)}; }
-VORN_INLINE i16x32 operator^(i16x32 a, i16x32 b) { return {_mm512_xor_si512(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i16x32 andNot(i16x32 a, i16x32 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
 VORN_INLINE i8x64 operator+(i8x64 a, i8x64 b) { return {_mm512_add_epi8(a.v, b.v)}; }
 VORN_INLINE i8x64 operator-(i8x64 a, i8x64 b) { return {_mm512_sub_epi8(a.v, b.v)}; }
-VORN_INLINE i8x64 operator&(i8x64 a, i8x64 b) { return {_mm512_and_si512(a.v, b.v)}; }
-VORN_INLINE i8x64 operator|(i8x64 a, i8x64 b) { return {_mm512_or_si512(a.v, b.v)}; }
-VORN_INLINE i8x64 operator^(i8x64 a, i8x64 b) { return {_mm512_xor_si512(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i8x64 andNot(i8x64 a, i8x64 b) { return {_mm512_andnot_si512(a.v, b.v)}; }
 VORN_INLINE i16x32 addSat(i16x32 a, i16x32 b) { return {_mm512_adds_epi16(a.v, b.v)}; }
 VORN_INLINE i16x32 subSat(i16x32 a, i16x32 b) { return {_mm512_subs_epi16(a.v, b.v)}; }
 VORN_INLINE i16x32 minOf(i16x32 a, i16x32 b) { return {_mm512_min_epi16(a.v, b.v)}; }
@@ -345,27 +338,31 @@ VORN_INLINE i32x16 select(mask32x16 m, i32x16 a, i32x16 b) { return {_mm512_mask
 VORN_INLINE mask16x32 operator>(i16x32 a, i16x32 b) { return {_mm512_cmpgt_epi16_mask(a.v, b.v)}; }
 VORN_INLINE mask16x32 operator==(i16x32 a, i16x32 b) { return {_mm512_cmpeq_epi16_mask(a.v, b.v)}; }
 VORN_INLINE i16x32 select(mask16x32 m, i16x32 a, i16x32 b) { return {_mm512_mask_blend_epi16(m.v, b.v, a.v)}; }
-VORN_INLINE mask32x16 operator&(mask32x16 a, mask32x16 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
-VORN_INLINE mask32x16 operator|(mask32x16 a, mask32x16 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
-VORN_INLINE mask32x16 operator!(mask32x16 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
-VORN_INLINE bool any(mask32x16 a) { return a.v != 0; }
-VORN_INLINE bool all(mask32x16 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
+template <LaneMask M>
+VORN_INLINE M operator&(M a, M b) {
+    return {static_cast<decltype(a.v)>(a.v & b.v)};
+}
+template <LaneMask M>
+VORN_INLINE M operator|(M a, M b) {
+    return {static_cast<decltype(a.v)>(a.v | b.v)};
+}
+template <LaneMask M>
+VORN_INLINE M operator!(M a) {
+    return {static_cast<decltype(a.v)>(~a.v)};
+}
+template <LaneMask M>
+VORN_INLINE bool any(M a) {
+    return a.v != 0;
+}
+template <LaneMask M>
+VORN_INLINE bool all(M a) {
+    return static_cast<decltype(a.v)>(~a.v) == 0;
+}
 // Bit i is lane i.
-VORN_INLINE unsigned laneBits(mask32x16 a) { return a.v; }
-VORN_INLINE mask64x8 operator&(mask64x8 a, mask64x8 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
-VORN_INLINE mask64x8 operator|(mask64x8 a, mask64x8 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
-VORN_INLINE mask64x8 operator!(mask64x8 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
-VORN_INLINE bool any(mask64x8 a) { return a.v != 0; }
-VORN_INLINE bool all(mask64x8 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
-// Bit i is lane i.
-VORN_INLINE unsigned laneBits(mask64x8 a) { return a.v; }
-VORN_INLINE mask16x32 operator&(mask16x32 a, mask16x32 b) { return {static_cast<decltype(a.v)>(a.v & b.v)}; }
-VORN_INLINE mask16x32 operator|(mask16x32 a, mask16x32 b) { return {static_cast<decltype(a.v)>(a.v | b.v)}; }
-VORN_INLINE mask16x32 operator!(mask16x32 a) { return {static_cast<decltype(a.v)>(~a.v)}; }
-VORN_INLINE bool any(mask16x32 a) { return a.v != 0; }
-VORN_INLINE bool all(mask16x32 a) { return static_cast<decltype(a.v)>(~a.v) == 0; }
-// Bit i is lane i.
-VORN_INLINE unsigned laneBits(mask16x32 a) { return a.v; }
+template <LaneMask M>
+VORN_INLINE unsigned laneBits(M a) {
+    return a.v;
+}
 
 // Conversions.
 
@@ -472,16 +469,6 @@ VORN_INLINE i32x16 absSat(i32x16 a) { return {_mm512_min_epu32(_mm512_abs_epi32(
 
 // Unsigned bytes, for what depends on their order.
 
-struct u8x64 {
-    static constexpr int lanes = 64;
-    using Element = std::uint8_t;
-    __m512i v;
-};
-template <>
-VORN_INLINE u8x64 load<u8x64>(const std::uint8_t* p) {
-    return {_mm512_loadu_si512(reinterpret_cast<const __m512i*>(p))};
-}
-VORN_INLINE void store(std::uint8_t* p, u8x64 a) { _mm512_storeu_si512(reinterpret_cast<__m512i*>(p), a.v); }
 template <>
 VORN_INLINE u8x64 splat<u8x64>(std::uint8_t x) {
     return {_mm512_set1_epi8(static_cast<char>(x))};

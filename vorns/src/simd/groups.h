@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <utility>
 
 #include "simd/simd.h"
 

@@ -1,19 +1,12 @@
 // The SIMD vocabulary, 16-byte registers: the fixed types of every build, written for SSE3.
 #pragma once
 
-// GCC 12 takes the deliberately undefined operands of some 512-bit intrinsics for a fault of ours (its bug 105593).
-#pragma GCC diagnostic push
-#ifndef __clang__
-#pragma GCC diagnostic ignored "-Wuninitialized"
-#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
-#endif
-#include <immintrin.h>
-#pragma GCC diagnostic pop
-
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+
+#include "simd/intrinsics.h"
 
 #define VORN_INLINE inline __attribute__((always_inline))
 
@@ -49,6 +42,11 @@ struct i8x16 {
     using Element = std::int8_t;
     __m128i v;
 };
+struct u8x16 {
+    static constexpr int lanes = 16;
+    using Element = std::uint8_t;
+    __m128i v;
+};
 
 // A mask of 32-bit or 64-bit lanes: all bits of a lane set, or none.
 struct mask32x4 {
@@ -61,12 +59,20 @@ struct mask16x8 {
     __m128i v;
 };
 
+template <class V>
+concept FloatLanes = std::is_floating_point_v<typename V::Element>;
+// Types of integer lanes in a register of so many bytes. They share what looks at bits alone.
+template <class V, int bytes>
+concept IntegerLanes = std::is_integral_v<typename V::Element> && sizeof(V::v) == bytes;
+
 // Loads, stores, constants.
 
-template <class V>
+template <FloatLanes V>
 V load(const typename V::Element* p);
-template <class V>
-V loadFirst(const typename V::Element* p, std::ptrdiff_t n);
+template <IntegerLanes<32> V>
+V load(const typename V::Element* p);
+template <IntegerLanes<64> V>
+V load(const typename V::Element* p);
 template <class V>
 V splat(typename V::Element x);
 
@@ -92,113 +98,48 @@ VORN_INLINE f64x2 splat<f64x2>(double x) {
 }
 // Bypasses the cache; p is on a 16-byte address. Close a run of these with storeFence().
 VORN_INLINE void storeStream(double* p, f64x2 a) { _mm_stream_pd(p, a.v); }
-template <>
-VORN_INLINE i64x2 load<i64x2>(const std::int64_t* p) {
+template <IntegerLanes<16> V>
+VORN_INLINE V load(const typename V::Element* p) {
     return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
 }
-VORN_INLINE void store(std::int64_t* p, i64x2 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
+template <IntegerLanes<16> V>
+VORN_INLINE void store(typename V::Element* p, V a) {
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v);
+}
+template <IntegerLanes<16> V>
+VORN_INLINE void storeStream(typename V::Element* p, V a) {
+    _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v);
+}
 template <>
 VORN_INLINE i64x2 splat<i64x2>(std::int64_t x) {
     return {_mm_set1_epi64x(x)};
 }
-VORN_INLINE void storeStream(std::int64_t* p, i64x2 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
-template <>
-VORN_INLINE i32x4 load<i32x4>(const std::int32_t* p) {
-    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
-}
-VORN_INLINE void store(std::int32_t* p, i32x4 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
 template <>
 VORN_INLINE i32x4 splat<i32x4>(std::int32_t x) {
     return {_mm_set1_epi32(x)};
 }
-VORN_INLINE void storeStream(std::int32_t* p, i32x4 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
-template <>
-VORN_INLINE i16x8 load<i16x8>(const std::int16_t* p) {
-    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
-}
-VORN_INLINE void store(std::int16_t* p, i16x8 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
 template <>
 VORN_INLINE i16x8 splat<i16x8>(std::int16_t x) {
     return {_mm_set1_epi16(x)};
 }
-VORN_INLINE void storeStream(std::int16_t* p, i16x8 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
-template <>
-VORN_INLINE i8x16 load<i8x16>(const std::int8_t* p) {
-    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
-}
-VORN_INLINE void store(std::int8_t* p, i8x16 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
 template <>
 VORN_INLINE i8x16 splat<i8x16>(std::int8_t x) {
     return {_mm_set1_epi8(x)};
 }
-VORN_INLINE void storeStream(std::int8_t* p, i8x16 a) { _mm_stream_si128(reinterpret_cast<__m128i*>(p), a.v); }
 VORN_INLINE void storeFence() { _mm_sfence(); }
 
-template <>
-VORN_INLINE f32x4 loadFirst<f32x4>(const float* p, std::ptrdiff_t n) {
-    float lane[4] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(float));
-    return load<f32x4>(lane);
+// Through memory, where the processor has no lanes that it can leave out.
+template <class V>
+VORN_INLINE V loadFirst(const typename V::Element* p, std::ptrdiff_t n) {
+    typename V::Element lane[V::lanes] = {};
+    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof *p);
+    return load<V>(lane);
 }
-VORN_INLINE void storeFirst(float* p, f32x4 a, std::ptrdiff_t n) {
-    float lane[4];
+template <class V>
+VORN_INLINE void storeFirst(typename V::Element* p, V a, std::ptrdiff_t n) {
+    typename V::Element lane[V::lanes];
     store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(float));
-}
-template <>
-VORN_INLINE f64x2 loadFirst<f64x2>(const double* p, std::ptrdiff_t n) {
-    double lane[2] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(double));
-    return load<f64x2>(lane);
-}
-VORN_INLINE void storeFirst(double* p, f64x2 a, std::ptrdiff_t n) {
-    double lane[2];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(double));
-}
-template <>
-VORN_INLINE i64x2 loadFirst<i64x2>(const std::int64_t* p, std::ptrdiff_t n) {
-    std::int64_t lane[2] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int64_t));
-    return load<i64x2>(lane);
-}
-VORN_INLINE void storeFirst(std::int64_t* p, i64x2 a, std::ptrdiff_t n) {
-    std::int64_t lane[2];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int64_t));
-}
-template <>
-VORN_INLINE i32x4 loadFirst<i32x4>(const std::int32_t* p, std::ptrdiff_t n) {
-    std::int32_t lane[4] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int32_t));
-    return load<i32x4>(lane);
-}
-VORN_INLINE void storeFirst(std::int32_t* p, i32x4 a, std::ptrdiff_t n) {
-    std::int32_t lane[4];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int32_t));
-}
-template <>
-VORN_INLINE i16x8 loadFirst<i16x8>(const std::int16_t* p, std::ptrdiff_t n) {
-    std::int16_t lane[8] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int16_t));
-    return load<i16x8>(lane);
-}
-VORN_INLINE void storeFirst(std::int16_t* p, i16x8 a, std::ptrdiff_t n) {
-    std::int16_t lane[8];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int16_t));
-}
-template <>
-VORN_INLINE i8x16 loadFirst<i8x16>(const std::int8_t* p, std::ptrdiff_t n) {
-    std::int8_t lane[16] = {};
-    std::memcpy(lane, p, static_cast<std::size_t>(n) * sizeof(std::int8_t));
-    return load<i8x16>(lane);
-}
-VORN_INLINE void storeFirst(std::int8_t* p, i8x16 a, std::ptrdiff_t n) {
-    std::int8_t lane[16];
-    store(lane, a);
-    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof(std::int8_t));
+    std::memcpy(p, lane, static_cast<std::size_t>(n) * sizeof *p);
 }
 
 // The first n elements, a number known to the compiler, and zeros: one load, where loadFirst goes through memory.
@@ -252,34 +193,31 @@ VORN_INLINE f64x2 operator|(f64x2 a, f64x2 b) { return {_mm_or_pd(a.v, b.v)}; }
 VORN_INLINE f64x2 operator^(f64x2 a, f64x2 b) { return {_mm_xor_pd(a.v, b.v)}; }
 VORN_INLINE f64x2 absOf(f64x2 a) { return {_mm_andnot_pd(_mm_set1_pd(-0.0), a.v)}; }
 VORN_INLINE f64x2 operator-(f64x2 a) { return {_mm_xor_pd(_mm_set1_pd(-0.0), a.v)}; }
+template <IntegerLanes<16> V>
+VORN_INLINE V operator&(V a, V b) {
+    return {_mm_and_si128(a.v, b.v)};
+}
+template <IntegerLanes<16> V>
+VORN_INLINE V operator|(V a, V b) {
+    return {_mm_or_si128(a.v, b.v)};
+}
+template <IntegerLanes<16> V>
+VORN_INLINE V operator^(V a, V b) {
+    return {_mm_xor_si128(a.v, b.v)};
+}
+// Lanes of b where a has no bit.
+template <IntegerLanes<16> V>
+VORN_INLINE V andNot(V a, V b) {
+    return {_mm_andnot_si128(a.v, b.v)};
+}
 VORN_INLINE i64x2 operator+(i64x2 a, i64x2 b) { return {_mm_add_epi64(a.v, b.v)}; }
 VORN_INLINE i64x2 operator-(i64x2 a, i64x2 b) { return {_mm_sub_epi64(a.v, b.v)}; }
-VORN_INLINE i64x2 operator&(i64x2 a, i64x2 b) { return {_mm_and_si128(a.v, b.v)}; }
-VORN_INLINE i64x2 operator|(i64x2 a, i64x2 b) { return {_mm_or_si128(a.v, b.v)}; }
-VORN_INLINE i64x2 operator^(i64x2 a, i64x2 b) { return {_mm_xor_si128(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i64x2 andNot(i64x2 a, i64x2 b) { return {_mm_andnot_si128(a.v, b.v)}; }
 VORN_INLINE i32x4 operator+(i32x4 a, i32x4 b) { return {_mm_add_epi32(a.v, b.v)}; }
 VORN_INLINE i32x4 operator-(i32x4 a, i32x4 b) { return {_mm_sub_epi32(a.v, b.v)}; }
-VORN_INLINE i32x4 operator&(i32x4 a, i32x4 b) { return {_mm_and_si128(a.v, b.v)}; }
-VORN_INLINE i32x4 operator|(i32x4 a, i32x4 b) { return {_mm_or_si128(a.v, b.v)}; }
-VORN_INLINE i32x4 operator^(i32x4 a, i32x4 b) { return {_mm_xor_si128(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i32x4 andNot(i32x4 a, i32x4 b) { return {_mm_andnot_si128(a.v, b.v)}; }
 VORN_INLINE i16x8 operator+(i16x8 a, i16x8 b) { return {_mm_add_epi16(a.v, b.v)}; }
 VORN_INLINE i16x8 operator-(i16x8 a, i16x8 b) { return {_mm_sub_epi16(a.v, b.v)}; }
-VORN_INLINE i16x8 operator&(i16x8 a, i16x8 b) { return {_mm_and_si128(a.v, b.v)}; }
-VORN_INLINE i16x8 operator|(i16x8 a, i16x8 b) { return {_mm_or_si128(a.v, b.v)}; }
-VORN_INLINE i16x8 operator^(i16x8 a, i16x8 b) { return {_mm_xor_si128(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i16x8 andNot(i16x8 a, i16x8 b) { return {_mm_andnot_si128(a.v, b.v)}; }
 VORN_INLINE i8x16 operator+(i8x16 a, i8x16 b) { return {_mm_add_epi8(a.v, b.v)}; }
 VORN_INLINE i8x16 operator-(i8x16 a, i8x16 b) { return {_mm_sub_epi8(a.v, b.v)}; }
-VORN_INLINE i8x16 operator&(i8x16 a, i8x16 b) { return {_mm_and_si128(a.v, b.v)}; }
-VORN_INLINE i8x16 operator|(i8x16 a, i8x16 b) { return {_mm_or_si128(a.v, b.v)}; }
-VORN_INLINE i8x16 operator^(i8x16 a, i8x16 b) { return {_mm_xor_si128(a.v, b.v)}; }
-// Lanes of b where a has no bit.
-VORN_INLINE i8x16 andNot(i8x16 a, i8x16 b) { return {_mm_andnot_si128(a.v, b.v)}; }
 VORN_INLINE i16x8 addSat(i16x8 a, i16x8 b) { return {_mm_adds_epi16(a.v, b.v)}; }
 VORN_INLINE i16x8 subSat(i16x8 a, i16x8 b) { return {_mm_subs_epi16(a.v, b.v)}; }
 VORN_INLINE i16x8 minOf(i16x8 a, i16x8 b) { return {_mm_min_epi16(a.v, b.v)}; }
@@ -639,16 +577,6 @@ VORN_INLINE i32x4 absSat(i32x4 a) {
 
 // Unsigned bytes, for what depends on their order.
 
-struct u8x16 {
-    static constexpr int lanes = 16;
-    using Element = std::uint8_t;
-    __m128i v;
-};
-template <>
-VORN_INLINE u8x16 load<u8x16>(const std::uint8_t* p) {
-    return {_mm_loadu_si128(reinterpret_cast<const __m128i*>(p))};
-}
-VORN_INLINE void store(std::uint8_t* p, u8x16 a) { _mm_storeu_si128(reinterpret_cast<__m128i*>(p), a.v); }
 template <>
 VORN_INLINE u8x16 splat<u8x16>(std::uint8_t x) {
     return {_mm_set1_epi8(static_cast<char>(x))};
