@@ -8,6 +8,7 @@
 #include "frame/rounding.h"
 #include "frame/scale.h"
 #include "simd/block.h"
+#include "simd/half.h"
 #include "simd/rounded_shift.h"
 #include "simd/simd.h"
 
@@ -159,7 +160,7 @@ void convertToInteger(const Source* src, Result* dst, std::ptrdiff_t len, VornRo
 
 constexpr int halfRebias = 127 - 15;       // single bias less half bias
 constexpr Vorn32s halfSpecial = 31 << 23;  // exponent 31 of a half, at the place of a single's exponent
-constexpr Vorn32s singleInfinity = 0x7F800000;
+constexpr Vorn32s singleInfinity = 0x7F800000, bits65536 = 0x47800000;
 
 // A half spread over 32 bits: its sign in the top bit, exponent and mantissa at the place of a single's, not rebased.
 struct SpreadHalf {
@@ -217,6 +218,7 @@ VORN_NOINLINE void convertHalves(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_
 // A product x 2^-112 holds a half in bits 13 and up; what lies below is rounded or dropped.
 
 struct HalfNearest {
+    [[maybe_unused]] static constexpr HalfRounding rounding = HalfRounding::toNearest;
     static VORN_INLINE i32xN shorten(i32xN product) {
         const i32xN odd = shiftRightLogical<13>(product) & splat<i32xN>(1);
         return shiftRightLogical<13>(product + splat<i32xN>(0xFFF) + odd);
@@ -225,6 +227,7 @@ struct HalfNearest {
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN) { return shorten(product); }
 };
 struct HalfTruncated {
+    [[maybe_unused]] static constexpr HalfRounding rounding = HalfRounding::towardZero;
     static VORN_INLINE i32xN shorten(i32xN product) { return shiftRightLogical<13>(product); }
     // A not-a-number keeps its top mantissa bits, quieted by the sum that it went through.
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN sum) {
@@ -246,10 +249,30 @@ VORN_INLINE i32xN halfMagnitude(f32xN x) {
     return Round::shortenNan(maxOf(normal, denormal), sum);
 }
 
+// By the processor's conversion, for |x| < 65536: it rounds once, so what is below 2^-14 is first rounded to the unit
+// of the product, 2^-37, where to nearest that makes a difference.
+template <class Round>
+VORN_INLINE void storeOrdinary(Vorn16f* p, f32xN x) {
+    if constexpr (Round::rounding == HalfRounding::toNearest) {
+        const f32xN leastNormal = splat<f32xN>(0x1p-14f), magnitude = absOf(x);
+        const f32xN rounded = (magnitude + leastNormal) - leastNormal;
+        x = select(magnitude < leastNormal, rounded, magnitude) | (x & splat<f32xN>(-0.0f));
+    }
+    storeHalves<Round::rounding>(p, x);
+}
+
 template <class Round>
 VORN_NOINLINE void convertSinglesToHalves(const Vorn32f* src, Vorn16f* dst, std::ptrdiff_t len) {
     convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn32f* source, Vorn16f* result, auto) {
         const f32xN low = load<f32xN>(source), high = load<f32xN>(source + f32xN::lanes);
+        if constexpr (hasHalfConversions) {
+            const i32xN larger = maxOf(bitsOf(absOf(low)), bitsOf(absOf(high)));
+            if (!any(larger > splat<i32xN>(bits65536 - 1))) [[likely]] {
+                storeOrdinary<Round>(result, low);
+                storeOrdinary<Round>(result + f32xN::lanes, high);
+                return;
+            }
+        }
         const i16xN sign = narrowSat(shiftRight<16>(bitsOf(low)), shiftRight<16>(bitsOf(high)));
         const i16xN magnitude = narrowSat(halfMagnitude<Round>(low), halfMagnitude<Round>(high));
         store(reinterpret_cast<Vorn16s*>(result), magnitude | (sign & splat<i16xN>(-32768)));
@@ -259,6 +282,12 @@ VORN_NOINLINE void convertSinglesToHalves(const Vorn32f* src, Vorn16f* dst, std:
 template <class Round>
 void convertIntegersToHalves(const Vorn16s* src, Vorn16f* dst, std::ptrdiff_t len) {
     convertBlocks<i16xN::lanes>(src, dst, len, [](const Vorn16s* source, Vorn16f* result, auto) {
+        if constexpr (hasHalfConversions) {
+            for (int k = 0; k < i16xN::lanes; k += f32xN::lanes) {
+                storeHalves<Round::rounding>(result + k, toFloat(loadWidened<i32xN>(source + k)));
+            }
+            return;
+        }
         // |x| is 0 or at least 1, so the product is exact.
         const auto magnitude = [](const Vorn16s* p) {
             return Round::shorten(bitsOf(absOf(toFloat(loadWidened<i32xN>(p))) * splat<f32xN>(0x1p-112f)));
@@ -430,9 +459,19 @@ void convert(const Vorn64f* src, Vorn32s* dst, std::ptrdiff_t len, VornRoundMode
 
 // Halves.
 
+// The processor's conversion would make signalling not-a-numbers quiet.
 void convertFromHalf(const Vorn16f* src, Vorn32f* dst, std::ptrdiff_t len) {
-    convertBlocks<f32xN::lanes>(src, dst, len, [](const Vorn16f* source, Vorn32f* result, auto put) {
+    convertBlocks<2 * f32xN::lanes>(src, dst, len, [](const Vorn16f* source, Vorn32f* result, auto put) {
+        if constexpr (hasHalfConversions) {
+            const i16xN special = splat<i16xN>(0x7C00);
+            if (!any((load<i16xN>(reinterpret_cast<const Vorn16s*>(source)) & special) == special)) [[likely]] {
+                put(result, widenHalves(source));
+                put(result + f32xN::lanes, widenHalves(source + f32xN::lanes));
+                return;
+            }
+        }
         put(result, SpreadHalf(source).value());
+        put(result + f32xN::lanes, SpreadHalf(source + f32xN::lanes).value());
     });
 }
 
