@@ -141,7 +141,7 @@ LnCode sumLnOfRun(const Source* src, std::ptrdiff_t len, double& sum) {
 }
 
 // A bad element gives a constant instead of the sum: a zero positive (not negative) infinity, and an infinity or a
-// not-a-number a not-a-number without a warning. These are part of the contract.
+// not-a-number a not-a-number without a warning. These are promised.
 template <class Source, class Result>
 VornStatus sumLn(const Source* src, std::ptrdiff_t len, Result* result) {
     double sum = 0.0;
