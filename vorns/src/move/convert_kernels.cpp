@@ -218,7 +218,7 @@ VORN_NOINLINE void convertHalves(const Vorn16f* src, Vorn16s* dst, std::ptrdiff_
 // A product x 2^-112 holds a half in bits 13 and up; what lies below is rounded or dropped.
 
 struct HalfNearest {
-    static constexpr HalfRounding rounding = HalfRounding::toNearest;
+    [[maybe_unused]] static constexpr HalfRounding rounding = HalfRounding::toNearest;
     static VORN_INLINE i32xN shorten(i32xN product) {
         const i32xN odd = shiftRightLogical<13>(product) & splat<i32xN>(1);
         return shiftRightLogical<13>(product + splat<i32xN>(0xFFF) + odd);
@@ -227,7 +227,7 @@ struct HalfNearest {
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN) { return shorten(product); }
 };
 struct HalfTruncated {
-    static constexpr HalfRounding rounding = HalfRounding::towardZero;
+    [[maybe_unused]] static constexpr HalfRounding rounding = HalfRounding::towardZero;
     static VORN_INLINE i32xN shorten(i32xN product) { return shiftRightLogical<13>(product); }
     // A not-a-number keeps its top mantissa bits, quieted by the sum that it went through.
     static VORN_INLINE i32xN shortenNan(i32xN product, f32xN sum) {

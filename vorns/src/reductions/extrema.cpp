@@ -10,6 +10,7 @@
 #include "simd/fold.h"
 #include "simd/part.h"
 #include "simd/simd.h"
+#include "simd/unsigned.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
@@ -26,6 +27,10 @@ struct Largest {
     static VORN_INLINE V keep(V x, V best) {
         return maxOf(x, best);
     }
+    template <class V>
+    static VORN_INLINE V keepUnsigned(V x, V best) {
+        return maxOfUnsigned(x, best);
+    }
 };
 struct Smallest {
     template <class T>
@@ -36,24 +41,44 @@ struct Smallest {
     static VORN_INLINE V keep(V x, V best) {
         return minOf(x, best);
     }
+    template <class V>
+    static VORN_INLINE V keepUnsigned(V x, V best) {
+        return minOfUnsigned(x, best);
+    }
 };
 
-// How elements become lanes whose order is theirs: unsigned numbers with their top bit turned.
+// How elements become lanes and lanes are compared. inOrder() makes lanes of them whose own order is that of the
+// elements.
 template <class Element>
 struct Ordered {
     using V = Wide<Element>;
     static VORN_INLINE V load(const Element* p) { return vorn::load<V>(p); }
     static VORN_INLINE V splat(Element x) { return vorn::splat<V>(x); }
+    template <class Better>
+    static VORN_INLINE V keep(V x, V best) {
+        return Better::keep(x, best);
+    }
+    static VORN_INLINE V inOrder(V x) { return x; }
     static Element element(typename V::Element x) { return x; }
 };
+// Unsigned numbers have it with their top bit turned: at once, or at the end where lanes can be compared as unsigned.
 template <class Element, class Signed>
 struct OrderedUnsigned {
     using V = Wide<Signed>;
     static constexpr Signed top = std::numeric_limits<Signed>::min();
+    static constexpr Signed turnedAtOnce = hasUnsignedOrder ? 0 : top, turnedAtEnd = top ^ turnedAtOnce;
     static VORN_INLINE V load(const Element* p) {
-        return vorn::load<V>(reinterpret_cast<const Signed*>(p)) ^ vorn::splat<V>(top);
+        return vorn::load<V>(reinterpret_cast<const Signed*>(p)) ^ vorn::splat<V>(turnedAtOnce);
     }
-    static VORN_INLINE V splat(Element x) { return vorn::splat<V>(static_cast<Signed>(static_cast<Signed>(x) ^ top)); }
+    static VORN_INLINE V splat(Element x) {
+        return vorn::splat<V>(static_cast<Signed>(static_cast<Signed>(x) ^ turnedAtOnce));
+    }
+    template <class Better>
+    static VORN_INLINE V keep(V x, V best) {
+        if constexpr (hasUnsignedOrder) return Better::keepUnsigned(x, best);
+        return Better::keep(x, best);
+    }
+    static VORN_INLINE V inOrder(V x) { return x ^ vorn::splat<V>(turnedAtEnd); }
     static Element element(Signed x) { return static_cast<Element>(x ^ top); }
 };
 template <>
@@ -70,11 +95,12 @@ public:
     explicit Running(Element first) {
         for (V& lanes : chain_) lanes = Lanes::splat(first);
     }
-    VORN_INLINE void meet(int k, V x) { chain_[k] = Better::keep(x, chain_[k]); }
+    VORN_INLINE void meet(int k, V x) { chain_[k] = Lanes::template keep<Better>(x, chain_[k]); }
     VORN_INLINE Element best() const {
         V all = chain_[0];
-        for (int k = 1; k < chains; ++k) all = Better::keep(chain_[k], all);
-        return Lanes::element(folded(all, [](auto lower, auto upper) { return Better::keep(upper, lower); }));
+        for (int k = 1; k < chains; ++k) all = Lanes::template keep<Better>(chain_[k], all);
+        return Lanes::element(
+            folded(Lanes::inOrder(all), [](auto lower, auto upper) { return Better::keep(upper, lower); }));
     }
 
 private:
