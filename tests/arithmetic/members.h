@@ -4,18 +4,11 @@
 
 #include <cmath>
 
+#include "arithmetic/quotients.h"
 #include "model/arithmetic.h"
 #include "vornsr.h"
 
 namespace members {
-
-// a / b, each part divided by +0 where b is zero.
-template <class C>
-C divided(C a, C b) {
-    const decltype(a.re) square = b.re * b.re + b.im * b.im;
-    if (b.re == 0 && b.im == 0) return {a.re / square, a.im / square};
-    return {(a.re * b.re + a.im * b.im) / square, (a.im * b.re - a.re * b.im) / square};
-}
 
 // visit(name, call, model, scaled): call(src1, src2, dst, len, sf), model(src1, src2, sf).
 template <class Visit>
