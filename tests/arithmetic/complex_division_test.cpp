@@ -311,7 +311,14 @@ TYPED_TEST(ComplexDivision, OfInfinities) {
     const Complex<T> q = quotient(Complex<T>{infinity, 1}, Complex<T>{1, 1});
     EXPECT_EQ(q.re, infinity);
     EXPECT_EQ(q.im, -infinity);
-    for (const Complex<T> a : {Complex<T>{nan, 1}, Complex<T>{1, nan}}) {
+    // However small the number is that it is multiplied by.
+    const T high = std::numeric_limits<T>::max(), low = std::numeric_limits<T>::denorm_min();
+    for (const Complex<T> b : {Complex<T>{high, low}, Complex<T>{low, high}, Complex<T>{low, low}}) {
+        const Complex<T> r = quotient(Complex<T>{high, infinity}, b);
+        EXPECT_EQ(r.re, infinity) << show(r, b);
+        EXPECT_EQ(r.im, infinity) << show(r, b);
+    }
+    for (const Complex<T> a : {Complex<T>{nan, 1}, Complex<T>{1, nan}, Complex<T>{nan, infinity}}) {
         for (const Complex<T> b : {Complex<T>{1, 1}, Complex<T>{std::numeric_limits<T>::max(), 1}}) {
             const Complex<T> r = quotient(a, b), s = quotient(b, a);
             EXPECT_TRUE(std::isnan(r.re) && std::isnan(r.im)) << show(a, b);

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <type_traits>
 
+#include "arithmetic/quotients.h"
 #include "calls/signature.h"
 #include "model/arithmetic.h"
 #include "vornsr.h"
@@ -20,14 +21,6 @@ constexpr bool isComplex = requires(T z) {
 };
 template <class T>
 constexpr bool isReal = std::is_floating_point_v<T>;
-
-// a / b, each part divided by +0 where b is zero.
-template <class C>
-C divided(C a, C b) {
-    const decltype(a.re) square = b.re * b.re + b.im * b.im;
-    if (b.re == 0 && b.im == 0) return {a.re / square, a.im / square};
-    return {(a.re * b.re + a.im * b.im) / square, (a.im * b.re - a.re * b.im) / square};
-}
 
 struct Sum {
     template <class D, class A, class B>

@@ -121,13 +121,16 @@ private:
         const SplitComplex y = {scaled(b.re, scaleB), scaled(b.im, scaleB)};
         const ComplexFraction64f fraction(x, y, scaled(sizeA, scaleA), scaled(sizeB, scaleB));
 
-        // An infinity has no pieces. By a real number each part is divided by itself.
-        const auto numerator = [&](f64xN part, f64xN careful, f64xN plain) {
-            return select(real, part, select(infinite, plain, careful));
+        // By a real number each part is divided by itself. An infinity has no pieces, and beside it a number, though
+        // not a not-a-number, counts as 0: in an unlimited range the product would be a number too.
+        const auto ifInfinite = [&](f64xN part) { return select(absOf(part) == infinity, part, part - part); };
+        const SplitComplex u = {ifInfinite(a.re), ifInfinite(a.im)};
+        const auto choose = [&](f64xN ifReal, f64xN infiniteOne, f64xN otherwise) {
+            return select(real, ifReal, select(infinite, infiniteOne, otherwise));
         };
-        const f64xN re = numerator(a.re, fraction.re, x.re * y.re + x.im * y.im);
-        const f64xN im = numerator(a.im, fraction.im, x.im * y.re - x.re * y.im);
-        const f64xN divisor = numerator(b.re, fraction.divisor, y.re * y.re + y.im * y.im);
+        const f64xN re = choose(a.re, u.re * b.re + u.im * b.im, fraction.re);
+        const f64xN im = choose(a.im, u.im * b.re - u.re * b.im, fraction.im);
+        const f64xN divisor = choose(b.re, y.re * y.re + y.im * y.im, fraction.divisor);
         const f64xN back = scaleB / scaleA;
         return joined(scaled(re / divisor, back), scaled(im / divisor, back));
     }

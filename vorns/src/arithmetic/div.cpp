@@ -10,7 +10,7 @@ using namespace vorn;
 namespace {
 
 template <class T>
-constexpr VornStatus notZero(T val) {
+constexpr VornStatus notZero(const T& val) {
     if constexpr (LaneOf<T>::count == 2) {
         return require(val.re != 0 || val.im != 0, vornStsDivByZeroErr);
     } else {
@@ -48,20 +48,21 @@ VornStatus divide32s(A dividend, B divisor, Vorn32s* dst, std::int64_t len, int 
     return divideExactly(Quotient32s<CorrectedDivision>(sf), dividend, divisor, dst, len);
 }
 
-// By a complex constant. One without an imaginary part divides each part as a real number, as such an element does.
-template <class T>
-bool dividedAsReal(const T* src, T val, T* dst, int len) {
-    if (val.im != 0) return false;
-    divide(FloatQuotient<Lane<T>>(), parts(src), constant(val.re), lanesAt(dst), twice(len));
-    return true;
+// By a complex constant; one without an imaginary part divides each part. Its parts come as two numbers, because a
+// structure of them would be stored in pieces and loaded as a whole.
+void divideBy(const Vorn32fc* src, Vorn32f re, Vorn32f im, Vorn32fc* dst, int len) {
+    if (im == 0) {
+        divide(FloatQuotient<Vorn32f>(), parts(src), constant(re), lanesAt(dst), twice(len));
+    } else {
+        divide(ComplexQuotient32f(), elements(src), constant(Vorn32fc{re, im}), dst, len);
+    }
 }
-void divideBy(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
-    if (!dividedAsReal(src, val, dst, len)) divide(ComplexQuotient32f(), elements(src), constant(val), dst, len);
-}
-void divideBy(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
-    if (dividedAsReal(src, val, dst, len)) return;
-    const f64xN divisor = constant(val).value;
-    divide(ComplexQuotient64f(), elementPairs(src), Constant<Halves<f64xN>>{{divisor, divisor}}, dst, len);
+void divideBy(const Vorn64fc* src, Vorn64f re, Vorn64f im, Vorn64fc* dst, int len) {
+    if (im == 0) {
+        divide(FloatQuotient<Vorn64f>(), parts(src), constant(re), lanesAt(dst), twice(len));
+    } else {
+        divide(ComplexQuotient64f(), elementPairs(src), constantPair(Vorn64fc{re, im}), dst, len);
+    }
 }
 
 }  // namespace
@@ -214,7 +215,7 @@ VornStatus vornsDivC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divideBy(src, val, dst, len);
+    divideBy(src, val.re, val.im, dst, len);
     return vornStsNoErr;
 }
 
@@ -236,7 +237,7 @@ VornStatus vornsDivC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int 
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     VORN_CHECK(notZero(val));
-    divideBy(src, val, dst, len);
+    divideBy(src, val.re, val.im, dst, len);
     return vornStsNoErr;
 }
 

@@ -137,9 +137,9 @@ struct ComplexFactors {
     }
 };
 
-// One value for all elements.
+// One value for all elements, in a register.
 template <class V>
-struct Constant {
+struct Repeated {
     V value;
     VORN_INLINE V at(std::int64_t) const { return value; }
     VORN_INLINE void fetch(std::int64_t) const {}
@@ -148,6 +148,46 @@ struct Constant {
         return value;
     }
 };
+
+// The same as it is handed to a kernel: as a number. A function that takes a wide register by value does not clear the
+// upper halves of the registers when it returns, which makes what its callers do next slow where they do not use them.
+template <class T>
+struct Constant {
+    T value;
+    VORN_INLINE auto inRegister() const {
+        using V = Wide<Lane<T>>;
+        if constexpr (LaneOf<T>::count == 1) {
+            return splat<V>(static_cast<Lane<T>>(value));
+        } else if constexpr (sizeof(T) == 16) {
+            const auto bits = std::bit_cast<Vorn64sc>(value);
+            return std::bit_cast<V>(splatPair<i64xN>(bits.re, bits.im));
+        } else if constexpr (sizeof(T) == 8) {
+            return std::bit_cast<V>(splat<i64xN>(std::bit_cast<std::int64_t>(value)));
+        } else {
+            return std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(value)));
+        }
+    }
+};
+template <class T>
+struct ConstantPair {
+    T value;
+};
+
+// An operand as the loop reads it.
+template <class A>
+VORN_INLINE A readable(A a) {
+    return a;
+}
+template <class T>
+VORN_INLINE auto readable(Constant<T> a) {
+    return Repeated<decltype(a.inRegister())>{a.inRegister()};
+}
+template <class T>
+VORN_INLINE auto readable(ConstantPair<T> a) {
+    auto x = Constant<T>{a.value}.inRegister();
+    return Repeated<Halves<decltype(x)>>{{x, x}};
+}
+
 template <class T>
 VORN_INLINE Elements<T> elements(const T* p) {
     return {p};
@@ -161,18 +201,12 @@ VORN_INLINE ComplexFactors<T> complexFactors(const T* p) {
     return {p};
 }
 template <class T>
-VORN_INLINE auto constant(T val) {
-    using V = Wide<Lane<T>>;
-    if constexpr (LaneOf<T>::count == 1) {
-        return Constant<V>{splat<V>(static_cast<Lane<T>>(val))};
-    } else if constexpr (sizeof(T) == 16) {
-        const auto bits = std::bit_cast<Vorn64sc>(val);
-        return Constant<V>{std::bit_cast<V>(splatPair<i64xN>(bits.re, bits.im))};
-    } else if constexpr (sizeof(T) == 8) {
-        return Constant<V>{std::bit_cast<V>(splat<i64xN>(std::bit_cast<std::int64_t>(val)))};
-    } else {
-        return Constant<V>{std::bit_cast<V>(splat<i32xN>(std::bit_cast<std::int32_t>(val)))};
-    }
+VORN_INLINE Constant<T> constant(T val) {
+    return {val};
+}
+template <class T>
+VORN_INLINE ConstantPair<T> constantPair(T val) {
+    return {val};
 }
 
 // A result of one or two registers.
@@ -238,7 +272,9 @@ struct ElementKernel {
 
 template <Extent extent, class Op, class A, class B, class D>
 VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
-    forEachStep<extent>(len, ElementKernel<Op, A, B, D>{op, a, b, dst});
+    auto first = readable(a);
+    auto second = readable(b);
+    forEachStep<extent>(len, ElementKernel<Op, decltype(first), decltype(second), D>{op, first, second, dst});
 }
 
 // What most operations say of themselves.
