@@ -1,9 +1,10 @@
 // How a function is called, deduced from the type of its pointer: what each parameter is for, and what its elements
 // are. Tests, workloads and benchmarks give a member one row, hand over arguments by their roles and let this find the
 // order. It knows no data and no meaning. Calls go through one routine a type of function, so that rows cost little to
-// compile; for work that is timed, name the function.
+// compile; where calls are timed, Signature finds the order at compile time.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -13,6 +14,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <type_traits>
 #include <utility>
 
@@ -40,74 +42,28 @@ enum class Element : std::uint8_t {
     fc32,
     fc64
 };
+using ElementTypes = std::tuple<void, Vorn8u, Vorn8s, Vorn16u, Vorn16s, Vorn32u, Vorn32s, Vorn64s, Vorn32f, Vorn64f,
+                                Vorn8sc, Vorn16sc, Vorn32sc, Vorn64sc, Vorn32fc, Vorn64fc>;
+inline constexpr std::size_t elementCount = std::tuple_size_v<ElementTypes>;
 
+// none for types that are no elements.
 template <class T>
-inline constexpr Element elementOf = Element::none;
-template <>
-inline constexpr Element elementOf<Vorn8u> = Element::u8;
-template <>
-inline constexpr Element elementOf<Vorn8s> = Element::s8;
-template <>
-inline constexpr Element elementOf<Vorn16u> = Element::u16;
-template <>
-inline constexpr Element elementOf<Vorn16s> = Element::s16;
-template <>
-inline constexpr Element elementOf<Vorn32u> = Element::u32;
-template <>
-inline constexpr Element elementOf<Vorn32s> = Element::s32;
-template <>
-inline constexpr Element elementOf<Vorn64s> = Element::s64;
-template <>
-inline constexpr Element elementOf<Vorn32f> = Element::f32;
-template <>
-inline constexpr Element elementOf<Vorn64f> = Element::f64;
-template <>
-inline constexpr Element elementOf<Vorn8sc> = Element::sc8;
-template <>
-inline constexpr Element elementOf<Vorn16sc> = Element::sc16;
-template <>
-inline constexpr Element elementOf<Vorn32sc> = Element::sc32;
-template <>
-inline constexpr Element elementOf<Vorn64sc> = Element::sc64;
-template <>
-inline constexpr Element elementOf<Vorn32fc> = Element::fc32;
-template <>
-inline constexpr Element elementOf<Vorn64fc> = Element::fc64;
+inline constexpr Element elementOf = []<std::size_t... i>(std::index_sequence<i...>) {
+    return static_cast<Element>(((std::is_same_v<T, std::tuple_element_t<i, ElementTypes>> ? i : 0) + ...));
+}
+(std::make_index_sequence<elementCount>());
 
 constexpr std::size_t partsOf(Element element) { return element >= Element::sc8 ? 2 : 1; }
 
 // use.operator()<T>() with the type of the element's parts.
-template <class Use>
+template <std::size_t i = static_cast<std::size_t>(Element::f64), class Use>
 decltype(auto) withPart(Element element, const Use& use) {
-    switch (element) {
-        case Element::u8:
-            return use.template operator()<Vorn8u>();
-        case Element::s8:
-        case Element::sc8:
-            return use.template operator()<Vorn8s>();
-        case Element::u16:
-            return use.template operator()<Vorn16u>();
-        case Element::s16:
-        case Element::sc16:
-            return use.template operator()<Vorn16s>();
-        case Element::u32:
-            return use.template operator()<Vorn32u>();
-        case Element::s32:
-        case Element::sc32:
-            return use.template operator()<Vorn32s>();
-        case Element::s64:
-        case Element::sc64:
-            return use.template operator()<Vorn64s>();
-        case Element::f32:
-        case Element::fc32:
-            return use.template operator()<Vorn32f>();
-        case Element::f64:
-        case Element::fc64:
-            return use.template operator()<Vorn64f>();
-        case Element::none:
-            break;
+    constexpr Element parts[] = {Element::s8, Element::s16, Element::s32, Element::s64, Element::f32, Element::f64};
+    if (element >= Element::sc8) element = parts[static_cast<int>(element) - static_cast<int>(Element::sc8)];
+    if constexpr (i > 1) {
+        if (element != static_cast<Element>(i)) return withPart<i - 1>(element, use);
     }
-    throw std::logic_error("no element");
+    return use.template operator()<std::tuple_element_t<i, ElementTypes>>();
 }
 inline std::size_t alignmentOf(Element element) {
     return withPart(element, []<class T>() { return sizeof(T); });
@@ -283,6 +239,98 @@ Operands<A, A, D> operandsOf(VornStatus (*)(const A*, std::type_identity_t<A>, D
 template <class D, class... More>
 Operands<D, D, D> operandsOf(VornStatus (*)(D, D*, int, More...));
 
+// ---- Which shape a type has.
+
+// A constant has the type of an array beside it.
+constexpr bool isOfAnArray(Parameter constant, std::span<const Parameter> parameters) {
+    for (const Parameter& other : parameters) {
+        if ((other.kind == Kind::source || other.kind == Kind::result) && other.element == constant.element)
+            return true;
+    }
+    return false;
+}
+constexpr bool accepts(Role role, Parameter parameter, std::span<const Parameter> all, std::string_view name) {
+    switch (role) {
+        case src1:
+        case src2:
+        case var:
+        case vals:
+        case rows:
+        case rowVars:
+            return parameter.kind == Kind::source;
+        case rowList:
+        case rowVarList:
+            return parameter.kind == Kind::list;
+        case context:
+            return parameter.kind == Kind::context;
+        case val:
+            return (parameter.kind == Kind::value || parameter.kind == Kind::number) && isOfAnArray(parameter, all);
+        case dst:
+            return parameter.kind == Kind::result && !name.ends_with("_I") && !name.ends_with("_ISfs");
+        case srcDst:
+        case result:
+        case result2:
+            return parameter.kind == Kind::result;
+        case index:
+            return parameter.kind == Kind::result && parameter.element == Element::s32 &&
+                   all[0].element != Element::s32;
+        case scaleFactor:
+            return parameter.kind == Kind::number &&
+                   (name.ends_with("Sfs") || name.find("Scaled") != name.npos || name.empty());
+        default:
+            return parameter.kind == Kind::number;
+    }
+}
+// Null if there is none.
+constexpr const Shape* fittingShape(std::span<const Parameter> parameters, std::string_view name,
+                                    std::span<const Shape> shapes) {
+    for (const Shape& shape : shapes) {
+        bool fits = shape.count == parameters.size();
+        for (std::size_t i = 0; i < shape.count && fits; ++i) {
+            fits = accepts(shape.roles[i], parameters[i], parameters, name);
+        }
+        if (fits) return &shape;
+    }
+    return nullptr;
+}
+
+// The list ends with a parameter that nothing refers to: there are functions without any.
+template <class... P>
+inline constexpr Parameter parametersOf[] = {parameterOf<P>()..., {}};
+
+// What the compiler knows of a function without its name, for calls that are timed: roles at compile time.
+template <const auto& shapes, class... P>
+struct Signature {
+    static constexpr Shape shape = *fittingShape({parametersOf<P...>, sizeof...(P)}, std::string_view(), shapes);
+    static constexpr std::size_t indexOf(Role role) {
+        std::size_t i = 0;
+        while (i < shape.count && shape.roles[i] != role) ++i;
+        return i;
+    }
+    // What a pointer with one of these roles points to; None if there is none.
+    template <class None, Role... roles>
+    static auto pointee() {
+        constexpr std::size_t place = std::min({indexOf(roles)...});
+        if constexpr (place < sizeof...(P)) {
+            return std::type_identity<
+                std::remove_cv_t<std::remove_pointer_t<std::tuple_element_t<place, std::tuple<P...>>>>>();
+        } else {
+            return std::type_identity<None>();
+        }
+    }
+    template <class None, Role... roles>
+    using Pointee = typename decltype(pointee<None, roles...>())::type;
+
+    // get.operator()<role, type>() gives the argument.
+    template <class Get>
+    static VornStatus call(VornStatus (*function)(P...), const Get& get) {
+        return [&]<std::size_t... i>(std::index_sequence<i...>) {
+            return function(get.template operator()<shape.roles[i], P>()...);
+        }
+        (std::index_sequence_for<P...>());
+    }
+};
+
 // ---- Calls.
 
 // Pointers and numbers by role; a function takes those that it has parameters for.
@@ -328,10 +376,6 @@ VornStatus invoke(Pointer function, const Role* roles, const Arguments& argument
     (std::index_sequence_for<P...>());
 }
 
-// After a list without parameters there is one that nothing refers to.
-template <class... P>
-inline constexpr Parameter parameters[] = {parameterOf<P>()..., {}};
-
 }  // namespace detail
 
 class Function {
@@ -341,7 +385,7 @@ public:
         : name_(name),
           pointer_(reinterpret_cast<detail::Pointer>(function)),
           invoke_(detail::invoke<P...>),
-          parameters_(detail::parameters<P...>, sizeof...(P)),
+          parameters_(parametersOf<P...>, sizeof...(P)),
           shape_(fitting(shapes)) {}
 
     const char* name() const { return name_; }
@@ -362,53 +406,10 @@ public:
 
 private:
     const Shape& fitting(std::span<const Shape> shapes) const {
-        for (const Shape& shape : shapes) {
-            bool fits = shape.count == parameters_.size();
-            for (std::size_t i = 0; i < shape.count && fits; ++i) fits = accepts(shape.roles[i], parameters_[i]);
-            if (fits) return shape;
-        }
-        throw std::logic_error(std::string("no shape fits ") + name_);
+        const Shape* shape = fittingShape(parameters_, name_, shapes);
+        if (shape == nullptr) throw std::logic_error(std::string("no shape fits ") + name_);
+        return *shape;
     }
-    bool accepts(Role role, Parameter parameter) const {
-        switch (role) {
-            case src1:
-            case src2:
-            case var:
-            case vals:
-            case rows:
-            case rowVars:
-                return parameter.kind == Kind::source;
-            case rowList:
-            case rowVarList:
-                return parameter.kind == Kind::list;
-            case context:
-                return parameter.kind == Kind::context;
-            case val:
-                return (parameter.kind == Kind::value || parameter.kind == Kind::number) && isOfAnArray(parameter);
-            case dst:
-                return parameter.kind == Kind::result && !nameEndsOn("_I") && !nameEndsOn("_ISfs");
-            case srcDst:
-            case result:
-            case result2:
-                return parameter.kind == Kind::result;
-            case index:
-                return parameter.kind == Kind::result && parameter.element == Element::s32 &&
-                       parameters_[0].element != Element::s32;
-            case scaleFactor:
-                return parameter.kind == Kind::number && (nameEndsOn("Sfs") || nameHas("Scaled") || *name_ == '\0');
-            default:
-                return parameter.kind == Kind::number;
-        }
-    }
-    // A constant has the type of an array beside it.
-    bool isOfAnArray(Parameter constant) const {
-        for (const Parameter& other : parameters_) {
-            if ((other.kind == Kind::source || other.kind == Kind::result) && other.element == constant.element)
-                return true;
-        }
-        return false;
-    }
-    bool nameEndsOn(std::string_view end) const { return std::string_view(name_).ends_with(end); }
 
     const char* name_;
     detail::Pointer pointer_;

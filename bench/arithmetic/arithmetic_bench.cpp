@@ -8,6 +8,7 @@
 #include <random>
 #include <type_traits>
 
+#include "calls/signature.h"
 #include "plain/arithmetic.h"
 #include "support/bench.h"
 #include "vornsr.h"
@@ -239,76 +240,74 @@ void inPlace(const char* name, VornStatus (*ours)(T, T*, int), void (*blas)(int,
 #endif
 
 void floats() {
-    vectors("vornsAdd_32f", vornsAdd_32f, Sum{}, {VOLK(volk_32f_x2_add_32f(d, a, b, n))}, Sizes::all);
-    vectors("vornsAdd_64f", vornsAdd_64f, Sum{}, {VOLK(volk_64f_x2_add_64f(d, a, b, n))});
-    vectors("vornsSub_32f", vornsSub_32f, DifferenceReversed{}, {VOLK(volk_32f_x2_subtract_32f(d, b, a, n))});
-    vectors("vornsMul_32f", vornsMul_32f, Product{}, {VOLK(volk_32f_x2_multiply_32f(d, a, b, n))});
-    vectors("vornsMul_64f", vornsMul_64f, Product{}, {VOLK(volk_64f_x2_multiply_64f(d, a, b, n))});
-    vectors("vornsMul_32fc", vornsMul_32fc, Product{}, {VOLK(volk_32fc_x2_multiply_32fc(cc(d), cc(a), cc(b), n))},
+    vectors(VORN_NAMED(vornsAdd_32f), Sum{}, {VOLK(volk_32f_x2_add_32f(d, a, b, n))}, Sizes::all);
+    vectors(VORN_NAMED(vornsAdd_64f), Sum{}, {VOLK(volk_64f_x2_add_64f(d, a, b, n))});
+    vectors(VORN_NAMED(vornsSub_32f), DifferenceReversed{}, {VOLK(volk_32f_x2_subtract_32f(d, b, a, n))});
+    vectors(VORN_NAMED(vornsMul_32f), Product{}, {VOLK(volk_32f_x2_multiply_32f(d, a, b, n))});
+    vectors(VORN_NAMED(vornsMul_64f), Product{}, {VOLK(volk_64f_x2_multiply_64f(d, a, b, n))});
+    vectors(VORN_NAMED(vornsMul_32fc), Product{}, {VOLK(volk_32fc_x2_multiply_32fc(cc(d), cc(a), cc(b), n))},
             Sizes::all);
-    vectors("vornsMul_64fc", vornsMul_64fc, Product{});
-    vectors("vornsDiv_32f", vornsDiv_32f, QuotientReversed{}, {VOLK(volk_32f_x2_divide_32f(d, b, a, n))});
-    vectors("vornsDiv_64f", vornsDiv_64f, QuotientReversed{});
-    vectors("vornsDiv_32fc", vornsDiv_32fc, QuotientReversed{},
-            {VOLK(volk_32fc_x2_divide_32fc(cc(d), cc(b), cc(a), n))});
-    vectors("vornsDiv_64fc", vornsDiv_64fc, QuotientReversed{});
+    vectors(VORN_NAMED(vornsMul_64fc), Product{});
+    vectors(VORN_NAMED(vornsDiv_32f), QuotientReversed{}, {VOLK(volk_32f_x2_divide_32f(d, b, a, n))});
+    vectors(VORN_NAMED(vornsDiv_64f), QuotientReversed{});
+    vectors(VORN_NAMED(vornsDiv_32fc), QuotientReversed{}, {VOLK(volk_32fc_x2_divide_32fc(cc(d), cc(b), cc(a), n))});
+    vectors(VORN_NAMED(vornsDiv_64fc), QuotientReversed{});
 
     constexpr Vorn32fc complex{3, -5};
-    constants("vornsAddC_32f", vornsAddC_32f, 3.0f, Sum{}, {VOLK(volk_32f_s32f_add_32f(d, a, 3, n))});
-    constants("vornsAddC_32fc", vornsAddC_32fc, complex, Sum{});
-    constants("vornsSubCRev_32f", vornsSubCRev_32f, 3.0f, DifferenceReversed{});
-    constants("vornsMulC_32f", vornsMulC_32f, 3.0f, Product{}, {VOLK(volk_32f_s32f_multiply_32f(d, a, 3, n))},
-              Sizes::all);
-    constants("vornsMulC_64f", vornsMulC_64f, 3.0, Product{});
-    constants("vornsMulC_32fc", vornsMulC_32fc, complex, Product{},
+    constants(VORN_NAMED(vornsAddC_32f), 3.0f, Sum{}, {VOLK(volk_32f_s32f_add_32f(d, a, 3, n))});
+    constants(VORN_NAMED(vornsAddC_32fc), complex, Sum{});
+    constants(VORN_NAMED(vornsSubCRev_32f), 3.0f, DifferenceReversed{});
+    constants(VORN_NAMED(vornsMulC_32f), 3.0f, Product{}, {VOLK(volk_32f_s32f_multiply_32f(d, a, 3, n))}, Sizes::all);
+    constants(VORN_NAMED(vornsMulC_64f), 3.0, Product{});
+    constants(VORN_NAMED(vornsMulC_32fc), complex, Product{},
               {VOLK(volk_32fc_s32fc_multiply_32fc(cc(d), cc(a), {3, -5}, n))});
-    constants("vornsDivC_32f", vornsDivC_32f, 3.0f, plain::Quotient{});
-    constants("vornsDivC_64f", vornsDivC_64f, 3.0, plain::Quotient{});
-    constants("vornsDivC_32fc", vornsDivC_32fc, complex, plain::Quotient{});
-    constants("vornsDivCRev_32f", vornsDivCRev_32f, 3.0f, QuotientReversed{});
+    constants(VORN_NAMED(vornsDivC_32f), 3.0f, plain::Quotient{});
+    constants(VORN_NAMED(vornsDivC_64f), 3.0, plain::Quotient{});
+    constants(VORN_NAMED(vornsDivC_32fc), complex, plain::Quotient{});
+    constants(VORN_NAMED(vornsDivCRev_32f), 3.0f, QuotientReversed{});
 #ifdef VORNSR_HAVE_OPENBLAS
     openblas_set_num_threads(1);
-    inPlace("vornsMulC_32f_I", vornsMulC_32f_I, cblas_sscal);
-    inPlace("vornsMulC_64f_I", vornsMulC_64f_I, cblas_dscal);
+    inPlace(VORN_NAMED(vornsMulC_32f_I), cblas_sscal);
+    inPlace(VORN_NAMED(vornsMulC_64f_I), cblas_dscal);
 #endif
 }
 
 void integers() {
-    vectors("vornsAdd_16s", vornsAdd_16s, Sum{}, {}, Sizes::all);
-    vectors("vornsAdd_16u", vornsAdd_16u, Sum{});
-    vectors("vornsAdd_32u", vornsAdd_32u, Sum{});
-    vectors("vornsAdd_8u16u", vornsAdd_8u16u, Sum{});
-    vectors("vornsMul_8u16u", vornsMul_8u16u, Product{});
-    vectors("vornsAdd_16s32f", vornsAdd_16s32f, Sum{});
-    vectors("vornsMul_16s32f", vornsMul_16s32f, Product{});
-    constants("vornsDivCRev_16u", vornsDivCRev_16u, Vorn16u{30000}, QuotientReversed{});
+    vectors(VORN_NAMED(vornsAdd_16s), Sum{}, {}, Sizes::all);
+    vectors(VORN_NAMED(vornsAdd_16u), Sum{});
+    vectors(VORN_NAMED(vornsAdd_32u), Sum{});
+    vectors(VORN_NAMED(vornsAdd_8u16u), Sum{});
+    vectors(VORN_NAMED(vornsMul_8u16u), Product{});
+    vectors(VORN_NAMED(vornsAdd_16s32f), Sum{});
+    vectors(VORN_NAMED(vornsMul_16s32f), Product{});
+    constants(VORN_NAMED(vornsDivCRev_16u), Vorn16u{30000}, QuotientReversed{});
 
-    scaled("vornsAdd_8u_Sfs", vornsAdd_8u_Sfs, scaling(Sum{}));
-    scaled("vornsAdd_16s_Sfs", vornsAdd_16s_Sfs, scaling(Sum{}));
-    scaled("vornsAdd_32s_Sfs", vornsAdd_32s_Sfs, scaling(Sum{}));
-    scaled("vornsSub_8u_Sfs", vornsSub_8u_Sfs, scaling(DifferenceReversed{}));
-    scaled("vornsSub_16s_Sfs", vornsSub_16s_Sfs, scaling(DifferenceReversed{}));
-    scaled("vornsSub_32s_Sfs", vornsSub_32s_Sfs, scaling(DifferenceReversed{}));
-    scaled("vornsMul_8u_Sfs", vornsMul_8u_Sfs, scaling(Product{}));
-    scaled("vornsMul_16s_Sfs", vornsMul_16s_Sfs, scaling(Product{}));
-    scaled("vornsMul_16s32s_Sfs", vornsMul_16s32s_Sfs, scaling(Product{}));
-    scaled("vornsMul_16u16s_Sfs", vornsMul_16u16s_Sfs, scaling(Product{}));
-    scaled("vornsMul_16sc_Sfs", vornsMul_16sc_Sfs, scaling(Product{}));
-    scaled("vornsMul_32s_Sfs", vornsMul_32s_Sfs, scaling(Product{}));
-    scaled("vornsMul_32sc_Sfs", vornsMul_32sc_Sfs, scaling(Product{}));
-    scaled("vornsMul_32s32sc_Sfs", vornsMul_32s32sc_Sfs, scaling(Product{}));
-    scaled("vornsDiv_8u_Sfs", vornsDiv_8u_Sfs, dividingReversed);
-    scaled("vornsDiv_16s_Sfs", vornsDiv_16s_Sfs, dividingReversed);
-    scaled("vornsDiv_16sc_Sfs", vornsDiv_16sc_Sfs, dividingReversed);
-    scaled("vornsDiv_32s_Sfs", vornsDiv_32s_Sfs, dividingReversed);
-    scaled("vornsDiv_32s16s_Sfs", vornsDiv_32s16s_Sfs, dividingReversed);
+    scaled(VORN_NAMED(vornsAdd_8u_Sfs), scaling(Sum{}));
+    scaled(VORN_NAMED(vornsAdd_16s_Sfs), scaling(Sum{}));
+    scaled(VORN_NAMED(vornsAdd_32s_Sfs), scaling(Sum{}));
+    scaled(VORN_NAMED(vornsSub_8u_Sfs), scaling(DifferenceReversed{}));
+    scaled(VORN_NAMED(vornsSub_16s_Sfs), scaling(DifferenceReversed{}));
+    scaled(VORN_NAMED(vornsSub_32s_Sfs), scaling(DifferenceReversed{}));
+    scaled(VORN_NAMED(vornsMul_8u_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_16s_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_16s32s_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_16u16s_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_16sc_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_32s_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_32sc_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsMul_32s32sc_Sfs), scaling(Product{}));
+    scaled(VORN_NAMED(vornsDiv_8u_Sfs), dividingReversed);
+    scaled(VORN_NAMED(vornsDiv_16s_Sfs), dividingReversed);
+    scaled(VORN_NAMED(vornsDiv_16sc_Sfs), dividingReversed);
+    scaled(VORN_NAMED(vornsDiv_32s_Sfs), dividingReversed);
+    scaled(VORN_NAMED(vornsDiv_32s16s_Sfs), dividingReversed);
 
-    scaled("vornsAddC_16s_Sfs", vornsAddC_16s_Sfs, Vorn16s{77}, scaling(Sum{}));
-    scaled("vornsMulC_16s_Sfs", vornsMulC_16s_Sfs, Vorn16s{77}, scaling(Product{}));
-    scaled("vornsMulC_32s_Sfs", vornsMulC_32s_Sfs, Vorn32s{77}, scaling(Product{}));
-    scaled("vornsMulC_16sc_Sfs", vornsMulC_16sc_Sfs, Vorn16sc{77, -5}, scaling(Product{}));
-    scaled("vornsDivC_16s_Sfs", vornsDivC_16s_Sfs, Vorn16s{77}, dividing);
-    scaled("vornsMulC_32f16s_Sfs", vornsMulC_32f16s_Sfs, 3000.0f, plain::multiplyToShort);
+    scaled(VORN_NAMED(vornsAddC_16s_Sfs), Vorn16s{77}, scaling(Sum{}));
+    scaled(VORN_NAMED(vornsMulC_16s_Sfs), Vorn16s{77}, scaling(Product{}));
+    scaled(VORN_NAMED(vornsMulC_32s_Sfs), Vorn32s{77}, scaling(Product{}));
+    scaled(VORN_NAMED(vornsMulC_16sc_Sfs), Vorn16sc{77, -5}, scaling(Product{}));
+    scaled(VORN_NAMED(vornsDivC_16s_Sfs), Vorn16s{77}, dividing);
+    scaled(VORN_NAMED(vornsMulC_32f16s_Sfs), 3000.0f, plain::multiplyToShort);
 }
 
 const bench::Family family([] {

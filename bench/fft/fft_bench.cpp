@@ -1,5 +1,4 @@
 // Fourier transforms beside FFTW and kissfft, one thread.
-#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -217,20 +216,6 @@ void multiplyPacked(const char* name, std::size_t len) {
     });
 }
 
-void autoCorrelation(int srcLen, int lags) {
-    const auto src = noise<float>(static_cast<std::size_t>(srcLen)),
-               dst = bench::buffer<float>(static_cast<std::size_t>(lags));
-    const std::string size = std::to_string(srcLen) + "x" + std::to_string(lags);
-    bench::add("vornsAutoCorr_32f", size, bench::ours, srcLen, [=] {
-        vornsAutoCorr_32f(src.get(), srcLen, dst.get(), lags);
-        bench::keep(dst.get());
-    });
-    bench::add("vornsAutoCorr_32f", size, "plain", srcLen, [=] {
-        plain::autoCorrelation(src.get(), srcLen, dst.get(), lags);
-        bench::keep(dst.get());
-    });
-}
-
 void creation(int order) {
     bench::add("vornsFFTInitAlloc_R_32f", orderName(order), bench::ours, 1, [=] {
         VornsFFTSpec* context = nullptr;
@@ -260,7 +245,6 @@ const bench::Family family([] {
     multiplyPacked("L1", 1024);
     multiplyPacked("last level", 524288);
     multiplyPacked("memory", 67108864);
-    for (int lags : {5, 13, 17, 100, 400, 1000}) autoCorrelation(std::max(400, lags), lags);
     for (int order : {8, 10, 12}) creation(order);
 });
 

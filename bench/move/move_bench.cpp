@@ -1,6 +1,11 @@
 // Copies and fills beside the C library, fills and conjugation beside the plain loop and VOLK.
 #include <cstring>
+#include <functional>
+#include <string>
+#include <type_traits>
+#include <vector>
 
+#include "calls/signature.h"
 #include "plain/move.h"
 #include "support/bench.h"
 #include "vornsr.h"
@@ -31,15 +36,36 @@ std::byte* arena() {
     return block.get();
 }
 
-// One function beside its peers, each called with (src, dst, len); a fill has one buffer, the others two.
 template <class T>
-void add(const char* name, std::size_t buffers,
-         std::vector<std::pair<const char*, void (*)(const T*, T*, std::size_t)>> calls) {
+struct Peer {
+    const char* name;
+    std::function<void(const T*, T*, std::size_t)> call;
+};
+
+// One function beside its peers; a fill, with 5, has one buffer, the others two.
+template <class... P, class Of = calls::Signature<calls::elementWiseShapes, P...>,
+          class T = typename Of::template Pointee<void, calls::Role::dst>>
+void add(const char* name, VornStatus (*function)(P...), std::type_identity_t<std::vector<Peer<T>>> peers) {
+    using calls::Role;
+    peers.insert(peers.begin(), {bench::ours, [=](const T* src, T* dst, std::size_t len) {
+                                     Of::call(function, [&]<Role role, class Argument>() -> Argument {
+                                         if constexpr (role == Role::src1) {
+                                             return src;
+                                         } else if constexpr (role == Role::dst) {
+                                             return dst;
+                                         } else if constexpr (role == Role::val) {
+                                             return {5};
+                                         } else {
+                                             return static_cast<int>(len);
+                                         }
+                                     });
+                                 }});
     for (const Size& size : sizes()) {
+        const std::size_t buffers = Of::shape.has(Role::src1) ? 2 : 1;
         const std::size_t len = size.bytes / sizeof(T) / buffers;
         if (len == 0) continue;
-        for (const auto& [peer, call] : calls) {
-            bench::add(name, size.name, peer, static_cast<std::int64_t>(len), [=, call = call] {
+        for (const Peer<T>& peer : peers) {
+            bench::add(name, size.name, peer.name, static_cast<std::int64_t>(len), [=, call = peer.call] {
                 T* dst = reinterpret_cast<T*>(arena());
                 const T* src = buffers == 2 ? dst + (len * sizeof(T) + 63) / 64 * 64 / sizeof(T) : dst;
                 call(src, dst, len);
@@ -49,61 +75,32 @@ void add(const char* name, std::size_t buffers,
     }
 }
 
-void registerAll() {
-    add<Vorn8u>("Copy_8u", 2,
-                {{bench::ours, [](auto* s, auto* d, auto n) { vornsCopy_8u(s, d, static_cast<int>(n)); }},
-                 {"memcpy", [](auto* s, auto* d, auto n) { std::memcpy(d, s, n); }}});
-    add<Vorn8u>("Move_8u", 2,
-                {{bench::ours, [](auto* s, auto* d, auto n) { vornsMove_8u(s, d, static_cast<int>(n)); }},
-                 {"memmove", [](auto* s, auto* d, auto n) { std::memmove(d, s, n); }}});
-    add<Vorn8u>("Set_8u", 1,
-                {{bench::ours, [](auto*, auto* d, auto n) { vornsSet_8u(5, d, static_cast<int>(n)); }},
-                 {"memset", [](auto*, auto* d, auto n) { std::memset(d, 5, n); }}});
-    add<Vorn32f>("Zero_32f", 1,
-                 {{bench::ours, [](auto*, auto* d, auto n) { vornsZero_32f(d, static_cast<int>(n)); }},
-                  {"memset", [](auto*, auto* d, auto n) { std::memset(d, 0, 4 * n); }}});
-    add<Vorn16s>("Set_16s", 1,
-                 {{bench::ours, [](auto*, auto* d, auto n) { vornsSet_16s(5, d, static_cast<int>(n)); }},
-                  {"plain", [](auto*, auto* d, auto n) { plain::set(Vorn16s{5}, d, n); }}});
-    add<Vorn32f>("Set_32f", 1,
-                 {{bench::ours, [](auto*, auto* d, auto n) { vornsSet_32f(5, d, static_cast<int>(n)); }},
-                  {"plain", [](auto*, auto* d, auto n) { plain::set(5.0f, d, n); }}});
-    add<Vorn64f>("Set_64f", 1,
-                 {{bench::ours, [](auto*, auto* d, auto n) { vornsSet_64f(5, d, static_cast<int>(n)); }},
-                  {"plain", [](auto*, auto* d, auto n) { plain::set(5.0, d, n); }}});
-    add<Vorn64fc>("Set_64fc", 1,
-                  {{bench::ours,
-                    [](auto*, auto* d, auto n) {
-                        vornsSet_64fc({5, 6}, d, static_cast<int>(n));
-                    }},
-                   {"plain", [](auto*, auto* d, auto n) {
-                        plain::set(Vorn64fc{5, 6}, d, n);
-                    }}});
-    add<Vorn16sc>("Conj_16sc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConj_16sc(s, d, static_cast<int>(n)); }},
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}});
-    add<Vorn32fc>("Conj_32fc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConj_32fc(s, d, static_cast<int>(n)); }},
 #ifdef VORNSR_HAVE_VOLK
-                   {"volk",
-                    [](auto* s, auto* d, auto n) {
-                        volk_32fc_conjugate_32fc(reinterpret_cast<lv_32fc_t*>(d), reinterpret_cast<const lv_32fc_t*>(s),
-                                                 static_cast<unsigned>(n));
-                    }},
+void volkConjugate(const Vorn32fc* src, Vorn32fc* dst, std::size_t len) {
+    volk_32fc_conjugate_32fc(reinterpret_cast<lv_32fc_t*>(dst), reinterpret_cast<const lv_32fc_t*>(src),
+                             static_cast<unsigned>(len));
+}
 #endif
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}});
-    add<Vorn64fc>("Conj_64fc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConj_64fc(s, d, static_cast<int>(n)); }},
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}});
-    add<Vorn16sc>("ConjFlip_16sc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConjFlip_16sc(s, d, static_cast<int>(n)); }},
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
-    add<Vorn32fc>("ConjFlip_32fc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConjFlip_32fc(s, d, static_cast<int>(n)); }},
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
-    add<Vorn64fc>("ConjFlip_64fc", 2,
-                  {{bench::ours, [](auto* s, auto* d, auto n) { vornsConjFlip_64fc(s, d, static_cast<int>(n)); }},
-                   {"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
+
+void registerAll() {
+    add("Copy_8u", vornsCopy_8u, {{"memcpy", [](auto* s, auto* d, auto n) { std::memcpy(d, s, n); }}});
+    add("Move_8u", vornsMove_8u, {{"memmove", [](auto* s, auto* d, auto n) { std::memmove(d, s, n); }}});
+    add("Set_8u", vornsSet_8u, {{"memset", [](auto*, auto* d, auto n) { std::memset(d, 5, n); }}});
+    add("Zero_32f", vornsZero_32f, {{"memset", [](auto*, auto* d, auto n) { std::memset(d, 0, 4 * n); }}});
+    add("Set_16s", vornsSet_16s, {{"plain", [](auto*, auto* d, auto n) { plain::set(Vorn16s{5}, d, n); }}});
+    add("Set_32f", vornsSet_32f, {{"plain", [](auto*, auto* d, auto n) { plain::set(5.0f, d, n); }}});
+    add("Set_64f", vornsSet_64f, {{"plain", [](auto*, auto* d, auto n) { plain::set(5.0, d, n); }}});
+    add("Set_64fc", vornsSet_64fc, {{"plain", [](auto*, auto* d, auto n) { plain::set(Vorn64fc{5, 0}, d, n); }}});
+    add("Conj_16sc", vornsConj_16sc, {{"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}});
+    std::vector<Peer<Vorn32fc>> conjugations = {{"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}};
+#ifdef VORNSR_HAVE_VOLK
+    conjugations.push_back({"volk", volkConjugate});
+#endif
+    add("Conj_32fc", vornsConj_32fc, conjugations);
+    add("Conj_64fc", vornsConj_64fc, {{"plain", [](auto* s, auto* d, auto n) { plain::conj(s, d, n); }}});
+    add("ConjFlip_16sc", vornsConjFlip_16sc, {{"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
+    add("ConjFlip_32fc", vornsConjFlip_32fc, {{"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
+    add("ConjFlip_64fc", vornsConjFlip_64fc, {{"plain", [](auto* s, auto* d, auto n) { plain::conjFlip(s, d, n); }}});
 }
 
 const bench::Family family(registerAll);

@@ -1,4 +1,4 @@
-// The plain loops beside packed spectra and autocorrelation.
+// The plain loops beside packed spectra.
 #include "plain/fft.h"
 
 #include <algorithm>
@@ -24,14 +24,6 @@ void multiplyPack(const Vorn16s* a, const Vorn16s* b, Vorn16s* dst, int len, int
     for (int i = 1; i + 1 < len; i += 2) {
         dst[i] = scaled(std::int64_t{a[i]} * b[i] - std::int64_t{a[i + 1]} * b[i + 1]);
         dst[i + 1] = scaled(std::int64_t{a[i]} * b[i + 1] + std::int64_t{a[i + 1]} * b[i]);
-    }
-}
-
-void autoCorrelation(const Vorn32f* src, int srcLen, Vorn32f* dst, int lags) {
-    std::fill(dst, dst + lags, 0.0f);
-    for (int n = 0; n < srcLen; ++n) {
-        const int count = std::min(lags, srcLen - n);
-        for (int k = 0; k < count; ++k) dst[k] += src[n] * src[n + k];
     }
 }
 

@@ -1,4 +1,4 @@
-// The plain loops beside packed spectra and autocorrelation.
+// The plain loops beside packed spectra.
 #pragma once
 
 #include "vornsr/types.h"
@@ -7,6 +7,5 @@ namespace plain {
 
 void multiplyPack(const Vorn32f* a, const Vorn32f* b, Vorn32f* dst, int len);
 void multiplyPack(const Vorn16s* a, const Vorn16s* b, Vorn16s* dst, int len, int scaleFactor);
-void autoCorrelation(const Vorn32f* src, int srcLen, Vorn32f* dst, int lags);
 
 }  // namespace plain

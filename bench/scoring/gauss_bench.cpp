@@ -2,10 +2,12 @@
 // the squares of the frames made beforehand, val - S / 2 = c + x^2 . (-v / 2) + x . (m v), one frame against many
 // Gaussians is two matrix-vector products and many frames are a matrix product.
 #include <algorithm>
+#include <functional>
 #include <map>
 #include <string>
 #include <utility>
 
+#include "calls/signature.h"
 #include "plain/gaussian.h"
 #include "support/bench.h"
 #include "vornsr.h"
@@ -87,8 +89,41 @@ struct Data {
 template <class T, class Val>
 struct Peer {
     const char* name;
-    void (*call)(const Data<T, Val>&);
+    std::function<void(const Data<T, Val>&)> call;
 };
+
+// Ours, whatever its layout and optional arguments. A constant for all rows is -50.
+template <class... P>
+auto member(const char* name, VornStatus (*function)(P...), int scaleFactor = 0) {
+    using calls::Role;
+    using Signature = calls::Signature<calls::scoreShapes, P...>;
+    using T = typename Signature::template Pointee<void, Role::rows>;
+    using Val = typename Signature::template Pointee<void, Role::dst, Role::result>;
+    return Peer<T, Val>{
+        name, [=](const Data<T, Val>& d) {
+            [[maybe_unused]] static Val total;
+            Signature::call(function, [&]<Role role, class Argument>() -> Argument {
+                if constexpr (role == Role::rows) {
+                    return d.mean;
+                } else if constexpr (role == Role::rowVars || role == Role::var) {
+                    return d.var;
+                } else if constexpr (role == Role::src1) {
+                    return d.one;
+                } else if constexpr (role == Role::vals) {
+                    return d.val;
+                } else if constexpr (role == Role::dst) {
+                    return d.scores;
+                } else if constexpr (role == Role::result) {
+                    return &total;
+                } else if constexpr (role == Role::val) {
+                    return -50;
+                } else {
+                    return role == Role::scaleFactor ? scaleFactor : role == Role::height ? d.height : d.len;
+                }
+            });
+            bench::keep(&total);
+        }};
+}
 template <class T, class Val>
 void add(const char* function, const char* kind, int len, int height, double amplitude,
          std::initializer_list<Peer<T, Val>> peers) {
@@ -135,8 +170,7 @@ void blasGaussians(const Data<float, float>& d) {
 void addGaussians(int len, int height) {
     const auto amplitude = farApart<float>;
     add<float, float>("vornsLogGaussMultiMix_32f_D2", "", len, height, amplitude, {
-        {bench::ours,
-         [](auto& d) { vornsLogGaussMultiMix_32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+        member(bench::ours, vornsLogGaussMultiMix_32f_D2),
             {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
             {"plain-baseline",
              [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
@@ -149,29 +183,20 @@ void addGaussians(int len, int height) {
     });
     add<double, double>(
         "vornsLogGaussMultiMix_64f_D2", "", len, height, amplitude,
-        {{bench::ours,
-          [](auto& d) { vornsLogGaussMultiMix_64f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
+        {member(bench::ours, vornsLogGaussMultiMix_64f_D2),
          {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
          {"plain-baseline",
           [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
     add<Vorn16s, Vorn32f>(
         "vornsLogGaussMultiMix_Scaled_16s32f_D2", "", len, height, farApart<Vorn16s>,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGaussMultiMix_Scaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 4);
-          }},
+        {member(bench::ours, vornsLogGaussMultiMix_Scaled_16s32f_D2, 4),
          {"plain", [](auto& d) { plain::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
          {"plain-baseline",
           [](auto& d) { plain_baseline::multiMix(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
     for (const bool shifts : {false, true}) {
         add<Vorn16s, Vorn32s>(
             "vornsLogGaussMultiMix_Low_16s32s_D2Sfs", shifts ? "sf8" : "sf0", len, height, farApart<Vorn16s>,
-            {{bench::ours,
-              shifts ? [](const Data<Vorn16s, Vorn32s>& d) {
-                  vornsLogGaussMultiMix_Low_16s32s_D2Sfs(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 8);
-              } : [](const Data<Vorn16s, Vorn32s>& d) {
-                  vornsLogGaussMultiMix_Low_16s32s_D2Sfs(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 0);
-              }},
+            {member(bench::ours, vornsLogGaussMultiMix_Low_16s32s_D2Sfs, shifts ? 8 : 0),
              {"plain", [](auto& d) { plain::multiMixLow(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
              {"plain-baseline",
               [](auto& d) { plain_baseline::multiMixLow(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
@@ -182,8 +207,7 @@ void addGaussians(int len, int height) {
 
 void addFrames(int len, int height) {
     add<float, float>("vornsLogGauss_32f_D2", "", len, height, farApart<float>, {
-        {bench::ours,
-         [](auto& d) { vornsLogGauss_32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+        member(bench::ours, vornsLogGauss_32f_D2),
             {"plain", [](auto& d) { plain::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
             {"plain-baseline",
              [](auto& d) { plain_baseline::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
@@ -193,26 +217,19 @@ void addFrames(int len, int height) {
     });
     add<Vorn16s, Vorn32f>(
         "vornsLogGauss_Scaled_16s32f_D2", "", len, height, farApart<Vorn16s>,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGauss_Scaled_16s32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f, 4);
-          }},
+        {member(bench::ours, vornsLogGauss_Scaled_16s32f_D2, 4),
          {"plain", [](auto& d) { plain::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
          {"plain-baseline",
           [](auto& d) { plain_baseline::frames(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }}});
     add<Vorn16s, Vorn32s>(
         "vornsLogGauss_Low_16s32s_D2Sfs", "", len, height, farApart<Vorn16s>,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGauss_Low_16s32s_D2Sfs(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50, 0);
-          }},
+        {member(bench::ours, vornsLogGauss_Low_16s32s_D2Sfs, 0),
          {"plain", [](auto& d) { plain::framesLow(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50); }},
          {"plain-baseline",
           [](auto& d) { plain_baseline::framesLow(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50); }}});
     add<float, float>(
         "vornsLogGaussMax_32f_D2", "", len, height, farApart<float>,
-        {{bench::ours,
-          [](auto& d) { vornsLogGaussMax_32f_D2(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
+        {member(bench::ours, vornsLogGaussMax_32f_D2),
          {"plain", [](auto& d) { plain::framesMax(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }},
          {"plain-baseline",
           [](auto& d) { plain_baseline::framesMax(d.mean, d.len, d.one, d.var, d.len, d.scores, d.height, -50.0f); }}});
@@ -222,51 +239,24 @@ void addFrames(int len, int height) {
 
 void addMixtures(int len, int height, const char* kind, bool close) {
     static Vorn32f total;
-    static Vorn64f total64;
     const auto amplitude = close ? closeTogether<float> : farApart<float>;
     const auto amplitude16 = close ? closeTogether<Vorn16s> : farApart<Vorn16s>;
-    add<float, float>(
-        "vornsLogGaussMixture_32f_D2", kind, len, height, amplitude,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGaussMixture_32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total);
-              bench::keep(&total);
-          }},
-         {"scores-only",
-          [](auto& d) { vornsLogGaussMultiMix_32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }},
-         {"plain", [](auto& d) {
-              total = plain::mixture(d.one, d.mean, d.var, d.height, d.len, d.len, d.val);
-              bench::keep(&total);
-          }}});
+    add<float, float>("vornsLogGaussMixture_32f_D2", kind, len, height, amplitude,
+                      {member(bench::ours, vornsLogGaussMixture_32f_D2),
+                       member("scores-only", vornsLogGaussMultiMix_32f_D2),
+                       {"plain", [](auto& d) {
+                            total = plain::mixture(d.one, d.mean, d.var, d.height, d.len, d.len, d.val);
+                            bench::keep(&total);
+                        }}});
     add<double, double>(
         "vornsLogGaussMixture_64f_D2", kind, len, height, amplitude,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGaussMixture_64f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total64);
-              bench::keep(&total64);
-          }},
-         {"scores-only",
-          [](auto& d) { vornsLogGaussMultiMix_64f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height); }}});
-    add<Vorn16s, Vorn32f>(
-        "vornsLogGaussMixture_Scaled_16s32f_D2", kind, len, height, amplitude16,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGaussMixture_Scaled_16s32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total, 20);
-              bench::keep(&total);
-          }},
-         {"scores-only", [](auto& d) {
-              vornsLogGaussMultiMix_Scaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 20);
-          }}});
-    add<Vorn16s, Vorn32f>(
-        "vornsLogGaussMixture_LowScaled_16s32f_D2", kind, len, height, amplitude16,
-        {{bench::ours,
-          [](auto& d) {
-              vornsLogGaussMixture_LowScaled_16s32f_D2(d.one, d.mean, d.var, d.height, d.len, d.len, d.val, &total, 15);
-              bench::keep(&total);
-          }},
-         {"scores-only", [](auto& d) {
-              vornsLogGaussMultiMix_LowScaled_16s32f_D2(d.mean, d.var, d.len, d.one, d.len, d.scores, d.height, 15);
-          }}});
+        {member(bench::ours, vornsLogGaussMixture_64f_D2), member("scores-only", vornsLogGaussMultiMix_64f_D2)});
+    add<Vorn16s, Vorn32f>("vornsLogGaussMixture_Scaled_16s32f_D2", kind, len, height, amplitude16,
+                          {member(bench::ours, vornsLogGaussMixture_Scaled_16s32f_D2, 20),
+                           member("scores-only", vornsLogGaussMultiMix_Scaled_16s32f_D2, 20)});
+    add<Vorn16s, Vorn32f>("vornsLogGaussMixture_LowScaled_16s32f_D2", kind, len, height, amplitude16,
+                          {member(bench::ours, vornsLogGaussMixture_LowScaled_16s32f_D2, 15),
+                           member("scores-only", vornsLogGaussMultiMix_LowScaled_16s32f_D2, 15)});
 }
 
 // ---- Many frames against many Gaussians: frame by frame, and as one matrix product over [x^2, x] and [-v / 2; m v].

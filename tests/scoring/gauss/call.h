@@ -1,12 +1,11 @@
-// Calls any member of the Gaussian score families on one problem: how the members order their arguments.
+// Calls any member of the Gaussian score families on one problem.
 #pragma once
 
 #include <cstdint>
 #include <string>
-#include <tuple>
-#include <type_traits>
 #include <vector>
 
+#include "calls/signature.h"
 #include "support/guarded.h"
 #include "support/values.h"
 #include "vornsr.h"
@@ -76,38 +75,18 @@ Arguments<T, Val, Out> argumentsOf(const Problem<T, Val>& p, Out* out) {
             p.val,        p.val[0],        out,         p.len,          p.height,    p.scaleFactor};
 }
 
-template <Shape shape, bool list, class Function, class T, class Val, class Out>
+template <class Function, class T, class Val, class Out>
 VornStatus call(Function function, const Arguments<T, Val, Out>& a) {
-    const auto layout = [](const T* block, const T* const* rows) {
-        if constexpr (list) {
-            return rows;
-        } else {
-            return block;
-        }
-    };
-    const auto only = [](auto condition, auto x) {
-        if constexpr (condition.value) {
-            return std::make_tuple(x);
-        } else {
-            return std::tuple<>();
-        }
-    };
-    const auto many = std::make_tuple(layout(a.many, a.manyRows));
-    const auto manyVar = only(std::bool_constant<!shape.identity>(), layout(a.manyVar, a.manyVarRows));
-    const auto oneVar = only(std::bool_constant<!shape.identity>(), a.oneVar);
-    const auto step = only(std::bool_constant<!list>(), a.step);
-    const auto scaleFactor = only(std::bool_constant<shape.scaled>(), a.scaleFactor);
-    if constexpr (shape.oneResult) {
-        return std::apply(function, std::tuple_cat(std::make_tuple(a.one), many, manyVar, std::make_tuple(a.height),
-                                                   step, std::make_tuple(a.len, a.val, a.out), scaleFactor));
-    } else if constexpr (shape.gaussians) {
-        const auto val = only(std::bool_constant<shape.separateVal>(), a.val);
-        return std::apply(function, std::tuple_cat(many, manyVar, step, std::make_tuple(a.one, a.len), val,
-                                                   std::make_tuple(a.out, a.height), scaleFactor));
-    } else {
-        return std::apply(function, std::tuple_cat(many, step, std::make_tuple(a.one), oneVar,
-                                                   std::make_tuple(a.len, a.out, a.height, a.oneVal), scaleFactor));
-    }
+    using calls::Role;
+    calls::Arguments arguments;
+    arguments[Role::rows] = a.many, arguments[Role::rowVars] = a.manyVar;
+    arguments[Role::rowList] = a.manyRows, arguments[Role::rowVarList] = a.manyVarRows;
+    arguments[Role::src1] = a.one, arguments[Role::var] = a.oneVar;
+    arguments[Role::vals] = a.val, arguments[Role::val] = &a.oneVal;
+    arguments[Role::dst] = arguments[Role::result] = a.out;
+    arguments[Role::len] = a.len, arguments[Role::height] = a.height, arguments[Role::step] = a.step;
+    arguments[Role::scaleFactor] = a.scaleFactor;
+    return calls::Function("", function, calls::scoreShapes)(arguments);
 }
 
 }  // namespace gauss

@@ -141,7 +141,7 @@ void expectEveryAlignment(const char* name, Function function) {
     const auto p = makeProblem<T, Val>(7, 43, 3, 1, 7);
     const std::vector<Out> old = oldValues<shape, T, Val, Out>(p, 1, 8);
     Guarded<Out> wanted(old);
-    ASSERT_EQ((call<shape, list>(function, argumentsOf(p, wanted.data()))), vornStsNoErr);
+    ASSERT_EQ(call(function, argumentsOf(p, wanted.data())), vornStsNoErr);
     for (std::size_t shift = 0; shift < 64 / sizeof(T); ++shift) {
         const auto bytes = [&](std::size_t multiple, std::size_t size) { return shift * multiple * size % 64; };
         test::Offset<T> many(p.many.block.size(), bytes(1, sizeof(T))),
@@ -159,7 +159,7 @@ void expectEveryAlignment(const char* name, Function function) {
         const Arguments<T, Val, Out> a{many.data(), manyVar.data(), manyRows.data(), manyVarRows.data(), p.many.step,
                                        one.data(),  oneVar.data(),  val.data(),      p.val[0],           out.data(),
                                        p.len,       p.height,       p.scaleFactor};
-        ASSERT_EQ((call<shape, list>(function, a)), vornStsNoErr);
+        ASSERT_EQ(call(function, a), vornStsNoErr);
         EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), old.size())) << name << " shift " << shift;
         EXPECT_TRUE(out.surroundingsUntouched()) << name;
     }
@@ -202,7 +202,7 @@ void expectChecks(const char* name, Function function) {
             return argumentsOf(p, out.data());
         },
         [&](A& a) {
-            const VornStatus status = call<shape, list>(function, a);
+            const VornStatus status = call(function, a);
             if (status == vornStsNoErr) out.fillPattern();
             return status;
         },
@@ -231,7 +231,7 @@ void sweep(const char* name, D2 d2, D2L d2l, const Expected& expected) {
                 const std::vector<Out> old = oldValues<shape, T, Val, Out>(p, flavour, turn);
                 Guarded<Out> out(old);
                 const test::RoundingMode rounding(mode);
-                ASSERT_EQ((call<shape, list.value>(function, argumentsOf(p, out.data()))), vornStsNoErr);
+                ASSERT_EQ(call(function, argumentsOf(p, out.data())), vornStsNoErr);
                 EXPECT_EQ(test::RoundingMode::current(), mode);
                 const std::vector<Out> wanted = expected(p, old, list);
                 EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), wanted.size()))

@@ -117,14 +117,12 @@ TEST(LogGaussMax, IntegerFormsIgnoreTheCallersRounding) {
     const auto p = makeProblem<Vorn16s, Vorn32s>(9, 39, 12, 1, 3);
     const std::vector<Vorn32s> old = oldValues<gaussiansSf, Vorn16s, Vorn32s, Vorn32s>(p, 1, 4);
     Guarded<Vorn32s> wanted(old);
-    ASSERT_EQ((call<gaussiansSf, false>(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, wanted.data()))),
-              vornStsNoErr);
+    ASSERT_EQ(call(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, wanted.data())), vornStsNoErr);
     for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
         Guarded<Vorn32s> out(old);
         {
             const test::RoundingMode rounding(mode);
-            EXPECT_EQ((call<gaussiansSf, false>(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, out.data()))),
-                      vornStsNoErr);
+            EXPECT_EQ(call(vornsLogGaussMaxMultiMix_16s32s_D2Sfs, argumentsOf(p, out.data())), vornStsNoErr);
             EXPECT_EQ(test::RoundingMode::current(), mode) << "the caller's mode comes back";
         }
         EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), old.size())) << mode;

@@ -34,7 +34,7 @@ public:
         Val& spoilt = spoil(*this);
         const Val before = spoilt;
         spoilt = std::numeric_limits<Val>::quiet_NaN();
-        EXPECT_EQ((call<shape, list>(function, argumentsOf(p_, out_.data()))), vornStsNoErr);
+        EXPECT_EQ(call(function, argumentsOf(p_, out_.data())), vornStsNoErr);
         const std::vector<Val> results = out_.values();
         spoilt = before;
         return results;

@@ -49,7 +49,7 @@ TEST(LogGaussMultiMix, HardValues) {
         spoil(p.many.block), spoil(p.manyVar.block), spoil(p.one), spoil(p.val);
         const std::vector<float> wanted = scoresOf<gaussians>(p, [](const Float& place) { return halvedSum(place); });
         Guarded<float> out(p.val.values());
-        ASSERT_EQ((call<gaussians, false>(vornsLogGaussMultiMix_32f_D2, argumentsOf(p, out.data()))), vornStsNoErr);
+        ASSERT_EQ(call(vornsLogGaussMultiMix_32f_D2, argumentsOf(p, out.data())), vornStsNoErr);
         EXPECT_TRUE(test::sameBits(out.data(), wanted.data(), wanted.size())) << round;
     }
 }
@@ -76,7 +76,7 @@ TEST(LogGaussMultiMix, HeightsAround1000DifferInRoundingOnly) {
     for (int height : {999, 1000}) {
         const auto p = makeProblem<double, double>(height, 39, 0, 1, 11);
         Guarded<double> out(p.val.values());
-        ASSERT_EQ((call<gaussians, false>(vornsLogGaussMultiMix_64f_D2, argumentsOf(p, out.data()))), vornStsNoErr);
+        ASSERT_EQ(call(vornsLogGaussMultiMix_64f_D2, argumentsOf(p, out.data())), vornStsNoErr);
         const auto inLanes = scoresOf<gaussians>(p, [](const Double& place) { return halvedSum(place); });
         bool differs = false;
         for (int g = 0; g < height; ++g) {
