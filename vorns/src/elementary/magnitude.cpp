@@ -179,6 +179,7 @@ private:
     ScaledRoot root_;
 };
 
+// Sources load what does not fill a register themselves: the loop over blocks knows only one vector of operands.
 template <class Source, class Result, class Root>
 void magnitudes16(Source src, Result* dst, std::ptrdiff_t len, Root root) {
     constexpr int lanes = i16xN::lanes;

@@ -1,4 +1,4 @@
-// Which stages a transform of each order runs, and how long transforms are cut into blocks: the promised stages.
+// Which stages a transform of each order runs, and how long transforms are cut into blocks: fixed tables.
 #pragma once
 
 #include <cstdint>
