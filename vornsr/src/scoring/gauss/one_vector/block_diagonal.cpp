@@ -133,7 +133,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_32f(const Vorn32f* src, const Vorn32f* 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn32f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    const Vorn32f sum = sumHalves(quadraticForm<FloatLanes>(*context, d.get()));
+    const Vorn32f sum = sumHalves(quadraticForm<SumInFloat>(*context, d.get()));
     *result = static_cast<Vorn32f>(Vorn64f{val} - Vorn64f{sum} * 0.5);
     return vornStsNoErr;
 }
@@ -145,7 +145,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_64f(const Vorn64f* src, const Vorn64f* 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn64f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    *result = val - sumLanes(quadraticForm<DoubleLanes>(*context, d.get())) * 0.5;
+    *result = val - sumLanes(quadraticForm<SumInDouble>(*context, d.get())) * 0.5;
     return vornStsNoErr;
 }
 
@@ -156,7 +156,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_32f64f(const Vorn32f* src, const Vorn32
     VORN_CHECK(fits(context, len));
     const Differences<Vorn32f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    const FourDoubles lanes = quadraticForm<WidenedLanes>(*context, d.get());
+    const FourDoubles lanes = quadraticForm<SumWidened>(*context, d.get());
     *result = val - sumLanes(lanes.low + lanes.high) * 0.5;
     return vornStsNoErr;
 }
@@ -168,7 +168,7 @@ VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn16s> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    const Vorn32f sum = sumHalves(quadraticForm<FloatLanes>(*context, d.get()));
+    const Vorn32f sum = sumHalves(quadraticForm<SumInFloat>(*context, d.get()));
     *result = val - (sum * 0.5f) * GetScale_32s32f(scaleFactor);
     return vornStsNoErr;
 }
@@ -181,7 +181,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vo
     const Differences<Vorn16s> d(src, mean, len, 1);
     if (!d) return vornStsMemAllocErr;
     // Here the lanes are scaled before they are added.
-    const f32x4 lanes = quadraticForm<FloatLanes>(*context, d.get()) * splat<f32x4>(GetScale_32s32f(scaleFactor));
+    const f32x4 lanes = quadraticForm<SumInFloat>(*context, d.get()) * splat<f32x4>(GetScale_32s32f(scaleFactor));
     const Vorn32f r = static_cast<Vorn32f>(val) - sumHalves(lanes) * 0.5f;
     // Exactly 2147483648 is not above the limit, and converts to the smallest integer.
     *result = r > 2147483648.0f ? INT_MAX : truncated(r);

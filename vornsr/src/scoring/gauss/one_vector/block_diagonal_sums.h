@@ -66,18 +66,18 @@ struct FourDoubles {
 };
 
 // What the rows' products are collected in.
-struct FloatLanes {
+struct SumInFloat {
     f32x4 sum = splat<f32x4>(0.0f);
     template <class T>
     VORN_INLINE void add(T d, f32x4 t) {
         sum = sum + splat<f32x4>(static_cast<float>(d)) * t;
     }
 };
-struct DoubleLanes {
+struct SumInDouble {
     f64x2 sum = splat<f64x2>(0.0);
     VORN_INLINE void add(Vorn64f d, f64x2 t) { sum = sum + splat<f64x2>(d) * t; }
 };
-struct WidenedLanes {
+struct SumWidened {
     FourDoubles sum = {splat<f64x2>(0.0), splat<f64x2>(0.0)};
     VORN_INLINE void add(Vorn32f d, f32x4 t) {
         const f64x2 wide = splat<f64x2>(d);
