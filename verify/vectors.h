@@ -12,8 +12,7 @@ namespace verify {
 using Draw = std::function<Array(Role, Element)>;
 void callOnce(Digest& digest, const calls::Function& function, int len, int extra, const Draw& draw);
 
-// Ordinary values between low and high, and any bit pattern, of each length and with each scale factor or hint. Two
-// operands: values from -1000 to 1000.
+// Ordinary values between low and high, and any bit pattern, of each length and with each scale factor or hint.
 Workload onVectors(const calls::Function& function, double low = -1000.0, double high = 1000.0);
 
 }  // namespace verify

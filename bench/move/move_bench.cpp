@@ -53,10 +53,12 @@ void add(const char* name, VornStatus (*function)(P...), std::type_identity_t<st
                                              return src;
                                          } else if constexpr (role == Role::dst) {
                                              return dst;
-                                         } else if constexpr (role == Role::val) {
-                                             return {5};
-                                         } else {
+                                         } else if constexpr (role != Role::val) {
                                              return static_cast<int>(len);
+                                         } else if constexpr (requires(Argument val) { val.re; }) {
+                                             return {5, 0};
+                                         } else {
+                                             return 5;
                                          }
                                      });
                                  }});

@@ -8,7 +8,6 @@
 namespace verify {
 namespace {
 
-// Ordinary values, any bit patterns, and floats on both sides of what an integer can hold.
 // Floats on both sides of what an integer can hold.
 Array hardFloats(Element element) {
     Array result(element, 36);
