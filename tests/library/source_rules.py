@@ -167,6 +167,40 @@ class Layers(unittest.TestCase):
         self.assertGreater(seen, 100, "the vocabulary was read")
 
 
+class Vocabulary(unittest.TestCase):
+    """What vorns/src/simd declares: called by name in tests/simd, and told in the table at the top of simd.h."""
+    DECLARED = re.compile(r"(?<!static )VORN_INLINE\s+([^;{}()]*?)(\w+|operator[^\s\w(]+)(?:<[\w, ]*>)?"
+                          r"\(([^{}]*?)\)\s*(?:const\s*)?\{")
+
+    def operations(self, path):
+        """The functions of a header. Those that take or give bare registers are for the vocabulary itself."""
+        found = self.DECLARED.findall(re.sub(r"^\s*#[^\n]*", "", code(path), flags=re.M))
+        return sorted({name for result, name, arguments in found if not re.search(r"\b__m", result + arguments)})
+
+    def test_every_function_is_tested(self):
+        tests = re.sub(r'"[^"\n]*"', "", "".join(code(path) for path in sources("tests/simd")))
+        count = 0
+        for path in sources("vorns/src/simd"):
+            # Operators are in use everywhere, in the tests as well, so that a search for them tells nothing.
+            names = [name for name in self.operations(path) if not name.startswith("operator")]
+            for name in names if path.endswith(".h") else []:
+                count += 1
+                self.assertIsNotNone(re.search(rf"\b{name}(<[^;(){{}}]*>)?\(", tests), f"{name} of {path}")
+        self.assertGreater(count, 200, "the vocabulary was read")
+
+    def test_every_operation_is_in_the_table(self):
+        table = env.text("vorns/src/simd/simd.h").split("#pragma once")[0]
+        for header in ("sse.h", "avx2.h", "avx512.h"):
+            names = self.operations(f"vorns/src/simd/{header}")
+            self.assertGreater(len(names), 50, header)
+            for name in names:
+                if name.startswith("operator"):
+                    told = rf"(?<=\s){re.escape(name.removeprefix('operator'))}(?=[\s,])"
+                else:
+                    told = rf"\b{name}\b"
+                self.assertIsNotNone(re.search(told, table), f"{name} of {header}")
+
+
 if __name__ == "__main__":
     if env.SANITIZE:
         env.skip("the source files are the same as in the plain builds, where this test runs")
