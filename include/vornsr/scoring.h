@@ -417,7 +417,7 @@ VornStatus vornsLogGaussMultiMix_Low_16s32f_D2L(const Vorn16s* const* mean, cons
  *    taken in single and truncated: an old value of more than 24 bits changes even where it stays. A zero sum times an
  *    infinite power of two is no number; it is clamped to 2147483648, which stores -2147483648.
  *  - `Low_16s32s..Sfs` compares integers and keeps an old value exactly; with a negative scaleFactor it works in
- *    single, in the caller's rounding mode. `IdVarLow_16s32s..Sfs` always compares integers.
+ *    single, rounded to nearest whatever the caller's mode. `IdVarLow_16s32s..Sfs` always compares integers.
  *
  * Log-add and mixture: with a score, a val or an old value that is not a number the result is not a number either.
  *

@@ -45,10 +45,12 @@ void integerMaxima(const char* name, D2 d2, D2L d2l) {
     });
 }
 
-// At low precision with variances: integers are compared as such, save where a negative scale factor works in single.
+// At low precision with variances: integers are compared as such, save where a negative scale factor works in single,
+// to nearest.
 template <Shape shape, class D2, class D2L>
 void lowMaxima(const char* name, D2 d2, D2L d2l) {
     sweep<shape, Vorn16s, Vorn32s, Vorn32s>(name, d2, d2l, [](const auto& p, std::vector<Vorn32s> out, auto) {
+        const test::RoundingMode nearest(test::RoundingMode::nearest);
         const auto totals = scoresOf<shape>(p, lowTotal);
         const auto singles = scoresOf<shape>(p, integerInFloat);
         for (std::size_t r = 0; r < out.size(); ++r) {
@@ -110,6 +112,24 @@ TEST(LogGaussMax, OldValueOfMoreThan24Bits) {
         ASSERT_EQ(vornsLogGaussMax_Low_16s32s_D2Sfs(src, 1, mean, var, 1, low, 2, 0, scaleFactor), vornStsNoErr);
         EXPECT_EQ(low[0], 16777217);
         EXPECT_EQ(low[1], 16777219);
+    }
+}
+
+// With a negative scale factor the old value goes through a single, to nearest in every mode of the caller's.
+TEST(LogGaussMax, LowPrecisionInSingleRoundsToNearest) {
+    Guarded<Vorn16s> src{3}, mean{1}, var{2};
+    for (unsigned mode : {test::RoundingMode::nearest, test::RoundingMode::down, test::RoundingMode::up,
+                          test::RoundingMode::towardZero}) {
+        Guarded<Vorn32s> frames{16777219}, gaussians{16777219}, val{0};
+        {
+            const test::RoundingMode rounding(mode);
+            EXPECT_EQ(vornsLogGaussMax_Low_16s32s_D2Sfs(src, 1, mean, var, 1, frames, 1, 0, -1), vornStsNoErr);
+            EXPECT_EQ(vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(mean, var, 1, src, 1, val, gaussians, 1, -1),
+                      vornStsNoErr);
+            EXPECT_EQ(test::RoundingMode::current(), mode) << "the caller's mode comes back";
+        }
+        EXPECT_EQ(frames[0], 16777220) << mode;
+        EXPECT_EQ(gaussians[0], 16777220) << mode;
     }
 }
 

@@ -24,6 +24,22 @@ VORN_NOINLINE void maxTruncating(const Vectors& vectors, std::ptrdiff_t len, std
     maxInCurrentMode(vectors, len, height, val, srcDst, scale);
 }
 
+template <class Vectors, class Val>
+VORN_NOINLINE void lowMaxInCurrentMode(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, Val val,
+                                       Vorn32s* srcDst, int scaleFactor) {
+    LowIntegerScores{len, scaleFactor}(vectors, height, val, Max{srcDst});
+}
+
+// The integer maximum at low precision: with a negative scale factor it works in single, and to nearest whatever the
+// caller's mode.
+template <class Vectors, class Val>
+void lowMax(const Vectors& vectors, std::ptrdiff_t len, std::ptrdiff_t height, Val val, Vorn32s* srcDst,
+            int scaleFactor) {
+    if (scaleFactor >= 0) return lowMaxInCurrentMode(vectors, len, height, val, srcDst, scaleFactor);
+    const RoundingGuard nearest(Rounding::Nearest);
+    lowMaxInCurrentMode(vectors, len, height, val, srcDst, scaleFactor);
+}
+
 }  // namespace
 }  // namespace vorn
 
@@ -196,7 +212,7 @@ VornStatus vornsLogGaussMax_Low_16s32s_D2Sfs(const Vorn16s* src, int step, const
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(src, mean, var, srcDst));
     VORN_CHECK(positive(len, height));
-    LowIntegerScores{len, scaleFactor}(frames(Rows(src, step), mean, var), height, OneVal{val}, Max{srcDst});
+    lowMax(frames(Rows(src, step), mean, var), len, height, OneVal{val}, srcDst, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -204,7 +220,7 @@ VornStatus vornsLogGaussMax_Low_16s32s_D2LSfs(const Vorn16s* const* src, const V
                                               int len, Vorn32s* srcDst, int height, Vorn32s val, int scaleFactor) {
     VORN_CHECK(notNull(src, mean, var, srcDst));
     VORN_CHECK(positive(len, height));
-    LowIntegerScores{len, scaleFactor}(frames(Rows(src), mean, var), height, OneVal{val}, Max{srcDst});
+    lowMax(frames(Rows(src), mean, var), len, height, OneVal{val}, srcDst, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -341,8 +357,7 @@ VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2Sfs(const Vorn16s* mean, const 
     VORN_CHECK(strideHolds(step, len));
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    LowIntegerScores{len, scaleFactor}(gaussians(src, Rows(mean, step), Rows(var, step)), height, ValOfRow{val},
-                                       Max{srcDst});
+    lowMax(gaussians(src, Rows(mean, step), Rows(var, step)), len, height, ValOfRow{val}, srcDst, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -351,6 +366,6 @@ VornStatus vornsLogGaussMaxMultiMix_Low_16s32s_D2LSfs(const Vorn16s* const* mean
                                                       int height, int scaleFactor) {
     VORN_CHECK(notNull(mean, var, src, val, srcDst));
     VORN_CHECK(positive(len, height));
-    LowIntegerScores{len, scaleFactor}(gaussians(src, Rows(mean), Rows(var)), height, ValOfRow{val}, Max{srcDst});
+    lowMax(gaussians(src, Rows(mean), Rows(var)), len, height, ValOfRow{val}, srcDst, scaleFactor);
     return vornStsNoErr;
 }
