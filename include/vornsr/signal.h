@@ -188,7 +188,8 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * Integer results are the exact value times 2^-scaleFactor (times 1 where there is no scale factor), rounded to nearest
  * with ties to even and saturated: bit for bit, for every scale factor. Nothing wraps. The result does not depend on
  * the processor's rounding mode, and the mode stays as it is. From these limits on no arithmetic is needed: above the
- * upper one every result is 0, and below the lower one every value but 0 saturates.
+ * upper one every result is 0 and no operand is read, and below the lower one every value but 0 saturates. Quotients by
+ * a constant are 0 unread above scale factor 8 in 8u, above 15 in 16s and 16sc.
  *
  * | Family                                   | upper | lower |
  * |------------------------------------------|-------|-------|
@@ -209,9 +210,13 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * `vornsMulC_Low_32f16s` is the same with scale factor 0.
  *
  * Float results are those of the IEEE operation in the current rounding mode. A complex product is
- * (re1 re2 - im1 im2, re1 im2 + im1 re2) with every product and every sum rounded by itself. A complex quotient a / b
- * is a conj(b) / (re(b)^2 + im(b)^2), in the element's precision; where the squares leave its range, so does the
- * quotient.
+ * (re1 re2 - im1 im2, re1 im2 + im1 re2) with every product and every sum rounded by itself.
+ *
+ * Complex quotients of finite numbers come out wherever the element can hold them, however large or small the operands
+ * are: in 32fc within 0.501 units in the last place of each part, in 64fc within 1.63 units in the last place of the
+ * larger part (in nearest mode). A divisor or val with imaginary part 0 divides each part as a real number, infinities
+ * too; otherwise an infinite part makes each part an infinity or a not-a-number. The same operands give the same bits
+ * in every form and at every place of a vector.
  *
  * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val
  * copy (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a
@@ -221,7 +226,7 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  * Warning: a zero divisor met in `vornsDiv_*` and `vornsDivCRev_*` gives `vornStsDivByZero`, with the whole vector
  * computed. A float element takes the infinity or not-a-number of the division, an integer one the largest value for a
  * positive dividend, the smallest for a negative one and 0 for 0, under every scale factor. By a complex zero each part
- * is divided like a real number.
+ * is divided like a real number, in the float forms by the real part with its sign.
  * @{
  */
 VornStatus vornsAdd_8u_Sfs(const Vorn8u* src1, const Vorn8u* src2, Vorn8u* dst, int len, int scaleFactor);
