@@ -48,16 +48,16 @@ VornStatus divide32s(A dividend, B divisor, Vorn32s* dst, std::int64_t len, int 
     return divideExactly(Quotient32s<CorrectedDivision>(sf), dividend, divisor, dst, len);
 }
 
-// By a complex constant; one without an imaginary part divides each part. Its parts come as two numbers, because a
-// structure of them would be stored in pieces and loaded as a whole.
-void divideBy(const Vorn32fc* src, Vorn32f re, Vorn32f im, Vorn32fc* dst, int len) {
+// By a complex constant; one without an imaginary part divides each part. Its parts come as two numbers and by a call:
+// a compiler that sees a structure of them stores it in pieces and loads it as a whole, for which the load waits.
+VORN_NOINLINE void divideBy(const Vorn32fc* src, Vorn32f re, Vorn32f im, Vorn32fc* dst, int len) {
     if (im == 0) {
         divide(FloatQuotient<Vorn32f>(), parts(src), constant(re), lanesAt(dst), twice(len));
     } else {
         divide(ComplexQuotient32f(), elements(src), constant(Vorn32fc{re, im}), dst, len);
     }
 }
-void divideBy(const Vorn64fc* src, Vorn64f re, Vorn64f im, Vorn64fc* dst, int len) {
+VORN_NOINLINE void divideBy(const Vorn64fc* src, Vorn64f re, Vorn64f im, Vorn64fc* dst, int len) {
     if (im == 0) {
         divide(FloatQuotient<Vorn64f>(), parts(src), constant(re), lanesAt(dst), twice(len));
     } else {
