@@ -27,38 +27,51 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # GCC copies structures of vectors in pieces of 16 bytes if it is not told otherwise, and a vector that is loaded from
     # two pieces has to wait until both have left the store buffer.
     list(APPEND vornsr_march_x86-64-v3 -mmove-max=256 -mstore-max=256)
+    # Where GCC 12 knows which registers a function of the same file leaves alone, it forgets to clear the upper halves of
+    # the others on the way back to the caller, whose narrower instructions then wait for them.
+    list(APPEND vornsr_march_x86-64-v3 -fno-ipa-ra)
+    list(APPEND vornsr_march_x86-64-v4 -fno-ipa-ra)
     # GCC 12 takes the undefined operands inside its own AVX-512 intrinsics for mistakes of ours.
     list(APPEND vornsr_march_x86-64-v4 -Wno-maybe-uninitialized -Wno-uninitialized)
 endif()
 
-# The butterflies gain up to a tenth where the compiler orders instructions and forms addresses for Skylake; the 512-bit
-# ones, and the other families, do better with the generic model.
+# Parsed once instead of once a file: these took more time than most families. Only headers of the compiler stand here, so
+# that our own keep including what they need.
+set(vornsr_precompiled <algorithm> <bit> <climits> <cmath> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
+
+function(vornsr_add_objects name processor)
+    add_library(${name} OBJECT ${ARGN})
+    target_include_directories(${name} PRIVATE
+        ${CMAKE_CURRENT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src)
+    target_compile_options(${name} PRIVATE ${vornsr_march_${processor}})
+    if(processor STREQUAL m7)
+        target_precompile_headers(${name} PRIVATE <pmmintrin.h> ${vornsr_precompiled})
+    else()
+        target_precompile_headers(${name} PRIVATE <immintrin.h> ${vornsr_precompiled})
+    endif()
+    target_link_libraries(${name} PRIVATE vornsr-flags)
+endfunction()
+
 set(vornsr_transforms ${vornsr_sources})
 list(FILTER vornsr_transforms INCLUDE REGEX /vorns/src/fft/)
-set_source_files_properties(${vornsr_transforms} PROPERTIES COMPILE_OPTIONS
-    "$<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:VORNSR_PROCESSOR>,x86-64-v4>>:-mtune=skylake>")
-
-# Parsed once a processor instead of once a file: the intrinsics alone take more time than most families. Only headers
-# of the compiler stand here, so that our own keep including what they need.
-set(vornsr_precompiled <immintrin.h> <algorithm> <bit> <cmath> <climits> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
-set_source_files_properties(${vornsr_transforms} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)  # flags of their own
+list(FILTER vornsr_sources EXCLUDE REGEX /vorns/src/fft/)
 
 foreach(processor IN LISTS VORNSR_PROCESSORS)
-    set(objects vornsr-objects-${processor})
-    add_library(${objects} OBJECT ${vornsr_sources})
-    target_include_directories(${objects} PRIVATE
-        ${CMAKE_CURRENT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src)
-    target_compile_options(${objects} PRIVATE ${vornsr_march_${processor}})
-    set_target_properties(${objects} PROPERTIES VORNSR_PROCESSOR ${processor})
-    target_precompile_headers(${objects} PRIVATE ${vornsr_precompiled})
-    target_link_libraries(${objects} PRIVATE vornsr-flags)
+    vornsr_add_objects(vornsr-objects-${processor} ${processor} ${vornsr_sources})
+    vornsr_add_objects(vornsr-transforms-${processor} ${processor} ${vornsr_transforms})
+    # The butterflies gain up to a tenth where the compiler orders instructions and forms addresses for Skylake; the
+    # 512-bit ones, and the other families, do better with the generic model.
+    if(NOT processor STREQUAL x86-64-v4)
+        target_compile_options(vornsr-transforms-${processor} PRIVATE -mtune=skylake)
+    endif()
 
     if(processor STREQUAL m7)
         set(target vornsr)
     else()
         set(target vornsr-${processor})
     endif()
-    add_library(${target} SHARED $<TARGET_OBJECTS:${objects}>)
+    add_library(${target} SHARED
+        $<TARGET_OBJECTS:vornsr-objects-${processor}> $<TARGET_OBJECTS:vornsr-transforms-${processor}>)
     set_target_properties(${target} PROPERTIES
         LINKER_LANGUAGE C  # keeps the C++ run-time library out
         OUTPUT_NAME vornsrm7 VERSION 5.1 SOVERSION 5.1  # libvornsrm7.so.5.1 is the file and the soname
@@ -76,7 +89,7 @@ foreach(processor IN LISTS VORNSR_PROCESSORS)
         $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 endforeach()
 
-add_library(vornsr-static STATIC $<TARGET_OBJECTS:vornsr-objects-m7>)
+add_library(vornsr-static STATIC $<TARGET_OBJECTS:vornsr-objects-m7> $<TARGET_OBJECTS:vornsr-transforms-m7>)
 set_target_properties(vornsr-static PROPERTIES OUTPUT_NAME vornsrm7 EXPORT_NAME vornsr-static)
 target_link_libraries(vornsr-static INTERFACE m)
 target_include_directories(vornsr-static INTERFACE

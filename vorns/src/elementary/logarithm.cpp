@@ -123,8 +123,8 @@ VornStatus lnScaled(const Vorn32s* src, Vorn32s* dst, std::ptrdiff_t len, int sc
         const int shift = scaleFactor & 31;
         return lnStatus(lnIntegers(src, dst, len, [shift](i32xN x) { return roundedLn(x, shift); }));
     }
-    const f32xN scale = splat<f32xN>(GetScale_32s32f(std::max(scaleFactor, -127)));
-    return lnStatus(lnIntegers(src, dst, len, [scale](i32xN x) { return scaledLn(x, scale); }));
+    const Vorn32f scale = GetScale_32s32f(std::max(scaleFactor, -127));
+    return lnStatus(lnIntegers(src, dst, len, [scale](i32xN x) { return scaledLn(x, splat<f32xN>(scale)); }));
 }
 
 }  // namespace
