@@ -28,6 +28,7 @@
 #include <avxintrin.h>
 
 #include <avx2intrin.h>
+#include <f16cintrin.h>
 #if defined(__AVX512F__)
 #include <avx512fintrin.h>
 
