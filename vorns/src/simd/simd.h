@@ -66,7 +66,7 @@
 //   firstLane(a), withFirst(a, x), splatSecond(a)
 //   dupEven(a), dupOdd(a), swapPairs(a)         of a pair of neighbours: the first twice, the second twice, exchanged
 //   interleaveLow, interleaveHigh (a, b)        the first, the second halves of the 16-byte groups, lane by lane in
-//                                               turn (not in 64-byte registers)
+//                                               turn (of 64-byte registers only doubles, in complex.h)
 //   reverse(a), reversePairs(a)                 the last lane first; the last two first, each pair in its order
 //   upperToLower(a)                             the upper half in the place of the lower one
 //   lowHalf(a), highHalf(a), join(low, high)    registers of half the size (where there are such)
@@ -77,6 +77,7 @@
 // What few families need stands in small headers of its own: part.h and block.h (the ends of vectors), short_block.h
 // (moves and fills of a few bytes), fold.h (the lanes of a register joined), exact_sum.h and count.h (sums of products
 // and of yes and no), tile.h (four rows at once), groups.h (runs of 16 bytes), pairs.h and complex.h (complex numbers),
+// rounded_shift.h (shifts that round or saturate), unsigned.h (the order of integers without a sign), half.h (halves),
 // divide.h, gather.h.
 #pragma once
 
