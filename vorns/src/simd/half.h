@@ -2,7 +2,7 @@
 //
 //   widenHalves(p)    halves as singles, exact; a signalling not-a-number becomes a quiet one
 //   storeHalves(p, x)  singles as halves, rounded to nearest even or, where the template says so, toward zero, whatever
-//                     the mode; toward zero only infinity gives infinity, and a not-a-number keeps its top mantissa bits
+//                     the mode; toward zero only infinity gives infinity; a not-a-number keeps its top mantissa bits
 #pragma once
 
 #include "simd/simd.h"
