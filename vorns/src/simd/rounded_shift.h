@@ -37,7 +37,8 @@ constexpr std::int64_t roundedShiftRight(std::int64_t x, int count) {
     return quotient + static_cast<std::int64_t>((remainder + carryIn) >> count);
 }
 
-// x + bit, saturated: (2^n - 1) / 2 rounds up to a number that the lane cannot hold.
+// x + bit, saturated: (2^n - 1) / 2 rounds up to a number that the lane cannot hold. Lanes of 64 bits hold numbers far
+// from their ends.
 VORN_INLINE i16xN addBit(i16xN x, i16xN bit) { return addSat(x, bit); }
 VORN_INLINE i32xN addBit(i32xN x, i32xN bit) { return x + select(x == highestOf<i32xN>(), splat<i32xN>(0), bit); }
 VORN_INLINE i64xN addBit(i64xN x, i64xN bit) { return x + bit; }
