@@ -8,7 +8,8 @@ namespace model {
 inline void meanVarColumn(const float* src, int height, int step, float* mean, float* var, int width) {
     const float r = (float)(1.0 / (double)height);
     const float s = (float)(1.0 / (double)(height - 1));
-    const float minusH = -(float)height;
+    // Read anew, so that the compiler does not subtract h times a square instead: that is the same to nearest alone.
+    const volatile float minusH = -(float)height;
     for (int j = 0; j < width; ++j) {
         float sum = 0, sumSq = 0;
         for (int i = 0; i < height; ++i) {
