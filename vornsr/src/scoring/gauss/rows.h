@@ -45,30 +45,18 @@ struct FourRows {
 
 // Walks over the rows, four at a time.
 template <class T>
-class RowBlockWalk {
+class RowWalk {
 public:
-    explicit RowBlockWalk(const RowBlock<const T>& rows) : first_(rows[0]), step_(rows[1] - rows[0]) {}
+    explicit RowWalk(const AnyRows<const T>& rows) : rows_(rows) {}
     VORN_INLINE FourRows<T> four() const {
-        return {{keepApart(first_), keepApart(first_ + step_), keepApart(first_ + 2 * step_),
-                 keepApart(first_ + 3 * step_)}};
-    }
-    VORN_INLINE void next() { first_ += 4 * step_; }
-
-private:
-    const T* first_;
-    std::ptrdiff_t step_;
-};
-template <class T>
-class RowListWalk {
-public:
-    explicit RowListWalk(const RowList<const T>& rows) : rows_(rows) {}
-    VORN_INLINE FourRows<T> four() const {
-        return {{keepApart(rows_[0]), keepApart(rows_[1]), keepApart(rows_[2]), keepApart(rows_[3])}};
+        return rows_.as([](const auto& rows) -> FourRows<T> {
+            return {{keepApart(rows[0]), keepApart(rows[1]), keepApart(rows[2]), keepApart(rows[3])}};
+        });
     }
     VORN_INLINE void next() { rows_ = rows_.from(4); }
 
 private:
-    RowList<const T> rows_;
+    AnyRows<const T> rows_;
 };
 // What is the same for every row.
 template <class Same>
@@ -83,12 +71,8 @@ private:
 };
 
 template <class T>
-RowBlockWalk<T> walk(const RowBlock<const T>& rows) {
-    return RowBlockWalk<T>(rows);
-}
-template <class T>
-RowListWalk<T> walk(const RowList<const T>& rows) {
-    return RowListWalk<T>(rows);
+RowWalk<T> walk(const AnyRows<const T>& rows) {
+    return RowWalk<T>(rows);
 }
 template <class Same>
 SameWalk<Same> walk(const Same& same) {
@@ -124,13 +108,17 @@ VORN_INLINE auto oneRow(const Vectors& vectors, std::ptrdiff_t row) {
 // Many frames, the rows of a matrix, against one Gaussian; var is a vector or UnitVar.
 template <class Src, class T, class Var>
 auto frames(Src src, const T* mean, Var var) {
-    return Pairing<Src, Shared<T>, decltype(sharedVar(var))>{src, Shared<T>(mean), sharedVar(var)};
+    return Pairing{AnyRows(src), Shared<T>(mean), sharedVar(var)};
 }
 
 // One frame against many Gaussians, the rows of mean and of var (a matrix or UnitVar).
 template <class T, class Mean, class Var>
 auto gaussians(const T* src, Mean mean, Var var) {
-    return Pairing<Shared<T>, Mean, Var>{Shared<T>(src), mean, var};
+    if constexpr (isUnit<Var>) {
+        return Pairing{Shared<T>(src), AnyRows(mean), var};
+    } else {
+        return Pairing{Shared<T>(src), AnyRows(mean), AnyRows(var)};
+    }
 }
 
 }  // namespace vorn
