@@ -27,7 +27,7 @@ VornStatus vornsAddC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int 
         copyElements(src, dst, len);
         return vornStsNoErr;
     }
-    computeScaled<SumOf<Vorn16s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<SumOf<Vorn16s>>(elements(src), constantOfParts(val), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -38,7 +38,7 @@ VornStatus vornsAddC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFa
 VornStatus vornsAddC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn16s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<SumOf<Vorn16s>>(parts(src), constant(val), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -49,7 +49,7 @@ VornStatus vornsAddC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scal
 VornStatus vornsAddC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<SumOf<Vorn32s>>(elements(src), constantOfParts(val), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -60,7 +60,7 @@ VornStatus vornsAddC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFa
 VornStatus vornsAddC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<SumOf<Vorn32s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<SumOf<Vorn32s>>(parts(src), constant(val), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -76,7 +76,7 @@ VornStatus vornsAddC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
         copyElements(src, dst, len);
         return vornStsNoErr;
     }
-    compute<InFloat<Vorn32f, Plus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn32f, Plus>>(elements(src), constantOfParts(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -85,7 +85,7 @@ VornStatus vornsAddC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vorns
 VornStatus vornsAddC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Plus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn32f, Plus>>(parts(src), constant(val), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 
@@ -96,7 +96,7 @@ VornStatus vornsAddC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
 VornStatus vornsAddC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn64f, Plus>>(elements(src), constantOfParts(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -105,7 +105,7 @@ VornStatus vornsAddC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vorns
 VornStatus vornsAddC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Plus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn64f, Plus>>(parts(src), constant(val), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 
@@ -131,7 +131,7 @@ VornStatus vornsSubC_16s_I(Vorn16s val, Vorn16s* srcDst, int len) {
 VornStatus vornsSubC_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn16s>>(elements(src), constantOfParts(val), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -142,7 +142,7 @@ VornStatus vornsSubC_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scaleFa
 VornStatus vornsSubC_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn16s>>(parts(src), constant(val), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -153,7 +153,7 @@ VornStatus vornsSubC_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int scal
 VornStatus vornsSubC_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn32s>>(elements(src), constantOfParts(val), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -164,7 +164,7 @@ VornStatus vornsSubC_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scaleFa
 VornStatus vornsSubC_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(elements(src), constant(val), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn32s>>(parts(src), constant(val), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -180,7 +180,7 @@ VornStatus vornsSubC_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len)
         copyElements(src, dst, len);
         return vornStsNoErr;
     }
-    compute<InFloat<Vorn32f, Minus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn32f, Minus>>(elements(src), constantOfParts(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -189,7 +189,7 @@ VornStatus vornsSubC_32f_I(Vorn32f val, Vorn32f* srcDst, int len) { return vorns
 VornStatus vornsSubC_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn32f, Minus>>(parts(src), constant(val), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 
@@ -200,7 +200,7 @@ VornStatus vornsSubC_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
 VornStatus vornsSubC_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn64f, Minus>>(elements(src), constantOfParts(val), dst, len);
     return vornStsNoErr;
 }
 
@@ -209,7 +209,7 @@ VornStatus vornsSubC_64f_I(Vorn64f val, Vorn64f* srcDst, int len) { return vorns
 VornStatus vornsSubC_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(elements(src), constant(val), dst, len);
+    compute<InFloat<Vorn64f, Minus>>(parts(src), constant(val), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 
@@ -231,7 +231,7 @@ VornStatus vornsSubCRev_8u_ISfs(Vorn8u val, Vorn8u* srcDst, int len, int scaleFa
 VornStatus vornsSubCRev_16s_Sfs(const Vorn16s* src, Vorn16s val, Vorn16s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(constant(val), elements(src), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn16s>>(constantOfParts(val), elements(src), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -242,7 +242,7 @@ VornStatus vornsSubCRev_16s_ISfs(Vorn16s val, Vorn16s* srcDst, int len, int scal
 VornStatus vornsSubCRev_16sc_Sfs(const Vorn16sc* src, Vorn16sc val, Vorn16sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn16s>>(constant(val), elements(src), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn16s>>(constant(val), parts(src), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -253,7 +253,7 @@ VornStatus vornsSubCRev_16sc_ISfs(Vorn16sc val, Vorn16sc* srcDst, int len, int s
 VornStatus vornsSubCRev_32s_Sfs(const Vorn32s* src, Vorn32s val, Vorn32s* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(constant(val), elements(src), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn32s>>(constantOfParts(val), elements(src), dst, len, scaleFactor);
     return vornStsNoErr;
 }
 
@@ -264,7 +264,7 @@ VornStatus vornsSubCRev_32s_ISfs(Vorn32s val, Vorn32s* srcDst, int len, int scal
 VornStatus vornsSubCRev_32sc_Sfs(const Vorn32sc* src, Vorn32sc val, Vorn32sc* dst, int len, int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    computeScaled<DifferenceOf<Vorn32s>>(constant(val), elements(src), dst, len, scaleFactor);
+    computeScaled<DifferenceOf<Vorn32s>>(constant(val), parts(src), lanesAt(dst), twice(len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -275,7 +275,7 @@ VornStatus vornsSubCRev_32sc_ISfs(Vorn32sc val, Vorn32sc* srcDst, int len, int s
 VornStatus vornsSubCRev_32f(const Vorn32f* src, Vorn32f val, Vorn32f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(constant(val), elements(src), dst, len);
+    compute<InFloat<Vorn32f, Minus>>(constantOfParts(val), elements(src), dst, len);
     return vornStsNoErr;
 }
 
@@ -286,7 +286,7 @@ VornStatus vornsSubCRev_32f_I(Vorn32f val, Vorn32f* srcDst, int len) {
 VornStatus vornsSubCRev_32fc(const Vorn32fc* src, Vorn32fc val, Vorn32fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn32f, Minus>>(constant(val), elements(src), dst, len);
+    compute<InFloat<Vorn32f, Minus>>(constant(val), parts(src), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 
@@ -297,7 +297,7 @@ VornStatus vornsSubCRev_32fc_I(Vorn32fc val, Vorn32fc* srcDst, int len) {
 VornStatus vornsSubCRev_64f(const Vorn64f* src, Vorn64f val, Vorn64f* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(constant(val), elements(src), dst, len);
+    compute<InFloat<Vorn64f, Minus>>(constantOfParts(val), elements(src), dst, len);
     return vornStsNoErr;
 }
 
@@ -308,7 +308,7 @@ VornStatus vornsSubCRev_64f_I(Vorn64f val, Vorn64f* srcDst, int len) {
 VornStatus vornsSubCRev_64fc(const Vorn64fc* src, Vorn64fc val, Vorn64fc* dst, int len) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    compute<InFloat<Vorn64f, Minus>>(constant(val), elements(src), dst, len);
+    compute<InFloat<Vorn64f, Minus>>(constant(val), parts(src), lanesAt(dst), twice(len));
     return vornStsNoErr;
 }
 

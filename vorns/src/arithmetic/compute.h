@@ -19,6 +19,12 @@ VORN_INLINE auto parts(const T* p) {
 }
 VORN_INLINE std::int64_t twice(int len) { return 2 * std::int64_t{len}; }
 
+// A real constant as a complex one of equal parts, so that one loop over parts serves both.
+VORN_INLINE Constant<Vorn16sc> constantOfParts(Vorn16s val) { return {{val, val}}; }
+VORN_INLINE Constant<Vorn32sc> constantOfParts(Vorn32s val) { return {{val, val}}; }
+VORN_INLINE Constant<Vorn32fc> constantOfParts(Vorn32f val) { return {{val, val}}; }
+VORN_INLINE Constant<Vorn64fc> constantOfParts(Vorn64f val) { return {{val, val}}; }
+
 template <class T>
 void zeroElements(T* dst, std::int64_t len) {
     ownsSet_8u_M7(0, reinterpret_cast<Vorn8u*>(dst), len * static_cast<std::int64_t>(sizeof(T)));
@@ -30,31 +36,66 @@ void copyElements(const T* src, T* dst, std::int64_t len) {
                    len * static_cast<std::int64_t>(sizeof(T)));
 }
 
-// The functions that do the work take small results first, and hand the others to their like: what it takes to find out
-// about the cache would cost a small one as much as its work.
+// The functions that do the work are made twice: the first takes what is computed in the cache, and of a result that goes
+// past it the ends, the second what lies between.
+enum class Route { inCache, pastCache };
 
-// dst[i] = Op(a[i], b[i])
-template <class Op, Extent extent = Extent::small, class A, class B, class D>
+// work(a, b, dst, len) on the pieces of a result that goes past the cache.
+template <class A, class B, class D, class Ends, class Middle>
+VORN_INLINE void piecewise(A a, B b, D* dst, std::int64_t len, const Ends& ends, const Middle& middle) {
+    inThreePieces(
+        dst, len, [&](std::int64_t i, std::int64_t n) { ends(a.from(i), b.from(i), dst + i, n); },
+        [&](std::int64_t i, std::int64_t n) { middle(a.from(i), b.from(i), dst + i, n); });
+}
+
+// dst[i] = op(a[i], b[i])
+template <Route route = Route::inCache, class Op, class A, class B, class D>
+VORN_NOINLINE void computeWith(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    const Op own = op;
+    if constexpr (route == Route::pastCache) {
+        forElementsPastCache(own, a, b, dst, len);
+    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
+        piecewise(
+            a, b, dst, len, [&](auto... piece) { computeWith(op, piece...); },
+            [&](auto... piece) { computeWith<Route::pastCache>(op, piece...); });
+    } else {
+        forElements(own, a, b, dst, len);
+    }
+}
+
+// The same for an operation that is its type.
+template <class Op, Route route = Route::inCache, class A, class B, class D>
 VORN_NOINLINE void compute(A a, B b, D* dst, std::int64_t len) {
-    if (extent == Extent::small && !isSmall<D>(len)) return compute<Op, Extent::any>(a, b, dst, len);
-    forElements<extent>(Op{}, a, b, dst, len);
+    if constexpr (route == Route::pastCache) {
+        forElementsPastCache(Op{}, a, b, dst, len);
+    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
+        piecewise(
+            a, b, dst, len, [&](auto... piece) { compute<Op>(piece...); },
+            [&](auto... piece) { compute<Op, Route::pastCache>(piece...); });
+    } else {
+        forElements(Op{}, a, b, dst, len);
+    }
 }
 
 // dst[i] = Op(a[i], b[i]) times 2^-sf, rounded and saturated. Where the result is zero throughout, no operand is read.
-template <class Op, Extent extent = Extent::small, class A, class B, class D>
+template <class Op, Route route = Route::inCache, class A, class B, class D>
 VORN_NOINLINE void computeScaled(A a, B b, D* dst, std::int64_t len, int sf) {
-    if (extent == Extent::small && !isSmall<D>(len)) return computeScaled<Op, Extent::any>(a, b, dst, len, sf);
+    if (route == Route::inCache && goesPastCache<periodOf<A, B, D>>(dst, len)) {
+        return piecewise(
+            a, b, dst, len, [&](auto... piece) { computeScaled<Op>(piece..., sf); },
+            [&](auto... piece) { computeScaled<Op, Route::pastCache>(piece..., sf); });
+    }
     withScale<Op::exactBits>(
-        sf, Op::limits, [=](auto scale) { forElements<extent>(Scaled<Op, decltype(scale)>(scale), a, b, dst, len); },
+        sf, Op::limits,
+        [=](auto scale) {
+            const Scaled<Op, decltype(scale)> op(scale);
+            if constexpr (route == Route::pastCache) {
+                forElementsPastCache(op, a, b, dst, len);
+            } else {
+                forElements(op, a, b, dst, len);
+            }
+        },
         [=] { zeroElements(dst, len); });
-}
-
-// The same for an operation with a factor of its own.
-template <Extent extent = Extent::small, class Op, class A, class B, class D>
-VORN_NOINLINE void computeWith(const Op& op, A a, B b, D* dst, std::int64_t len) {
-    if (extent == Extent::small && !isSmall<D>(len)) return computeWith<Extent::any>(op, a, b, dst, len);
-    const Op own = op;
-    forElements<extent>(own, a, b, dst, len);
 }
 
 // The product of 32-bit integers rounds in nearest mode, whatever the caller's.

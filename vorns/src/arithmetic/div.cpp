@@ -19,11 +19,21 @@ constexpr VornStatus notZero(const T& val) {
 }
 
 // The whole vector is computed, also where a divisor is zero.
-template <Extent extent = Extent::small, class Quotient, class A, class B, class D>
+template <Route route = Route::inCache, class Quotient, class A, class B, class D>
 VORN_NOINLINE VornStatus divide(const Quotient& how, A dividend, B divisor, D* dst, std::int64_t len) {
-    if (extent == Extent::small && !isSmall<D>(len)) return divide<Extent::any>(how, dividend, divisor, dst, len);
     const Quotient quotient = how;
-    forElements<extent>(quotient, dividend, divisor, dst, len);
+    if constexpr (route == Route::pastCache) {
+        forElementsPastCache(quotient, dividend, divisor, dst, len);
+    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
+        VornStatus worst = vornStsNoErr;
+        const auto note = [&](VornStatus status) { worst = status == vornStsNoErr ? worst : status; };
+        piecewise(
+            dividend, divisor, dst, len, [&](auto... piece) { note(divide(how, piece...)); },
+            [&](auto... piece) { note(divide<Route::pastCache>(how, piece...)); });
+        return worst;
+    } else {
+        forElements(quotient, dividend, divisor, dst, len);
+    }
     return quotient.metZero() ? vornStsDivByZero : vornStsNoErr;
 }
 

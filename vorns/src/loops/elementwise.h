@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <type_traits>
 
 #include "loops/cache.h"
 #include "simd/simd.h"
@@ -24,6 +25,7 @@ VORN_INLINE std::int64_t elementsToBoundary(const T* p, std::int64_t bytes) {
 //   fetch(i)          if it has one: asks for the operands of the elements some way after i
 //   result()          where element 0 of the result goes
 //   unrolled          the work is light: four registers a turn pay
+//   period            if it has one: a step may begin at multiples of so many elements, and at the last register's
 //
 // The last register ends at the last element, so it overlaps the one before it, and so does the second register, which
 // brings the result to a boundary. All their operands are read before anything is written over them: the result may be
@@ -34,19 +36,16 @@ template <class Kernel>
 VORN_INLINE std::int64_t stepsToBoundary(const Kernel& kernel) {
     const std::int64_t start = elementsToBoundary(kernel.result(), sizeof(Wide<std::int64_t>));
     if (start <= 0) return start;
+    if constexpr (requires { Kernel::period; }) {
+        if (start % Kernel::period != 0) return -1;
+    }
     const auto first = kernel.at(0), second = kernel.at(start);
     kernel.put(0, first);
     kernel.put(start, second);
     return start + Kernel::step;
 }
 
-template <bool fetching, class Kernel>
-VORN_INLINE auto stepAt(const Kernel& kernel, std::int64_t i) {
-    if constexpr (fetching && requires { kernel.fetch(i); }) kernel.fetch(i);
-    return kernel.at(i);
-}
-
-template <bool fetching, class Kernel>
+template <class Kernel>
 VORN_INLINE void stepsInCache(std::int64_t len, const Kernel& kernel) {
     constexpr std::int64_t step = Kernel::step;
     const std::int64_t end = len - step;
@@ -57,46 +56,63 @@ VORN_INLINE void stepsInCache(std::int64_t len, const Kernel& kernel) {
         if (start > 0) i = start;
     }
     for (; Kernel::unrolled && i + 4 * step <= end; i += 4 * step) {
-        const auto a = stepAt<fetching>(kernel, i), b = stepAt<fetching>(kernel, i + step),
-                   c = stepAt<fetching>(kernel, i + 2 * step), d = stepAt<fetching>(kernel, i + 3 * step);
+        const auto a = kernel.at(i), b = kernel.at(i + step), c = kernel.at(i + 2 * step), d = kernel.at(i + 3 * step);
         kernel.put(i, a);
         kernel.put(i + step, b);
         kernel.put(i + 2 * step, c);
         kernel.put(i + 3 * step, d);
     }
-    for (; i < end; i += step) kernel.put(i, stepAt<fetching>(kernel, i));
+    for (; i < end; i += step) kernel.put(i, kernel.at(i));
     kernel.put(end, last);
 }
 
+// Registers of the result between two boundaries, past the cache. What brings their operands takes longer than the loop
+// itself, which therefore needs no unrolling.
 template <class Kernel>
-VORN_INLINE void stepsPastCache(std::int64_t len, const Kernel& kernel) {
-    const std::int64_t end = len - Kernel::step;
-    const auto last = kernel.at(end);
-    for (std::int64_t i = stepsToBoundary(kernel); i < end; i += Kernel::step) {
-        kernel.putPastCache(i, stepAt<true>(kernel, i));
+VORN_INLINE void stepsPastCache(std::int64_t begin, std::int64_t end, const Kernel& kernel) {
+    for (std::int64_t i = begin; i < end; i += Kernel::step) {
+        if constexpr (requires { kernel.fetch(i); }) kernel.fetch(i);
+        kernel.putPastCache(i, kernel.at(i));
     }
     storeFence();
-    kernel.put(end, last);
 }
 
-// A result so small that it never bypasses the cache, or any.
-enum class Extent { small, any };
+// So few elements that nobody need ask whether they bypass the cache.
 template <class T>
 VORN_INLINE bool isSmall(std::int64_t len) {
     return len * static_cast<std::int64_t>(sizeof(T)) < leastBypassBytes;
 }
 
-template <Extent extent = Extent::any, class Kernel>
+// A result that bypasses the cache, and can: somewhere in it, after a multiple of period elements, a boundary is reached.
+template <int period, class T>
+VORN_INLINE bool goesPastCache(const T* result, std::int64_t len) {
+    if (isSmall<T>(len)) return false;
+    const std::int64_t start = elementsToBoundary(result, sizeof(Wide<std::int64_t>));
+    return start >= 0 && start % period == 0 && bypassesCache(len * static_cast<std::int64_t>(sizeof(T)));
+}
+
+template <class Kernel>
 VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
     if (len < Kernel::step) return kernel.part(len);
-    if constexpr (extent == Extent::any) {
-        const auto* result = kernel.result();
-        const bool reachesBoundary = elementsToBoundary(result, sizeof(Wide<std::int64_t>)) >= 0;
-        if (reachesBoundary && bypassesCache(len * static_cast<std::int64_t>(sizeof *result))) {
-            return stepsPastCache(len, kernel);
-        }
+    if (goesPastCache<1>(kernel.result(), len)) {
+        const std::int64_t end = len - Kernel::step;
+        const auto last = kernel.at(end);
+        stepsPastCache(stepsToBoundary(kernel), end, kernel);
+        return kernel.put(end, last);
     }
-    stepsInCache<extent == Extent::any>(len, kernel);
+    stepsInCache(len, kernel);
+}
+
+// A result that goes past the cache, where the same work with the cache is a function of its own: that one is given the
+// ends, ends(i, n), and middle(i, n) what lies between two boundaries.
+template <class T, class Ends, class Middle>
+VORN_INLINE void inThreePieces(const T* result, std::int64_t len, const Ends& ends, const Middle& middle) {
+    constexpr std::int64_t mostBytesAStep = 2 * sizeof(Wide<std::int64_t>);
+    const std::int64_t first = elementsToBoundary(result, sizeof(Wide<std::int64_t>));
+    const std::int64_t rest = (len - first) % (mostBytesAStep / static_cast<std::int64_t>(sizeof(T)));
+    if (first > 0) ends(0, first);
+    middle(first, len - first - rest);
+    if (rest > 0) ends(len - rest, rest);
 }
 
 }  // namespace vorn

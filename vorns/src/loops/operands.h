@@ -67,7 +67,8 @@ VORN_INLINE std::int64_t lanesInLow(std::int64_t n) {
     return n < V::lanes ? n : V::lanes;
 }
 
-// Where operands come from: at(i) is what a step at element i needs, fetch(i) asks for what later ones do,
+// Where operands come from: from(i) is the rest from element i on, at(i) what a step there needs, fetch(i) asks for what
+// later ones do,
 // first<rest>(n) what there is of it where the vector has but n elements, with rest in the lanes behind them.
 
 // An array, one register a step.
@@ -75,6 +76,7 @@ template <class T>
 struct Elements {
     using V = Wide<Lane<T>>;
     const T* p;
+    VORN_INLINE Elements from(std::int64_t i) const { return {p + i}; }
     VORN_INLINE V at(std::int64_t i) const { return load<V>(lanesAt(p + i)); }
     VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
@@ -88,6 +90,7 @@ template <class T>
 struct ElementPairs {
     using V = Wide<Lane<T>>;
     const T* p;
+    VORN_INLINE ElementPairs from(std::int64_t i) const { return {p + i}; }
     VORN_INLINE Halves<V> at(std::int64_t i) const {
         return {load<V>(lanesAt(p + i)), load<V>(lanesAt(p + i) + V::lanes)};
     }
@@ -105,6 +108,7 @@ struct ElementPairs {
 // The same, one element in each 64-bit lane.
 struct Elements32sInto64 {
     const Vorn32s* p;
+    VORN_INLINE Elements32sInto64 from(std::int64_t i) const { return {p + i}; }
     VORN_INLINE i64xN at(std::int64_t i) const { return loadInto64<i64xN>(p + i); }
     VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
@@ -129,6 +133,7 @@ template <class T>
 struct ComplexFactors {
     using V = Wide<Lane<T>>;
     const T* p;
+    VORN_INLINE ComplexFactors from(std::int64_t i) const { return {p + i}; }
     VORN_INLINE ComplexFactor<V> at(std::int64_t i) const { return ComplexFactor<V>(lanesAt(p + i)); }
     VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
     template <int rest>
@@ -137,8 +142,8 @@ struct ComplexFactors {
     }
 };
 
-// One value for all elements, in a register.
-template <class V>
+// One value for all elements, in a register, or one for each of so many lanes in turn.
+template <class V, int lanesInTurn = 1>
 struct Repeated {
     V value;
     VORN_INLINE V at(std::int64_t) const { return value; }
@@ -154,6 +159,7 @@ struct Repeated {
 template <class T>
 struct Constant {
     T value;
+    VORN_INLINE Constant from(std::int64_t) const { return *this; }
     VORN_INLINE auto inRegister() const {
         using V = Wide<Lane<T>>;
         if constexpr (LaneOf<T>::count == 1) {
@@ -171,6 +177,7 @@ struct Constant {
 template <class T>
 struct ConstantPair {
     T value;
+    VORN_INLINE ConstantPair from(std::int64_t) const { return *this; }
 };
 
 // An operand as the loop reads it.
@@ -180,7 +187,7 @@ VORN_INLINE A readable(A a) {
 }
 template <class T>
 VORN_INLINE auto readable(Constant<T> a) {
-    return Repeated<decltype(a.inRegister())>{a.inRegister()};
+    return Repeated<decltype(a.inRegister()), LaneOf<T>::count>{a.inRegister()};
 }
 template <class T>
 VORN_INLINE auto readable(ConstantPair<T> a) {
@@ -208,6 +215,16 @@ template <class T>
 VORN_INLINE ConstantPair<T> constantPair(T val) {
     return {val};
 }
+
+// The lanes after which an operand says the same again, as far as it is a constant, and the same in elements of a result.
+template <class A>
+inline constexpr int lanesInTurnOf = 1;
+template <class T>
+inline constexpr int lanesInTurnOf<Constant<T>> = LaneOf<T>::count;
+template <class V, int lanes>
+inline constexpr int lanesInTurnOf<Repeated<V, lanes>> = lanes;
+template <class A, class B, class D>
+inline constexpr int periodOf = (lanesInTurnOf<A> * lanesInTurnOf<B> > LaneOf<D>::count) ? 2 : 1;
 
 // A result of one or two registers.
 template <class T, class V>
@@ -244,6 +261,7 @@ template <class Op, class A, class B, class D>
 struct ElementKernel {
     static constexpr std::int64_t step = Op::lanes / LaneOf<D>::count;
     static constexpr bool unrolled = Op::light;
+    static constexpr int period = periodOf<A, B, D>;
     const Op& op;
     A a;
     B b;
@@ -270,11 +288,22 @@ struct ElementKernel {
     }
 };
 
-template <Extent extent, class Op, class A, class B, class D>
-VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
+// The loops over operands as they are handed to a kernel: in cache, and past it between two boundaries.
+template <class Op, class A, class B, class D>
+VORN_INLINE auto elementKernel(const Op& op, A a, B b, D* dst) {
     auto first = readable(a);
     auto second = readable(b);
-    forEachStep<extent>(len, ElementKernel<Op, decltype(first), decltype(second), D>{op, first, second, dst});
+    return ElementKernel<Op, decltype(first), decltype(second), D>{op, first, second, dst};
+}
+template <class Op, class A, class B, class D>
+VORN_INLINE void forElements(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    const auto kernel = elementKernel(op, a, b, dst);
+    if (len < kernel.step) return kernel.part(len);
+    stepsInCache(len, kernel);
+}
+template <class Op, class A, class B, class D>
+VORN_INLINE void forElementsPastCache(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    stepsPastCache(0, len, elementKernel(op, a, b, dst));
 }
 
 // What most operations say of themselves.
