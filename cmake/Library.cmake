@@ -35,20 +35,38 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     list(APPEND vornsr_march_x86-64-v4 -Wno-maybe-uninitialized -Wno-uninitialized)
 endif()
 
-# Parsed once instead of once a file: these took more time than most families. Only headers of the compiler stand here, so
-# that our own keep including what they need.
+# A room is one translation unit: its families share templates, which are then made once, and headers, which are then
+# parsed once. Two rooms are not: the arithmetic and the core of the transforms have little to share and much to make, and
+# one unit of them would keep a second processor waiting. -DVORNSR_ROOM_UNITS=OFF makes each file a unit again, which is
+# quicker where one family is worked on and nothing caches the rest.
+option(VORNSR_ROOM_UNITS "Compile each room of the library as one translation unit" ON)
+foreach(source IN LISTS vornsr_sources)
+    file(RELATIVE_PATH room ${CMAKE_CURRENT_SOURCE_DIR} ${source})
+    string(REGEX REPLACE "^([a-z]+)/src/" "\\1/" room ${room})
+    if(room MATCHES "^vorns/(arithmetic|fft/core)/")
+        continue()
+    elseif(room MATCHES "^vornsr/scoring/gauss/(many_rows|folds)/")
+        set(room gauss_many_rows)  # the folds take the scores that the other room makes
+    elseif(room MATCHES "^vornsr/scoring/gauss/")
+        set(room gauss_one_vector)
+    elseif(room MATCHES "^vorns/(loops|simd)/|^vornsr/frame/")
+        set(room frame)
+    else()
+        string(REGEX REPLACE "^([a-z]+)/([a-z_]+)/.*" "\\1_\\2" room ${room})
+    endif()
+    set_source_files_properties(${source} PROPERTIES UNITY_GROUP ${room})
+endforeach()
+
+# Parsed once instead of once a unit; the transforms have too few units to gain by it. Only headers of the compiler stand
+# here, so that our own keep including what they need.
 set(vornsr_precompiled <algorithm> <bit> <climits> <cmath> <cstddef> <cstdint> <cstring> <limits> <type_traits> <utility>)
 
 function(vornsr_add_objects name processor)
     add_library(${name} OBJECT ${ARGN})
+    set_target_properties(${name} PROPERTIES UNITY_BUILD ${VORNSR_ROOM_UNITS} UNITY_BUILD_MODE GROUP)
     target_include_directories(${name} PRIVATE
         ${CMAKE_CURRENT_SOURCE_DIR}/include ${CMAKE_CURRENT_SOURCE_DIR}/vornsr/src ${CMAKE_CURRENT_SOURCE_DIR}/vorns/src)
     target_compile_options(${name} PRIVATE ${vornsr_march_${processor}})
-    if(processor STREQUAL m7)
-        target_precompile_headers(${name} PRIVATE <pmmintrin.h> ${vornsr_precompiled})
-    else()
-        target_precompile_headers(${name} PRIVATE <immintrin.h> ${vornsr_precompiled})
-    endif()
     target_link_libraries(${name} PRIVATE vornsr-flags)
 endfunction()
 
@@ -59,6 +77,11 @@ list(FILTER vornsr_sources EXCLUDE REGEX /vorns/src/fft/)
 foreach(processor IN LISTS VORNSR_PROCESSORS)
     vornsr_add_objects(vornsr-objects-${processor} ${processor} ${vornsr_sources})
     vornsr_add_objects(vornsr-transforms-${processor} ${processor} ${vornsr_transforms})
+    if(processor STREQUAL m7)
+        target_precompile_headers(vornsr-objects-${processor} PRIVATE <pmmintrin.h> ${vornsr_precompiled})
+    else()
+        target_precompile_headers(vornsr-objects-${processor} PRIVATE <immintrin.h> ${vornsr_precompiled})
+    endif()
     # The butterflies gain up to a tenth where the compiler orders instructions and forms addresses for Skylake; the
     # 512-bit ones, and the other families, do better with the generic model.
     if(NOT processor STREQUAL x86-64-v4)

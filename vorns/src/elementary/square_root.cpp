@@ -35,23 +35,23 @@ VornStatus roots(const Element* src, Element* dst, std::ptrdiff_t len) {
     return rootStatus(any(negative));
 }
 
-struct ComplexLanes {
+struct ComplexRoot {
     f64xN re, im;
 };
 
 // The principal root of z has the parts u = sqrt((|z| + |re|)/2) and im/(2u), in this order where re is not negative.
 // An infinite imaginary part makes both infinite.
-VORN_INLINE ComplexLanes principal(f64xN re, f64xN im, f64xN larger, f64xN smaller) {
-    const f64xN zero = splat<f64xN>(0.0), infinity = splat<f64xN>(std::numeric_limits<double>::infinity());
+VORN_INLINE ComplexRoot principal(f64xN re, f64xN im, f64xN larger, f64xN smaller) {
+    const f64xN zero = splat<f64xN>(0.0), infiniteSize = splat<f64xN>(std::numeric_limits<double>::infinity());
     smaller = select(larger == zero, im, smaller);
-    smaller = select(absOf(im) == infinity, im, smaller);
+    smaller = select(absOf(im) == infiniteSize, im, smaller);
     const f64xN sign = im & splat<f64xN>(-0.0);
     const auto left = re < zero;
     return {select(left, absOf(smaller), larger), select(left, larger | sign, smaller)};
 }
 
 // In double, for parts whose squares neither overflow nor vanish and whose result is rounded to a narrower type.
-VORN_INLINE ComplexLanes principalRoot(f64xN re, f64xN im) {
+VORN_INLINE ComplexRoot principalRoot(f64xN re, f64xN im) {
     const f64xN size = sqrtOf(re * re + im * im);
     const f64xN larger = sqrtOf(splat<f64xN>(0.5) * (size + absOf(re)));
     return principal(re, im, larger, im / (larger + larger));
@@ -119,7 +119,7 @@ VORN_NOINLINE RootParts rootPartsOfAny(f64xN x, f64xN y) {
     return {root.larger * (one / scaleOfRoot), root.smaller * (scaleOfRoot / scaleOfPart)};
 }
 
-VORN_INLINE ComplexLanes preciseRoot(f64xN re, f64xN im) {
+VORN_INLINE ComplexRoot preciseRoot(f64xN re, f64xN im) {
     const f64xN x = absOf(re), y = absOf(im), largest = splat<f64xN>(0x1p300);
     const bool ordinary = all((x <= largest) & (y <= largest) & (y >= splat<f64xN>(0x1p-300)));
     const RootParts root = ordinary ? rootParts(x, y, y, [](f64xN, f64xN rest) { return rest; }) : rootPartsOfAny(x, y);
@@ -130,7 +130,7 @@ void complexRoots(const Vorn64f* src, Vorn64f* dst, std::ptrdiff_t len) {
     forBlocks<2 * f64xN::lanes>(src, dst, 2 * len, [](const Vorn64f* from, Vorn64f* to) {
         f64xN re, im;
         loadPairs(from, re, im);
-        const ComplexLanes root = preciseRoot(re, im);
+        const ComplexRoot root = preciseRoot(re, im);
         storePairs(to, root.re, root.im);
     });
 }
@@ -139,8 +139,8 @@ void complexRoots(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t len) {
     forBlocks<2 * f32xN::lanes>(src, dst, 2 * len, [](const Vorn32f* from, Vorn32f* to) {
         f32xN re, im;
         loadPairs(from, re, im);
-        const ComplexLanes low = principalRoot(widenLow(re), widenLow(im));
-        const ComplexLanes high = principalRoot(widenHigh(re), widenHigh(im));
+        const ComplexRoot low = principalRoot(widenLow(re), widenLow(im));
+        const ComplexRoot high = principalRoot(widenHigh(re), widenHigh(im));
         storePairs(to, narrow(low.re, high.re), narrow(low.im, high.im));
     });
 }
@@ -219,8 +219,8 @@ void complexIntegerRoots(const Vorn16sc* src, Vorn16sc* dst, std::ptrdiff_t len,
     forBlocks<i16xN::lanes>(numbers, reinterpret_cast<Vorn16s*>(dst), 2 * len, [&](const Vorn16s* from, Vorn16s* to) {
         const i32xN both = intsOf(load<i16xN>(from));
         const i32xN re = shiftRight<16>(shiftLeft<16>(both)), im = shiftRight<16>(both);
-        const ComplexLanes low = principalRoot(toDoubleLow(re), toDoubleLow(im));
-        const ComplexLanes high = principalRoot(toDoubleHigh(re), toDoubleHigh(im));
+        const ComplexRoot low = principalRoot(toDoubleLow(re), toDoubleLow(im));
+        const ComplexRoot high = principalRoot(toDoubleHigh(re), toDoubleHigh(im));
         const i32xN rootRe = scaled(low.re, high.re), rootIm = scaled(low.im, high.im);
         store(to, shortsOf((rootRe & splat<i32xN>(0xFFFF)) | shiftLeft<16>(rootIm)));
     });

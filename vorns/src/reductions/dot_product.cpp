@@ -290,7 +290,7 @@ Exact exactDot(const Vorn16s* src1, const Vorn16sc* src2, std::ptrdiff_t len) {
 }
 
 Vorn16s scaled16(std::int64_t sum, int scaleFactor) { return scaledSum<Vorn16s>(sum, scaleFactor, -15, 31); }
-Vorn32s scaled32(std::int64_t sum, int scaleFactor) { return scaledSum<Vorn32s>(sum, scaleFactor, -31, 31); }
+Vorn32s scaledProducts32(std::int64_t sum, int scaleFactor) { return scaledSum<Vorn32s>(sum, scaleFactor, -31, 31); }
 // The 32-bit operands' route through double.
 Vorn32s scaledFromDouble(double sum, int scaleFactor) {
     return scaledSum(sum, factorOfExponentBits(std::clamp(scaleFactor, -31, 93)));
@@ -388,7 +388,7 @@ VornStatus vornsDotProd_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int le
 VornStatus vornsDotProd_16s32s_Sfs(const Vorn16s* src1, const Vorn16s* src2, int len, Vorn32s* dp, int scaleFactor) {
     VORN_CHECK(notNull(src1, src2, dp));
     VORN_CHECK(positive(len));
-    *dp = scaled32(exactDot(src1, src2, len), scaleFactor);
+    *dp = scaledProducts32(exactDot(src1, src2, len), scaleFactor);
     return vornStsNoErr;
 }
 
@@ -421,7 +421,7 @@ VornStatus vornsDotProd_16sc32sc_Sfs(const Vorn16sc* src1, const Vorn16sc* src2,
     VORN_CHECK(notNull(src1, src2, dp));
     VORN_CHECK(positive(len));
     const Exact exact = exactDot(src1, src2, len);
-    *dp = {scaled32(exact.re, scaleFactor), scaled32(exact.im, scaleFactor)};
+    *dp = {scaledProducts32(exact.re, scaleFactor), scaledProducts32(exact.im, scaleFactor)};
     return vornStsNoErr;
 }
 
@@ -454,7 +454,7 @@ VornStatus vornsDotProd_16s16sc32sc_Sfs(const Vorn16s* src1, const Vorn16sc* src
     VORN_CHECK(notNull(src1, src2, dp));
     VORN_CHECK(positive(len));
     const Exact exact = exactDot(src1, src2, len);
-    *dp = {scaled32(exact.re, scaleFactor), scaled32(exact.im, scaleFactor)};
+    *dp = {scaledProducts32(exact.re, scaleFactor), scaledProducts32(exact.im, scaleFactor)};
     return vornStsNoErr;
 }
 
