@@ -36,66 +36,74 @@ void copyElements(const T* src, T* dst, std::int64_t len) {
                    len * static_cast<std::int64_t>(sizeof(T)));
 }
 
-// The functions that do the work are made twice: the first takes what is computed in the cache, and of a result that goes
-// past it the ends, the second what lies between.
+// The functions that do the work take small results, and the others are cut into pieces for them or, past the cache,
+// for their like: what it takes to find out about the cache would cost a small one as much as its work.
 enum class Route { inCache, pastCache };
 
-// work(a, b, dst, len) on the pieces of a result that goes past the cache.
-template <class A, class B, class D, class Ends, class Middle>
-VORN_INLINE void piecewise(A a, B b, D* dst, std::int64_t len, const Ends& ends, const Middle& middle) {
-    inThreePieces(
-        dst, len, [&](std::int64_t i, std::int64_t n) { ends(a.from(i), b.from(i), dst + i, n); },
-        [&](std::int64_t i, std::int64_t n) { middle(a.from(i), b.from(i), dst + i, n); });
+// inCache(a, b, dst, n) or pastCache(a, b, dst, n) on the pieces of a result that is not small.
+template <class A, class B, class D, class InCache, class PastCache>
+VORN_INLINE void piecewise(A a, B b, D* dst, std::int64_t len, const InCache& inCache, const PastCache& pastCache) {
+    inPieces<periodOf<A, B, D>>(
+        dst, len, [&](std::int64_t i, std::int64_t n) { inCache(a.from(i), b.from(i), dst + i, n); },
+        [&](std::int64_t i, std::int64_t n) { pastCache(a.from(i), b.from(i), dst + i, n); });
 }
 
-// dst[i] = op(a[i], b[i])
-template <Route route = Route::inCache, class Op, class A, class B, class D>
-VORN_NOINLINE void computeWith(const Op& op, A a, B b, D* dst, std::int64_t len) {
-    const Op own = op;
+template <Route route, class Op, class A, class B, class D>
+VORN_INLINE void forElementsOn(const Op& op, A a, B b, D* dst, std::int64_t len) {
     if constexpr (route == Route::pastCache) {
-        forElementsPastCache(own, a, b, dst, len);
-    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
-        piecewise(
-            a, b, dst, len, [&](auto... piece) { computeWith(op, piece...); },
-            [&](auto... piece) { computeWith<Route::pastCache>(op, piece...); });
+        forElementsPastCache(op, a, b, dst, len);
     } else {
-        forElements(own, a, b, dst, len);
+        forElements(op, a, b, dst, len);
     }
 }
 
-// The same for an operation that is its type.
+template <class Op, class A, class B, class D>
+void computeLong(A a, B b, D* dst, std::int64_t len);
+template <class Op, class A, class B, class D>
+void computeScaledLong(A a, B b, D* dst, std::int64_t len, int sf);
+template <class Op, class A, class B, class D>
+void computeWithLong(const Op& op, A a, B b, D* dst, std::int64_t len);
+
+// dst[i] = Op(a[i], b[i])
 template <class Op, Route route = Route::inCache, class A, class B, class D>
 VORN_NOINLINE void compute(A a, B b, D* dst, std::int64_t len) {
-    if constexpr (route == Route::pastCache) {
-        forElementsPastCache(Op{}, a, b, dst, len);
-    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
-        piecewise(
-            a, b, dst, len, [&](auto... piece) { compute<Op>(piece...); },
-            [&](auto... piece) { compute<Op, Route::pastCache>(piece...); });
-    } else {
-        forElements(Op{}, a, b, dst, len);
-    }
+    if (route == Route::inCache && !isSmall<D>(len)) return computeLong<Op>(a, b, dst, len);
+    forElementsOn<route>(Op{}, a, b, dst, len);
+}
+template <class Op, class A, class B, class D>
+VORN_NOINLINE void computeLong(A a, B b, D* dst, std::int64_t len) {
+    piecewise(
+        a, b, dst, len, [](auto... piece) { compute<Op>(piece...); },
+        [](auto... piece) { compute<Op, Route::pastCache>(piece...); });
 }
 
 // dst[i] = Op(a[i], b[i]) times 2^-sf, rounded and saturated. Where the result is zero throughout, no operand is read.
 template <class Op, Route route = Route::inCache, class A, class B, class D>
 VORN_NOINLINE void computeScaled(A a, B b, D* dst, std::int64_t len, int sf) {
-    if (route == Route::inCache && goesPastCache<periodOf<A, B, D>>(dst, len)) {
-        return piecewise(
-            a, b, dst, len, [&](auto... piece) { computeScaled<Op>(piece..., sf); },
-            [&](auto... piece) { computeScaled<Op, Route::pastCache>(piece..., sf); });
-    }
+    if (route == Route::inCache && !isSmall<D>(len)) return computeScaledLong<Op>(a, b, dst, len, sf);
     withScale<Op::exactBits>(
-        sf, Op::limits,
-        [=](auto scale) {
-            const Scaled<Op, decltype(scale)> op(scale);
-            if constexpr (route == Route::pastCache) {
-                forElementsPastCache(op, a, b, dst, len);
-            } else {
-                forElements(op, a, b, dst, len);
-            }
-        },
+        sf, Op::limits, [=](auto scale) { forElementsOn<route>(Scaled<Op, decltype(scale)>(scale), a, b, dst, len); },
         [=] { zeroElements(dst, len); });
+}
+template <class Op, class A, class B, class D>
+VORN_NOINLINE void computeScaledLong(A a, B b, D* dst, std::int64_t len, int sf) {
+    piecewise(
+        a, b, dst, len, [sf](auto... piece) { computeScaled<Op>(piece..., sf); },
+        [sf](auto... piece) { computeScaled<Op, Route::pastCache>(piece..., sf); });
+}
+
+// The same as compute for an operation with a factor of its own.
+template <Route route = Route::inCache, class Op, class A, class B, class D>
+VORN_NOINLINE void computeWith(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    if (route == Route::inCache && !isSmall<D>(len)) return computeWithLong(op, a, b, dst, len);
+    const Op own = op;
+    forElementsOn<route>(own, a, b, dst, len);
+}
+template <class Op, class A, class B, class D>
+VORN_NOINLINE void computeWithLong(const Op& op, A a, B b, D* dst, std::int64_t len) {
+    piecewise(
+        a, b, dst, len, [&op](auto... piece) { computeWith(op, piece...); },
+        [&op](auto... piece) { computeWith<Route::pastCache>(op, piece...); });
 }
 
 // The product of 32-bit integers rounds in nearest mode, whatever the caller's.

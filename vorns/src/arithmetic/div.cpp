@@ -19,22 +19,24 @@ constexpr VornStatus notZero(const T& val) {
 }
 
 // The whole vector is computed, also where a divisor is zero.
+template <class Quotient, class A, class B, class D>
+VornStatus divideLong(const Quotient& how, A dividend, B divisor, D* dst, std::int64_t len);
+
 template <Route route = Route::inCache, class Quotient, class A, class B, class D>
 VORN_NOINLINE VornStatus divide(const Quotient& how, A dividend, B divisor, D* dst, std::int64_t len) {
+    if (route == Route::inCache && !isSmall<D>(len)) return divideLong(how, dividend, divisor, dst, len);
     const Quotient quotient = how;
-    if constexpr (route == Route::pastCache) {
-        forElementsPastCache(quotient, dividend, divisor, dst, len);
-    } else if (goesPastCache<periodOf<A, B, D>>(dst, len)) {
-        VornStatus worst = vornStsNoErr;
-        const auto note = [&](VornStatus status) { worst = status == vornStsNoErr ? worst : status; };
-        piecewise(
-            dividend, divisor, dst, len, [&](auto... piece) { note(divide(how, piece...)); },
-            [&](auto... piece) { note(divide<Route::pastCache>(how, piece...)); });
-        return worst;
-    } else {
-        forElements(quotient, dividend, divisor, dst, len);
-    }
+    forElementsOn<route>(quotient, dividend, divisor, dst, len);
     return quotient.metZero() ? vornStsDivByZero : vornStsNoErr;
+}
+template <class Quotient, class A, class B, class D>
+VORN_NOINLINE VornStatus divideLong(const Quotient& how, A dividend, B divisor, D* dst, std::int64_t len) {
+    VornStatus status = vornStsNoErr;
+    const auto note = [&](VornStatus ofPiece) { status = ofPiece == vornStsNoErr ? status : ofPiece; };
+    piecewise(
+        dividend, divisor, dst, len, [&](auto... piece) { note(divide(how, piece...)); },
+        [&](auto... piece) { note(divide<Route::pastCache>(how, piece...)); });
+    return status;
 }
 
 // Integer quotients are exact in nearest mode, whatever the caller's.

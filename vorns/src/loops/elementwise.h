@@ -83,18 +83,19 @@ VORN_INLINE bool isSmall(std::int64_t len) {
     return len * static_cast<std::int64_t>(sizeof(T)) < leastBypassBytes;
 }
 
-// A result that bypasses the cache, and can: somewhere in it, after a multiple of period elements, a boundary is reached.
+// A result of so many bytes that bypasses the cache, and can: somewhere in it, after a multiple of period elements, a
+// boundary is reached.
 template <int period, class T>
 VORN_INLINE bool goesPastCache(const T* result, std::int64_t len) {
-    if (isSmall<T>(len)) return false;
     const std::int64_t start = elementsToBoundary(result, sizeof(Wide<std::int64_t>));
     return start >= 0 && start % period == 0 && bypassesCache(len * static_cast<std::int64_t>(sizeof(T)));
 }
 
 template <class Kernel>
 VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
+    using Result = std::remove_reference_t<decltype(*kernel.result())>;
     if (len < Kernel::step) return kernel.part(len);
-    if (goesPastCache<1>(kernel.result(), len)) {
+    if (!isSmall<Result>(len) && goesPastCache<1>(kernel.result(), len)) {
         const std::int64_t end = len - Kernel::step;
         const auto last = kernel.at(end);
         stepsPastCache(stepsToBoundary(kernel), end, kernel);
@@ -103,16 +104,22 @@ VORN_INLINE void forEachStep(std::int64_t len, const Kernel& kernel) {
     stepsInCache(len, kernel);
 }
 
-// A result that goes past the cache, where the same work with the cache is a function of its own: that one is given the
-// ends, ends(i, n), and middle(i, n) what lies between two boundaries.
-template <class T, class Ends, class Middle>
-VORN_INLINE void inThreePieces(const T* result, std::int64_t len, const Ends& ends, const Middle& middle) {
-    constexpr std::int64_t mostBytesAStep = 2 * sizeof(Wide<std::int64_t>);
-    const std::int64_t first = elementsToBoundary(result, sizeof(Wide<std::int64_t>));
-    const std::int64_t rest = (len - first) % (mostBytesAStep / static_cast<std::int64_t>(sizeof(T)));
-    if (first > 0) ends(0, first);
-    middle(first, len - first - rest);
-    if (rest > 0) ends(len - rest, rest);
+// A result that is not small, where the work on a small one is a function of its own: that one, inCache(i, n), is given
+// small pieces; where the result goes past the cache, it is given the ends, and pastCache(i, n) what lies between two
+// boundaries.
+template <int period, class T, class InCache, class PastCache>
+VORN_INLINE void inPieces(const T* result, std::int64_t len, const InCache& inCache, const PastCache& pastCache) {
+    constexpr std::int64_t size = sizeof(T), mostBytesAStep = 2 * sizeof(Wide<std::int64_t>);
+    if (goesPastCache<period>(result, len)) {
+        const std::int64_t first = elementsToBoundary(result, sizeof(Wide<std::int64_t>));
+        const std::int64_t rest = (len - first) % (mostBytesAStep / size);
+        if (first > 0) inCache(0, first);
+        pastCache(first, len - first - rest);
+        if (rest > 0) inCache(len - rest, rest);
+    } else {
+        constexpr std::int64_t piece = leastBypassBytes / 2 / size;
+        for (std::int64_t i = 0; i < len; i += piece) inCache(i, len - i < piece ? len - i : piece);
+    }
 }
 
 }  // namespace vorn

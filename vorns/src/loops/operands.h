@@ -67,9 +67,9 @@ VORN_INLINE std::int64_t lanesInLow(std::int64_t n) {
     return n < V::lanes ? n : V::lanes;
 }
 
-// Where operands come from: from(i) is the rest from element i on, at(i) what a step there needs, fetch(i) asks for what
-// later ones do,
-// first<rest>(n) what there is of it where the vector has but n elements, with rest in the lanes behind them.
+// Where operands come from: from(i) is the rest from element i on, at(i) what a step there needs, fetch(i) asks for
+// what later ones do, first<rest>(n) what there is of it where the vector has but n elements, with rest in the lanes
+// behind them.
 
 // An array, one register a step.
 template <class T>
@@ -216,7 +216,8 @@ VORN_INLINE ConstantPair<T> constantPair(T val) {
     return {val};
 }
 
-// The lanes after which an operand says the same again, as far as it is a constant, and the same in elements of a result.
+// The lanes after which an operand says the same again, as far as it is a constant, and the same in elements of a
+// result.
 template <class A>
 inline constexpr int lanesInTurnOf = 1;
 template <class T>

@@ -12,7 +12,7 @@ public:
     RowBlock(T* base, std::ptrdiff_t step) : base_(base), step_(step) {}
     T* operator[](std::ptrdiff_t row) const { return base_ + row * step_; }
     RowBlock from(std::ptrdiff_t row) const { return {base_ + row * step_, step_}; }
-    std::ptrdiff_t step() const { return step_; }
+    T* base() const { return base_; }
 
 private:
     T* base_;
@@ -26,7 +26,6 @@ public:
     explicit RowList(T* const* rows) : rows_(rows) {}
     T* operator[](std::ptrdiff_t row) const { return rows_[row]; }
     RowList from(std::ptrdiff_t row) const { return RowList(rows_ + row); }
-    T* const* pointers() const { return rows_; }
 
 private:
     T* const* rows_;
@@ -36,28 +35,17 @@ private:
 template <class T>
 class AnyRows {
 public:
-    AnyRows(RowBlock<T> rows) : list_(nullptr), base_(rows[0]), step_(rows.step()) {}
-    AnyRows(RowList<T> rows) : list_(rows.pointers()), base_(nullptr), step_(0) {}
-    T* operator[](std::ptrdiff_t row) const { return list_ != nullptr ? list_[row] : base_ + row * step_; }
-    // One question for several rows: take(rows) with the rows in their layout.
-    template <class Take>
-    auto as(const Take& take) const {
-        return list_ != nullptr ? take(RowList<T>(list_)) : take(RowBlock<T>(base_, step_));
-    }
-    AnyRows from(std::ptrdiff_t row) const {
-        AnyRows rest = *this;
-        if (list_ != nullptr) {
-            rest.list_ += row;
-        } else {
-            rest.base_ += row * step_;
-        }
-        return rest;
-    }
+    AnyRows(RowBlock<T> rows) : list_(nullptr), block_(rows) {}
+    AnyRows(RowList<T> rows) : list_(rows), block_(nullptr, 0) {}
+    bool isList() const { return block_.base() == nullptr; }
+    RowList<T> list() const { return list_; }
+    RowBlock<T> block() const { return block_; }
+    T* operator[](std::ptrdiff_t row) const { return isList() ? list_[row] : block_[row]; }
+    AnyRows from(std::ptrdiff_t row) const { return isList() ? AnyRows(list_.from(row)) : AnyRows(block_.from(row)); }
 
 private:
-    T* const* list_;
-    T* base_;
-    std::ptrdiff_t step_;
+    RowList<T> list_;
+    RowBlock<T> block_;
 };
 
 template <class T>

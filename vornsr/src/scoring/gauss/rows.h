@@ -45,18 +45,43 @@ struct FourRows {
 
 // Walks over the rows, four at a time.
 template <class T>
-class RowWalk {
+class RowBlockWalk {
 public:
-    explicit RowWalk(const AnyRows<const T>& rows) : rows_(rows) {}
+    explicit RowBlockWalk(const RowBlock<const T>& rows) : first_(rows[0]), step_(rows[1] - rows[0]) {}
     VORN_INLINE FourRows<T> four() const {
-        return rows_.as([](const auto& rows) -> FourRows<T> {
-            return {{keepApart(rows[0]), keepApart(rows[1]), keepApart(rows[2]), keepApart(rows[3])}};
-        });
+        return {{keepApart(first_), keepApart(first_ + step_), keepApart(first_ + 2 * step_),
+                 keepApart(first_ + 3 * step_)}};
+    }
+    VORN_INLINE void next() { first_ += 4 * step_; }
+
+private:
+    const T* first_;
+    std::ptrdiff_t step_;
+};
+template <class T>
+class RowListWalk {
+public:
+    explicit RowListWalk(const RowList<const T>& rows) : rows_(rows) {}
+    VORN_INLINE FourRows<T> four() const {
+        return {{keepApart(rows_[0]), keepApart(rows_[1]), keepApart(rows_[2]), keepApart(rows_[3])}};
     }
     VORN_INLINE void next() { rows_ = rows_.from(4); }
 
 private:
-    AnyRows<const T> rows_;
+    RowList<const T> rows_;
+};
+template <class T>
+class AnyRowsWalk {
+public:
+    explicit AnyRowsWalk(const AnyRows<const T>& rows)
+        : isList_(rows.isList()), list_(rows.list()), block_(rows.block()) {}
+    VORN_INLINE FourRows<T> four() const { return isList_ ? list_.four() : block_.four(); }
+    VORN_INLINE void next() { isList_ ? list_.next() : block_.next(); }
+
+private:
+    bool isList_;
+    RowListWalk<T> list_;
+    RowBlockWalk<T> block_;
 };
 // What is the same for every row.
 template <class Same>
@@ -71,8 +96,16 @@ private:
 };
 
 template <class T>
-RowWalk<T> walk(const AnyRows<const T>& rows) {
-    return RowWalk<T>(rows);
+RowBlockWalk<T> walk(const RowBlock<const T>& rows) {
+    return RowBlockWalk<T>(rows);
+}
+template <class T>
+RowListWalk<T> walk(const RowList<const T>& rows) {
+    return RowListWalk<T>(rows);
+}
+template <class T>
+AnyRowsWalk<T> walk(const AnyRows<const T>& rows) {
+    return AnyRowsWalk<T>(rows);
 }
 template <class Same>
 SameWalk<Same> walk(const Same& same) {
@@ -111,14 +144,11 @@ auto frames(Src src, const T* mean, Var var) {
     return Pairing{AnyRows(src), Shared<T>(mean), sharedVar(var)};
 }
 
-// One frame against many Gaussians, the rows of mean and of var (a matrix or UnitVar).
+// One frame against many Gaussians, the rows of mean and of var (a matrix or UnitVar). With two matrices to walk,
+// asking for the layout at run time would cost a tenth.
 template <class T, class Mean, class Var>
 auto gaussians(const T* src, Mean mean, Var var) {
-    if constexpr (isUnit<Var>) {
-        return Pairing{Shared<T>(src), AnyRows(mean), var};
-    } else {
-        return Pairing{Shared<T>(src), AnyRows(mean), AnyRows(var)};
-    }
+    return Pairing{Shared<T>(src), mean, var};
 }
 
 }  // namespace vorn
