@@ -7,6 +7,7 @@
 #include <optional>
 #include <vector>
 
+#include "components.h"
 #include "decode.h"
 
 namespace digits {
@@ -16,6 +17,7 @@ struct Outcome {
     std::optional<int> spoken;  // the word that the file's name tells
     int frames = 0;
     Decision decision;
+    MeanFrame mean{};
 
     bool wrong() const { return spoken && *spoken != decision.best; }
 

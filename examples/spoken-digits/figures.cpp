@@ -6,6 +6,7 @@
 #include <cmath>
 #include <functional>
 #include <numeric>
+#include <optional>
 
 #include "picture.h"
 #include "svg.h"
@@ -351,6 +352,52 @@ std::string confusionFigure(const Tally& counts) {
         }
     }
     return sheet.finish(kY + kWords * kCell + 6);
+}
+
+std::string planeFigure(const Run& run, const Plane& plane) {
+    constexpr double kTop = 26, kBottom = 560, kMargin = 0.06;
+    Sheet sheet(kWidth, "Principal components of the mean frames");
+    std::array<double, 2> low = plane.places[0], high = low;
+    for (const auto& place : plane.places) {
+        for (int i = 0; i < 2; ++i) low[i] = std::min(low[i], place[i]), high[i] = std::max(high[i], place[i]);
+    }
+    for (int i = 0; i < 2; ++i) {
+        const double room = std::max(kMargin * (high[i] - low[i]), 1e-3);
+        low[i] -= room, high[i] += room;
+    }
+    const Axis x{low[0], high[0], kLeft, kRight}, y{low[1], high[1], kBottom, kTop};
+    for (const double tick : x.ticks(8)) {
+        sheet.line(x(tick), kTop, x(tick), kBottom, "grid");
+        sheet.text(x(tick), kBottom + 18, number(tick), "label", "middle");
+    }
+    for (const double tick : y.ticks(6)) {
+        sheet.line(kLeft, y(tick), kRight, y(tick), "grid");
+        sheet.text(kLeft - 8, y(tick) + 4, number(tick), "label", "end");
+    }
+    sheet.box(kLeft, kTop, kRight - kLeft, kBottom - kTop, "frame");
+    sheet.text(kLeft, 16, format("second component: %.0f %% of the variance", 100.0 * plane.shares[1]), "label");
+    sheet.text(kRight, kBottom + 36, format("first component: %.0f %% of the variance", 100.0 * plane.shares[0]),
+               "label", "end");
+
+    std::array<std::array<double, 2>, kWords> sum{};
+    std::array<int, kWords> count{};
+    for (std::size_t i = 0; i < plane.places.size(); ++i) {
+        const auto& [across, up] = plane.places[i];
+        const std::optional<int>& spoken = run.outcomes[i].spoken;
+        if (!spoken) {
+            sheet.text(x(across), y(up) + 4, "\u00b7", "label", "middle");
+            continue;
+        }
+        sheet.text(x(across), y(up) + 4, format("%d", *spoken), format("digit d%d", *spoken).c_str(), "middle");
+        sum[*spoken][0] += across, sum[*spoken][1] += up;
+        ++count[*spoken];
+    }
+    for (int word = 0; word < kWords; ++word) {
+        if (count[word] == 0) continue;
+        sheet.text(x(sum[word][0] / count[word]), y(sum[word][1] / count[word]) + 5, wordOf(word),
+                   format("digit mean d%d", word).c_str(), "middle");
+    }
+    return sheet.finish(kBottom + 42);
 }
 
 }  // namespace digits

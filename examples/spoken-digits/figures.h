@@ -26,4 +26,7 @@ std::string wordsFigure(const Specimen& specimen);
 
 std::string confusionFigure(const Tally& counts);
 
+// Every recording as its digit at its place in the plane of the first two principal components; and each digit's mean.
+std::string planeFigure(const Run& run, const Plane& plane);
+
 }  // namespace digits

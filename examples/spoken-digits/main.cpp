@@ -188,6 +188,8 @@ void recogniseOne(const FrontEnd& frontEnd, const Models& models, const std::vec
     run.seconds.frontEnd += watch.lap();
     run.outcomes.push_back({path, spokenDigit(path), analysis.frames, decide(models, analysis)});
     const double scoring = watch.lap();
+    run.outcomes.back().mean = meanFrame(analysis);
+    watch.lap();  // for a picture only
     run.seconds.scoring += scoring;
     compare(rivals, analysis, scoring, run);
     run.seconds.audio += static_cast<double>(samples.size()) / kSampleRate;

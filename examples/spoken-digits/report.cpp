@@ -6,6 +6,7 @@
 #include <fstream>
 #include <iterator>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "figures.h"
@@ -66,6 +67,9 @@ svg .curve { fill: none; stroke-width: 2; stroke-linejoin: round; } svg .key { s
 svg .curve.first, svg .key.first { stroke: var(--first); } svg .curve.second, svg .key.second { stroke: var(--second); }
 svg .curve.third, svg .key.third { stroke: var(--third); }
 svg .bar { fill: var(--bar); } svg .bar.first { fill: var(--first); } svg .bar.second { fill: var(--second); } svg .bar.third { fill: var(--third); }
+svg text.digit { font-size: 12px; opacity: .75; } svg text.mean { font-size: 17px; font-weight: 700; opacity: 1; paint-order: stroke; stroke: var(--card); stroke-width: 4px; }
+svg .d0 { fill: #d1495b; } svg .d1 { fill: #c2701c; } svg .d2 { fill: #9a8200; } svg .d3 { fill: #5b8f22; } svg .d4 { fill: #138f5c; }
+svg .d5 { fill: #128c99; } svg .d6 { fill: #2f7fd0; } svg .d7 { fill: #6a6ae0; } svg .d8 { fill: #a352cc; } svg .d9 { fill: #c94797; }
 svg .cell { rx: 5px; } svg .count { font-size: 14px; font-weight: 600; } svg .bright { fill: #ffffff; }
 footer { color: var(--soft); font-size: .87rem; margin-top: 26px; }
 @media print { body { background: none; } section, .tile { break-inside: avoid; } }
@@ -221,6 +225,20 @@ std::string arithmeticSection(const Run& run) {
            "scores and best roads, without the front end.</p></section>\n";
 }
 
+std::string planeSection(const Run& run) {
+    std::vector<MeanFrame> recordings;
+    for (const Outcome& outcome : run.outcomes) recordings.push_back(outcome.mean);
+    const std::optional<Plane> plane = principalPlane(recordings);
+    if (!plane) return {};
+    return "<section><h2>Where the digits lie</h2><p class='lead'>Each recording as one point: the mean frames of its "
+           "two halves, brought to mean 0 and deviation 1, in the plane where they vary most. Words stand at the mean "
+           "of their recordings.</p>" +
+           planeFigure(run, *plane) +
+           "<p class='note'>Principal components from singular values: <code>vornsSumColumn_32f_D2</code>, "
+           "<code>vornsMeanVarColumn_32f_D2</code>, <code>vornsRecSqrt_32f</code>, "
+           "<code>vornsNormalizeColumn_32f_D2</code>, <code>vornsSVDSort_64f_D2_I</code>.</p></section>\n";
+}
+
 const Outcome& chosen(const Run& run, const fs::path& show) {
     for (const Outcome& outcome : run.outcomes) {
         if (outcome.path == show || outcome.path.filename() == show || outcome.path.stem() == show) return outcome;
@@ -248,6 +266,7 @@ void writeReport(const fs::path& path, const Run& run, const Models& models, con
                 "</div><div>" + speakersTable(run) + hardestTable(order) + "</div></div></section>\n";
     }
     html += roadSection(models);
+    html += planeSection(run);
     html += arithmeticSection(run);
     html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", first, frontEnd);
     if (order.front() != &first) {

@@ -198,7 +198,7 @@ class Report(Folder):
 
     def test_every_picture_is_well_formed(self):
         drawings = re.findall(r"<svg.*?</svg>", self.page, re.S)
-        self.assertEqual(len(drawings), 1 + 2 * 3)  # the matrix, and three for each of two recordings
+        self.assertEqual(len(drawings), 2 + 2 * 3)  # the matrix, the plane, and three for each of two recordings
         for drawing in drawings:
             xml.etree.ElementTree.fromstring(drawing)
         pictures = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", self.page)
@@ -225,6 +225,21 @@ class Report(Folder):
         for title in ("Wave", "Spectrogram", "Filter bank", "Cepstra", "Deltas", "Accelerations", "Score of each frame",
                       "Confusion matrix", "All ten words"):
             self.assertIn(title, self.page)
+
+    def test_the_plane_shows_every_recording_and_sets_digits_apart(self):
+        plane, = re.findall(r"<svg[^>]*aria-label='Principal components.*?</svg>", self.page, re.S)
+        second, first = (float(share) for share in re.findall(r"component: (\d+) %", plane))
+        self.assertGreaterEqual(first, second)
+        self.assertLessEqual(first + second, 100)
+        places = re.findall(r"<text x='([\d.]+)' y='([\d.]+)' class='digit d(\d)'", plane)
+        counts = [len(list((arguments.data / "test").glob(f"{digit}_*.wav"))) for digit in range(10)]
+        self.assertEqual([sum(place[2] == str(digit) for place in places) for digit in range(10)], counts)
+        # By chance the nearest neighbour is of the same digit for one in ten.
+        points = [(float(x), float(y), digit) for x, y, digit in places]
+        same = sum(min((point for point in points if point is not at),
+                       key=lambda point: (point[0] - at[0]) ** 2 + (point[1] - at[1]) ** 2)[2] == at[2]
+                   for at in points)
+        self.assertGreater(same, len(points) // 4)
 
     def test_the_page_compares_the_arithmetics(self):
         rows = re.findall(r"<tr><td>(\w+)</td><td><code>vornsLogGaussMixture_\w+</code></td>"
