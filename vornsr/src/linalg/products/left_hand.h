@@ -12,6 +12,7 @@
 #include "frame/scale.h"
 #include "simd/block.h"
 #include "simd/simd.h"
+#include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn {
@@ -37,20 +38,15 @@ struct SingleColumns {
     using Element = Vorn32f;
     using Sum = f32xN;
     using Total = f32xN;
-    static constexpr int slotsTogether = 4, rowsTogether = 1;
+    static constexpr int rowsTogether = 1;
     static constexpr std::ptrdiff_t rowsOfOneSum = allRows;
 
-    struct Factors {
-        Factors(const Vorn32f* vec, std::ptrdiff_t) : vec_(vec) {}
-        VORN_INLINE f32xN operator[](std::ptrdiff_t row) const { return splat<f32xN>(vec_[row]); }
-
-    private:
-        const Vorn32f* vec_;
-    };
     static VORN_INLINE Sum zero() { return splat<f32xN>(0); }
+    static VORN_INLINE f32xN factor(const Vorn32f* vec, std::ptrdiff_t) { return splat<f32xN>(*vec); }
     template <bool whole>
-    static VORN_INLINE Sum added(Sum sum, const Vorn32f* const (&row)[1], f32xN factor, std::ptrdiff_t n) {
-        return sum + factor * (whole ? load<f32xN>(row[0]) : loadPart<f32xN>(row[0], n));
+    static VORN_INLINE Sum added(Sum sum, const Vorn32f* const* row, std::ptrdiff_t at, f32xN factor,
+                                 std::ptrdiff_t n) {
+        return sum + factor * (whole ? load<f32xN>(row[0] + at) : loadPart<f32xN>(row[0] + at, n));
     }
     static VORN_INLINE Total total(Sum sum) { return sum; }
 };
@@ -62,24 +58,18 @@ struct DoubleColumns {
     using Element = T;
     using Sum = DoubleSlot<parts>;
     using Total = Sum;
-    static constexpr int slotsTogether = 2, rowsTogether = 1;
+    static constexpr int rowsTogether = 1;
     static constexpr std::ptrdiff_t rowsOfOneSum = allRows;
 
-    struct Factors {
-        Factors(const T* vec, std::ptrdiff_t) : vec_(vec) {}
-        VORN_INLINE f64xN operator[](std::ptrdiff_t row) const { return splat<f64xN>(vec_[row]); }
-
-    private:
-        const T* vec_;
-    };
+    static VORN_INLINE f64xN factor(const T* vec, std::ptrdiff_t) { return splat<f64xN>(*vec); }
     static VORN_INLINE Sum zero() {
         Sum sum;
         for (int i = 0; i < parts; ++i) sum.part[i] = splat<f64xN>(0);
         return sum;
     }
     template <bool whole>
-    static VORN_INLINE Sum added(Sum sum, const T* const (&row)[1], f64xN factor, std::ptrdiff_t n) {
-        const T* from = row[0];
+    static VORN_INLINE Sum added(Sum sum, const T* const* row, std::ptrdiff_t at, f64xN factor, std::ptrdiff_t n) {
+        const T* from = row[0] + at;
         Block<T, Wide<T>::lanes> block;
         if constexpr (!whole) {
             fillBlock<Wide<T>::lanes>(from, n, block);
@@ -101,41 +91,26 @@ struct ShortColumns {
         Halves<i32xN> low, high;
     };
     using Total = DoubleSlot<4>;
-    static constexpr int slotsTogether = sizeof(i16xN) == 64 ? 4 : 2, rowsTogether = 2;
+    static constexpr int rowsTogether = 2;
     static constexpr std::ptrdiff_t rowsOfOneSum = 256;
 
     struct Factor {
         i16xN low, high;
     };
-    class Factors {
-    public:
-        Factors(const Vorn16s* vec, std::ptrdiff_t rows) {
-            for (std::ptrdiff_t row = 0; row < rows; row += 2) {
-                const int first = vec[row], second = row + 1 < rows ? vec[row + 1] : 0;
-                low_[row / 2] = sideBySide(first & 255, second & 255);
-                high_[row / 2] = sideBySide(first >> 8, second >> 8);
-            }
-        }
-        VORN_INLINE Factor operator[](std::ptrdiff_t row) const {
-            return {shortsOf(splat<i32xN>(low_[row / 2])), shortsOf(splat<i32xN>(high_[row / 2]))};
-        }
-
-    private:
-        static std::int32_t sideBySide(int first, int second) {
-            return static_cast<std::int32_t>((static_cast<unsigned>(first) & 0xFFFFu) |
-                                             (static_cast<unsigned>(second) << 16));
-        }
-        std::int32_t low_[rowsOfOneSum / 2], high_[rowsOfOneSum / 2];
-    };
+    // Of two rows, or of one.
+    static VORN_INLINE Factor factor(const Vorn16s* vec, std::ptrdiff_t rows) {
+        const int first = vec[0], second = rows > 1 ? vec[1] : 0;
+        return {sideBySide(first & 255, second & 255), sideBySide(first >> 8, second >> 8)};
+    }
     static VORN_INLINE Sum zero() {
         const i32xN none = splat<i32xN>(0);
         return {{none, none}, {none, none}};
     }
     template <bool whole>
-    static VORN_INLINE Sum added(const Sum& sum, const Vorn16s* const (&row)[2], const Factor& factor,
+    static VORN_INLINE Sum added(const Sum& sum, const Vorn16s* const* row, std::ptrdiff_t at, const Factor& factor,
                                  std::ptrdiff_t n) {
-        const i16xN first = whole ? load<i16xN>(row[0]) : loadPart<i16xN>(row[0], n);
-        const i16xN second = whole ? load<i16xN>(row[1]) : loadPart<i16xN>(row[1], n);
+        const i16xN first = whole ? load<i16xN>(row[0] + at) : loadPart<i16xN>(row[0] + at, n);
+        const i16xN second = whole ? load<i16xN>(row[1] + at) : loadPart<i16xN>(row[1] + at, n);
         const Halves<i32xN> pairs = zip(first, second);
         const i16xN a = shortsOf(pairs.low), b = shortsOf(pairs.high);
         return {{sum.low.low + mulAddPairs(a, factor.low), sum.low.high + mulAddPairs(b, factor.low)},
@@ -148,6 +123,12 @@ struct ShortColumns {
                  toDoubleHigh(high.low) * unit + toDoubleHigh(low.low),
                  toDoubleLow(high.high) * unit + toDoubleLow(low.high),
                  toDoubleHigh(high.high) * unit + toDoubleHigh(low.high)}};
+    }
+
+private:
+    static VORN_INLINE i16xN sideBySide(int first, int second) {
+        return shortsOf(splat<i32xN>(
+            static_cast<std::int32_t>((static_cast<unsigned>(first) & 0xFFFFu) | static_cast<unsigned>(second) << 16)));
     }
 };
 // Up to so many rows every sum of 16-bit products is below 2^53, and sums in double have nothing to round.
@@ -195,83 +176,86 @@ private:
     Vorn64f factor_;
 };
 
-// Adds the rows from begin to end to `slots` neighbouring slots, the last of which begins at column `last`.
-template <class Form, int slots, bool whole, class RowsOf>
-VORN_INLINE void addRowsTo(typename Form::Sum* sums, RowsOf rows, std::ptrdiff_t column, std::ptrdiff_t last,
-                           std::ptrdiff_t begin, std::ptrdiff_t end, const typename Form::Factors& factors, bool first,
-                           std::ptrdiff_t n) {
-    using T = typename Form::Element;
-    constexpr int together = Form::rowsTogether;
-    typename Form::Sum sum[slots];
-#pragma GCC unroll 4
-    for (int i = 0; i < slots; ++i) sum[i] = first ? Form::zero() : sums[i];
-    for (std::ptrdiff_t row = begin; row < end; row += together) {
-        const auto factor = factors[row];
-        const T* line[together];
-        for (int r = 0; r < together; ++r) line[r] = rows[std::min(row + r, end - 1)];
-#pragma GCC unroll 4
-        for (int i = 0; i < slots; ++i) {
-            const std::ptrdiff_t at = i == slots - 1 ? last : column + i * Wide<T>::lanes;
-            const T* of[together];
-            for (int r = 0; r < together; ++r) of[r] = line[r] + at;
-            sum[i] = Form::template added<whole>(sum[i], of, factor, n);
-        }
+// Slots side by side, the last of which begins early so as to end with the last column: some columns are summed twice,
+// to the same bits. Columns that do not fill one slot are a part of it.
+struct Slots {
+    std::ptrdiff_t begin, columns, lanes;
+    std::ptrdiff_t count() const { return (columns + lanes - 1) / lanes; }
+    std::ptrdiff_t operator[](std::ptrdiff_t slot) const {
+        return begin + std::max<std::ptrdiff_t>(0, std::min(slot * lanes, columns - lanes));
     }
-#pragma GCC unroll 4
-    for (int i = 0; i < slots; ++i) sums[i] = sum[i];
+    bool areWhole() const { return columns >= lanes; }
+};
+
+// Adds `rows` rows to all sums; `present` of them are there.
+template <class Form, int rows, bool whole>
+VORN_INLINE void addRows(const typename Form::Element* const (&row)[rows], const typename Form::Element* vec,
+                         std::ptrdiff_t present, const Slots& slots, typename Form::Sum* sums) {
+    constexpr int steps = rows / Form::rowsTogether;
+    decltype(Form::factor(vec, 0)) factor[steps];
+#pragma GCC unroll 8
+    for (int k = 0; k < steps; ++k) factor[k] = Form::factor(vec + k * Form::rowsTogether, present);
+    const auto addAt = [&](typename Form::Sum & to, std::ptrdiff_t column) __attribute__((always_inline)) {
+        typename Form::Sum sum = to;
+#pragma GCC unroll 8
+        for (int k = 0; k < steps; ++k) {
+            sum = Form::template added<whole>(sum, row + k * Form::rowsTogether, column, factor[k], slots.columns);
+        }
+        to = sum;
+    };
+    const std::ptrdiff_t last = slots.count() - 1;
+    std::ptrdiff_t column = slots.begin;
+    for (std::ptrdiff_t slot = 0; slot < last; ++slot, column += Wide<typename Form::Element>::lanes) {
+        addAt(sums[slot], column);
+    }
+    addAt(sums[last], slots[last]);
+}
+
+template <class Form, int rows>
+VORN_INLINE void addRows(const AnyRows<const typename Form::Element>& from, const typename Form::Element* vec,
+                         std::ptrdiff_t present, const Slots& slots, typename Form::Sum* sums) {
+    const typename Form::Element* row[rows];
+    from.as([&](const auto& of) {
+        for (int r = 0; r < rows; ++r) row[r] = keepApart(of[std::min<std::ptrdiff_t>(r, present - 1)]);
+    });
+    if (slots.areWhole()) {
+        addRows<Form, rows, true>(row, vec, present, slots, sums);
+    } else {
+        addRows<Form, rows, false>(row, vec, present, slots, sums);
+    }
 }
 
 // So many columns have their sums on the stack.
 inline constexpr std::ptrdiff_t columnsAtOnce = 1024;
-// Rows of so many bytes stay in the first-level cache while the slots walk over them.
-inline constexpr std::ptrdiff_t rowsBytesAtOnce = 8 << 10;
 
 // The columns from `begin` on, n of them.
 template <class Form, class Result, class Store>
 VORN_INLINE void columnBlock(const typename Form::Element* vec, const AnyRows<const typename Form::Element>& rows,
                              std::ptrdiff_t height, std::ptrdiff_t begin, std::ptrdiff_t n, Result* dst, Store store) {
-    using T = typename Form::Element;
-    constexpr std::ptrdiff_t lanes = Wide<T>::lanes;
-    constexpr int most = Form::slotsTogether;
+    constexpr std::ptrdiff_t lanes = Wide<typename Form::Element>::lanes;
     typename Form::Sum sums[columnsAtOnce / lanes];
     typename Form::Total totals[columnsAtOnce / lanes];
-    const std::ptrdiff_t slots = (n + lanes - 1) / lanes;
-    // The last slot begins early so as to end with the last column: some columns are summed twice, to the same bits.
-    const auto columnOf = [=](std::ptrdiff_t slot) {
-        return begin + std::max<std::ptrdiff_t>(0, std::min(slot * lanes, n - lanes));
-    };
-    const std::ptrdiff_t rowBytes = n * static_cast<std::ptrdiff_t>(sizeof(T));
-    const std::ptrdiff_t blockRows = std::max<std::ptrdiff_t>(8, rowsBytesAtOnce / rowBytes / 2 * 2);
-
-    for (std::ptrdiff_t sumRow = 0; sumRow < height;) {
-        const std::ptrdiff_t rowsOfSum = std::min(height - sumRow, Form::rowsOfOneSum);
-        const typename Form::Factors factors(vec + sumRow, rowsOfSum);
-        for (std::ptrdiff_t row = 0; row < rowsOfSum; row += blockRows) {
-            const std::ptrdiff_t end = std::min(rowsOfSum, row + blockRows);
-            rows.from(sumRow).as([&](const auto& of) __attribute__((always_inline)) {
-                if (n < lanes) return addRowsTo<Form, 1, false>(sums, of, begin, begin, row, end, factors, row == 0, n);
-                std::ptrdiff_t slot = 0;
-                for (; slot + most <= slots; slot += most) {
-                    addRowsTo<Form, most, true>(sums + slot, of, begin + slot * lanes, columnOf(slot + most - 1), row,
-                                                end, factors, row == 0, n);
-                }
-                for (; slot < slots; ++slot) {
-                    addRowsTo<Form, 1, true>(sums + slot, of, columnOf(slot), columnOf(slot), row, end, factors,
-                                             row == 0, n);
-                }
-            });
+    const Slots slots = {begin, n, lanes};
+    const std::ptrdiff_t count = slots.count();
+    for (std::ptrdiff_t row = 0; row < height;) {
+        const bool isFirst = row == 0;
+        const std::ptrdiff_t end = std::min(height, row + std::min(height, Form::rowsOfOneSum));
+        for (std::ptrdiff_t slot = 0; slot < count; ++slot) sums[slot] = Form::zero();
+        for (; row + 8 <= end; row += 8) addRows<Form, 8>(rows.from(row), vec + row, 8, slots, sums);
+        for (; row + 4 <= end; row += 4) addRows<Form, 4>(rows.from(row), vec + row, 4, slots, sums);
+        for (; row < end; row += Form::rowsTogether) {
+            addRows<Form, Form::rowsTogether>(rows.from(row), vec + row, end - row, slots, sums);
         }
-        const bool isFirst = sumRow == 0;
-        sumRow += rowsOfSum;
-        for (std::ptrdiff_t slot = 0; slot < slots; ++slot) {
+        row = end;
+        for (std::ptrdiff_t slot = 0; slot < count; ++slot) {
             auto total = Form::total(sums[slot]);
             if constexpr (Form::rowsOfOneSum < allRows) {
                 if (!isFirst) total = totals[slot] + total;
             }
-            if (sumRow < height) {
+            if (row < height) {
                 totals[slot] = total;
             } else {
-                store.store(dst + columnOf(slot), total, std::min(n, lanes));
+                store.store(dst + slots[slot], total, std::min(n, lanes));
             }
         }
     }

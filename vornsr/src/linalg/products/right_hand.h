@@ -26,8 +26,25 @@ VORN_INLINE V columnsAt(const T* p) {
     }
 }
 
-VORN_INLINE Vorn32f joinedLanes(f32x4 a) { return sumNeighbours(a); }
-VORN_INLINE Vorn64f joinedLanes(f64x2 a) { return sumLanes(a); }
+// The sums of four rows from their lanes, lane 0 + lane 1 or (lane 0 + lane 1) + (lane 2 + lane 3); and a further
+// column added to them.
+VORN_INLINE void putSums(Vorn32f* sum, f32x4 row0, f32x4 row1, f32x4 row2, f32x4 row3) {
+    store(sum, sumNeighbours(row0, row1, row2, row3));
+}
+VORN_INLINE void putSums(Vorn64f* sum, f64x2 row0, f64x2 row1, f64x2 row2, f64x2 row3) {
+    f64x2 firstTwo[2] = {row0, row1}, lastTwo[2] = {row2, row3};
+    transposeGroups(firstTwo);
+    transposeGroups(lastTwo);
+    store(sum, firstTwo[0] + firstTwo[1]);
+    store(sum + 2, lastTwo[0] + lastTwo[1]);
+}
+VORN_INLINE void addColumn(Vorn32f* sum, const Vorn32f* const* row, std::ptrdiff_t j, Vorn32f x) {
+    const f32x4 column = lanesOf(row[0][j], row[1][j], row[2][j], row[3][j]);
+    store(sum, load<f32x4>(sum) + column * splat<f32x4>(x));
+}
+VORN_INLINE void addColumn(Vorn64f* sum, const Vorn32s* const* row, std::ptrdiff_t j, Vorn32s x) {
+    for (int r = 0; r < 4; ++r) sum[r] = sum[r] + static_cast<Vorn64f>(row[r][j]) * static_cast<Vorn64f>(x);
+}
 
 // A form of the product says how many rows advance together and what their sums are; how many they are changes no bit.
 
@@ -72,19 +89,20 @@ struct LaneSums {
                 j += Lanes::lanes;
             }
         }
-#pragma GCC unroll 8
-        for (int k = 0; k < count; ++k) {
+        const auto lanesOfRow = [&](int r) __attribute__((always_inline)) {
             if constexpr (count == rows) {
-                sum[k] = joinedLanes(lanes[k]);
+                return lanes[r];
             } else {
-                sum[k] = joinedLanes(lowHalf(lanes[k]));
-                sum[k + count] = joinedLanes(highHalf(lanes[k]));
+                return r < count ? lowHalf(lanes[r]) : highHalf(lanes[r - count]);
             }
+        };
+#pragma GCC unroll 2
+        for (int r = 0; r < rows; r += 4) {
+            putSums(sum + r, lanesOfRow(r), lanesOfRow(r + 1), lanesOfRow(r + 2), lanesOfRow(r + 3));
         }
         for (; j < width; ++j) {
-            const Sum x = static_cast<Sum>(vec[j]);
-#pragma GCC unroll 8
-            for (int r = 0; r < rows; ++r) sum[r] = sum[r] + static_cast<Sum>(row[r][j]) * x;
+#pragma GCC unroll 2
+            for (int r = 0; r < rows; r += 4) addColumn(sum + r, row + r, j, vec[j]);
         }
     }
 };
@@ -209,12 +227,10 @@ VORN_INLINE void someRows(const AnyRows<const typename Form::Element>& rows, con
     });
     typename Form::Sum sum[together];
     Form::add(row, vec, width, sum);
-    Result result[together];
-    for (int r = 0; r < together; ++r) result[r] = scaled(sum[r]);
     if (left >= together) {
-        std::copy_n(result, together, dst);
+        for (int r = 0; r < together; ++r) dst[r] = scaled(sum[r]);
     } else {
-        for (std::ptrdiff_t r = 0; r < left; ++r) dst[r] = result[r];
+        for (std::ptrdiff_t r = 0; r < left; ++r) dst[r] = scaled(sum[r]);
     }
 }
 
