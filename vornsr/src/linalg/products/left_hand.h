@@ -38,7 +38,7 @@ struct SingleColumns {
     using Element = Vorn32f;
     using Sum = f32xN;
     using Total = f32xN;
-    static constexpr int rowsTogether = 1;
+    static constexpr int rowsTogether = 1, slotsHeld = f32xN::lanes == 16 ? 4 : 8;
     static constexpr std::ptrdiff_t rowsOfOneSum = allRows;
 
     static VORN_INLINE Sum zero() { return splat<f32xN>(0); }
@@ -58,7 +58,7 @@ struct DoubleColumns {
     using Element = T;
     using Sum = DoubleSlot<parts>;
     using Total = Sum;
-    static constexpr int rowsTogether = 1;
+    static constexpr int rowsTogether = 1, slotsHeld = 2;
     static constexpr std::ptrdiff_t rowsOfOneSum = allRows;
 
     static VORN_INLINE f64xN factor(const T* vec, std::ptrdiff_t) { return splat<f64xN>(*vec); }
@@ -91,7 +91,7 @@ struct ShortColumns {
         Halves<i32xN> low, high;
     };
     using Total = DoubleSlot<4>;
-    static constexpr int rowsTogether = 2;
+    static constexpr int rowsTogether = 2, slotsHeld = 2;
     static constexpr std::ptrdiff_t rowsOfOneSum = 256;
 
     struct Factor {
@@ -188,7 +188,7 @@ struct Slots {
 };
 
 // Adds `rows` rows to all sums; `present` of them are there.
-template <class Form, int rows, bool whole>
+template <class Form, int rows>
 VORN_INLINE void addRows(const typename Form::Element* const (&row)[rows], const typename Form::Element* vec,
                          std::ptrdiff_t present, const Slots& slots, typename Form::Sum* sums) {
     constexpr int steps = rows / Form::rowsTogether;
@@ -199,7 +199,7 @@ VORN_INLINE void addRows(const typename Form::Element* const (&row)[rows], const
         typename Form::Sum sum = to;
 #pragma GCC unroll 8
         for (int k = 0; k < steps; ++k) {
-            sum = Form::template added<whole>(sum, row + k * Form::rowsTogether, column, factor[k], slots.columns);
+            sum = Form::template added<true>(sum, row + k * Form::rowsTogether, column, factor[k], slots.columns);
         }
         to = sum;
     };
@@ -218,11 +218,50 @@ VORN_INLINE void addRows(const AnyRows<const typename Form::Element>& from, cons
     from.as([&](const auto& of) {
         for (int r = 0; r < rows; ++r) row[r] = keepApart(of[std::min<std::ptrdiff_t>(r, present - 1)]);
     });
-    if (slots.areWhole()) {
-        addRows<Form, rows, true>(row, vec, present, slots, sums);
-    } else {
-        addRows<Form, rows, false>(row, vec, present, slots, sums);
+    addRows<Form, rows>(row, vec, present, slots, sums);
+}
+
+// The sums of a few slots held in registers while all rows from begin to end pass by.
+template <class Form, int count, bool whole, class RowsOf>
+VORN_INLINE void holdSums(const RowsOf& rows, const typename Form::Element* vec, std::ptrdiff_t begin,
+                          std::ptrdiff_t end, const Slots& slots, typename Form::Sum* sums) {
+    constexpr int together = Form::rowsTogether;
+    constexpr std::ptrdiff_t lanes = Wide<typename Form::Element>::lanes;
+    const std::ptrdiff_t last = slots[count - 1];
+    typename Form::Sum sum[count];
+#pragma GCC unroll 8
+    for (int i = 0; i < count; ++i) sum[i] = Form::zero();
+    const auto addRowsAt = [&](std::ptrdiff_t row, std::ptrdiff_t present) __attribute__((always_inline)) {
+        const typename Form::Element* line[together];
+        for (int r = 0; r < together; ++r) line[r] = rows[row + (r < present ? r : 0)];
+        const auto factor = Form::factor(vec + row, present);
+#pragma GCC unroll 8
+        for (int i = 0; i < count; ++i) {
+            const std::ptrdiff_t column = i == count - 1 ? last : slots.begin + i * lanes;
+            sum[i] = Form::template added<whole>(sum[i], line, column, factor, slots.columns);
+        }
+    };
+    std::ptrdiff_t row = begin;
+    for (; row + together <= end; row += together) addRowsAt(row, together);
+    if (row < end) addRowsAt(row, 1);
+#pragma GCC unroll 8
+    for (int i = 0; i < count; ++i) sums[i] = sum[i];
+}
+// False if there are too many slots for that.
+template <class Form, int count = 1>
+VORN_INLINE bool heldSums(const AnyRows<const typename Form::Element>& rows, const typename Form::Element* vec,
+                          std::ptrdiff_t begin, std::ptrdiff_t end, const Slots& slots, typename Form::Sum* sums) {
+    if (slots.count() > count) {
+        if constexpr (count < Form::slotsHeld) return heldSums<Form, count + 1>(rows, vec, begin, end, slots, sums);
+        return false;
     }
+    rows.as([&](const auto& of) __attribute__((always_inline)) {
+        if constexpr (count == 1) {
+            if (!slots.areWhole()) return holdSums<Form, 1, false>(of, vec, begin, end, slots, sums);
+        }
+        holdSums<Form, count, true>(of, vec, begin, end, slots, sums);
+    });
+    return true;
 }
 
 // So many columns have their sums on the stack.
@@ -240,11 +279,13 @@ VORN_INLINE void columnBlock(const typename Form::Element* vec, const AnyRows<co
     for (std::ptrdiff_t row = 0; row < height;) {
         const bool isFirst = row == 0;
         const std::ptrdiff_t end = std::min(height, row + std::min(height, Form::rowsOfOneSum));
-        for (std::ptrdiff_t slot = 0; slot < count; ++slot) sums[slot] = Form::zero();
-        for (; row + 8 <= end; row += 8) addRows<Form, 8>(rows.from(row), vec + row, 8, slots, sums);
-        for (; row + 4 <= end; row += 4) addRows<Form, 4>(rows.from(row), vec + row, 4, slots, sums);
-        for (; row < end; row += Form::rowsTogether) {
-            addRows<Form, Form::rowsTogether>(rows.from(row), vec + row, end - row, slots, sums);
+        if (!heldSums<Form>(rows, vec, row, end, slots, sums)) {
+            for (std::ptrdiff_t slot = 0; slot < count; ++slot) sums[slot] = Form::zero();
+            for (; row + 8 <= end; row += 8) addRows<Form, 8>(rows.from(row), vec + row, 8, slots, sums);
+            for (; row + 4 <= end; row += 4) addRows<Form, 4>(rows.from(row), vec + row, 4, slots, sums);
+            for (; row < end; row += Form::rowsTogether) {
+                addRows<Form, Form::rowsTogether>(rows.from(row), vec + row, end - row, slots, sums);
+            }
         }
         row = end;
         for (std::ptrdiff_t slot = 0; slot < count; ++slot) {

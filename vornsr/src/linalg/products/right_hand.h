@@ -223,7 +223,11 @@ VORN_INLINE void someRows(const AnyRows<const typename Form::Element>& rows, con
     // Where fewer rows are left, the last one stands for those that are not there.
     const T* row[together];
     rows.as([&](const auto& of) {
-        for (int r = 0; r < together; ++r) row[r] = keepApart(of[std::min<std::ptrdiff_t>(r, left - 1)]);
+        if (left >= together) {
+            for (int r = 0; r < together; ++r) row[r] = keepApart(of[r]);
+        } else {
+            for (int r = 0; r < together; ++r) row[r] = keepApart(of[std::min<std::ptrdiff_t>(r, left - 1)]);
+        }
     });
     typename Form::Sum sum[together];
     Form::add(row, vec, width, sum);
