@@ -58,7 +58,7 @@ struct DoubleColumns {
     using Element = T;
     using Sum = DoubleSlot<parts>;
     using Total = Sum;
-    static constexpr int rowsTogether = 1, slotsHeld = 2;
+    static constexpr int rowsTogether = 1, slotsHeld = sizeof(T) == 2 ? 1 : 2;
     static constexpr std::ptrdiff_t rowsOfOneSum = allRows;
 
     static VORN_INLINE f64xN factor(const T* vec, std::ptrdiff_t) { return splat<f64xN>(*vec); }

@@ -133,27 +133,34 @@ private:
     // So many columns keep the sum of all lanes within 32 bits: 256 x 32768 x 255 < 2^31.
     static constexpr std::ptrdiff_t most = 256;
 
-    // The last vector may begin early; the columns that it shares with the one before it then count as zero.
     template <class V, int rows>
     static VORN_INLINE void addVectors(const Vorn16s* const (&row)[rows], const Vorn16s* vec, std::ptrdiff_t width,
                                        std::int64_t (&sum)[rows]) {
-        for (std::ptrdiff_t j = 0; j < width;) {
+        for (std::ptrdiff_t begin = 0; begin < width; begin += most) {
+            const std::ptrdiff_t end = std::min(width, begin + most);
+            // The last columns come first: their vector may begin early, and what it shares with the others counts as
+            // zero.
+            const std::ptrdiff_t last = end - V::lanes, columns = (end - begin - 1) % V::lanes + 1;
             BytesOf<V> low[rows], high[rows];
-            for (int r = 0; r < rows; ++r) low[r] = high[r] = splat<BytesOf<V>>(0);
-            const auto step = [&](std::ptrdiff_t column, V x) __attribute__((always_inline)) {
+            {
+                const V x = load<V>(vec + last) & lastLanes<V>(columns);
                 const V lowByte = x & splat<V>(255), highByte = shiftRight<8>(x);
 #pragma GCC unroll 4
                 for (int r = 0; r < rows; ++r) {
-                    const V a = load<V>(row[r] + column);
+                    const V a = load<V>(row[r] + last);
+                    low[r] = mulAddPairs(a, lowByte);
+                    high[r] = mulAddPairs(a, highByte);
+                }
+            }
+            for (std::ptrdiff_t j = begin; j < end - columns; j += V::lanes) {
+                const V x = load<V>(vec + j);
+                const V lowByte = x & splat<V>(255), highByte = shiftRight<8>(x);
+#pragma GCC unroll 4
+                for (int r = 0; r < rows; ++r) {
+                    const V a = load<V>(row[r] + j);
                     low[r] = low[r] + mulAddPairs(a, lowByte);
                     high[r] = high[r] + mulAddPairs(a, highByte);
                 }
-            };
-            const std::ptrdiff_t end = std::min(width, j + most);
-            for (; j + V::lanes <= end; j += V::lanes) step(j, load<V>(vec + j));
-            if (j < end) {
-                step(end - V::lanes, load<V>(vec + end - V::lanes) & lastLanes<V>(end - j));
-                j = end;
             }
             std::int32_t lowTotal[rows], highTotal[rows];
             fold(low, lowTotal);
