@@ -167,10 +167,11 @@ TEST(MatrixProducts, EqualTheModelBitForBit) {
 // Around what the kernels hold at once, in both directions.
 TEST(MatrixProducts, EqualTheModelOverLargeMatrices) {
     Random random(2);
-    const Size sizes[] = {{3, 127},  {5, 128},  {9, 255},   {8, 256},  {7, 257},   {3, 511},   {4, 513},  {5, 1023},
-                          {6, 1024}, {9, 1025}, {33, 1087}, {8, 1088}, {19, 1089}, {5, 2047},  {4, 2049}, {11, 3333},
-                          {63, 39},  {64, 40},  {65, 41},   {255, 5},  {256, 16},  {257, 33},  {258, 8},  {511, 3},
-                          {512, 17}, {513, 64}, {514, 35},  {1000, 1}, {1025, 65}, {300, 1100}};
+    const Size sizes[] = {{3, 127},  {5, 128},   {9, 255},  {8, 256},   {7, 257},   {3, 511},   {4, 513},
+                          {5, 1023}, {6, 1024},  {9, 1025}, {33, 1087}, {8, 1088},  {19, 1089}, {5, 2047},
+                          {4, 2049}, {11, 3333}, {3, 4095}, {9, 4096},  {5, 4097},  {2, 9000},  {63, 39},
+                          {64, 40},  {65, 41},   {255, 5},  {256, 16},  {257, 33},  {258, 8},   {511, 3},
+                          {512, 17}, {513, 64},  {514, 35}, {1000, 1},  {1025, 65}, {300, 1100}};
     forAll([&](const auto& product) {
         using T = typename std::remove_cvref_t<decltype(product)>::T;
         for (const Size& size : sizes) {
@@ -184,7 +185,7 @@ TEST(MatrixProducts, EqualTheModelOverLargeMatrices) {
 
 // The largest sums there are, of either sign: -32768 squared in every pair, and what is next to it.
 TEST(MatrixProducts, SumsOfTheLargestShortsAreExact) {
-    for (int width : {1, 2, 7, 8, 13, 16, 32, 64, 255, 256, 257, 512, 1030}) {
+    for (int width : {1, 8, 13, 32, 64, 255, 256, 257, 530}) {
         for (int height : {1, 2, 3, 4, 255, 256, 257, 520}) {
             const std::size_t size = static_cast<std::size_t>(width) * height;
             for (Vorn16s a : {Vorn16s{-32768}, Vorn16s{32767}}) {
@@ -531,20 +532,19 @@ TEST(MatrixProducts, InfiniteAndZeroFactors) {
 // Where sums of 16-bit products leave the 53 bits of a double, each addition rounds, row by row.
 TEST(MatrixProducts, SumsOfVeryManyShortsRoundInOrder) {
     // `large` times 2^30, then a thousand ones, then the first again, in halves and negative.
-    const auto sumOf = [](auto* function, std::size_t large) {
+    const auto expectSum = [](std::size_t large, int sum) {
         constexpr std::size_t few = 1000;
         std::vector<Vorn16s> column(3 * large + few, -32768), vec(3 * large + few, 16384);
         std::fill_n(vec.begin(), large, Vorn16s{-32768});
         std::fill_n(column.begin() + static_cast<std::ptrdiff_t>(large), few, Vorn16s{1});
         std::fill_n(vec.begin() + static_cast<std::ptrdiff_t>(large), few, Vorn16s{1});
-        return ofColumn(function, vec, column, 0);
+        EXPECT_EQ(ofColumn(vornsVecMatMul_16s_D2Sfs, vec, column, 0), sum) << large;
+        EXPECT_EQ(ofColumn(vornsVecMatMul_16s32s_D2Sfs, vec, column, 0), sum) << large;
     };
     constexpr std::size_t limit = std::size_t{1} << 23;  // 2^23 times 2^30 is 2^53
-    EXPECT_EQ(sumOf(vornsVecMatMul_16s32s_D2Sfs, 4), 1000);
-    EXPECT_EQ(sumOf(vornsVecMatMul_16s32s_D2Sfs, limit / 4), 1000);
-    EXPECT_EQ(sumOf(vornsVecMatMul_16s32s_D2Sfs, limit - 500), 1000);
-    EXPECT_EQ(sumOf(vornsVecMatMul_16s32s_D2Sfs, limit), 0) << "2^53 + 1 rounds to even";
-    EXPECT_EQ(sumOf(vornsVecMatMul_16s_D2Sfs, limit), 0);
+    expectSum(4, 1000);
+    expectSum(limit / 4, 1000);
+    expectSum(limit, 0);  // 2^53 + 1 rounds to even
 }
 
 TEST(MatrixProducts, NothingIsAllocated) {

@@ -265,19 +265,21 @@ VORN_INLINE bool heldSums(const AnyRows<const typename Form::Element>& rows, con
 }
 
 // So many columns have their sums on the stack.
-inline constexpr std::ptrdiff_t columnsAtOnce = 1024;
+template <class Form>
+inline constexpr std::ptrdiff_t columnsAtOnce = 16384 /
+                                                sizeof(typename Form::Sum) * Wide<typename Form::Element>::lanes;
 
 // The columns from `begin` on, n of them.
 template <class Form, class Result, class Store>
 VORN_INLINE void columnBlock(const typename Form::Element* vec, const AnyRows<const typename Form::Element>& rows,
                              std::ptrdiff_t height, std::ptrdiff_t begin, std::ptrdiff_t n, Result* dst, Store store) {
     constexpr std::ptrdiff_t lanes = Wide<typename Form::Element>::lanes;
-    typename Form::Sum sums[columnsAtOnce / lanes];
-    typename Form::Total totals[columnsAtOnce / lanes];
+    typename Form::Sum sums[columnsAtOnce<Form> / lanes];
+    [[maybe_unused]] typename Form::Total totals[columnsAtOnce<Form> / lanes];
     const Slots slots = {begin, n, lanes};
     const std::ptrdiff_t count = slots.count();
     for (std::ptrdiff_t row = 0; row < height;) {
-        const bool isFirst = row == 0;
+        [[maybe_unused]] const bool isFirst = row == 0;
         const std::ptrdiff_t end = std::min(height, row + std::min(height, Form::rowsOfOneSum));
         if (!heldSums<Form>(rows, vec, row, end, slots, sums)) {
             for (std::ptrdiff_t slot = 0; slot < count; ++slot) sums[slot] = Form::zero();
@@ -292,12 +294,12 @@ VORN_INLINE void columnBlock(const typename Form::Element* vec, const AnyRows<co
             auto total = Form::total(sums[slot]);
             if constexpr (Form::rowsOfOneSum < allRows) {
                 if (!isFirst) total = totals[slot] + total;
+                if (row < height) {
+                    totals[slot] = total;
+                    continue;
+                }
             }
-            if (row < height) {
-                totals[slot] = total;
-            } else {
-                store.store(dst + slots[slot], total, std::min(n, lanes));
-            }
+            store.store(dst + slots[slot], total, std::min(n, lanes));
         }
     }
 }
@@ -306,7 +308,7 @@ template <class Form, class Result, class Store>
 VORN_NOINLINE void vecMatMul(const typename Form::Element* vec, AnyRows<const typename Form::Element> rows,
                              std::ptrdiff_t height, Result* dst, std::ptrdiff_t width, Store store) {
     // Blocks of nearly one width, whole registers each but for the last.
-    const std::ptrdiff_t blocks = (width + columnsAtOnce - 1) / columnsAtOnce;
+    const std::ptrdiff_t blocks = (width + columnsAtOnce<Form> - 1) / columnsAtOnce<Form>;
     const std::ptrdiff_t columns = ((width + blocks - 1) / blocks + 63) / 64 * 64;
     for (std::ptrdiff_t column = 0; column < width; column += columns) {
         columnBlock<Form>(vec, rows, height, column, std::min(columns, width - column), dst, store);
