@@ -43,7 +43,7 @@ VORN_BEGIN_DECLS
  * Overlap. dst must not overlap what is read.
  *
  * Checks, in this order: null (src, srcVec, dst); size (height or width below 1); in the `D2` forms stride (srcStep
- * below width). There are no warnings, and no memory is allocated.
+ * below width). There are no warnings. No memory is allocated; `vornsVecMatMul_*` take up to 34 kilobytes of stack.
  * @{
  */
 VornStatus vornsMatVecMul_32f_D2(const Vorn32f* src, int srcStep, const Vorn32f* srcVec, int width, Vorn32f* dst,

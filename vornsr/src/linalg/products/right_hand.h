@@ -165,10 +165,18 @@ private:
             std::int32_t lowTotal[rows], highTotal[rows];
             fold(low, lowTotal);
             fold(high, highTotal);
-            for (int r = 0; r < rows; ++r) sum[r] += std::int64_t{highTotal[r]} * 256 + lowTotal[r];
+            for (int r = 0; r < rows; r += LongSums::lanes) {
+                const LongSums highs = shiftLeft<8>(loadInto64<LongSums>(highTotal + r));
+                store(sum + r, load<LongSums>(sum + r) + (highs + loadInto64<LongSums>(lowTotal + r)));
+            }
         }
     }
 
+#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+    using LongSums = i64x4;
+#else
+    using LongSums = i64x2;
+#endif
     // The 32-bit lanes of a register of V.
     template <class V>
     using BytesOf = decltype(mulAddPairs(V(), V()));
