@@ -23,15 +23,16 @@ VORN_BEGIN_DECLS
  * factor 2^-sf, and any int will do. The two directions round differently on the same data:
  *
  * - `vornsMatVecMul_32f`: in single, in the caller's rounding mode. A row is summed in four lanes that begin at zero:
- *   lane k takes the columns k, k + 4, k + 8 and so on as far as there are whole groups of four, and (lane 0 + lane 1) +
- *   (lane 2 + lane 3) is joined by the columns left over, one after the other.
- * - `vornsVecMatMul_32f`: in single, in the caller's rounding mode. A column begins at zero and takes the rows in order.
+ *   lane k takes the columns k, k + 4, k + 8 and so on as far as there are whole groups of four. The sum (lane 0 + lane
+ *   1) + (lane 2 + lane 3) is joined by the columns left over, one after the other.
+ * - `vornsVecMatMul_32f`: in single, in the caller's rounding mode. A column begins at zero and takes the rows in
+ *   order.
  * - `vornsMatVecMul_16s`, `16s32s`: the sum is exact. It is shifted in 64 bits, right by sf (which rounds down) or left
  *   by -sf; the count is taken modulo 64, so 64 shifts nothing, and bits that leave at the top are lost. Then it
  *   saturates.
  * - `vornsMatVecMul_32s`: elements, products and sum in double, in two lanes as above: the even and the odd columns,
- *   lane 0 + lane 1, then a last column without partner. Times 2^-sf (infinite from -1024 down, 0 from 1075 on), rounded
- *   to nearest, ties to even, without a clamp: a value out of range, and zero times infinity, give -2147483648.
+ *   lane 0 + lane 1, then a last column without partner. Times 2^-sf (infinite from -1024 down, 0 from 1075 on),
+ *   rounded to nearest, ties to even, without a clamp: a value out of range, and zero times infinity, give -2147483648.
  * - `vornsVecMatMul_16s`, `16s32s`, `32s`: products and sums in double, a column beginning at zero and taking the rows
  *   in order. Times 2^-sf (as above; zero times infinity is 0), clamped to the range of the result, rounded to nearest,
  *   ties to even. Sums of 16-bit products are exact up to 8388608 rows at least.
