@@ -6,6 +6,7 @@
 #include "vornsr/features.h"
 #include "vornsr/fft.h"
 #include "vornsr/frame.h"
+#include "vornsr/linalg.h"
 #include "vornsr/scoring.h"
 #include "vornsr/signal.h"
 #include "vornsr/types.h"

@@ -29,6 +29,10 @@ Family magnitudeWorkloads();
 Family absoluteWorkloads();
 Family fftWorkloads();
 Family autocorrelationWorkloads();
+Family singularValueWorkloads();
+Family productWorkloads();
+Family rowReductionWorkloads();
+Family curveWorkloads();
 
 // In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
@@ -36,7 +40,8 @@ inline const Family families[] = {
     estimationWorkloads(),      featureWorkloads(),       moveWorkloads(),        convertWorkloads(),
     arithmeticWorkloads(),      reductionWorkloads(),     logarithmWorkloads(),   sumLogarithmWorkloads(),
     squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),    fftWorkloads(),
-    autocorrelationWorkloads(),
+    autocorrelationWorkloads(), singularValueWorkloads(), productWorkloads(),     rowReductionWorkloads(),
+    curveWorkloads(),
 };
 
 }  // namespace verify
