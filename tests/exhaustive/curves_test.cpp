@@ -54,7 +54,7 @@ bool isQuotient(float x, float result, double sine, Findings& findings) {
 struct SinC {
     // Beyond, the sine is sin64, element by element, which has a test of its own against 200 bits: here some will do.
     static constexpr float someFrom = 0x1p20f;
-    static constexpr std::uint64_t digest = 0;
+    static constexpr std::uint64_t digest = 0x77333991EA3E26C0;
     static constexpr double roundingBound = 0.501, resultBound = 1.501;
     static VornStatus call(const float* x, float* y) { return vornsSinC_32f(x, y, block); }
     static test::Precise exact(double x) { return sin(test::Precise(x)) / test::Precise(x); }
@@ -70,7 +70,7 @@ struct SinC {
 };
 
 struct ExpNegSqr {
-    static constexpr float someFrom = std::numeric_limits<float>::infinity();
+    static constexpr float someFrom = 16.0f;  // all of them give 0
     static constexpr std::uint64_t digest = 0;
     static constexpr double roundingBound = 0.501, resultBound = 0.501;
     static VornStatus call(const float* x, float* y) { return vornsExpNegSqr_32f(x, y, block); }

@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <limits>
 
-#include "elementary/lanes.h"
+#include "elementary/logarithm_kernels.h"
 #include "frame/checks.h"
 #include "frame/rounding.h"
 #include "frame/scale.h"
@@ -17,7 +17,7 @@ namespace {
 // of an integer, which gives no number; an infinity gives one.
 VORN_INLINE f32xN timesLogarithm(f32xN x) {
     constexpr float infinity = std::numeric_limits<float>::infinity();
-    const f32xN ln = narrow(logOfNormal(widenLow(x)), logOfNormal(widenHigh(x)));
+    const f32xN ln = narrow(lnOfSeparated(separate(widenLow(x))), lnOfSeparated(separate(widenHigh(x))));
     const f32xN lowEnd = select(x == splat<f32xN>(0.0f), splat<f32xN>(-infinity), ln);
     return x * select(x == splat<f32xN>(infinity), x, lowEnd);
 }
@@ -43,7 +43,7 @@ struct ScaledIntegers {
 };
 
 // The terms of so many elements at a time. Each addition waits for the one before it, while the next terms are made.
-constexpr std::ptrdiff_t runOfTerms = 64;
+constexpr std::ptrdiff_t runOfTerms = 16;
 
 // The sum of x ln x over the positive elements, one single in their order; false where an element is negative or not a
 // number.

@@ -41,58 +41,65 @@ Key middleOf(Key a, Key b, Key c) {
 }
 // Of three, in a long run of three times three, so that no usual order of the elements is a bad one.
 template <class Key>
-Key pivotOf(const Key* key, std::ptrdiff_t len) {
-    const std::ptrdiff_t half = len / 2, last = len - 1;
+Key pivotOf(const Key* key, int len) {
+    const int half = len / 2, last = len - 1;
     if (len < 128) return middleOf(key[0], key[half], key[last]);
-    const std::ptrdiff_t eighth = len / 8;
+    const int eighth = len / 8;
     return middleOf(middleOf(key[0], key[eighth], key[2 * eighth]),
                     middleOf(key[half - eighth], key[half], key[half + eighth]),
                     middleOf(key[last - 2 * eighth], key[last - eighth], key[last]));
 }
 
-// Brings those for which the test holds to the front; returns how many they are. No step depends on a guess.
+// How many keys pass the test.
 template <class Key, class Test>
-std::ptrdiff_t bringToFront(Key* key, std::ptrdiff_t len, const Test& test) {
+int countOf(const Key* key, int len, const Test& test) {
+    int count = 0;
+    for (int i = 0; i < len; ++i) count += test(key[i]) ? 1 : 0;
+    return count;
+}
+
+// Moves the keys that pass the test to the front, over those that do not; the processor has no branch to guess.
+template <class Key, class Test>
+void keepThose(Key* key, int len, const Test& test) {
     std::ptrdiff_t front = 0;
-    for (std::ptrdiff_t i = 0; i < len; ++i) {
+    for (int i = 0; i < len; ++i) {
         const Key x = key[i];
-        key[i] = key[front];
         key[front] = x;
         front += test(x) ? 1 : 0;
     }
-    return front;
 }
 
 // The n-th largest by its bits, from the top one down: so many runs over the keys as they have bits, whatever they are.
 template <class Key>
-Key nthByBits(const Key* key, std::ptrdiff_t len, std::ptrdiff_t n) {
+Key nthByBits(const Key* key, int len, int n) {
     using Unsigned = std::make_unsigned_t<Key>;
     constexpr Unsigned top = Unsigned{1} << (8 * sizeof(Key) - 1);
     Unsigned least = 0;  // more than n keys, with the sign bit turned, are at or above it
     for (Unsigned bit = top; bit != 0; bit >>= 1) {
         const Unsigned candidate = least | bit;
-        std::ptrdiff_t reached = 0;
-        for (std::ptrdiff_t i = 0; i < len; ++i) reached += (static_cast<Unsigned>(key[i]) ^ top) >= candidate ? 1 : 0;
-        if (reached > n) least = candidate;
+        const auto reaches = [=](Key x) { return (static_cast<Unsigned>(x) ^ top) >= candidate; };
+        if (countOf(key, len, reaches) > n) least = candidate;
     }
     return static_cast<Key>(least ^ top);
 }
 
-// Quickselect (Hoare 1961). A partition that leaves more than seven eighths is a bad one; after a few of them the bits
-// decide.
+// Quickselect (Hoare 1961): of the keys above and below the pivot only those stay among which the n-th is. A pivot that
+// leaves more than seven eighths is a bad one; after a few of them the bits decide.
 template <class Key>
-Key nthLargest(Key* key, std::ptrdiff_t len, std::ptrdiff_t n) {
+Key nthLargest(Key* key, int len, int n) {
     for (int badOnes = 0; badOnes < 8;) {
         const Key pivot = pivotOf(key, len);
-        const std::ptrdiff_t above = bringToFront(key, len, [=](Key x) { return x > pivot; });
-        const std::ptrdiff_t before = len;
+        const int before = len;
+        const int above = countOf(key, len, [=](Key x) { return x > pivot; });
         if (n < above) {
+            keepThose(key, len, [=](Key x) { return x > pivot; });
             len = above;
         } else {
-            key += above, len -= above, n -= above;
-            const std::ptrdiff_t equal = bringToFront(key, len, [=](Key x) { return x == pivot; });
-            if (n < equal) return pivot;
-            key += equal, len -= equal, n -= equal;
+            const int aboveOrEqual = above + countOf(key, len, [=](Key x) { return x == pivot; });
+            if (n < aboveOrEqual) return pivot;
+            keepThose(key, len, [=](Key x) { return x < pivot; });
+            len -= aboveOrEqual;
+            n -= aboveOrEqual;
         }
         if (len > before - before / 8) ++badOnes;
     }

@@ -31,6 +31,7 @@ inline constexpr double largestReduced = 0x1p20;  // up to here the products of 
 template <class V>
 VORN_INLINE V sineOf(V x) {
     using Bits = decltype(bitsOf(x));
+    constexpr double quarterPi = 0x1.921fb54442d18p-1;
     constexpr double quadrantsPerUnit = 0x1.45f306dc9c883p-1;
     constexpr double halfPi1 = 0x1.921fb544p0;
     constexpr double halfPi2 = 0x1.0b4611a6p-34;
@@ -57,6 +58,8 @@ VORN_INLINE V sineOf(V x) {
          z2 * (c(0x1.a01a01a01a01ap-16) - z * c(0x1.27e4fb7789f5cp-22))) +
         z4 * ((c(0x1.1eed8eff8d898p-29) - z * c(0x1.93974a8c07c9dp-37)) + z2 * c(0x1.ae7f3e733b81fp-45));
     const V sine = high + (low * oneLessHalf + (high * z) * sineSeries);
+    const V size = absOf(x);
+    if (all(size <= c(quarterPi))) return sine;  // the multiple is none
     const V cosine = oneLessHalf + (((one - oneLessHalf) - halfSquare) + (z2 * cosineSeries - high * low));
 
     const Bits count = bitsOf(shifted);
@@ -64,7 +67,6 @@ VORN_INLINE V sineOf(V x) {
     const Bits sign = shiftLeft<62>(count & splat<Bits>(2));
     const V value = floatOf(bitsOf(select(isOdd, cosine, sine)) ^ sign);
 
-    const V size = absOf(x);
     const auto reached = (size <= c(largestReduced)) & (absOf(two) >= c(0x1p-30));
     if (all(reached)) [[likely]]
         return value;
