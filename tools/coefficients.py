@@ -146,11 +146,19 @@ def made_constants():
     yield kernels, "ln2High", single[0]
     yield kernels, "ln2Low", single[1]
     yield "vorns/src/reductions/sum_logarithm.cpp", "ln2", nearest(ln2)
+    sine = "vornsr/src/linalg/curves/sine.h"
+    yield sine, "quarterPi", nearest(pi / 4)
+    yield sine, "quadrantsPerUnit", nearest(2 / pi)
+    yield sine, "halfTurnsPerUnit", nearest(1 / pi)
+    for part, value in enumerate(half_pi_in_parts(), 1):
+        yield sine, f"halfPi{part}", value
+    yield sine, "pi1", truncated(pi, 33)
+    yield sine, "pi2", nearest(pi - truncated(pi, 33))
 
 
 def taylor_coefficients():
     """1/n and 1/n!, of the Taylor series of the elementary functions in double."""
-    return {nearest(1 / mp.mpf(n)) for n in range(1, 11)} | {nearest(1 / mp.factorial(n)) for n in range(1, 14)}
+    return {nearest(1 / mp.mpf(n)) for n in range(1, 11)} | {nearest(1 / mp.factorial(n)) for n in range(1, 22)}
 
 
 # Decimal constants: path, as written, what it stands for, and to how many digits (0: the nearest double).
@@ -162,6 +170,7 @@ def decimal_constants():
     # These have the digits that the functions promise, no more.
     yield "vornsr/src/estimation/updates/kernels.h", "1.8378770664093", mp.log(2 * mp.pi), 13
     yield "vornsr/src/features/conditioning/energy_kernels.h", "0.230259", mp.log(10) / 10, 6
+    yield "vornsr/src/linalg/curves/entropy.cpp", "0.6931472", mp.log(2), 7
 
 
 # ---- Fitted: R(z) = ln((1 + s)/(1 - s))/s - 2 = z Q(z), z = s^2, 0 <= z <= 0.04. The error counts beside the whole
