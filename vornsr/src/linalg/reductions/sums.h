@@ -1,0 +1,200 @@
+// Sums down the columns and along the rows of a matrix, of singles, of doubles, and of 16-bit integers in single.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+
+#include "linalg/reductions/columns.h"
+#include "simd/part.h"
+#include "simd/simd.h"
+#include "simd/tile.h"
+#include "vornsr/types.h"
+
+namespace vorn::reductions {
+
+// ---- Down the columns: a column's sum takes the rows one by one, in their order.
+
+// So few vectors stay in registers over the whole height.
+template <class Group, class RowsOf, class T>
+VORN_INLINE void addToGroup(Group group, RowsOf rows, std::ptrdiff_t height, T* sums) {
+    using V = typename Group::V;
+    V sum[Group::count];
+    for (int k = 0; k < Group::count; ++k) sum[k] = load<V>(sums + group.at(k));
+    for (std::ptrdiff_t row = 0; row < height; ++row) {
+        const auto* x = rows[row];
+        for (int k = 0; k < Group::count; ++k) sum[k] = sum[k] + loadAs<V>(x + group.at(k));
+    }
+    for (int k = 0; k < Group::count; ++k) store(sums + group.at(k), sum[k]);
+}
+
+template <int width, class RowsOf, class T>
+VORN_INLINE void addToFew(RowsOf rows, std::ptrdiff_t height, T* sums) {
+    T sum[width];
+    std::copy_n(sums, width, sum);
+    for (std::ptrdiff_t row = 0; row < height; ++row) {
+        const auto* x = rows[row];
+        for (int k = 0; k < width; ++k) sum[k] += static_cast<T>(x[k]);
+    }
+    std::copy_n(sum, width, sums);
+}
+
+// Of wider matrices some rows at once cross all columns: what memory has to bring stands in as many straight runs.
+template <int count, class RowsOf, class T>
+VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, T* sums, std::ptrdiff_t width) {
+    using V = Wide<T>;
+    decltype(rows[0]) x[count];
+    for (int r = 0; r < count; ++r) x[r] = rows[row + r];
+    const auto sumAt = [&](std::ptrdiff_t column) __attribute__((always_inline)) {
+        V sum = load<V>(sums + column);
+        for (int r = 0; r < count; ++r) sum = sum + loadAs<V>(x[r] + column);
+        return sum;
+    };
+    // The last vector may begin early: it is computed before its columns are stored.
+    const std::ptrdiff_t end = width - V::lanes;
+    const V last = sumAt(end);
+    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) store(sums + column, sumAt(column));
+    store(sums + end, last);
+}
+
+// sums[j] += row 0 [j], += row 1 [j], and so on.
+template <class RowsOf, class T>
+void addRows(RowsOf rows, std::ptrdiff_t height, T* sums, std::ptrdiff_t width) {
+    const bool done = asOneGroup<Wide<T>, 4>(
+        width, [&](auto group) __attribute__((always_inline)) { addToGroup(group, rows, height, sums); },
+        [&]() __attribute__((always_inline)) {
+            switch (width) {
+                case 1:
+                    return addToFew<1>(rows, height, sums);
+                case 2:
+                    return addToFew<2>(rows, height, sums);
+                default:
+                    return addToFew<3>(rows, height, sums);
+            }
+        });
+    if (done) return;
+    constexpr int atOnce = 8;
+    std::ptrdiff_t row = 0;
+    for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce>(rows, row, sums, width);
+    for (; row < height; ++row) addRowsAtOnce<1>(rows, row, sums, width);
+}
+
+template <class RowsOf, class T>
+void sumColumns(RowsOf rows, std::ptrdiff_t height, T* sums, std::ptrdiff_t width) {
+    std::fill_n(sums, width, T(0));
+    addRows(rows, height, sums, width);
+}
+
+// ---- Along the rows: lanes that each take every fourth (of doubles every second) element, in order; the lanes joined,
+// (0 + 1) + (2 + 3) or 0 + 1; then the elements behind whole groups, in order. Eight rows advance together, none of
+// which waits for another.
+
+constexpr int rowsTogether = 8;
+
+// The lanes of each of four rows joined, one row a lane.
+VORN_INLINE f32x4 joinLanes(f32x4 a, f32x4 b, f32x4 c, f32x4 d) { return sumNeighbours(a, b, c, d); }
+VORN_INLINE Four<Vorn64f> joinLanes(f64x2 a, f64x2 b, f64x2 c, f64x2 d) { return sumLanes(rowsOf<0>(a, b, c, d)); }
+
+template <class Lanes, class Source, class T>
+VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, T* sums) {
+    constexpr std::ptrdiff_t lanes = Lanes::lanes;
+    if (width < lanes) {
+        for (int r = 0; r < rowsTogether; ++r) {
+            T sum = 0;
+            for (std::ptrdiff_t j = 0; j < width; ++j) sum += static_cast<T>(row[r][j]);
+            sums[r] = sum;
+        }
+        return;
+    }
+    Lanes sum[rowsTogether];
+    for (Lanes& s : sum) s = splat<Lanes>(0);
+    for (std::ptrdiff_t j = 0; j + lanes <= width; j += lanes) {
+        for (int r = 0; r < rowsTogether; ++r) sum[r] = sum[r] + loadAs<Lanes>(row[r] + j);
+    }
+    const std::ptrdiff_t left = width % lanes;
+    for (int r = 0; r < rowsTogether; r += 4) {
+        Four<T> total = joinLanes(sum[r], sum[r + 1], sum[r + 2], sum[r + 3]);
+        if (left > 0) {
+            const auto last = [&](int k) __attribute__((always_inline)) {
+                return loadAs<Lanes>(row[r + k] + width - lanes);
+            };
+            Four<T> column[lanes];
+            columnsOf(rowsOf<0>(last(0), last(1), last(2), last(3)), column);
+            for (std::ptrdiff_t k = 1; k < lanes; ++k) {
+                if (lanes - k <= left) total = total + column[k];
+            }
+        }
+        store(sums + r, total);
+    }
+}
+
+// As long as a sum of 16-bit integers stays within 2^24, single precision has every partial sum, in any order.
+constexpr std::ptrdiff_t mostExact = (1 << 24) / 32768;
+
+template <class V>
+VORN_INLINE void sumEightExactly(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
+    if (width < V::lanes) {
+        if constexpr (sizeof(V) > 16) return sumEightExactly<HalfOf<V>>(row, width, sums);
+        for (int r = 0; r < rowsTogether; ++r) {
+            int sum = 0;
+            for (std::ptrdiff_t j = 0; j < width; ++j) sum += row[r][j];
+            sums[r] = static_cast<Vorn32f>(sum);
+        }
+        return;
+    }
+    const V ones = splat<V>(1);
+    decltype(mulAddPairs(ones, ones)) sum[rowsTogether];
+    // The last vector ends at the last element: those that it shares with the one before it count there.
+    const std::ptrdiff_t end = width - V::lanes, left = width % V::lanes;
+    const V counted = load<V>(reinterpret_cast<const Vorn16s*>(nothingThenAll.bytes + sizeof(i8xN) - sizeof(V) +
+                                                               (left > 0 ? left : V::lanes) * sizeof(Vorn16s)));
+    for (int r = 0; r < rowsTogether; ++r) sum[r] = mulAddPairs(load<V>(row[r] + end) & counted, ones);
+    for (std::ptrdiff_t j = 0; j < end; j += V::lanes) {
+        for (int r = 0; r < rowsTogether; ++r) sum[r] = sum[r] + mulAddPairs(load<V>(row[r] + j), ones);
+    }
+    const auto four = [&](int r) __attribute__((always_inline)) {
+        return foldedTo<16>(
+            sum[r], [](auto a, auto b) __attribute__((always_inline)) { return a + b; });
+    };
+    for (int r = 0; r < rowsTogether; r += 4) {
+        store(sums + r,
+              toFloat(sumNeighbours(sumNeighbours(four(r), four(r + 1)), sumNeighbours(four(r + 2), four(r + 3)))));
+    }
+}
+inline VORN_NOINLINE void sumEightExactRows(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
+    sumEightExactly<i16xN>(row, width, sums);
+}
+
+// Rounding downwards makes the difference of equal numbers a negative zero, which integers do not have.
+inline bool zeroSumsArePositive() {
+    volatile Vorn32f one = 1;
+    return !std::signbit(one - one);
+}
+
+template <class Source, class T>
+using SumOfEight = void (*)(const Source* const* row, std::ptrdiff_t width, T* sums);
+
+inline SumOfEight<Vorn32f, Vorn32f> sumOfEight(const Vorn32f*, std::ptrdiff_t) { return sumEightRows<f32x4>; }
+inline SumOfEight<Vorn64f, Vorn64f> sumOfEight(const Vorn64f*, std::ptrdiff_t) { return sumEightRows<f64x2>; }
+inline SumOfEight<Vorn16s, Vorn32f> sumOfEight(const Vorn16s*, std::ptrdiff_t width) {
+    return width <= mostExact && zeroSumsArePositive() ? sumEightExactRows : sumEightRows<f32x4, Vorn16s, Vorn32f>;
+}
+
+// Fewer than eight rows at the end: the last one fills up.
+template <class RowsOf, class T>
+void sumRows(RowsOf rows, std::ptrdiff_t width, T* sums, std::ptrdiff_t height) {
+    const auto ofEight = sumOfEight(rows[0], width);
+    for (std::ptrdiff_t row = 0; row < height; row += rowsTogether) {
+        std::remove_const_t<decltype(rows[0])> eight[rowsTogether];
+        for (int r = 0; r < rowsTogether; ++r) eight[r] = rows[std::min(row + r, height - 1)];
+        if (row + rowsTogether <= height) {
+            ofEight(eight, width, sums + row);
+        } else {
+            T some[rowsTogether];
+            ofEight(eight, width, some);
+            std::copy_n(some, height - row, sums + row);
+        }
+    }
+}
+
+}  // namespace vorn::reductions
