@@ -54,14 +54,14 @@ VornStatus vornsSumColumn_16s32f_D2(const Vorn16s* src, int srcStep, int height,
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(height, width));
     VORN_CHECK(strideHolds(srcStep, width));
-    reductions::sumColumns(Rows(src, srcStep), height, dst, width);
+    reductions::sumIntegerColumns(Rows(src, srcStep), height, dst, width);
     return vornStsNoErr;
 }
 
 VornStatus vornsSumColumn_16s32f_D2L(const Vorn16s* const* src, int height, Vorn32f* dst, int width) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(height, width));
-    reductions::sumColumns(Rows(src), height, dst, width);
+    reductions::sumIntegerColumns(Rows(src), height, dst, width);
     return vornStsNoErr;
 }
 
@@ -70,7 +70,7 @@ VornStatus vornsSumColumn_16s32s_D2Sfs(const Vorn16s* src, int srcStep, int heig
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(height, width));
     VORN_CHECK(strideHolds(srcStep, width));
-    reductions::sumColumns(Rows(src, srcStep), height, reductions::asSingles(dst), width);
+    reductions::sumIntegerColumns(Rows(src, srcStep), height, reductions::asSingles(dst), width);
     reductions::convertInPlace(dst, width, scaleFactor);
     return vornStsNoErr;
 }
@@ -79,7 +79,7 @@ VornStatus vornsSumColumn_16s32s_D2LSfs(const Vorn16s* const* src, int height, V
                                         int scaleFactor) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(height, width));
-    reductions::sumColumns(Rows(src), height, reductions::asSingles(dst), width);
+    reductions::sumIntegerColumns(Rows(src), height, reductions::asSingles(dst), width);
     reductions::convertInPlace(dst, width, scaleFactor);
     return vornStsNoErr;
 }

@@ -85,11 +85,133 @@ void sumColumns(RowsOf rows, std::ptrdiff_t height, T* sums, std::ptrdiff_t widt
     addRows(rows, height, sums, width);
 }
 
+// As long as a sum of 16-bit integers stays within 2^24, single precision has it exactly.
+constexpr int exactInSingle = 1 << 24;
+
+// Rounding downwards makes the difference of equal numbers a negative zero, which integers do not have.
+inline bool zeroSumsArePositive() {
+    volatile Vorn32f one = 1;
+    return !std::signbit(one - one);
+}
+
+// Two rows at a time: the elements of a column become neighbours, which one instruction adds.
+template <int count, class V, class RowsOf>
+VORN_INLINE void addIntegerRows(RowsOf rows, std::ptrdiff_t row, Vorn32s* sums, std::ptrdiff_t width) {
+    using Sums = decltype(intsOf(V()));
+    const Vorn16s* x[count];
+    for (int r = 0; r < count; ++r) x[r] = keepApart(rows[row + r]);
+    const V ones = splat<V>(1);
+    const auto sumAt = [&](std::ptrdiff_t column) __attribute__((always_inline)) {
+        Halves<Sums> sum = {splat<Sums>(0), splat<Sums>(0)};
+        for (int r = 0; r < count; r += 2) {
+            const V other = r + 1 < count ? load<V>(x[(r + 1) % count] + column) : splat<V>(0);
+            const auto pairs = zip(load<V>(x[r] + column), other);
+            sum.low = sum.low + mulAddPairs(shortsOf(pairs.low), ones);
+            sum.high = sum.high + mulAddPairs(shortsOf(pairs.high), ones);
+        }
+        const auto ordered = inOrder(sum);
+        return Halves<Sums>{load<Sums>(sums + column) + ordered.low,
+                            load<Sums>(sums + column + Sums::lanes) + ordered.high};
+    };
+    const auto put = [&](std::ptrdiff_t column, Halves<Sums> sum) __attribute__((always_inline)) {
+        store(sums + column, sum.low);
+        store(sums + column + Sums::lanes, sum.high);
+    };
+    const std::ptrdiff_t end = width - V::lanes;
+    const auto last = sumAt(end);
+    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) put(column, sumAt(column));
+    put(end, last);
+}
+
+// Every sum lies so far within what a single holds that `rows` more rows may be added.
+inline bool haveRoomFor(std::ptrdiff_t rows, const Vorn32s* sums, std::ptrdiff_t width) {
+    const int most = exactInSingle - static_cast<int>(rows) * 32768;
+    i32x4 high = splat<i32x4>(most), low = splat<i32x4>(-most);
+    for (std::ptrdiff_t j = 0; j < width; j += i32x4::lanes) {
+        const i32x4 sum = load<i32x4>(sums + std::min<std::ptrdiff_t>(j, width - i32x4::lanes));
+        high = maxOf(high, sum);
+        low = minOf(low, sum);
+    }
+    return all(high == splat<i32x4>(most)) && all(low == splat<i32x4>(-most));
+}
+
+inline void inSingles(Vorn32s* sums, Vorn32f* dst, std::ptrdiff_t width) {
+    const std::ptrdiff_t end = width - i32x4::lanes;
+    const f32x4 last = toFloat(load<i32x4>(sums + end));
+    for (std::ptrdiff_t j = 0; j < end; j += i32x4::lanes) store(dst + j, toFloat(load<i32x4>(sums + j)));
+    store(dst + end, last);
+}
+
+// Adds rows to integers as long as these are all within what a single holds; returns how many.
+template <class V, class RowsOf>
+VORN_INLINE std::ptrdiff_t addExactRows(RowsOf rows, std::ptrdiff_t height, Vorn32s* sums, std::ptrdiff_t width) {
+    if constexpr (sizeof(V) > 16) {
+        if (width < V::lanes) return addExactRows<HalfOf<V>>(rows, height, sums, width);
+    }
+    constexpr std::ptrdiff_t blockRows = 128;
+    constexpr int atOnce = 8;
+    std::ptrdiff_t row = 0;
+    while (row < height && haveRoomFor(blockRows, sums, width)) {
+        const std::ptrdiff_t end = std::min(height, row + blockRows);
+        for (; row + atOnce <= end; row += atOnce) addIntegerRows<atOnce, V>(rows, row, sums, width);
+        for (; row < end; ++row) addIntegerRows<1, V>(rows, row, sums, width);
+    }
+    return row;
+}
+
+// 16-bit integers: the very sums of singles, as integers while no single would be rounded. They stand where the singles
+// are to stand.
+template <class RowsOf>
+void sumIntegerColumns(RowsOf rows, std::ptrdiff_t height, Vorn32f* dst, std::ptrdiff_t width) {
+    std::fill_n(dst, width, 0.0f);
+    std::ptrdiff_t done = 0;
+    if (width >= i16x8::lanes && zeroSumsArePositive()) {
+        auto* sums = reinterpret_cast<Vorn32s*>(dst);
+        done = addExactRows<i16xN>(rows, height, sums, width);
+        inSingles(sums, dst, width);
+    }
+    if (done < height) addRows(rows.from(done), height - done, dst, width);
+}
+
 // ---- Along the rows: lanes that each take every fourth (of doubles every second) element, in order; the lanes joined,
 // (0 + 1) + (2 + 3) or 0 + 1; then the elements behind whole groups, in order. Eight rows advance together, none of
 // which waits for another.
 
 constexpr int rowsTogether = 8;
+
+// Two rows that advance in one register, where the build has one for them.
+template <class Lanes>
+VORN_INLINE auto pairOfRows(Lanes a, Lanes b) {
+    if constexpr (requires { join(a, b); }) {
+        return join(a, b);
+    } else {
+        return Halves<Lanes>{a, b};
+    }
+}
+template <class Pair>
+VORN_INLINE Pair addPairs(Pair a, Pair b) {
+    return a + b;
+}
+template <class Lanes>
+VORN_INLINE Halves<Lanes> addPairs(Halves<Lanes> a, Halves<Lanes> b) {
+    return {a.low + b.low, a.high + b.high};
+}
+template <class Pair>
+VORN_INLINE auto firstRow(Pair a) {
+    return lowHalf(a);
+}
+template <class Lanes>
+VORN_INLINE Lanes firstRow(Halves<Lanes> a) {
+    return a.low;
+}
+template <class Pair>
+VORN_INLINE auto secondRow(Pair a) {
+    return highHalf(a);
+}
+template <class Lanes>
+VORN_INLINE Lanes secondRow(Halves<Lanes> a) {
+    return a.high;
+}
 
 // The lanes of each of four rows joined, one row a lane.
 VORN_INLINE f32x4 joinLanes(f32x4 a, f32x4 b, f32x4 c, f32x4 d) { return sumNeighbours(a, b, c, d); }
@@ -106,17 +228,23 @@ VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, 
         }
         return;
     }
-    Lanes sum[rowsTogether];
-    for (Lanes& s : sum) s = splat<Lanes>(0);
+    const Source* x[rowsTogether];
+    for (int r = 0; r < rowsTogether; ++r) x[r] = keepApart(row[r]);
+    using Pair = decltype(pairOfRows(Lanes(), Lanes()));
+    Pair sum[rowsTogether / 2];
+    for (Pair& s : sum) s = pairOfRows(splat<Lanes>(0), splat<Lanes>(0));
     for (std::ptrdiff_t j = 0; j + lanes <= width; j += lanes) {
-        for (int r = 0; r < rowsTogether; ++r) sum[r] = sum[r] + loadAs<Lanes>(row[r] + j);
+        for (int r = 0; r < rowsTogether; r += 2) {
+            sum[r / 2] = addPairs(sum[r / 2], pairOfRows(loadAs<Lanes>(x[r] + j), loadAs<Lanes>(x[r + 1] + j)));
+        }
     }
     const std::ptrdiff_t left = width % lanes;
     for (int r = 0; r < rowsTogether; r += 4) {
-        Four<T> total = joinLanes(sum[r], sum[r + 1], sum[r + 2], sum[r + 3]);
+        const Pair low = sum[r / 2], high = sum[r / 2 + 1];
+        Four<T> total = joinLanes(firstRow(low), secondRow(low), firstRow(high), secondRow(high));
         if (left > 0) {
             const auto last = [&](int k) __attribute__((always_inline)) {
-                return loadAs<Lanes>(row[r + k] + width - lanes);
+                return loadAs<Lanes>(x[r + k] + width - lanes);
             };
             Four<T> column[lanes];
             columnsOf(rowsOf<0>(last(0), last(1), last(2), last(3)), column);
@@ -128,8 +256,8 @@ VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, 
     }
 }
 
-// As long as a sum of 16-bit integers stays within 2^24, single precision has every partial sum, in any order.
-constexpr std::ptrdiff_t mostExact = (1 << 24) / 32768;
+// A row of so many 16-bit integers: single precision has every partial sum, in any order.
+constexpr std::ptrdiff_t mostExact = exactInSingle / 32768;
 
 template <class V>
 VORN_INLINE void sumEightExactly(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
@@ -165,12 +293,6 @@ inline VORN_NOINLINE void sumEightExactRows(const Vorn16s* const* row, std::ptrd
     sumEightExactly<i16xN>(row, width, sums);
 }
 
-// Rounding downwards makes the difference of equal numbers a negative zero, which integers do not have.
-inline bool zeroSumsArePositive() {
-    volatile Vorn32f one = 1;
-    return !std::signbit(one - one);
-}
-
 template <class Source, class T>
 using SumOfEight = void (*)(const Source* const* row, std::ptrdiff_t width, T* sums);
 
@@ -184,17 +306,17 @@ inline SumOfEight<Vorn16s, Vorn32f> sumOfEight(const Vorn16s*, std::ptrdiff_t wi
 template <class RowsOf, class T>
 void sumRows(RowsOf rows, std::ptrdiff_t width, T* sums, std::ptrdiff_t height) {
     const auto ofEight = sumOfEight(rows[0], width);
-    for (std::ptrdiff_t row = 0; row < height; row += rowsTogether) {
-        std::remove_const_t<decltype(rows[0])> eight[rowsTogether];
-        for (int r = 0; r < rowsTogether; ++r) eight[r] = rows[std::min(row + r, height - 1)];
-        if (row + rowsTogether <= height) {
-            ofEight(eight, width, sums + row);
-        } else {
-            T some[rowsTogether];
-            ofEight(eight, width, some);
-            std::copy_n(some, height - row, sums + row);
-        }
+    std::remove_const_t<decltype(rows[0])> eight[rowsTogether];
+    std::ptrdiff_t row = 0;
+    for (; row + rowsTogether <= height; row += rowsTogether) {
+        for (int r = 0; r < rowsTogether; ++r) eight[r] = keepApart(rows[row + r]);
+        ofEight(eight, width, sums + row);
     }
+    if (row == height) return;
+    for (int r = 0; r < rowsTogether; ++r) eight[r] = rows[std::min(row + r, height - 1)];
+    T some[rowsTogether];
+    ofEight(eight, width, some);
+    std::copy_n(some, height - row, sums + row);
 }
 
 }  // namespace vorn::reductions
