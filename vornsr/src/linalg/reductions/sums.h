@@ -4,14 +4,40 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "linalg/reductions/columns.h"
+#include "loops/cache.h"
 #include "simd/part.h"
 #include "simd/simd.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn::reductions {
+
+// Some rows cross all columns at once. That is no order in which the processor would see the next rows coming: of a
+// large matrix each of these rows asks for the one that stands as far behind it as they are many. (Of a list of rows as
+// well, as if they stood one step apart: that may be wrong, but does no harm.)
+constexpr std::ptrdiff_t cachedBytes = 1 << 20;  // what a second-level cache holds anyway
+
+template <class Source>
+bool isLarge(const Source*, std::ptrdiff_t height, std::ptrdiff_t width) {
+    return height > cachedBytes / (width * static_cast<std::ptrdiff_t>(sizeof(Source)));
+}
+// In bytes, of rows a step apart.
+template <class Source>
+VORN_INLINE std::uintptr_t farAhead(const Source* first, const Source* second, int rows) {
+    return (reinterpret_cast<std::uintptr_t>(second) - reinterpret_cast<std::uintptr_t>(first)) *
+           static_cast<std::uintptr_t>(rows);
+}
+// Once for every line of the cache.
+template <int count, class Source>
+VORN_INLINE void fetchRows(const Source* const (&x)[count], std::ptrdiff_t column, std::uintptr_t ahead) {
+    if (column % (64 / static_cast<int>(sizeof(Source))) != 0) return;
+    for (int r = 0; r < count; ++r) {
+        fetchAhead<0>(reinterpret_cast<const char*>(reinterpret_cast<std::uintptr_t>(x[r] + column) + ahead));
+    }
+}
 
 // ---- Down the columns: a column's sum takes the rows one by one, in their order.
 
@@ -39,8 +65,8 @@ VORN_INLINE void addToFew(RowsOf rows, std::ptrdiff_t height, T* sums) {
     std::copy_n(sum, width, sums);
 }
 
-// Of wider matrices some rows at once cross all columns: what memory has to bring stands in as many straight runs.
-template <int count, class RowsOf, class T>
+// Of wider matrices some rows at once cross all columns.
+template <int count, bool fetches, class RowsOf, class T>
 VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, T* sums, std::ptrdiff_t width) {
     using V = Wide<T>;
     decltype(rows[0]) x[count];
@@ -53,7 +79,11 @@ VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, T* sums, std::pt
     // The last vector may begin early: it is computed before its columns are stored.
     const std::ptrdiff_t end = width - V::lanes;
     const V last = sumAt(end);
-    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) store(sums + column, sumAt(column));
+    [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[count > 1 ? 1 : 0], count);
+    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) {
+        if constexpr (fetches) fetchRows(x, column, ahead);
+        store(sums + column, sumAt(column));
+    }
     store(sums + end, last);
 }
 
@@ -75,8 +105,11 @@ void addRows(RowsOf rows, std::ptrdiff_t height, T* sums, std::ptrdiff_t width) 
     if (done) return;
     constexpr int atOnce = 8;
     std::ptrdiff_t row = 0;
-    for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce>(rows, row, sums, width);
-    for (; row < height; ++row) addRowsAtOnce<1>(rows, row, sums, width);
+    if (isLarge(rows[0], height, width)) {
+        for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce, true>(rows, row, sums, width);
+    }
+    for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce, false>(rows, row, sums, width);
+    for (; row < height; ++row) addRowsAtOnce<1, false>(rows, row, sums, width);
 }
 
 template <class RowsOf, class T>
@@ -95,7 +128,7 @@ inline bool zeroSumsArePositive() {
 }
 
 // Two rows at a time: the elements of a column become neighbours, which one instruction adds.
-template <int count, class V, class RowsOf>
+template <int count, bool fetches, class V, class RowsOf>
 VORN_INLINE void addIntegerRows(RowsOf rows, std::ptrdiff_t row, Vorn32s* sums, std::ptrdiff_t width) {
     using Sums = decltype(intsOf(V()));
     const Vorn16s* x[count];
@@ -119,7 +152,11 @@ VORN_INLINE void addIntegerRows(RowsOf rows, std::ptrdiff_t row, Vorn32s* sums, 
     };
     const std::ptrdiff_t end = width - V::lanes;
     const auto last = sumAt(end);
-    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) put(column, sumAt(column));
+    [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[count > 1 ? 1 : 0], count);
+    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) {
+        if constexpr (fetches) fetchRows(x, column, ahead);
+        put(column, sumAt(column));
+    }
     put(end, last);
 }
 
@@ -150,11 +187,15 @@ VORN_INLINE std::ptrdiff_t addExactRows(RowsOf rows, std::ptrdiff_t height, Vorn
     }
     constexpr std::ptrdiff_t blockRows = 128;
     constexpr int atOnce = 8;
+    const bool large = isLarge(rows[0], height, width);
     std::ptrdiff_t row = 0;
     while (row < height && haveRoomFor(blockRows, sums, width)) {
         const std::ptrdiff_t end = std::min(height, row + blockRows);
-        for (; row + atOnce <= end; row += atOnce) addIntegerRows<atOnce, V>(rows, row, sums, width);
-        for (; row < end; ++row) addIntegerRows<1, V>(rows, row, sums, width);
+        if (large) {
+            for (; row + atOnce <= end; row += atOnce) addIntegerRows<atOnce, true, V>(rows, row, sums, width);
+        }
+        for (; row + atOnce <= end; row += atOnce) addIntegerRows<atOnce, false, V>(rows, row, sums, width);
+        for (; row < end; ++row) addIntegerRows<1, false, V>(rows, row, sums, width);
     }
     return row;
 }
@@ -217,7 +258,7 @@ VORN_INLINE Lanes secondRow(Halves<Lanes> a) {
 VORN_INLINE f32x4 joinLanes(f32x4 a, f32x4 b, f32x4 c, f32x4 d) { return sumNeighbours(a, b, c, d); }
 VORN_INLINE Four<Vorn64f> joinLanes(f64x2 a, f64x2 b, f64x2 c, f64x2 d) { return sumLanes(rowsOf<0>(a, b, c, d)); }
 
-template <class Lanes, class Source, class T>
+template <class Lanes, bool fetches, class Source, class T>
 VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, T* sums) {
     constexpr std::ptrdiff_t lanes = Lanes::lanes;
     if (width < lanes) {
@@ -233,7 +274,9 @@ VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, 
     using Pair = decltype(pairOfRows(Lanes(), Lanes()));
     Pair sum[rowsTogether / 2];
     for (Pair& s : sum) s = pairOfRows(splat<Lanes>(0), splat<Lanes>(0));
+    [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[1], rowsTogether);
     for (std::ptrdiff_t j = 0; j + lanes <= width; j += lanes) {
+        if constexpr (fetches) fetchRows(x, j, ahead);
         for (int r = 0; r < rowsTogether; r += 2) {
             sum[r / 2] = addPairs(sum[r / 2], pairOfRows(loadAs<Lanes>(x[r] + j), loadAs<Lanes>(x[r + 1] + j)));
         }
@@ -259,10 +302,10 @@ VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, 
 // A row of so many 16-bit integers: single precision has every partial sum, in any order.
 constexpr std::ptrdiff_t mostExact = exactInSingle / 32768;
 
-template <class V>
+template <class V, bool fetches>
 VORN_INLINE void sumEightExactly(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
     if (width < V::lanes) {
-        if constexpr (sizeof(V) > 16) return sumEightExactly<HalfOf<V>>(row, width, sums);
+        if constexpr (sizeof(V) > 16) return sumEightExactly<HalfOf<V>, fetches>(row, width, sums);
         for (int r = 0; r < rowsTogether; ++r) {
             int sum = 0;
             for (std::ptrdiff_t j = 0; j < width; ++j) sum += row[r][j];
@@ -270,15 +313,19 @@ VORN_INLINE void sumEightExactly(const Vorn16s* const* row, std::ptrdiff_t width
         }
         return;
     }
+    const Vorn16s* x[rowsTogether];
+    for (int r = 0; r < rowsTogether; ++r) x[r] = keepApart(row[r]);
     const V ones = splat<V>(1);
     decltype(mulAddPairs(ones, ones)) sum[rowsTogether];
     // The last vector ends at the last element: those that it shares with the one before it count there.
     const std::ptrdiff_t end = width - V::lanes, left = width % V::lanes;
     const V counted = load<V>(reinterpret_cast<const Vorn16s*>(nothingThenAll.bytes + sizeof(i8xN) - sizeof(V) +
                                                                (left > 0 ? left : V::lanes) * sizeof(Vorn16s)));
-    for (int r = 0; r < rowsTogether; ++r) sum[r] = mulAddPairs(load<V>(row[r] + end) & counted, ones);
+    for (int r = 0; r < rowsTogether; ++r) sum[r] = mulAddPairs(load<V>(x[r] + end) & counted, ones);
+    [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[1], rowsTogether);
     for (std::ptrdiff_t j = 0; j < end; j += V::lanes) {
-        for (int r = 0; r < rowsTogether; ++r) sum[r] = sum[r] + mulAddPairs(load<V>(row[r] + j), ones);
+        if constexpr (fetches) fetchRows(x, j, ahead);
+        for (int r = 0; r < rowsTogether; ++r) sum[r] = sum[r] + mulAddPairs(load<V>(x[r] + j), ones);
     }
     const auto four = [&](int r) __attribute__((always_inline)) {
         return foldedTo<16>(
@@ -289,23 +336,35 @@ VORN_INLINE void sumEightExactly(const Vorn16s* const* row, std::ptrdiff_t width
               toFloat(sumNeighbours(sumNeighbours(four(r), four(r + 1)), sumNeighbours(four(r + 2), four(r + 3)))));
     }
 }
-inline VORN_NOINLINE void sumEightExactRows(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
-    sumEightExactly<i16xN>(row, width, sums);
+template <bool fetches>
+VORN_NOINLINE void sumEightExactRows(const Vorn16s* const* row, std::ptrdiff_t width, Vorn32f* sums) {
+    sumEightExactly<i16xN, fetches>(row, width, sums);
 }
 
 template <class Source, class T>
 using SumOfEight = void (*)(const Source* const* row, std::ptrdiff_t width, T* sums);
 
-inline SumOfEight<Vorn32f, Vorn32f> sumOfEight(const Vorn32f*, std::ptrdiff_t) { return sumEightRows<f32x4>; }
-inline SumOfEight<Vorn64f, Vorn64f> sumOfEight(const Vorn64f*, std::ptrdiff_t) { return sumEightRows<f64x2>; }
-inline SumOfEight<Vorn16s, Vorn32f> sumOfEight(const Vorn16s*, std::ptrdiff_t width) {
-    return width <= mostExact && zeroSumsArePositive() ? sumEightExactRows : sumEightRows<f32x4, Vorn16s, Vorn32f>;
+template <class Lanes, class Source, class T>
+SumOfEight<Source, T> laneSums(bool large) {
+    return large ? sumEightRows<Lanes, true, Source, T> : sumEightRows<Lanes, false, Source, T>;
+}
+inline SumOfEight<Vorn32f, Vorn32f> sumOfEight(const Vorn32f*, std::ptrdiff_t, bool large) {
+    return laneSums<f32x4, Vorn32f, Vorn32f>(large);
+}
+inline SumOfEight<Vorn64f, Vorn64f> sumOfEight(const Vorn64f*, std::ptrdiff_t, bool large) {
+    return laneSums<f64x2, Vorn64f, Vorn64f>(large);
+}
+inline SumOfEight<Vorn16s, Vorn32f> sumOfEight(const Vorn16s*, std::ptrdiff_t width, bool large) {
+    if (width <= mostExact && zeroSumsArePositive()) {
+        return large ? sumEightExactRows<true> : sumEightExactRows<false>;
+    }
+    return laneSums<f32x4, Vorn16s, Vorn32f>(large);
 }
 
 // Fewer than eight rows at the end: the last one fills up.
 template <class RowsOf, class T>
 void sumRows(RowsOf rows, std::ptrdiff_t width, T* sums, std::ptrdiff_t height) {
-    const auto ofEight = sumOfEight(rows[0], width);
+    const auto ofEight = sumOfEight(rows[0], width, isLarge(rows[0], height, width));
     std::remove_const_t<decltype(rows[0])> eight[rowsTogether];
     std::ptrdiff_t row = 0;
     for (; row + rowsTogether <= height; row += rowsTogether) {
