@@ -15,10 +15,11 @@ VORN_BEGIN_DECLS
  * `vornsSVD_*(src, dstU, height, dstW, dstV, width, step, nIter)`: A = U diag(W) V^T, where A is the matrix src of
  * height rows and width columns. U has the shape of A, W has width values, which are not negative, and V is width by
  * width. With height at least width the columns of U and those of V are orthonormal. With height below width A has at
- * most height singular values beside zeros; then the rows of U are orthonormal, and a column of U that belongs to a zero
- * is not a unit vector.
- * - `vornsSVDSort_*` gives the values in descending order, equal ones in the order in which they stood, with the columns
- *   of U and V to match. `vornsSVD_*` leaves all as it converged: a diagonal matrix keeps the order of its diagonal.
+ * most height singular values beside zeros; then the rows of U are orthonormal, and a column of U that belongs to a
+ * zero is not a unit vector.
+ * - `vornsSVDSort_*` gives the values in descending order, equal ones in the order in which they stood, with the
+ *   columns of U and V to match. `vornsSVD_*` leaves all as it converged: a diagonal matrix keeps the order of its
+ *   diagonal.
  * - `D2`: row r begins at r step in src, dstU and dstV alike. What lies between the rows is copied from src to dstU,
  *   behind the last row too, so that both have height step elements; in dstV it stays. `D2L`: arrays of row pointers,
  *   and rows of width elements.
@@ -27,26 +28,26 @@ VORN_BEGIN_DECLS
  * Method: Golub and Reinsch, Numerische Mathematik 14 (1970). Householder reflections make A bidiagonal, each vector
  * scaled by the sum of its magnitudes before it is squared; both products of reflections are accumulated; then the
  * implicit-shift QR iteration takes the values from the last to the first. An element x beside the diagonal is
- * negligible when anorm + |x| equals anorm, the largest sum of magnitudes in a column of the bidiagonal matrix; there is
- * no other tolerance. Every step is a single operation in double precision in a fixed order: sums down a column take
+ * negligible when anorm + |x| equals anorm, the largest sum of magnitudes in a column of the bidiagonal matrix; there
+ * is no other tolerance. Every step is a single operation in double precision in a fixed order: sums down a column take
  * the rows in their order, the product of two rows is that of `vornsDotProd_64f`. `D2` and `D2L` give the same bits.
  *
  * nIter is the number of rounds that one value may take, 30 is ample; its last round only looks whether the value has
  * converged. A value that has not gives `vornStsSvdNoConvergeErr`: U, W and V then hold the state so far, unsorted, and
  * e.g. nIter = 1 refuses any matrix that needs a sweep.
  *
- * Accuracy. With unit = 2^-53 and N = height + width: each value of W is within @BW@ N unit W_max of a singular value of A,
- * each element of U diag(W) V^T within @BR@ N unit W_max of A, and each product of two of the orthonormal vectors within
- * @BO@ N unit of 0 or 1. That holds for values of A from 1e-145 to 1e145 in magnitude, and zeros: the shift squares the
- * values and divides by a product of two of them, so beyond about 1e154, and below about 1e-162, it overflows or vanishes,
- * and the result, though bounded in time, means nothing or is `vornStsSvdNoConvergeErr`. Scale such a matrix first; a
- * power of two costs no accuracy. A value that is small beside W_max is as exact as W_max is, not more.
+ * Accuracy. With unit = 4.5 (height + width) 2^-53: each value of W is within unit W_max of a singular value of A, each
+ * element of U diag(W) V^T within unit W_max of that of A, and each product of two of the orthonormal vectors within
+ * unit of 0 or 1. A value that is small beside W_max is as exact as W_max is, not more. This holds for matrices whose
+ * largest magnitude is from 1e-145 to 1e145: the shift squares values and divides by a product of two of them, so that
+ * from about 1e154 on, and below about 1e-162, it overflows or vanishes, and the result means nothing or is
+ * `vornStsSvdNoConvergeErr`. Scale such a matrix first; a power of two costs no accuracy.
  *
  * A matrix with an infinity or a not-a-number gives `vornStsSvdNoConvergeErr` after a few rounds, whatever nIter; with
  * width 1, where nothing iterates, it gives not-a-numbers.
  *
- * Memory. Up to width 64 the function allocates nothing (and takes up to 30 KB of the stack). Above that it allocates one
- * block of at most 560 bytes a column; if that fails, `vornStsSvdNoConvergeErr` is returned with nothing written.
+ * Memory. Up to width 64 the function allocates nothing (and takes up to 48 KB of the stack). Above that it allocates
+ * one block of some hundred bytes a column; if that fails, `vornStsSvdNoConvergeErr` is returned with nothing written.
  *
  * Overlap. dstU may be src. Otherwise the results overlap neither src nor one another.
  *
