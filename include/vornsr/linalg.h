@@ -17,9 +17,9 @@ VORN_BEGIN_DECLS
  * width. With height at least width the columns of U and those of V are orthonormal. With height below width A has at
  * most height singular values beside zeros; then the rows of U are orthonormal, and a column of U that belongs to a
  * zero is not a unit vector.
- * - `vornsSVDSort_*` gives the values in descending order, equal ones in the order in which they stood, with the
- *   columns of U and V to match. `vornsSVD_*` leaves all as it converged: a diagonal matrix keeps the order of its
- *   diagonal.
+ * - `vornsSVDSort_*` gives the values in descending order, with the columns of U and V to match: the first of the
+ *   largest that remain changes places with the one that stands at its goal. `vornsSVD_*` leaves all as it converged: a
+ *   diagonal matrix keeps the order of its diagonal.
  * - `D2`: row r begins at r step in src, dstU and dstV alike. What lies between the rows is copied from src to dstU,
  *   behind the last row too, so that both have height step elements; in dstV it stays. `D2L`: arrays of row pointers,
  *   and rows of width elements.
@@ -39,9 +39,10 @@ VORN_BEGIN_DECLS
  * Accuracy. With unit = 4.5 (height + width) 2^-53: each value of W is within unit W_max of a singular value of A, each
  * element of U diag(W) V^T within unit W_max of that of A, and each product of two of the orthonormal vectors within
  * unit of 0 or 1. A value that is small beside W_max is as exact as W_max is, not more. This holds for matrices whose
- * largest magnitude is from 1e-145 to 1e145: the shift squares values and divides by a product of two of them, so that
- * from about 1e154 on, and below about 1e-162, it overflows or vanishes, and the result means nothing or is
- * `vornStsSvdNoConvergeErr`. Scale such a matrix first; a power of two costs no accuracy.
+ * magnitudes are zero or at least 1e-300, the largest from 1e-145 to 1e145. The shift squares values and divides by a
+ * product of two of them, so that from about 1e154 on, and below about 1e-162, it overflows or vanishes; and a column or
+ * row whose magnitudes add up to less than 2^-1024, but not to zero, has no finite reciprocal. Then the result means
+ * nothing or is `vornStsSvdNoConvergeErr`. Scale such a matrix first; a power of two costs no accuracy.
  *
  * A matrix with an infinity or a not-a-number gives `vornStsSvdNoConvergeErr` after a few rounds, whatever nIter; with
  * width 1, where nothing iterates, it gives not-a-numbers.

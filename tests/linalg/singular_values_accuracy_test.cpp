@@ -219,6 +219,8 @@ TEST_F(Accuracy, OfDenormalValues) {
     Matrix a = uniformMatrix({8, 5, 5}, 8);
     for (int r = 0; r < 8; ++r) a(r, 2) = r * 0x1p-1074;
     expectAccurate(a, 8, 5, "a denormal column");
+    for (int r = 0; r < 8; ++r) a(r, 0) = (r - 3.5) * 1e-300;
+    expectAccurate(a, 8, 5, "a vanishing column");
     Matrix diagonal(3, 3);
     diagonal(0, 0) = 0x1p-1023, diagonal(1, 1) = 0x1p-1022, diagonal(2, 2) = -0x1p-1000;
     Decomposition result(blockForm, diagonal, 3, 3);

@@ -55,8 +55,8 @@ VORN_INLINE void rotate(Elements p, Elements q, std::ptrdiff_t end, Vorn64f c, V
     }
 }
 
-template <class Elements>
-VORN_INLINE Vorn64f sumOfProducts(Elements a, Elements b, std::ptrdiff_t begin, std::ptrdiff_t end) {
+template <class First, class Second>
+VORN_INLINE Vorn64f sumOfProducts(First a, Second b, std::ptrdiff_t begin, std::ptrdiff_t end) {
     Vorn64f sum = 0.0;
     for (std::ptrdiff_t i = begin; i < end; ++i) sum += a[i] * b[i];
     return sum;

@@ -131,7 +131,7 @@ private:
 // The rotations of whole sweeps, done when there is no more room for them.
 class Rotations {
 public:
-    static constexpr std::int64_t capacity(std::int64_t n) { return std::max<std::int64_t>(256, 4 * n); }
+    static constexpr std::int64_t capacity(std::int64_t n) { return std::max<std::int64_t>(512, 4 * n); }
     static constexpr std::int64_t blockLength(std::int64_t n) { return n * Block::stride; }
 
     Rotations(Matrix u, std::ptrdiff_t m, Matrix v, std::ptrdiff_t n, Step* steps, Vorn64f* block)
