@@ -41,6 +41,11 @@ public:
     RowList<T> list() const { return list_; }
     RowBlock<T> block() const { return block_; }
     T* operator[](std::ptrdiff_t row) const { return isList() ? list_[row] : block_[row]; }
+    // One question for several rows: take(rows) with the rows in their own layout.
+    template <class Take>
+    auto as(const Take& take) const {
+        return isList() ? take(list_) : take(block_);
+    }
     AnyRows from(std::ptrdiff_t row) const { return isList() ? AnyRows(list_.from(row)) : AnyRows(block_.from(row)); }
 
 private:
