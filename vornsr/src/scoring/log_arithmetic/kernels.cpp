@@ -472,15 +472,17 @@ VORN_INLINE i16xN logSubOf(i16xN a, i16xN b, f32xN scale) {
                      lowBits(logSubOf(widenHigh(a), widenHigh(b), scale)));
 }
 
+// The fixed forms have a scale, as a number: see Constant for why not as a register.
 template <class T, class... Scale>
 void logSubElements(const T* src, T* srcDst, std::ptrdiff_t len, Scale... scale) {
     using V = Wide<T>;
     std::ptrdiff_t i = 0;
     for (; i + V::lanes <= len; i += V::lanes)
-        store(srcDst + i, logSubOf(load<V>(src + i), load<V>(srcDst + i), scale...));
+        store(srcDst + i, logSubOf(load<V>(src + i), load<V>(srcDst + i), splat<f32xN>(scale)...));
     if (i < len) {
         const std::ptrdiff_t n = len - i;
-        storeFirst(srcDst + i, logSubOf(loadFirst<V>(src + i, n), loadFirst<V>(srcDst + i, n), scale...), n);
+        storeFirst(srcDst + i, logSubOf(loadFirst<V>(src + i, n), loadFirst<V>(srcDst + i, n), splat<f32xN>(scale)...),
+                   n);
     }
 }
 
@@ -524,10 +526,10 @@ void logSumFixed(const Vorn16s* src, Vorn16s* dst, int len, int scaleFactor) {
 void logSub(const Vorn64f* src, Vorn64f* srcDst, int len) { logSubElements(src, srcDst, len); }
 void logSub(const Vorn32f* src, Vorn32f* srcDst, int len) { logSubElements(src, srcDst, len); }
 void logSubFixed(const Vorn32s* src, Vorn32s* srcDst, int len, int scaleFactor) {
-    logSubElements(src, srcDst, len, splat<f32xN>(GetScale_32s32f(scaleFactor)));
+    logSubElements(src, srcDst, len, GetScale_32s32f(scaleFactor));
 }
 void logSubFixed(const Vorn16s* src, Vorn16s* srcDst, int len, int scaleFactor) {
-    logSubElements(src, srcDst, len, splat<f32xN>(GetScale_32s32f(scaleFactor)));
+    logSubElements(src, srcDst, len, GetScale_32s32f(scaleFactor));
 }
 
 }  // namespace vorn
