@@ -1,6 +1,7 @@
 // Matrices to decompose, and the eight functions called alike.
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <memory>
