@@ -71,7 +71,7 @@ struct SinC {
 
 struct ExpNegSqr {
     static constexpr float someFrom = 16.0f;  // all of them give 0
-    static constexpr std::uint64_t digest = 0;
+    static constexpr std::uint64_t digest = 0x95E649421EC42D4C;
     static constexpr double roundingBound = 0.501, resultBound = 0.501;
     static VornStatus call(const float* x, float* y) { return vornsExpNegSqr_32f(x, y, block); }
     static test::Precise exact(double x) {
@@ -165,9 +165,6 @@ void expectEverySingle() {
     ::testing::Test::RecordProperty("worst", all.result.text());
     ::testing::Test::RecordProperty("worst rounding", all.rounding.text());
     ::testing::Test::RecordProperty("not correctly rounded", std::to_string(all.notNearest));
-    if (std::getenv("SHOW"))
-        std::printf("%s | %s | %llu\n", all.result.text().c_str(), all.rounding.text().c_str(),
-                    (unsigned long long)all.notNearest);
 }
 
 // The digests of the results whose accuracy the baseline's run measures. A change of a kernel that changes bits changes

@@ -568,7 +568,7 @@ TEST(RecSqrt, TheAddressChoosesTheRounding) {
                     x[len / 2] = val;
                     if (len % 5 == 0) x.assign(len, len == 5 ? val : -3);
                     const auto kept = [&](auto keeps) { return std::any_of(x.begin(), x.end(), keeps); };
-                    const auto ceiling = [=] { return static_cast<float>(val); };
+                    const auto ceiling = [=] { return model::curveSingle(val); };
                     for (std::size_t offset : {0, 4, 8, 12, 16}) {
                         Offset<Vorn32s> srcDst(len, offset);
                         srcDst.assign(x);
@@ -582,8 +582,8 @@ TEST(RecSqrt, TheAddressChoosesTheRounding) {
                                                       : model::recSqrtTruncated<Vorn32s>(x[i], val, scaleFactor);
                             }
                             const bool any = aligned
-                                                 ? kept([&](Vorn32s e) { return static_cast<float>(e) > ceiling(); })
-                                                 : kept([&](Vorn32s e) { return static_cast<float>(e) >= ceiling(); });
+                                                 ? kept([&](Vorn32s e) { return model::curveSingle(e) > ceiling(); })
+                                                 : kept([&](Vorn32s e) { return model::curveSingle(e) >= ceiling(); });
                             expectedStatus = any ? vornStsNoErr : vornStsZeroRange;
                             status = vornsRecSqrt_32s_Sfs(srcDst, static_cast<int>(len), val, scaleFactor);
                         }
@@ -599,7 +599,7 @@ TEST(RecSqrt, TheAddressChoosesTheRounding) {
                     for (std::size_t i = 0; i < len; ++i) {
                         expected[i] = model::recSqrtTruncated<Vorn16s>(x[i], val, scaleFactor);
                     }
-                    const bool any = kept([&](Vorn32s e) { return static_cast<float>(e) >= ceiling(); });
+                    const bool any = kept([&](Vorn32s e) { return model::curveSingle(e) >= ceiling(); });
                     EXPECT_EQ(vornsRecSqrt_32s16s_Sfs(src, dst, static_cast<int>(len), val, scaleFactor),
                               any ? vornStsNoErr : vornStsZeroRange);
                     EXPECT_TRUE(sameBits(dst.data(), expected.data(), len)) << val << ' ' << scaleFactor;
@@ -675,9 +675,9 @@ TEST(UnitCurve, FixedPointEqualsTheModel) {
     std::iota(all.begin(), all.end(), Vorn16s{-32768});
     const Guarded<Vorn16s> src(all);
     for (int srcQ : {-1, 0, 1, 5, 12, 13, 14, 15, INT_MIN, INT_MAX}) {
-        for (int scaleFactor :
-             {0, -1, -15, -16, -2 * srcQ, -2 * srcQ - 1, -2 * srcQ + 1, -30,     -31,        -32, -33, -60, -61,
-              3, 17, 31,  32,  33,        1000,          INT_MAX,       INT_MIN, INT_MIN + 1}) {
+        const int bits = srcQ >= 0 && srcQ < 15 ? 2 * srcQ : 0;  // of the value, before the shift
+        for (int scaleFactor : {0,   -1,  -15, -16, -bits, -bits - 1, -bits + 1, -30,  -31,     -32,     -33,
+                                -60, -61, 3,   17,  31,    32,        33,        1000, INT_MAX, INT_MIN, INT_MIN + 1}) {
             Guarded<Vorn16s> dst(all.size());
             std::vector<Vorn16s> expected(all.size());
             for (std::size_t i = 0; i < all.size(); ++i) expected[i] = model::unitCurve(all[i], srcQ, scaleFactor);
@@ -1057,19 +1057,35 @@ TEST(NthMaxElement, NoOrderIsABadOne) {
     expectHalf("equal");
 }
 
-// Whatever the pivots are: each comparison with this order is answered when it is asked, so that every pivot is among
-// the largest that are left (McIlroy 1999). The values do not matter to the search by bits.
-TEST(NthMaxElement, WorstOrderForTheMedianOfThree) {
-    // The classic killer of the median of the first, middle and last element (Musser 1997).
-    const std::size_t len = 1u << 18;
-    std::vector<Vorn32s> x(len);
-    for (std::size_t i = 0; i < len / 2; ++i) {
-        x[i] = static_cast<Vorn32s>(i % 2 == 0 ? i + 1 : len / 2 + i);
-        x[len / 2 + i] = static_cast<Vorn32s>(2 * (i + 1));
+// The largest keys stand where the pivots are taken from (the nine places of a long run), round after round, so that
+// each partition takes away a handful: the search has to give up its pivots.
+template <class T>
+void expectNthInSpiteOfPivots() {
+    const int len = 3000;
+    Random random(75);
+    std::vector<T> x = std::is_integral_v<T> ? random.integers<T>(len, T(-1000), T(1000)) : std::vector<T>(len);
+    if constexpr (!std::is_integral_v<T>) {
+        for (T& value : x) value = static_cast<T>(random.uniform(-1.0, 1.0));
     }
-    for (int n : {0, 5, static_cast<int>(len / 2), static_cast<int>(len) - 1}) {
-        EXPECT_EQ(nth(x, n), model::nthMax(x, n)) << n;
+    std::vector<std::size_t> alive(len);
+    std::iota(alive.begin(), alive.end(), std::size_t{0});
+    T next = T(1000000);
+    for (int round = 0; round < 20; ++round) {
+        const std::size_t half = alive.size() / 2, eighth = alive.size() / 8, last = alive.size() - 1;
+        const std::size_t places[] = {
+            last, last - eighth, last - 2 * eighth, half + eighth, half, half - eighth, 2 * eighth, eighth, 0};
+        for (std::size_t place : places) x[alive[place]] = next -= 1;
+        const T pivot = x[alive[half]];
+        alive.erase(std::remove_if(alive.begin(), alive.end(), [&](std::size_t i) { return x[i] >= pivot; }),
+                    alive.end());
     }
+    for (int n : {len - 1, len - 2, len / 2, 500, 150}) EXPECT_EQ(nth(x, n), model::nthMax(x, n)) << n;
+}
+
+TEST(NthMaxElement, LargestWhereThePivotsAre) {
+    expectNthInSpiteOfPivots<Vorn32s>();
+    expectNthInSpiteOfPivots<float>();
+    expectNthInSpiteOfPivots<double>();
 }
 
 TEST(NthMaxElement, NotANumberGivesAnElement) {

@@ -18,20 +18,27 @@ inline float curveRoot(float x) {
 }
 inline float recSqrt(float x, float val) { return val < x ? curveRoot(x) : val; }
 
+// An integer as a single, in the rounding mode of this moment.
+inline float curveSingle(std::int32_t x) {
+    volatile std::int32_t opaque = x;
+    volatile float single = static_cast<float>(opaque);
+    return single;
+}
+
 // 2^-sf as a single: infinite and 0 where a single has no such number.
 inline float curveScale(int sf) { return sf <= -128 ? INFINITY : sf >= 150 ? 0.0f : std::ldexp(1.0f, -sf); }
 
 // At least val keeps the root; limited, truncated; exactly 2^31 becomes -2^31.
 template <class R>
 R recSqrtTruncated(std::int32_t x, std::int32_t val, int sf) {
-    const auto single = static_cast<float>(x), ceiling = static_cast<float>(val);
+    const float single = curveSingle(x), ceiling = curveSingle(val);
     volatile float scaled = (single >= ceiling ? curveRoot(single) : ceiling) * curveScale(sf);
     if (sizeof(R) == 2) return static_cast<R>(std::min(scaled + 0.0f, 32767.0f));
     return scaled >= 2147483648.0f ? std::numeric_limits<R>::min() : static_cast<R>(scaled);
 }
 // Above val keeps the root; rounded to nearest even, saturated.
 inline std::int32_t recSqrtRounded(std::int32_t x, std::int32_t val, int sf) {
-    volatile float scaled = recSqrt(static_cast<float>(x), static_cast<float>(val)) * curveScale(sf);
+    volatile float scaled = recSqrt(curveSingle(x), curveSingle(val)) * curveScale(sf);
     if (scaled >= 2147483648.0f) return INT32_MAX;
     const auto whole = static_cast<std::int64_t>(scaled);
     const double part = static_cast<double>(scaled) - static_cast<double>(whole);

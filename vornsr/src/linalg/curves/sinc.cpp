@@ -12,7 +12,9 @@ namespace {
 
 template <class V>
 VORN_INLINE V overAngle(V sine, V x) {
-    return select(x == splat<V>(0), splat<V>(1), sine / x);
+    const V one = splat<V>(1);
+    const auto isZero = x == splat<V>(0);  // 0/0 would leave a flag behind, which the rounding guard has to take away
+    return select(isZero, one, sine) / select(isZero, one, x);
 }
 
 // The sine is rounded to single before it is divided.

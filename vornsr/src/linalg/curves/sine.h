@@ -70,7 +70,8 @@ VORN_INLINE V sineOf(V x) {
     const auto reached = (size <= c(largestReduced)) & (absOf(two) >= c(0x1p-30));
     if (all(reached)) [[likely]]
         return value;
-    return withSinesOfLanes(value, x, ~laneBits(reached | (size <= c(0.5))));
+    const unsigned marked = laneBits(!(reached | (size <= c(0.5))));
+    return marked == 0 ? value : withSinesOfLanes(value, x, marked);
 }
 
 // Of doubles that hold singles up to largestReduced: within 2^-36 of the sine, and within 2^-50.5 unless the angle
