@@ -11,6 +11,7 @@
 #include "support/allocation.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 
 namespace {
 
@@ -368,6 +369,27 @@ void expectPlans(int firstLong) {
         const model::BlockOrders expected = sizeof(T) == 8 ? model::blockOrders64(order) : model::blockOrders32(order);
         EXPECT_EQ(vorn::fft::blockingOf<T>(order).block, expected.block) << order;
         EXPECT_EQ(vorn::fft::blockingOf<T>(order).buffer, expected.buffer) << order;
+    }
+}
+
+TEST(FftContext, TablesAreTheSameInEveryRoundingMode) {
+    constexpr int order = 9, length = 1 << order;
+    std::vector<Vorn64fc> src(length), expected(length), found(length);
+    for (int i = 0; i < length; ++i) src[i] = {i % 7 - 3.0, i % 11 - 5.0};
+    const auto transform = [&](VornsFFTSpec* spec, std::vector<Vorn64fc>& dst) {
+        EXPECT_EQ(vornsFFTFwd_CToC_64fc(src.data(), dst.data(), spec, nullptr), vornStsNoErr);
+        EXPECT_EQ(vornsFFTFree_C_64fc(spec), vornStsNoErr);
+    };
+    VornsFFTSpec* spec = nullptr;
+    ASSERT_EQ(vornsFFTInitAlloc_C_64fc(&spec, order, VORN_FFT_NODIV_BY_ANY, 0), vornStsNoErr);
+    transform(spec, expected);
+    for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
+        {
+            const test::RoundingMode directed(mode);
+            ASSERT_EQ(vornsFFTInitAlloc_C_64fc(&spec, order, VORN_FFT_NODIV_BY_ANY, 0), vornStsNoErr);
+        }
+        transform(spec, found);
+        EXPECT_EQ(std::memcmp(found.data(), expected.data(), length * sizeof(Vorn64fc)), 0) << mode;
     }
 }
 

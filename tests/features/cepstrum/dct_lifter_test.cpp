@@ -11,6 +11,7 @@
 #include "support/allocation.h"
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
 
@@ -90,6 +91,22 @@ TEST(DCTLifter, TablesAreTheDoubleFormulaRoundedOnce) {
         }
     }
     EXPECT_LE(differing, all / 10000) << "of " << all;
+}
+
+TEST(DCTLifter, TablesAreTheSameInEveryRoundingMode) {
+    const Lifter nearest(23, 40, 22, 0.7f);
+    for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
+        std::vector<float> weights;
+        std::vector<std::vector<float>> rows;
+        {
+            const test::RoundingMode directed(mode);
+            const Lifter lifter(23, 40, 22, 0.7f);
+            weights = lifter.weights();
+            rows = lifter.rows();
+        }
+        EXPECT_EQ(weights, nearest.weights());
+        EXPECT_EQ(rows, nearest.rows());
+    }
 }
 
 TEST(DCTLifter, ProductsEqualTheModelBitForBit) {

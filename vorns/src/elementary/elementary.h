@@ -7,6 +7,7 @@
 //   log64   0.502   0 of either sign gives -infinity, an argument below 0 a not-a-number
 //   sin64   0.521   arguments of any size, reduced with as many bits of pi as they need
 //   cos64   0.521
+// sin64 and cos64 are called in that mode only: a quadrant that is not the nearest would lead them out of their table.
 // A not-a-number gives a quiet one, an infinity under a sine or a cosine the processor's default one. Nothing is
 // reported through errno.
 #pragma once

@@ -2,17 +2,27 @@
 #include "fft/contexts/tables.h"
 
 #include "elementary/elementary.h"
+#include "frame/rounding.h"
 
 namespace vorn::fft {
+namespace {
 
 template <class T>
-void QuarterWave<T>::fill(T* s, int order) {
+VORN_NOINLINE void fillSines(T* s, int order) {
     const std::int64_t length = std::int64_t{1} << order;
     const double step = 6.283185307179586 / static_cast<double>(length);
     for (std::int64_t i = 0; i <= length / 8; ++i) s[i] = static_cast<T>(sin64(static_cast<double>(i) * step));
     for (std::int64_t i = length / 8 + 1; i <= length / 4; ++i) {
         s[i] = static_cast<T>(cos64(static_cast<double>(length / 4 - i) * step));
     }
+}
+
+}  // namespace
+
+template <class T>
+void QuarterWave<T>::fill(T* s, int order) {
+    const RoundingGuard nearest(Rounding::Nearest);
+    fillSines(s, order);
 }
 
 template <class T>

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "frame/rounding.h"
+
 namespace vorn {
 namespace {
 
@@ -44,13 +46,28 @@ VORN_INLINE Vorn32f oneRow(const Input& in, const Vorn32f* row) {
     return sumNeighbours(even + odd);
 }
 
+// Sines and cosines are those of nearest mode, whatever the caller's.
+VORN_NOINLINE void fillWeights(const RaisedSineLifter& lifter, Vorn32f* weight, int lenCep) {
+    const Vorn32f half = static_cast<Vorn32f>(lifter.nLifter) * 0.5f;
+    for (int i = 0; i <= lenCep; ++i) {
+        weight[i] = static_cast<Vorn32f>(sin64(i * pi / lifter.nLifter) * half + 1.0) * lifter.val;
+    }
+}
+VORN_NOINLINE void fillRows(Vorn32f* const* rows, std::int64_t stride, int lenDCT, int lenCep) {
+    for (int i = 0; i <= lenCep; ++i) {
+        for (int j = 1; j <= lenDCT; ++j) {
+            const auto middle = static_cast<double>(static_cast<Vorn32f>(j) - 0.5f);
+            rows[i][j - 1] = static_cast<Vorn32f>(cos64(middle * (i * pi) / lenDCT));
+        }
+        std::fill(rows[i] + lenDCT, rows[i] + stride, 0.0f);
+    }
+}
+
 }  // namespace
 
 void RaisedSineLifter::fill(Vorn32f* weight, int lenCep) const {
-    const Vorn32f half = static_cast<Vorn32f>(nLifter) * 0.5f;
-    for (int i = 0; i <= lenCep; ++i) {
-        weight[i] = static_cast<Vorn32f>(sin64(i * pi / nLifter) * half + 1.0) * val;
-    }
+    const RoundingGuard nearest(Rounding::Nearest);
+    fillWeights(*this, weight, lenCep);
 }
 
 void RaisedSineLifterC0::fill(Vorn32f* weight, int lenCep) const {
@@ -61,14 +78,9 @@ void RaisedSineLifterC0::fill(Vorn32f* weight, int lenCep) const {
 Vorn32f** fillCosines(Vorn32f* table, int lenDCT, int lenCep) {
     const std::int64_t stride = cosineStride(lenDCT);
     auto** rows = reinterpret_cast<Vorn32f**>(table + (std::int64_t{lenCep} + 1) * stride);
-    for (int i = 0; i <= lenCep; ++i) {
-        rows[i] = table + i * stride;
-        for (int j = 1; j <= lenDCT; ++j) {
-            const auto middle = static_cast<double>(static_cast<Vorn32f>(j) - 0.5f);
-            rows[i][j - 1] = static_cast<Vorn32f>(cos64(middle * (i * pi) / lenDCT));
-        }
-        std::fill(rows[i] + lenDCT, rows[i] + stride, 0.0f);
-    }
+    for (int i = 0; i <= lenCep; ++i) rows[i] = table + i * stride;
+    const RoundingGuard nearest(Rounding::Nearest);
+    fillRows(rows, stride, lenDCT, lenCep);
     return rows;
 }
 
