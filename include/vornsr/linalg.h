@@ -126,8 +126,8 @@ VornStatus vornsNormalizeColumn_16s_D2LSfs(Vorn16s* const* srcDst, int height, c
  *
  * Not-a-numbers. As an element it counts as hi. As lower or upper it is an error. As range, min or max it passes the
  * checks and makes every result a not-a-number, or the smallest value of the integer type; so does an infinite w. An
- * upper w - lower w that underflows to zero makes k infinite, and k times zero a not-a-number. What is not above lo gives
- * a positive zero times k.
+ * upper w - lower w that underflows to zero makes k infinite, and k times zero a not-a-number. What is not above lo
+ * gives a positive zero times k.
  *
  * Warning. Where max equals min (integers compared as such), all len results are zero and the status is
  * vornStsZeroRange.
