@@ -302,8 +302,9 @@ VornStatus vornsNormalizeColumn_16s_D2LSfs(Vorn16s* const* srcDst, int height, c
  * which no 32-bit integer holds, counts as -2147483648: ask for no range near 2^31. Addresses change no bit.
  *
  * Not-a-numbers. As an element it counts as hi. As lower or upper it is an error. As range, min or max it passes the
- * checks and makes every result a not-a-number, or the smallest value of the integer type; so does an infinite w, and
- * an upper w - lower w of zero with range zero. What is not above lo gives a positive zero times k.
+ * checks and makes every result a not-a-number, or the smallest value of the integer type; so does an infinite w. An
+ * upper w - lower w that underflows to zero makes k infinite, and k times zero a not-a-number. What is not above lo
+ * gives a positive zero times k.
  *
  * Warning. Where max equals min (integers compared as such), all len results are zero and the status is
  * vornStsZeroRange.
