@@ -40,8 +40,8 @@ VORN_BEGIN_DECLS
  * element of U diag(W) V^T within unit W_max of that of A, and each product of two of the orthonormal vectors within
  * unit of 0 or 1. A value that is small beside W_max is as exact as W_max is, not more. This holds for matrices whose
  * magnitudes are zero or at least 1e-300, the largest from 1e-145 to 1e145. The shift squares values and divides by a
- * product of two of them, so that from about 1e154 on, and below about 1e-162, it overflows or vanishes; and a column or
- * row whose magnitudes add up to less than 2^-1024, but not to zero, has no finite reciprocal. Then the result means
+ * product of two of them, so that from about 1e154 on, and below about 1e-162, it overflows or vanishes; and a column
+ * or row whose magnitudes add up to less than 2^-1024, but not to zero, has no finite reciprocal. Then the result means
  * nothing or is `vornStsSvdNoConvergeErr`. Scale such a matrix first; a power of two costs no accuracy.
  *
  * A matrix with an infinity or a not-a-number gives `vornStsSvdNoConvergeErr` after a few rounds, whatever nIter; with

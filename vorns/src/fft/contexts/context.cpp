@@ -7,6 +7,7 @@
 #include "fft/contexts/tables.h"
 #include "frame/checks.h"
 #include "frame/memory.h"
+#include "frame/rounding.h"
 
 namespace vorn::fft {
 namespace {
@@ -39,9 +40,17 @@ private:
     Vorn8u* next_;
 };
 
+// Of nearest mode, as the tables are.
+template <class T>
+VORN_NOINLINE void putInverseRoot(int order, T* root) {
+    *root = static_cast<T>(1.0 / std::sqrt(static_cast<double>(std::int64_t{1} << order)));
+}
 template <class T>
 T inverseRoot(int order) {
-    return static_cast<T>(1.0 / std::sqrt(static_cast<double>(std::int64_t{1} << order)));
+    T root;
+    const RoundingGuard nearest(Rounding::Nearest);
+    putInverseRoot(order, &root);
+    return root;
 }
 
 // Sets the record's plain fields; it holds zeros.
