@@ -7,6 +7,7 @@
 #include <limits>
 
 #include "linalg/singular_values.h"
+#include "support/recorded_frames.h"
 
 namespace {
 
@@ -186,6 +187,15 @@ TEST_F(Accuracy, OfHilbertMatrices) {
 TEST_F(Accuracy, OfFramesOfSpectra) {
     expectAccurate(frames(98, 39), 98, 39, "frames");
     expectAccurate(frames(13, 39), 13, 39, "frames");
+}
+
+TEST_F(Accuracy, OfRecordedFrames) {
+    const RecordedFrames recorded = recordedFrames(VORNSR_RECORDINGS "/test", 6, 39);
+    ASSERT_GT(recorded.height, 100);
+    Matrix a(recorded.height, recorded.width);
+    a.elements = recorded.rows;
+    expectAccurate(a, recorded.height, recorded.width, "recorded frames");
+    expectAccurate(a, 13, recorded.width, "the first of them");
 }
 
 // A Kahan matrix, and one whose diagonal spans the whole precision and more.
