@@ -254,14 +254,6 @@ VORN_INLINE Lanes secondRow(Halves<Lanes> a) {
     return a.high;
 }
 
-// Hides from the compiler what an array holds, so that its elements are taken from memory.
-template <class V, std::size_t count>
-VORN_INLINE const V* keepInMemory(const V (&array)[count]) {
-    const V* p = array;
-    asm volatile("" : "+r"(p) : : "memory");
-    return p;
-}
-
 // The lanes of each of four rows joined, one row a lane.
 VORN_INLINE f32x4 joinLanes(f32x4 a, f32x4 b, f32x4 c, f32x4 d) { return sumNeighbours(a, b, c, d); }
 VORN_INLINE Four<Vorn64f> joinLanes(f64x2 a, f64x2 b, f64x2 c, f64x2 d) { return sumLanes(rowsOf<0>(a, b, c, d)); }
@@ -299,10 +291,14 @@ VORN_NOINLINE void sumEightRows(const Source* const* row, std::ptrdiff_t width, 
             };
             Four<T> column[lanes];
             columnsOf(rowsOf<0>(last(0), last(1), last(2), last(3)), column);
-            // No addition under a condition: clang would add -0 where it does not hold, and in a mode that rounds
-            // downwards that makes a zero negative.
-#pragma GCC unroll 1
-            for (std::ptrdiff_t k = lanes - left; k < lanes; ++k) total = total + keepInMemory(column)[k];
+            // clang may turn an addition under a condition into one of -0 where it does not hold, which in a mode that
+            // rounds downwards makes a zero negative; it does not where the condition governs more than the addition.
+            for (std::ptrdiff_t k = 1; k < lanes; ++k) {
+                if (lanes - k <= left) {
+                    total = total + column[k];
+                    asm volatile("");
+                }
+            }
         }
         store(sums + r, total);
     }
