@@ -16,7 +16,13 @@ Family frameWorkloads();
 Family logArithmeticWorkloads();
 Family gaussSingleWorkloads();
 Family gaussianWorkloads();
-Family estimationWorkloads();
+Family selectionWorkloads();
+Family distanceWorkloads();
+Family warpingWorkloads();
+Family columnWorkloads();
+Family accumulatorWorkloads();
+Family updateWorkloads();
+Family clusteringWorkloads();
 Family featureWorkloads();
 Family moveWorkloads();
 Family convertWorkloads();
@@ -36,12 +42,13 @@ Family curveWorkloads();
 
 // In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
-    frameWorkloads(),           logArithmeticWorkloads(), gaussSingleWorkloads(), gaussianWorkloads(),
-    estimationWorkloads(),      featureWorkloads(),       moveWorkloads(),        convertWorkloads(),
-    arithmeticWorkloads(),      reductionWorkloads(),     logarithmWorkloads(),   sumLogarithmWorkloads(),
-    squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),    fftWorkloads(),
-    autocorrelationWorkloads(), singularValueWorkloads(), productWorkloads(),     rowReductionWorkloads(),
-    curveWorkloads(),
+    frameWorkloads(),       logArithmeticWorkloads(), gaussSingleWorkloads(),     gaussianWorkloads(),
+    selectionWorkloads(),   distanceWorkloads(),      warpingWorkloads(),         columnWorkloads(),
+    accumulatorWorkloads(), updateWorkloads(),        clusteringWorkloads(),      featureWorkloads(),
+    moveWorkloads(),        convertWorkloads(),       arithmeticWorkloads(),      reductionWorkloads(),
+    logarithmWorkloads(),   sumLogarithmWorkloads(),  squareRootWorkloads(),      magnitudeWorkloads(),
+    absoluteWorkloads(),    fftWorkloads(),           autocorrelationWorkloads(), singularValueWorkloads(),
+    productWorkloads(),     rowReductionWorkloads(),  curveWorkloads(),
 };
 
 }  // namespace verify

@@ -1,4 +1,4 @@
-/* Acoustic scoring: log-domain arithmetic, Gaussian and mixture scores. */
+/* Acoustic scoring: log-domain arithmetic, Gaussian and mixture scores, selection, distances, time warping. */
 #ifndef VORNSR_SCORING_H
 #define VORNSR_SCORING_H
 
@@ -643,6 +643,117 @@ VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, co
                                                           int scaleFactor);
 /** @} */
 
+/** @} */
+
+/**
+ * @defgroup vornsr_selection Selection of Gaussians
+ * @brief Shortlists, tables of one bit a Gaussian, and mixtures scored over the selected ones.
+ * @{
+ */
+VornStatus vornsFillShortlist_Row_1u(const Vorn32s* indices, int width, int count, Vorn8u* const* rows, int numRows,
+                                     int step, int start);
+VornStatus vornsFillShortlist_RowVar_1u(const Vorn32s* indices, const Vorn32s* counts, int width, Vorn8u* const* rows,
+                                        int numRows, int step, int start);
+VornStatus vornsFillShortlist_Column_1u(const Vorn32s* indices, int count, Vorn8u* const* rows, int numRows, int step,
+                                        int start, int width);
+VornStatus vornsFillShortlist_ColumnVar_1u(const Vorn32s* indices, const Vorn32s* counts, Vorn8u* const* rows,
+                                           int numRows, int step, int start, int width);
+VornStatus vornsBuildSignTable_8u1u(const Vorn32s* indices, int count, const Vorn8u* const* rows, int numRows, int step,
+                                    int start, Vorn8u* sign, int frames, int width);
+VornStatus vornsBuildSignTable_Var_8u1u(const Vorn32s* indices, const Vorn32s* counts, const Vorn8u* const* rows,
+                                        int numRows, int step, int start, Vorn8u* sign, int frames, int width);
+VornStatus vornsLogGaussMixture_Select_32f_D2(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int step,
+                                              int len, const Vorn32f* val, const Vorn8u* sign, int width,
+                                              Vorn32f* result, int frames, Vorn32f floor);
+VornStatus vornsLogGaussMixture_Select_32f_D2L(const Vorn32f* const* src, const Vorn32f* const* mean,
+                                               const Vorn32f* const* var, int len, const Vorn32f* val,
+                                               const Vorn8u* sign, int width, Vorn32f* result, int frames,
+                                               Vorn32f floor);
+VornStatus vornsLogGaussMixture_SelectIdVar_32f_D2(const Vorn32f* src, const Vorn32f* mean, int step, int len,
+                                                   const Vorn32f* val, const Vorn8u* sign, int width, Vorn32f* result,
+                                                   int frames, Vorn32f floor);
+VornStatus vornsLogGaussMixture_SelectIdVar_32f_D2L(const Vorn32f* const* src, const Vorn32f* const* mean, int len,
+                                                    const Vorn32f* val, const Vorn8u* sign, int width, Vorn32f* result,
+                                                    int frames, Vorn32f floor);
+VornStatus vornsLogGaussMixture_SelectScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
+                                                       int step, int len, const Vorn32f* val, const Vorn8u* sign,
+                                                       int width, Vorn32f* result, int frames, Vorn32f floor,
+                                                       int scaleFactor);
+VornStatus vornsLogGaussMixture_SelectScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* const* mean,
+                                                        const Vorn16s* const* var, int len, const Vorn32f* val,
+                                                        const Vorn8u* sign, int width, Vorn32f* result, int frames,
+                                                        Vorn32f floor, int scaleFactor);
+VornStatus vornsLogGaussMixture_SelectIdVarScaled_16s32f_D2(const Vorn16s* src, const Vorn16s* mean, int step, int len,
+                                                            const Vorn32f* val, const Vorn8u* sign, int width,
+                                                            Vorn32f* result, int frames, Vorn32f floor,
+                                                            int scaleFactor);
+VornStatus vornsLogGaussMixture_SelectIdVarScaled_16s32f_D2L(const Vorn16s* const* src, const Vorn16s* const* mean,
+                                                             int len, const Vorn32f* val, const Vorn8u* sign, int width,
+                                                             Vorn32f* result, int frames, Vorn32f floor,
+                                                             int scaleFactor);
+/** @} */
+
+/**
+ * @defgroup vornsr_distances Distances
+ * @brief Mahalanobis and Bhattacharyya distances, and sums of indexed rows.
+ * @{
+ */
+VornStatus vornsMahDistSingle_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                  Vorn32f* result);
+VornStatus vornsMahDistSingle_64f(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                  Vorn64f* result);
+VornStatus vornsMahDistSingle_32f64f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                     Vorn64f* result);
+VornStatus vornsMahDistSingle_16s32f(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                     Vorn32f* result);
+VornStatus vornsMahDistSingle_16s32s_Sfs(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var, int len,
+                                         Vorn32s* result, int scaleFactor);
+VornStatus vornsMahDist_32f_D2(const Vorn32f* src, int step, const Vorn32f* mean, const Vorn32f* var, int len,
+                               Vorn32f* result, int height);
+VornStatus vornsMahDist_64f_D2(const Vorn64f* src, int step, const Vorn64f* mean, const Vorn64f* var, int len,
+                               Vorn64f* result, int height);
+VornStatus vornsMahDist_32f_D2L(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, int len,
+                                Vorn32f* result, int height);
+VornStatus vornsMahDist_64f_D2L(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, int len,
+                                Vorn64f* result, int height);
+VornStatus vornsMahDistMultiMix_32f_D2(const Vorn32f* mean, const Vorn32f* var, int step, const Vorn32f* src, int len,
+                                       Vorn32f* result, int height);
+VornStatus vornsMahDistMultiMix_64f_D2(const Vorn64f* mean, const Vorn64f* var, int step, const Vorn64f* src, int len,
+                                       Vorn64f* result, int height);
+VornStatus vornsMahDistMultiMix_32f_D2L(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
+                                        int len, Vorn32f* result, int height);
+VornStatus vornsMahDistMultiMix_64f_D2L(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src,
+                                        int len, Vorn64f* result, int height);
+VornStatus vornsBhatDist_32f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
+                             int len, Vorn32f* result);
+VornStatus vornsBhatDist_32f64f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
+                                int len, Vorn64f* result);
+VornStatus vornsBhatDistSLog_32f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
+                                 int len, Vorn32f* result, Vorn32f sumLog1, Vorn32f sumLog2);
+VornStatus vornsBhatDistSLog_32f64f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
+                                    const Vorn32f* var2, int len, Vorn64f* result, Vorn32f sumLog1, Vorn32f sumLog2);
+VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int step, const Vorn32s* ind,
+                                const Vorn16u* addInd, int rows, Vorn32f* dst, int len, Vorn32f weight);
+/** @} */
+
+/**
+ * @defgroup vornsr_warping Dynamic time warping
+ * @brief The cost of the best alignment of two sequences of vectors.
+ * @{
+ */
+VornStatus vornsDTW_L2_32f_D2L(const Vorn32f* const* src1, int height1, const Vorn32f* const* src2, int height2,
+                               int width, Vorn32f* result, int delta, Vorn32f beam);
+VornStatus vornsDTW_L2_32f_D2(const Vorn32f* src1, int height1, const Vorn32f* src2, int height2, int width, int step,
+                              Vorn32f* result, int delta, Vorn32f beam);
+VornStatus vornsDTW_L2_8u32s_D2LSfs(const Vorn8u* const* src1, int height1, const Vorn8u* const* src2, int height2,
+                                    int width, Vorn32s* result, int delta, Vorn32s beam, int scaleFactor);
+VornStatus vornsDTW_L2_8u32s_D2Sfs(const Vorn8u* src1, int height1, const Vorn8u* src2, int height2, int width,
+                                   int step, Vorn32s* result, int delta, Vorn32s beam, int scaleFactor);
+VornStatus vornsDTW_L2Low_16s32s_D2LSfs(const Vorn16s* const* src1, int height1, const Vorn16s* const* src2,
+                                        int height2, int width, Vorn32s* result, int delta, Vorn32s beam,
+                                        int scaleFactor);
+VornStatus vornsDTW_L2Low_16s32s_D2Sfs(const Vorn16s* src1, int height1, const Vorn16s* src2, int height2, int width,
+                                       int step, Vorn32s* result, int delta, Vorn32s beam, int scaleFactor);
 /** @} */
 
 VORN_END_DECLS

@@ -1,4 +1,4 @@
-// Column statistics and parameter updates.
+// Column statistics.
 #include <iterator>
 
 #include "families.h"
@@ -29,17 +29,6 @@ void columns(Source& source, Digest& digest, Statistics statistics) {
 }
 
 const Workload workloads[] = {
-    {"vornsUpdateGConst_DirectVar_32f",
-     [](Source& source, Digest& digest) {
-         for (int len : lengths) {
-             for (bool hard : {false, true}) {
-                 const auto src = hard ? source.patterns<Vorn32f>(len) : source.values<Vorn32f>(len, 0.001, 100.0);
-                 Vorn32f dst = 0;
-                 digest.add(vornsUpdateGConst_DirectVar_32f(src.data(), len, &dst));
-                 digest.add(dst);
-             }
-         }
-     }},
     {"vornsMeanVarColumn_32f_D2",
      [](Source& source, Digest& digest) {
          columns(source, digest,
@@ -59,6 +48,6 @@ const Workload workloads[] = {
 
 }  // namespace
 
-Family estimationWorkloads() { return {workloads, std::size(workloads)}; }
+Family columnWorkloads() { return {workloads, std::size(workloads)}; }
 
 }  // namespace verify
