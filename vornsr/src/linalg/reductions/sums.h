@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "frame/rounding.h"
 #include "linalg/reductions/columns.h"
 #include "loops/cache.h"
 #include "simd/part.h"
