@@ -21,10 +21,17 @@ struct Column {
 template <class RowsOf>
 Column(RowsOf, std::ptrdiff_t) -> Column<RowsOf>;
 
+// The terms are added one after the other. Told so, the compiler does not collect them in vectors first, only to take
+// them out again, which takes longer than the additions.
+VORN_INLINE void inOrder(Vorn64f& sum) { asm("" : "+x"(sum)); }
+
 template <class Elements>
 VORN_INLINE Vorn64f sumOfMagnitudes(Elements x, std::ptrdiff_t begin, std::ptrdiff_t end) {
     Vorn64f sum = 0.0;
-    for (std::ptrdiff_t i = begin; i < end; ++i) sum += std::fabs(x[i]);
+    for (std::ptrdiff_t i = begin; i < end; ++i) {
+        sum += std::fabs(x[i]);
+        inOrder(sum);
+    }
     return sum;
 }
 
@@ -36,6 +43,7 @@ VORN_INLINE Vorn64f scaleAndSumSquares(Elements x, std::ptrdiff_t begin, std::pt
         const Vorn64f scaled = x[i] * val;
         x[i] = scaled;
         sum += scaled * scaled;
+        inOrder(sum);
     }
     return sum;
 }
@@ -58,7 +66,10 @@ VORN_INLINE void rotate(Elements p, Elements q, std::ptrdiff_t end, Vorn64f c, V
 template <class First, class Second>
 VORN_INLINE Vorn64f sumOfProducts(First a, Second b, std::ptrdiff_t begin, std::ptrdiff_t end) {
     Vorn64f sum = 0.0;
-    for (std::ptrdiff_t i = begin; i < end; ++i) sum += a[i] * b[i];
+    for (std::ptrdiff_t i = begin; i < end; ++i) {
+        sum += a[i] * b[i];
+        inOrder(sum);
+    }
     return sum;
 }
 
