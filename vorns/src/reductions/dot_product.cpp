@@ -4,11 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
-#include <utility>
 
 #include "frame/checks.h"
 #include "frame/scale.h"
 #include "reductions/scaled_result.h"
+#include "reductions/sixteen.h"
 #include "simd/block.h"
 #include "simd/fold.h"
 #include "simd/simd.h"
@@ -17,53 +17,10 @@
 namespace vorn {
 namespace {
 
-// Sixteen numbers in vectors of the build's width, in the type of the sum.
-template <class Sum>
-struct Sixteen {
-    using V = Wide<Sum>;
-    static constexpr int parts = 16 / V::lanes;
-    V part[parts];
-
-    // Not a loop: the compiler would make a call of it, and keep the sums in memory.
-    static VORN_INLINE Sixteen zero() {
-        return []<int... k>(std::integer_sequence<int, k...>)->Sixteen {
-            return {{(static_cast<void>(k), splat<V>(0))...}};
-        }
-        (std::make_integer_sequence<int, parts>());
-    }
-    // Lane j takes j + 8, j + 4, j + 2, j + 1 in turn.
-    VORN_INLINE Sum folded() const { return sumOfLanes(joined<1>(0)); }
-
-private:
-    // The parts k, k + stride, ...; of them, each of the first half takes the one that lies half their number behind.
-    template <int stride>
-    VORN_INLINE V joined(int k) const {
-        if constexpr (stride == parts) {
-            return part[k];
-        } else {
-            return joined<2 * stride>(k) + joined<2 * stride>(k + stride);
-        }
-    }
-};
-
 // Four lanes each.
 struct Quarters {
     f32x4 sum[4];
 };
-
-template <class Sum, class Element>
-VORN_INLINE Sixteen<Sum> load16(const Element* src) {
-    using V = Wide<Sum>;
-    Sixteen<Sum> x;
-    for (int k = 0; k < Sixteen<Sum>::parts; ++k) {
-        if constexpr (std::is_same_v<Sum, Element>) {
-            x.part[k] = load<V>(src + k * V::lanes);
-        } else {
-            x.part[k] = loadWidened<V>(src + k * V::lanes);
-        }
-    }
-    return x;
-}
 
 VORN_INLINE f64xN toDoubleLow(f32xN x) { return widenLow(x); }
 VORN_INLINE f64xN toDoubleHigh(f32xN x) { return widenHigh(x); }
@@ -109,10 +66,6 @@ struct Complex {
     }
 };
 
-template <class Sum>
-VORN_INLINE void addProduct(Sixteen<Sum>& sum, const Sixteen<Sum>& a, const Sixteen<Sum>& b) {
-    for (int k = 0; k < Sixteen<Sum>::parts; ++k) sum.part[k] = sum.part[k] + a.part[k] * b.part[k];
-}
 template <class Sum>
 VORN_INLINE void addProduct(ComplexSixteen<Sum>& sum, const Sixteen<Sum>& a, const ComplexSixteen<Sum>& b) {
     addProduct(sum.re, a, b.re);

@@ -12,7 +12,7 @@
 #include "frame/rows.h"
 #include "linalg/svd/columns.h"
 #include "loops/stripes.h"
-#include "simd/fold.h"
+#include "reductions/sixteen.h"
 #include "simd/simd.h"
 
 namespace vorn::svd {
@@ -70,34 +70,18 @@ VORN_INLINE void addToColumnsAndSum(const Panel& x, Vorn64f* multiples, const Fa
         });
 }
 
-// The parts added in halves, until there is one.
-template <class V, int count>
-VORN_INLINE V inHalves(const Pack<V, count>& parts) {
-    if constexpr (count == 1) {
-        return parts.part[0];
-    } else {
-        return [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
-            return inHalves(Pack<V, count / 2>{{parts.part[i] + parts.part[i + count / 2]...}});
-        }
-        (std::make_integer_sequence<int, count / 2>());
-    }
-}
-
-// The sum of a[i] b[i] in sixteen lanes, element i in lane i mod 16, that fold in halves: the order of
-// vornsDotProd_64f, without its call for every row.
+// The sum of a[i] b[i] as vornsDotProd_64f gives it, without its call for every row.
 template <class V = f64xN>
 VORN_INLINE Vorn64f dotInLanes(const Vorn64f* a, const Vorn64f* b, std::ptrdiff_t len) {
-    constexpr int lanes = V::lanes, parts = 16 / lanes;
-    const VectorStripe<V, parts> sixteen(16 - lanes);
-    auto sum = sixteen.all(0.0);
+    auto sum = Sixteen<Vorn64f>::zero();
     std::ptrdiff_t i = 0;
-    for (; i + 16 <= len; i += 16) sum = sum + sixteen.load(a + i) * sixteen.load(b + i);
+    for (; i + 16 <= len; i += 16) addProduct(sum, load16<Vorn64f>(a + i), load16<Vorn64f>(b + i));
     // A lane without an element stays as it is.
     const auto addPart = [=](V & part, std::ptrdiff_t at) __attribute__((always_inline)) {
-        if (at + lanes <= len) {
+        if (at + V::lanes <= len) {
             part = part + load<V>(a + at) * load<V>(b + at);
         } else if (at < len) {
-            if constexpr (lanes == 2) {
+            if constexpr (V::lanes == 2) {
                 part = part + withFirst(splat<V>(0.0), a[at]) * withFirst(splat<V>(0.0), b[at]);
             } else {
                 part = part + loadFirst<V>(a + at, len - at) * loadFirst<V>(b + at, len - at);
@@ -105,10 +89,10 @@ VORN_INLINE Vorn64f dotInLanes(const Vorn64f* a, const Vorn64f* b, std::ptrdiff_
         }
     };
     [&]<int... part>(std::integer_sequence<int, part...>) __attribute__((always_inline)) {
-        (addPart(sum.part[part], i + part * lanes), ...);
+        (addPart(sum.part[part], i + part * V::lanes), ...);
     }
-    (std::make_integer_sequence<int, parts>());
-    return sumOfLanes(inHalves(sum));
+    (std::make_integer_sequence<int, Sixteen<Vorn64f>::parts>());
+    return sum.folded();
 }
 
 // The reflection that leaves of a vector its first element alone. The vector is scaled by the sum of its magnitudes, so
