@@ -32,7 +32,13 @@ void overPanels(std::ptrdiff_t width, const Use& use) {
 // squares at a time.
 constexpr std::ptrdiff_t exactRows = 1 << 15;
 struct ExactParts {
-    Vorn32s sum[mostPanelColumns] = {}, low[mostPanelColumns] = {}, high[mostPanelColumns] = {};
+    Vorn32s sum[mostPanelColumns], low[mostPanelColumns], high[mostPanelColumns];
+    void clear(std::ptrdiff_t columns, bool squares) {
+        std::fill_n(sum, columns, 0);
+        if (!squares) return;
+        std::fill_n(low, columns, 0);
+        std::fill_n(high, columns, 0);
+    }
 };
 
 template <class V>
@@ -144,6 +150,7 @@ std::ptrdiff_t addExactly(AnyRows<const Vorn16s> rows, std::ptrdiff_t begin, std
     while (begin < height) {
         const std::ptrdiff_t end = std::min(height, begin + exactRows);
         ExactParts parts;
+        parts.clear(std::max<std::ptrdiff_t>(columns, i16x8::lanes), squares);
         if (columns < i16x8::lanes) {
             addExactBlockOfNarrow<squares>(rows, begin, end, first, columns, parts);
         } else {

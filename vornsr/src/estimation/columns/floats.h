@@ -15,10 +15,9 @@ inline Vorn32f reciprocalInSingle(std::ptrdiff_t n) { return 1.0f / static_cast<
 
 inline Vorn32f minus(std::ptrdiff_t height) { return -static_cast<Vorn32f>(height); }
 
-// mean = (sum of x) perRow, the rows in pairs.
-template <class Source>
-void meanColumns(AnyRows<const Source> rows, std::ptrdiff_t height, Vorn32f perRow, Vorn32f* mean,
-                 std::ptrdiff_t width) {
+// mean = (sum of x) / h, the rows in pairs.
+inline void meanColumns(AnyRows<const Vorn32f> rows, std::ptrdiff_t height, Vorn32f* mean, std::ptrdiff_t width) {
+    const Vorn32f perRow = reciprocalByDouble(height);
     sumRows<InPairs>(rows, height, width, NoWeights(), {mean});
     for (std::ptrdiff_t j = 0; j < width; ++j) mean[j] *= perRow;
 }

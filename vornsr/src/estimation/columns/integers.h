@@ -16,7 +16,34 @@ namespace vorn::columns {
 // A sum of squares up to here is exact as a double.
 constexpr std::int64_t exactInDouble = std::int64_t{1} << 53;
 
-// ---- Results of 16 bits, truncated.
+// ---- Results of 16 bits, from sums in single.
+
+// The very sums of singles that take the rows in pairs, as integers while no single would be rounded, for any order.
+inline void sumInPairs(AnyRows<const Vorn16s> rows, std::ptrdiff_t height, Vorn32f* sum, std::ptrdiff_t width) {
+    constexpr std::ptrdiff_t blockRows = 256;
+    constexpr std::int64_t room = (std::int64_t{1} << 24) - blockRows * 32768;
+    overPanels(width, [&](std::ptrdiff_t first, std::ptrdiff_t columns) {
+        std::int64_t whole[mostPanelColumns] = {};
+        const auto haveRoom = [&] {
+            return std::all_of(whole, whole + columns, [](std::int64_t x) { return x <= room && x >= -room; });
+        };
+        std::ptrdiff_t done = 0;
+        while (columns >= i16x8::lanes && done < height && haveRoom()) {
+            const std::ptrdiff_t end = std::min(height, done + blockRows);
+            done = addExactly<false>(rows, done, end, first, columns, whole);
+        }
+        for (std::ptrdiff_t j = 0; j < columns; ++j) sum[first + j] = static_cast<Vorn32f>(whole[j]);
+        if (done < height) addRows<InPairs>(rows.from(done), height - done, first, columns, NoWeights(), {sum + first});
+    });
+}
+inline void roundedMeanColumns(AnyRows<const Vorn16s> rows, std::ptrdiff_t height, Vorn32f* mean,
+                               std::ptrdiff_t width) {
+    const Vorn32f perRow = reciprocalInSingle(height);
+    sumInPairs(rows, height, mean, width);
+    for (std::ptrdiff_t j = 0; j < width; ++j) mean[j] *= perRow;
+}
+
+// ---- Results of 16 bits, from sums in integers: truncated.
 
 // Truncated, shifted (by a count modulo 64) and saturated.
 inline Vorn16s truncatedAndShifted(Vorn32f var, int scaleFactor) {

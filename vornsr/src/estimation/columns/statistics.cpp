@@ -17,13 +17,13 @@ using namespace vorn;
 
 VORN_KERNEL void vornsMeanCol_32f_D2_M7(const Vorn32f* src, std::int64_t height, std::int64_t srcStep, Vorn32f* dstMean,
                                         std::int64_t width) {
-    columns::meanColumns(AnyRows(Rows(src, srcStep)), height, columns::reciprocalByDouble(height), dstMean, width);
+    columns::meanColumns(Rows(src, srcStep), height, dstMean, width);
 }
 VORN_KERNEL_ALIAS(vornsMeanCol_32f_D2_M7_Al, vornsMeanCol_32f_D2_M7);
 
 VORN_KERNEL void vornsGaussBuildMeanVector_D2L_M7_Al(const Vorn32f* const* src, std::int64_t height, Vorn32f* dstMean,
                                                      std::int64_t width) {
-    columns::meanColumns(AnyRows(Rows(src)), height, columns::reciprocalByDouble(height), dstMean, width);
+    columns::meanColumns(Rows(src), height, dstMean, width);
 }
 
 VORN_KERNEL void vornsGaussBuildDiagCovVector_D2_M7(const Vorn32f* src, std::int64_t height, std::int64_t srcStep,
@@ -109,13 +109,13 @@ VornStatus vornsMeanVarColumn_32f_D2L(const Vorn32f* const* src, int height, Vor
 
 VORN_KERNEL void vornsMeanColumn_16s_D2_M7(const Vorn16s* src, std::int64_t height, std::int64_t srcStep, Vorn32f* mean,
                                            std::int64_t width) {
-    columns::meanColumns(AnyRows(Rows(src, srcStep)), height, columns::reciprocalInSingle(height), mean, width);
+    columns::roundedMeanColumns(Rows(src, srcStep), height, mean, width);
 }
 VORN_KERNEL_ALIAS(vornsMeanColumn_16s_D2_M7_Al, vornsMeanColumn_16s_D2_M7);
 
 VORN_KERNEL void vornsMeanColumn_16s_D2L_M7_Al(const Vorn16s* const* src, std::int64_t height, Vorn32f* mean,
                                                std::int64_t width) {
-    columns::meanColumns(AnyRows(Rows(src)), height, columns::reciprocalInSingle(height), mean, width);
+    columns::roundedMeanColumns(Rows(src), height, mean, width);
 }
 
 VORN_KERNEL void vornsVarColumn_16s_D2_M7(const Vorn16s* src, std::int64_t height, std::int64_t srcStep,

@@ -186,7 +186,9 @@ public:
 
     // From this column of the rows on.
     Walk(AnyRows<const Source> rows, std::ptrdiff_t first, std::ptrdiff_t width, WeightsOf weights, T* const* sums)
-        : rows_(rows), first_(first), width_(width), weights_(weights), sums_(sums) {}
+        : rows_(rows), first_(first), width_(width), weights_(weights) {
+        std::copy_n(sums, count, sums_);
+    }
 
     void add(std::ptrdiff_t height) const {
         // So few vectors stay in registers over the whole height.
@@ -212,14 +214,14 @@ private:
         Lanes sum[count];
     };
     template <class Lanes>
-    VORN_INLINE Sums<Lanes> loadSums(std::ptrdiff_t column) const {
+    static VORN_INLINE Sums<Lanes> loadSums(T* const (&sums)[count], std::ptrdiff_t column) {
         Sums<Lanes> s;
-        for (int i = 0; i < count; ++i) s.sum[i] = loadAs<Lanes>(sums_[i] + column);
+        for (int i = 0; i < count; ++i) s.sum[i] = loadAs<Lanes>(sums[i] + column);
         return s;
     }
     template <class Lanes>
-    VORN_INLINE void storeSums(std::ptrdiff_t column, const Sums<Lanes>& s) const {
-        for (int i = 0; i < count; ++i) storeAs(sums_[i] + column, s.sum[i]);
+    static VORN_INLINE void storeSums(T* const (&sums)[count], std::ptrdiff_t column, const Sums<Lanes>& s) {
+        for (int i = 0; i < count; ++i) storeAs(sums[i] + column, s.sum[i]);
     }
     template <class Lanes, class Weight>
     static VORN_INLINE void plusRow(Sums<Lanes>& s, Lanes x, Weight w) {
@@ -236,7 +238,7 @@ private:
     VORN_INLINE void addToGroup(InGroup group, std::ptrdiff_t height) const {
         using Lanes = typename InGroup::V;
         Sums<Lanes> sums[InGroup::count];
-        for (int k = 0; k < InGroup::count; ++k) sums[k] = loadSums<Lanes>(group.at(k));
+        for (int k = 0; k < InGroup::count; ++k) sums[k] = loadSums<Lanes>(sums_, group.at(k));
         std::ptrdiff_t row = 0;
         for (; row + 2 <= height; row += 2) {
             const Source *x = rows_[row] + first_, *next = rows_[row + 1] + first_;
@@ -250,22 +252,25 @@ private:
             const auto w = weights_.template of<Lanes>(row);
             for (int k = 0; k < InGroup::count; ++k) plusRow(sums[k], loadAs<Lanes>(x + group.at(k)), w);
         }
-        for (int k = 0; k < InGroup::count; ++k) storeSums(group.at(k), sums[k]);
+        for (int k = 0; k < InGroup::count; ++k) storeSums(sums_, group.at(k), sums[k]);
     }
 
     template <int rows, bool fetches>
     VORN_INLINE void addAcross(std::ptrdiff_t row) const {
         const Source* x[rows];
-        for (int r = 0; r < rows; ++r) x[r] = keepApart(rows_[row + r] + first_);
+        decltype(weights_.template of<V>(row)) w[rows];
+        for (int r = 0; r < rows; ++r) {
+            x[r] = keepApart(rows_[row + r] + first_);
+            w[r] = weights_.template of<V>(row + r);
+        }
+        T* into[count];  // for all that the compiler knows, a store to the sums could change what stands in memory
+        for (int i = 0; i < count; ++i) into[i] = sums_[i];
         const auto sumsAt = [&](std::ptrdiff_t column) __attribute__((always_inline)) {
-            Sums<V> s = loadSums<V>(column);
+            Sums<V> s = loadSums<V>(into, column);
             for (int r = 0; r + 2 <= rows; r += 2) {
-                plusTwo(s, loadAs<V>(x[r] + column), weights_.template of<V>(row + r), loadAs<V>(x[r + 1] + column),
-                        weights_.template of<V>(row + r + 1));
+                plusTwo(s, loadAs<V>(x[r] + column), w[r], loadAs<V>(x[r + 1] + column), w[r + 1]);
             }
-            if constexpr (rows % 2 != 0) {
-                plusRow(s, loadAs<V>(x[rows - 1] + column), weights_.template of<V>(row + rows - 1));
-            }
+            if constexpr (rows % 2 != 0) plusRow(s, loadAs<V>(x[rows - 1] + column), w[rows - 1]);
             return s;
         };
         // The last vector may begin early: it is computed before its columns are stored.
@@ -274,15 +279,15 @@ private:
         [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[rows > 1 ? 1 : 0], rows);
         for (std::ptrdiff_t column = 0; column < end; column += lanesOf<V>()) {
             if constexpr (fetches) fetchRows(x, column, ahead);
-            storeSums(column, sumsAt(column));
+            storeSums(into, column, sumsAt(column));
         }
-        storeSums(end, last);
+        storeSums(into, end, last);
     }
 
     AnyRows<const Source> rows_;
     std::ptrdiff_t first_, width_;
     WeightsOf weights_;
-    T* const* sums_;
+    T* sums_[count];
 };
 
 // sums[i][j] += what the term i makes of the column first + j of each row.
