@@ -13,7 +13,13 @@ namespace vorn::columns {
 inline Vorn32f reciprocalByDouble(std::ptrdiff_t n) { return static_cast<Vorn32f>(1.0 / static_cast<double>(n)); }
 inline Vorn32f reciprocalInSingle(std::ptrdiff_t n) { return 1.0f / static_cast<Vorn32f>(n); }
 
-inline Vorn32f minus(std::ptrdiff_t height) { return -static_cast<Vorn32f>(height); }
+// -h, of which the compiler does not know that it is one: it would subtract h times a square instead, which is the same
+// to nearest alone.
+inline Vorn32f minus(std::ptrdiff_t height) {
+    Vorn32f value = -static_cast<Vorn32f>(height);
+    asm("" : "+x"(value));
+    return value;
+}
 
 // mean = (sum of x) / h, the rows in pairs.
 inline void meanColumns(AnyRows<const Vorn32f> rows, std::ptrdiff_t height, Vorn32f* mean, std::ptrdiff_t width) {
