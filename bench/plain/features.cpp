@@ -7,38 +7,6 @@
 
 namespace plain {
 
-// Row by row into the results: unit stride, and as many independent sums as there are columns.
-void meanVarColumn(const float* src, int height, int step, float* __restrict mean, float* __restrict var, int width) {
-    std::fill_n(mean, width, 0.0f);
-    std::fill_n(var, width, 0.0f);
-    for (int i = 0; i < height; ++i) {
-        const float* x = src + static_cast<std::ptrdiff_t>(i) * step;
-        for (int j = 0; j < width; ++j) {
-            mean[j] += x[j];
-            var[j] += x[j] * x[j];
-        }
-    }
-    const float r = 1.0f / static_cast<float>(height), s = 1.0f / static_cast<float>(height - 1);
-    for (int j = 0; j < width; ++j) {
-        mean[j] *= r;
-        var[j] = (var[j] - static_cast<float>(height) * mean[j] * mean[j]) * s;
-    }
-}
-
-void weightedMeanVarColumn(const float* src, int step, const float* weight, int height, float* __restrict mean,
-                           float* __restrict var, int width) {
-    std::fill_n(mean, width, 0.0f);
-    std::fill_n(var, width, 0.0f);
-    for (int i = 0; i < height; ++i) {
-        const float* x = src + static_cast<std::ptrdiff_t>(i) * step;
-        for (int j = 0; j < width; ++j) {
-            mean[j] += weight[i] * x[j];
-            var[j] += weight[i] * (x[j] * x[j]);
-        }
-    }
-    for (int j = 0; j < width; ++j) var[j] -= mean[j] * mean[j];
-}
-
 void compensateOffset(const float* src, float* dst, int len, float* srcLast, float dstLast, float val) {
     float before = *srcLast, y = dstLast;
     for (int n = 0; n < len; ++n) {

@@ -4,9 +4,6 @@
 #include <cstdint>
 
 namespace plain {
-void meanVarColumn(const float* src, int height, int step, float* mean, float* var, int width);
-void weightedMeanVarColumn(const float* src, int step, const float* weight, int height, float* mean, float* var,
-                           int width);
 void compensateOffset(const float* src, float* dst, int len, float* srcLast, float dstLast, float val);
 void compensateOffset(const std::int16_t* src, std::int16_t* dst, int len, std::int16_t* srcLast, std::int16_t dstLast,
                       float val);
