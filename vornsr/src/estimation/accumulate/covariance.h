@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 
 #include "frame/rounding.h"
 #include "frame/rows.h"
@@ -36,16 +37,14 @@ VORN_INLINE void overColumns(std::ptrdiff_t n, const Whole& whole, const Single&
 }
 
 // Whose terms are added, and how a sum meets the matrix:
-//   rows, vectors       a tile: so many rows of the matrix by so many registers of doubles
-//   Left, Mean, Right   what is kept of a number x[i], of mean[j] and of a deviation d
+//   beginsAtZero             a sum begins at zero and is added to the matrix times val; else it begins at the matrix
+//   Left, Mean, Right        what is kept of a number x[i], of mean[j] and of a deviation d
 //   fillLeft, fillMeans, fillRight   make n of them
-//   Columns             the means of a tile's columns in registers; Deviations: one frame's d in them
-//   term(x, columns, deviations, t)  the terms of one row of a tile
-//   begins              sums begin at zero and are added to the matrix times val; else they begin at the matrix
+//   Columns                  the means of a register of columns
+//   term(x, columns, d)      the terms of one row and these columns; d has their deviations
 
 // In double throughout; a sum is complete before val meets it.
 struct WholeSums {
-    static constexpr int rows = 8, vectors = 1;
     static constexpr bool beginsAtZero = true;
     using Left = Vorn64f;
     using Mean = Vorn64f;
@@ -56,12 +55,8 @@ struct WholeSums {
         f64xN mean;
         VORN_INLINE explicit Columns(const Mean* p) : mean(load<f64xN>(p)) {}
     };
-    struct Deviations {
-        f64xN d;
-        VORN_INLINE explicit Deviations(const Right* p) : d(load<f64xN>(p)) {}
-    };
-    VORN_INLINE void term(Left x, const Columns& columns, const Deviations& deviations, f64xN (&t)[vectors]) const {
-        t[0] = (splat<f64xN>(x) - columns.mean) * deviations.d;
+    VORN_INLINE f64xN term(Left x, const Columns& columns, f64xN d) const {
+        return (splat<f64xN>(x) - columns.mean) * d;
     }
 
     template <class Source>
@@ -85,102 +80,84 @@ struct WholeSums {
     }
 };
 
-// Frame by frame, each times val: differences in single, the product and all behind it in double. The product of two
-// singles is exact in a double. So is a single times val where val is a single as well: then val may meet the deviation
-// first, and the bits are the same.
-template <bool valComesFirst>
-struct SingleDifferences {
-    static constexpr int rows = 4, vectors = 2;
+// How differences are taken frame by frame: of numbers widened by `widened`, as e times 1/scale in doubles, the lower
+// half of a register's lanes.
+
+// Rounded to single.
+struct SingleDifference {
+    using Source = Vorn32f;
+    using Kept = Vorn32f;
+    using V = f32xN;
+    static constexpr Vorn64f scale = 1.0;
+    VORN_INLINE static V load(const Source* p) { return vorn::load<V>(p); }
+    VORN_INLINE static Kept kept(Source x) { return x; }
+    VORN_INLINE static V difference(V x, V mean) { return x - mean; }
+    VORN_INLINE static f64xN low(V difference) { return widenLow(difference); }
+    VORN_INLINE static f64xN high(V difference) { return widenHigh(difference); }
+};
+
+// Saturated at 16 bits: numbers stand in the upper halves of 32-bit lanes, over zeros.
+struct SaturatedDifference {
+    using Source = Vorn16s;
+    using Kept = Vorn32s;
+    using V = i32xN;
+    static constexpr Vorn64f scale = 0x1p-16;
+    VORN_INLINE static V load(const Source* p) { return shiftLeft<16>(loadWidened<V>(p)); }
+    VORN_INLINE static Kept kept(Source x) { return x * 65536; }
+    VORN_INLINE static V difference(V x, V mean) { return intsOf(subSat(shortsOf(x), shortsOf(mean))); }
+    VORN_INLINE static f64xN low(V difference) { return toDoubleLow(difference); }
+    VORN_INLINE static f64xN high(V difference) { return toDoubleHigh(difference); }
+};
+
+// Frame by frame, each times val. The product of two such differences is exact in a double. So is one of them times a
+// val that is a single: then val may meet the deviation first, once for all rows, and the bits are the same.
+template <class Difference, bool valComesFirst>
+struct TermsOfFrames {
     static constexpr bool beginsAtZero = false;
-    using Left = Vorn32f;
-    using Mean = Vorn32f;
+    using V = typename Difference::V;
+    using Source = typename Difference::Source;
+    using Left = typename Difference::Kept;
+    using Mean = typename Difference::Kept;
     using Right = Vorn64f;
     Vorn64f val;
 
     struct Columns {
-        f32xN mean;
-        VORN_INLINE explicit Columns(const Mean* p) : mean(load<f32xN>(p)) {}
+        V mean;
+        VORN_INLINE explicit Columns(const Mean* p) : mean(load<V>(p)) {}
     };
-    struct Deviations {
-        f64xN low, high;
-        VORN_INLINE explicit Deviations(const Right* p) : low(load<f64xN>(p)), high(load<f64xN>(p + doublesAtOnce)) {}
-    };
-    VORN_INLINE void term(Left x, const Columns& columns, const Deviations& deviations, f64xN (&t)[vectors]) const {
-        const f32xN e = splat<f32xN>(x) - columns.mean;
-        t[0] = widenLow(e) * deviations.low;
-        t[1] = widenHigh(e) * deviations.high;
-        if constexpr (!valComesFirst) {
-            t[0] = splat<f64xN>(val) * t[0];
-            t[1] = splat<f64xN>(val) * t[1];
-        }
+    VORN_INLINE f64xN term(Left x, const Columns& columns, f64xN d) const {
+        const f64xN product = Difference::low(Difference::difference(splat<V>(x), columns.mean)) * d;
+        return valComesFirst ? product : splat<f64xN>(val) * product;
     }
 
-    VORN_INLINE static void fillLeft(const Vorn32f* x, std::ptrdiff_t n, Left* left) { std::copy_n(x, n, left); }
-    VORN_INLINE static void fillMeans(const Vorn32f* mean, std::ptrdiff_t n, Mean* means) {
-        std::copy_n(mean, n, means);
+    VORN_INLINE static void fillLeft(const Source* x, std::ptrdiff_t n, Left* left) {
+        overColumns<V::lanes>(
+            n, [=](std::ptrdiff_t k) __attribute__((always_inline)) { store(left + k, Difference::load(x + k)); },
+            [=](std::ptrdiff_t k) __attribute__((always_inline)) { left[k] = Difference::kept(x[k]); });
     }
-    VORN_INLINE void fillRight(const Vorn32f* x, const Mean* means, std::ptrdiff_t n, Right* right) const {
-        const Vorn64f factor = valComesFirst ? val : 1.0;
-        overColumns<f32xN::lanes>(
+    VORN_INLINE static void fillMeans(const Source* mean, std::ptrdiff_t n, Mean* means) { fillLeft(mean, n, means); }
+    VORN_INLINE void fillRight(const Source* x, const Mean* means, std::ptrdiff_t n, Right* right) const {
+        // Both scales, as both differences are scaled.
+        constexpr Vorn64f scale = Difference::scale * Difference::scale;
+        const f64xN factor = splat<f64xN>(valComesFirst ? scale * val : scale);
+        overColumns<V::lanes>(
             n,
             [=](std::ptrdiff_t k) __attribute__((always_inline)) {
-                const f32xN d = load<f32xN>(x + k) - load<f32xN>(means + k);
-                store(right + k, splat<f64xN>(factor) * widenLow(d));
-                store(right + k + doublesAtOnce, splat<f64xN>(factor) * widenHigh(d));
+                const V d = Difference::difference(Difference::load(x + k), load<V>(means + k));
+                store(right + k, factor * Difference::low(d));
+                store(right + k + doublesAtOnce, factor * Difference::high(d));
             },
             [=](std::ptrdiff_t k) __attribute__((always_inline)) {
-                const Vorn32f d = x[k] - means[k];
-                right[k] = factor * static_cast<Vorn64f>(d);
+                const V d = Difference::difference(splat<V>(Difference::kept(x[k])), splat<V>(means[k]));
+                Vorn64f lanes[doublesAtOnce];
+                store(lanes, factor * Difference::low(d));
+                right[k] = lanes[0];
             });
     }
 };
 
-// Frame by frame, each times val: differences saturate at 16 bits, the product is exact. In 32-bit lanes: the lower 16
-// bits hold a number, and the upper ones a deviation's zeros, which take the other factor's out of the product.
-struct SaturatedDifferences {
-    static constexpr int rows = 4, vectors = 2;
-    static constexpr bool beginsAtZero = false;
-    using Left = Vorn32s;
-    using Mean = Vorn32s;
-    using Right = Vorn32s;
-    Vorn64f val;
-
-    struct Columns {
-        i16xN mean;
-        VORN_INLINE explicit Columns(const Mean* p) : mean(shortsOf(load<i32xN>(p))) {}
-    };
-    using Deviations = Columns;
-    VORN_INLINE void term(Left x, const Columns& columns, const Deviations& deviations, f64xN (&t)[vectors]) const {
-        const i16xN e = subSat(shortsOf(splat<i32xN>(x)), columns.mean);
-        const i32xN product = mulAddPairs(e, deviations.mean);
-        t[0] = splat<f64xN>(val) * toDoubleLow(product);
-        t[1] = splat<f64xN>(val) * toDoubleHigh(product);
-    }
-
-    static constexpr Vorn32s lower = 0xFFFF;
-    VORN_INLINE static void fillLeft(const Vorn16s* x, std::ptrdiff_t n, Left* left) {
-        overColumns<i32xN::lanes>(
-            n,
-            [=](std::ptrdiff_t k)
-                __attribute__((always_inline)) { store(left + k, loadWidened<i32xN>(x + k) & splat<i32xN>(lower)); },
-            [=](std::ptrdiff_t k) __attribute__((always_inline)) { left[k] = x[k] & lower; });
-    }
-    VORN_INLINE static void fillMeans(const Vorn16s* mean, std::ptrdiff_t n, Mean* means) { fillLeft(mean, n, means); }
-    VORN_INLINE static void fillRight(const Vorn16s* x, const Mean* means, std::ptrdiff_t n, Right* right) {
-        overColumns<i32xN::lanes>(
-            n,
-            [=](std::ptrdiff_t k) __attribute__((always_inline)) {
-                const i32xN values = loadWidened<i32xN>(x + k) & splat<i32xN>(lower);
-                store(right + k, intsOf(subSat(shortsOf(values), shortsOf(load<i32xN>(means + k)))));
-            },
-            [=](std::ptrdiff_t k) __attribute__((always_inline)) {
-                right[k] = std::clamp(x[k] - static_cast<Vorn16s>(means[k]), -32768, 32767) & lower;
-            });
-    }
-};
-
-template <class Terms>
-constexpr int tileColumns = Terms::vectors* doublesAtOnce;
+// A tile: so many rows of the matrix by one register of doubles.
+constexpr int tileRows = 8;
 
 // What a call keeps on its stack.
 template <class Terms>
@@ -188,7 +165,7 @@ struct alignas(64) CovarianceRoom {
     Vorn64f sums[blockColumns][blockColumns];
     typename Terms::Left left[blockFrames][blockColumns];
     typename Terms::Right right[blockFrames][blockColumns];
-    typename Terms::Mean means[blockColumns];
+    typename Terms::Mean means[blockColumns + f32xN::lanes];  // whole registers, of which a tile may use a part
 };
 
 constexpr std::ptrdiff_t upTo(std::ptrdiff_t n, std::ptrdiff_t multiple) {
@@ -199,35 +176,24 @@ constexpr std::ptrdiff_t upTo(std::ptrdiff_t n, std::ptrdiff_t multiple) {
 template <class Terms, bool fromZero>
 VORN_INLINE void addTile(const Terms& terms, CovarianceRoom<Terms>& room, int frames, std::ptrdiff_t i,
                          std::ptrdiff_t j) {
-    constexpr int rows = Terms::rows, vectors = Terms::vectors;
     const typename Terms::Columns columns(room.means + j);
-    f64xN sum[rows][vectors];
-    for (int r = 0; r < rows; ++r) {
-        for (int v = 0; v < vectors; ++v) {
-            sum[r][v] = fromZero ? splat<f64xN>(0) : load<f64xN>(room.sums[i + r] + j + v * doublesAtOnce);
-        }
-    }
+    f64xN sum[tileRows];
+    for (int r = 0; r < tileRows; ++r) sum[r] = fromZero ? splat<f64xN>(0) : load<f64xN>(room.sums[i + r] + j);
     for (int f = 0; f < frames; ++f) {
-        const typename Terms::Deviations deviations(room.right[f] + j);
+        const f64xN d = load<f64xN>(room.right[f] + j);
         const typename Terms::Left* x = room.left[f] + i;
-        for (int r = 0; r < rows; ++r) {
-            f64xN t[vectors];
-            terms.term(x[r], columns, deviations, t);
-            for (int v = 0; v < vectors; ++v) sum[r][v] = sum[r][v] + t[v];
-        }
+        for (int r = 0; r < tileRows; ++r) sum[r] = sum[r] + terms.term(x[r], columns, d);
     }
-    for (int r = 0; r < rows; ++r) {
-        for (int v = 0; v < vectors; ++v) store(room.sums[i + r] + j + v * doublesAtOnce, sum[r][v]);
-    }
+    for (int r = 0; r < tileRows; ++r) store(room.sums[i + r] + j, sum[r]);
 }
 
 // ni rows and nj columns; of a block on the diagonal the tiles that reach above it.
 template <class Terms, bool fromZero>
 VORN_NOINLINE void addFrames(const Terms& terms, CovarianceRoom<Terms>& room, int frames, std::ptrdiff_t ni,
                              std::ptrdiff_t nj, bool onDiagonal) {
-    for (std::ptrdiff_t j = 0; j < nj; j += tileColumns<Terms>) {
-        const std::ptrdiff_t end = onDiagonal ? std::min(ni, j + tileColumns<Terms>) : ni;
-        for (std::ptrdiff_t i = 0; i < end; i += Terms::rows) addTile<Terms, fromZero>(terms, room, frames, i, j);
+    for (std::ptrdiff_t j = 0; j < nj; j += doublesAtOnce) {
+        const std::ptrdiff_t end = onDiagonal ? std::min<std::ptrdiff_t>(ni, j + doublesAtOnce) : ni;
+        for (std::ptrdiff_t i = 0; i < end; i += tileRows) addTile<Terms, fromZero>(terms, room, frames, i, j);
     }
 }
 
@@ -239,8 +205,8 @@ VORN_INLINE void addBlock(const Terms& terms, CovarianceRoom<Terms>& room, AnyRo
     const std::ptrdiff_t ni = std::min<std::ptrdiff_t>(blockColumns, width - i0);
     const std::ptrdiff_t nj = std::min<std::ptrdiff_t>(blockColumns, width - j0);
     // What fills up the last tiles is computed as well, and dropped.
-    const std::ptrdiff_t niTiles = upTo(ni, Terms::rows), njTiles = upTo(nj, tileColumns<Terms>);
-    std::fill(room.means + nj, room.means + njTiles, 0);
+    const std::ptrdiff_t niTiles = upTo(ni, tileRows), njTiles = upTo(nj, doublesAtOnce);
+    std::fill(room.means + nj, std::end(room.means), 0);
     Terms::fillMeans(mean + j0, nj, room.means);
     for (std::ptrdiff_t f = 0; f < std::min<std::ptrdiff_t>(blockFrames, height); ++f) {
         std::fill(room.left[f] + ni, room.left[f] + niTiles, 0);
@@ -363,21 +329,26 @@ void addCovariance(AnyRows<const Source> src, std::ptrdiff_t height, const Sourc
     mirror(dst, width);
 }
 
+template <class Difference, class Source, class End>
+void addFrameByFrame(AnyRows<const Source> src, std::ptrdiff_t height, const Source* mean, AnyRows<Vorn64f> dst,
+                     std::ptrdiff_t width, Vorn64f val, const End& end) {
+    if (static_cast<Vorn64f>(static_cast<Vorn32f>(val)) == val) {
+        addTriangle(TermsOfFrames<Difference, true>{val}, src, height, mean, dst, width, end);
+    } else {
+        addTriangle(TermsOfFrames<Difference, false>{val}, src, height, mean, dst, width, end);
+    }
+}
+
 inline void addCovarianceByFrame(AnyRows<const Vorn32f> src, std::ptrdiff_t height, const Vorn32f* mean,
                                  AnyRows<Vorn64f> dst, std::ptrdiff_t width, Vorn64f val) {
-    const auto end = [=](std::ptrdiff_t) { return width; };
-    if (static_cast<Vorn64f>(static_cast<Vorn32f>(val)) == val) {
-        addTriangle(SingleDifferences<true>{val}, src, height, mean, dst, width, end);
-    } else {
-        addTriangle(SingleDifferences<false>{val}, src, height, mean, dst, width, end);
-    }
+    addFrameByFrame<SingleDifference>(src, height, mean, dst, width, val, [=](std::ptrdiff_t) { return width; });
     mirror(dst, width);
 }
 
 inline void addCovarianceByFrame(AnyRows<const Vorn16s> src, std::ptrdiff_t height, const Vorn16s* mean,
                                  AnyRows<Vorn64f> dst, std::ptrdiff_t width, Vorn64f val) {
-    addTriangle(SaturatedDifferences{val}, src, height, mean, dst, width,
-                [=](std::ptrdiff_t i) { return groupsEnd(i, width); });
+    addFrameByFrame<SaturatedDifference>(src, height, mean, dst, width, val,
+                                         [=](std::ptrdiff_t i) { return groupsEnd(i, width); });
     addBehindGroups(src, height, mean, dst, width, val);
     mirror(dst, width);
 }
