@@ -304,15 +304,18 @@ VORN_NOINLINE inline void addBehindGroups(AnyRows<const Vorn16s> src, std::ptrdi
         for (std::ptrdiff_t frame = 0; frame < height; frame += blockFrames) {
             const int frames = static_cast<int>(std::min<std::ptrdiff_t>(blockFrames, height - frame));
             for (int f = 0; f < frames; ++f) WholeSums::fillLeft(src[frame + f] + i0, ni, left[f]);
+            const f64xN factor = splat<f64xN>(val);
             for (std::ptrdiff_t j = first; j < width; ++j) {
                 const Vorn64f m = mean[j];
-                for (int f = 0; f < frames; ++f) {
-                    const f64xN d = splat<f64xN>(src[frame + f][j] - m), factor = splat<f64xN>(val);
-                    for (std::ptrdiff_t k = 0; k < padded; k += doublesAtOnce) {
-                        Vorn64f* sum = sums[j - first] + k;
+                Vorn64f d[blockFrames];
+                for (int f = 0; f < frames; ++f) d[f] = src[frame + f][j] - m;
+                for (std::ptrdiff_t k = 0; k < padded; k += doublesAtOnce) {
+                    f64xN sum = load<f64xN>(sums[j - first] + k);
+                    for (int f = 0; f < frames; ++f) {
                         const f64xN e = load<f64xN>(left[f] + k) - splat<f64xN>(m);
-                        store(sum, load<f64xN>(sum) + factor * (e * d));
+                        sum = sum + factor * (e * splat<f64xN>(d[f]));
                     }
+                    store(sums[j - first] + k, sum);
                 }
             }
         }

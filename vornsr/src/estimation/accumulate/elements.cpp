@@ -4,7 +4,6 @@
 #include "frame/align.h"
 #include "frame/checks.h"
 #include "frame/kernel.h"
-#include "frame/scale.h"
 #include "vornsr/estimation.h"
 
 using namespace vorn;
@@ -29,20 +28,13 @@ VORN_KERNEL_ALIAS(vornsNewVar_32f_M7_Al, vornsNewVar_32f_M7);
 
 VORN_KERNEL void vornsNewVar_32f_I_M7(const Vorn32f* srcMean, Vorn32f* srcDstVar, std::int64_t len, Vorn32f val1,
                                       Vorn32f val2) {
-    vornsNewVar_32f_M7(srcMean, srcDstVar, srcDstVar, len, val1, val2);
+    accumulate::variances(accumulate::SingleVariance(val1, val2), srcMean, srcDstVar, srcDstVar, len);
 }
 VORN_KERNEL_ALIAS(vornsNewVar_32f_I_M7_Al, vornsNewVar_32f_I_M7);
 
-// Runs that stay in the first-level cache until they are converted.
 VORN_KERNEL void vornsNewVar_32s_Sfs_M7_Al(const Vorn32s* srcMean, const Vorn32s* srcSumSq, Vorn32s* dstVar,
                                            std::int64_t len, int scaleFactor, Vorn32f val1, Vorn32f val2) {
-    constexpr std::int64_t run = 2048;
-    for (std::int64_t i = 0; i < len; i += run) {
-        const std::int64_t n = std::min(run, len - i);
-        auto* singles = reinterpret_cast<Vorn32f*>(dstVar + i);
-        accumulate::variances(accumulate::VarianceOfIntegers(val1, val2), srcMean + i, srcSumSq + i, singles, n);
-        convert(singles, dstVar + i, n, vornRndNear, scaleFactor);
-    }
+    accumulate::roundedVariances(srcMean, srcSumSq, dstVar, len, scaleFactor, val1, val2);
 }
 
 VORN_KERNEL void vornsNewVar_32s_ISfs_M7_Al(const Vorn32s* srcMean, Vorn32s* srcDstVar, std::int64_t len,
@@ -90,8 +82,7 @@ VornStatus vornsNewVar_32s_Sfs(const Vorn32s* srcMean, const Vorn32s* srcSumSq, 
     if (isAligned(srcMean, 16) && isAligned(srcSumSq, 16)) {
         vornsNewVar_32s_Sfs_M7_Al(srcMean, srcSumSq, dstVar, len, scaleFactor, val1, val2);
     } else {
-        accumulate::variances(accumulate::TruncatedVariance(val1, val2, GetScale_32s32f(scaleFactor)), srcMean,
-                              srcSumSq, dstVar, len);
+        accumulate::variances(accumulate::TruncatedVariance(val1, val2, scaleFactor), srcMean, srcSumSq, dstVar, len);
     }
     return vornStsNoErr;
 }

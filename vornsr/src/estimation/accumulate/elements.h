@@ -2,8 +2,10 @@
 #pragma once
 
 #include <algorithm>
+#include <climits>
 #include <cstdint>
 
+#include "frame/scale.h"
 #include "loops/elementwise.h"
 #include "loops/operands.h"
 #include "move/convert_kernels.h"
@@ -83,20 +85,60 @@ struct VarianceOfIntegers : SingleVariance {
     }
 };
 
-// The same times a power of two, truncated. What no 32-bit integer holds becomes the smallest, above the largest too: a
-// limit of 2147483648.0 would not change that.
-struct TruncatedVariance : VarianceOfIntegers {
+// The same times a power of two, as integers.
+struct ScaledVariance : VarianceOfIntegers {
     f32xN scale;
-    VORN_INLINE TruncatedVariance(Vorn32f v1, Vorn32f v2, Vorn32f factor)
-        : VarianceOfIntegers(v1, v2), scale(splat<f32xN>(factor)) {}
-    VORN_INLINE i32xN operator()(i32xN mean, i32xN sumSq) const {
-        return truncToInt(VarianceOfIntegers::operator()(mean, sumSq) * scale);
+    VORN_INLINE ScaledVariance(Vorn32f v1, Vorn32f v2, int scaleFactor)
+        : VarianceOfIntegers(v1, v2), scale(splat<f32xN>(GetScale_32s32f(scaleFactor))) {}
+    VORN_INLINE f32xN scaled(i32xN mean, i32xN sumSq) const {
+        return VarianceOfIntegers::operator()(mean, sumSq) * scale;
     }
 };
 
+// Truncated. What no 32-bit integer holds becomes the smallest, above the largest too: a limit of 2147483648.0 would
+// not change that.
+struct TruncatedVariance : ScaledVariance {
+    using ScaledVariance::ScaledVariance;
+    VORN_INLINE i32xN operator()(i32xN mean, i32xN sumSq) const { return truncToInt(scaled(mean, sumSq)); }
+};
+
+// Rounded in the current mode and saturated, by the rule of vornsConvert_32f32s_Sfs for not-a-numbers: their sign
+// decides.
+struct RoundedVariance : ScaledVariance {
+    using ScaledVariance::ScaledVariance;
+    VORN_INLINE i32xN operator()(i32xN mean, i32xN sumSq) const {
+        constexpr Vorn32s belowLimit = 0x4EFFFFFF;  // the largest single that a 32-bit integer holds, as bits
+        const f32xN x = scaled(mean, sumSq);
+        return select(bitsOf(x) > splat<i32xN>(belowLimit), splat<i32xN>(INT_MAX), roundToInt(x));
+    }
+};
+
+// Past the cache only where nothing has just been read.
 template <class Op, class T, class D>
 VORN_INLINE void variances(const Op& op, const T* mean, const T* sumSq, D* dst, std::int64_t len) {
-    forEachStep(len, elementKernel(op, elements(mean), elements(sumSq), dst));
+    const auto kernel = elementKernel(op, elements(mean), elements(sumSq), dst);
+    if (static_cast<const void*>(sumSq) != dst) return forEachStep(len, kernel);
+    if (len < kernel.step) return kernel.part(len);
+    stepsInCache(len, kernel);
+}
+
+inline bool roundsToNearest() {
+    const volatile Vorn32f one = 1.0f;
+    return one + 0x1p-25f == one && one + 0x1.8p-24f != one;
+}
+
+// The arithmetic is in the caller's mode, the conversion rounds to nearest: where these are two modes, runs that stay
+// in the first-level cache take them one after the other.
+inline void roundedVariances(const Vorn32s* mean, const Vorn32s* sumSq, Vorn32s* dst, std::int64_t len, int scaleFactor,
+                             Vorn32f val1, Vorn32f val2) {
+    if (roundsToNearest()) return variances(RoundedVariance(val1, val2, scaleFactor), mean, sumSq, dst, len);
+    constexpr std::int64_t run = 2048;
+    for (std::int64_t i = 0; i < len; i += run) {
+        const std::int64_t n = std::min(run, len - i);
+        auto* singles = reinterpret_cast<Vorn32f*>(dst + i);
+        variances(VarianceOfIntegers(val1, val2), mean + i, sumSq + i, singles, n);
+        convert(singles, dst + i, n, vornRndNear, scaleFactor);
+    }
 }
 
 }  // namespace vorn::accumulate

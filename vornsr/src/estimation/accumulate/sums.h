@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <type_traits>
 #include <utility>
 
 #include "loops/cache.h"
@@ -82,11 +84,16 @@ VORN_INLINE void addToFew(RowsOf rows, std::ptrdiff_t height, Vorn32f* sum, Vorn
     }
 }
 
-// Of wider matrices some rows at once cross all columns.
-template <int count, class V, class RowsOf>
+// Of wider matrices some rows at once cross all columns. That is no order in which the processor would see the next
+// rows coming: of a large matrix each of these rows asks, once a line of the cache, for the one that stands as far
+// behind it as they are many.
+constexpr std::ptrdiff_t cachedBytes = 1 << 20;  // what a second-level cache holds anyway
+
+template <int count, bool fetches, class V, class RowsOf>
 VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, Vorn32f* sum, Vorn32f* squares, std::ptrdiff_t width) {
     static_assert(count == 1 || count % 2 == 0);
-    decltype(rows[0]) x[count];
+    using Source = std::remove_cvref_t<decltype(rows[0][0])>;
+    const Source* x[count];
     for (int r = 0; r < count; ++r) x[r] = rows[row + r];
     const auto sumsAt = [&](std::ptrdiff_t column) __attribute__((always_inline)) {
         ColumnSums<V> sums = {load<V>(sum + column), load<V>(squares + column)};
@@ -103,10 +110,20 @@ VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, Vorn32f* sum, Vo
         store(sum + column, sums.sum);
         store(squares + column, sums.squares);
     };
+    [[maybe_unused]] const auto ahead = static_cast<std::uintptr_t>(
+        (reinterpret_cast<std::intptr_t>(x[count > 1 ? 1 : 0]) - reinterpret_cast<std::intptr_t>(x[0])) * count);
+    constexpr std::ptrdiff_t line = 64 / sizeof(Source);
     // The last vector may begin early: it is computed before its columns are stored.
     const std::ptrdiff_t end = width - V::lanes;
     const ColumnSums<V> last = sumsAt(end);
-    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) put(column, sumsAt(column));
+    for (std::ptrdiff_t column = 0; column < end; column += V::lanes) {
+        if (fetches && column % line == 0) {
+            for (int r = 0; r < count; ++r) {
+                fetchAhead<0>(reinterpret_cast<const char*>(reinterpret_cast<std::uintptr_t>(x[r] + column) + ahead));
+            }
+        }
+        put(column, sumsAt(column));
+    }
     put(end, last);
 }
 
@@ -135,9 +152,13 @@ VORN_INLINE void addRowPairsOf(RowsOf rows, std::ptrdiff_t height, Vorn32f* sum,
         if (width <= 4 * V::lanes) return addToVectors<V, 4>(rows, height, sum, squares, width);
         constexpr int atOnce = 8;
         std::ptrdiff_t row = 0;
-        for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce, V>(rows, row, sum, squares, width);
-        for (; row + 2 <= height; row += 2) addRowsAtOnce<2, V>(rows, row, sum, squares, width);
-        if (row < height) addRowsAtOnce<1, V>(rows, row, sum, squares, width);
+        if (height > cachedBytes / (width * static_cast<std::ptrdiff_t>(sizeof(rows[0][0])))) {
+            for (; row + atOnce <= height; row += atOnce)
+                addRowsAtOnce<atOnce, true, V>(rows, row, sum, squares, width);
+        }
+        for (; row + atOnce <= height; row += atOnce) addRowsAtOnce<atOnce, false, V>(rows, row, sum, squares, width);
+        for (; row + 2 <= height; row += 2) addRowsAtOnce<2, false, V>(rows, row, sum, squares, width);
+        if (row < height) addRowsAtOnce<1, false, V>(rows, row, sum, squares, width);
     }
 }
 
