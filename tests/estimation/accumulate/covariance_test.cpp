@@ -169,7 +169,7 @@ TYPED_TEST(AccCovariance, EqualsTheModelBitForBit) {
     Random random(1);
     for (int width = 1; width <= 70; ++width) {
         for (int height : {1, 3, 16, 19}) {
-            if (width > 20 && height == 3) continue;
+            if (width > 20 && (height == 3 || height == 16)) continue;
             const double val = height % 2 == 0 ? random.uniform(0, 2) : static_cast<float>(random.uniform(0, 2));
             this->compareBoth(TypeParam::ordinary(random, this->size(height, width)), height,
                               TypeParam::means(random, width), random.doubles(this->size(width, width), -100, 100),
@@ -191,7 +191,7 @@ TYPED_TEST(AccCovariance, EqualsTheModelOverSeveralBlocks) {
 TYPED_TEST(AccCovariance, HardValuesPassThrough) {
     Random random(3);
     const auto values = test::hardFloats<double>();
-    for (int turn = 0; turn < 300; ++turn) {
+    for (int turn = 0; turn < 200; ++turn) {
         const int width = static_cast<int>(random.integer(1, 25)), height = static_cast<int>(random.integer(1, 9));
         const double val = turn % 3 == 0   ? random.pick(values, 1)[0]
                            : turn % 3 == 1 ? static_cast<double>(random.pick(test::hardFloats<float>(), 1)[0])
@@ -482,6 +482,35 @@ TYPED_TEST(AccCovariance, SplitOverCallsItGivesTheExactSums) {
                 ASSERT_EQ(dst.rows()[i][j], 0.5 * static_cast<double>(sum)) << i << " " << j;
                 ASSERT_EQ(dst.rows()[j][i], dst.rows()[i][j]);
             }
+        }
+    }
+}
+
+// Frames in pairs around the means: these are the frames' own, and then the matrix is the covariance with each column's
+// own mean.
+TYPED_TEST(AccCovariance, WithTheFramesOwnMeansItIsTheCovariance) {
+    using Source = typename TypeParam::Source;
+    Random random(10);
+    const int height = 200, width = 39;
+    std::vector<Source> frames(this->size(height, width)), mean(width);
+    for (Source& x : mean) x = static_cast<Source>(random.integer(-90, 90));
+    std::vector<std::int64_t> deviations(frames.size());
+    for (int f = 0; f < height; ++f) {
+        for (int j = 0; j < width; ++j) {
+            const std::size_t at = this->size(f, width) + j;
+            deviations[at] = f % 2 == 0 ? random.integer(-100, 100) : -deviations[at - width];
+            frames[at] = static_cast<Source>(static_cast<std::int64_t>(mean[j]) + deviations[at]);
+        }
+    }
+    std::vector<double> dst(this->size(width, width));
+    ASSERT_EQ(TypeParam::block(frames.data(), width, height, mean.data(), dst.data(), width, width, 1.0), vornStsNoErr);
+    for (int i = 0; i < width; ++i) {
+        for (int j = 0; j < width; ++j) {
+            std::int64_t sum = 0;
+            for (int f = 0; f < height; ++f) {
+                sum += deviations[this->size(f, width) + i] * deviations[this->size(f, width) + j];
+            }
+            EXPECT_EQ(dst[this->size(i, width) + j], static_cast<double>(sum)) << i << " " << j;
         }
     }
 }
