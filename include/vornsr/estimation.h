@@ -133,7 +133,45 @@ VornStatus vornsOutProbPreCalc_32s_I(const Vorn32s* src, Vorn32s* srcDstGConst, 
 
 /**
  * @defgroup vornsr_accumulators Accumulators
- * @brief Sums that split the estimate of a Gaussian over several calls.
+ * @brief Sums that split the estimate of a diagonal Gaussian over several calls, and variances from them.
+ *
+ * **One observation, weighted.** `vornsMeanVarAcc_*`: for each element d = src[i] - srcMean[i], t = d val;
+ * dstMeanAcc[i] += t, dstVarAcc[i] += d t. val is normally the occupation of the frame. The accumulators are not
+ * cleared. All steps in the type of the name, in this order.
+ *
+ * **Sums over rows.** `vornsSumMeanVar_*`: dstSum[j] = sum of x[i][j], dstSumSq[j] = sum of x[i][j]^2 over the height
+ * rows of src, row r beginning at src + r srcStep. They are raw sums: nothing is divided. The sums are singles and take
+ * the rows in pairs, sum + (x[i] + x[i+1]) and sum + (x[i]^2 + x[i+1]^2), an odd last row alone; calls with an even
+ * number of rows, one after the other, give the bits of one call.
+ * - `32f`, `16s32f`: begin at zero and overwrite. 16-bit integers are widened to single before they are squared: a
+ *   square of more than 24 bits rounds.
+ * - `32f_I`, `16s32f_I`: begin at what stands in dstSum and dstSumSq.
+ * - `16s32s_Sfs`: the sums of `16s32f`, converted as `vornsConvert_32f32s_Sfs` does in mode vornRndNear, times
+ *   2^-scaleFactor, saturated.
+ * - `16s32s_ISfs`: the integers that stand in dstSum and dstSumSq are converted to single (above 2^24 they round), the
+ *   rows are added, and the sums converted back in the same way. They are not scaled up first: a scale factor other
+ *   than 0 scales the whole running sum at every call.
+ *
+ * **Variances.** `vornsNewVar_*`: dst[i] = (sumSq[i] - mean[i]^2 val1) val2, val1 normally the count and val2 1/(count
+ * - 1). In the in-place forms srcDstVar holds the sums of squares before and the variances after.
+ * - `32f`: the mean is squared in single precision; the rest is in double, and rounded to single once. With val2 = 1
+ *   the error is at most 6.1e-8 (mean^2 |val1| + |dst|), also where the difference cancels.
+ * - `32f_I`: all steps in single, so that the two forms round differently.
+ * - `32s_Sfs`, `32s_ISfs`: the integers are converted to single, and the formula is that of `32f_I`. The addresses
+ *   choose the rest, on purpose. Both sources on multiples of 16 bytes: converted as `vornsConvert_32f32s_Sfs` does in
+ *   mode vornRndNear, times 2^-scaleFactor, saturated. At other addresses: the result times 2^-scaleFactor, truncated
+ *   toward zero; what no 32-bit integer holds, too large, too small or not a number, becomes -2147483648. The powers of
+ *   two are singles, infinite from -128 down and 0 from 150 up.
+ *
+ * Exactness. The bits are those of the steps above in the caller's rounding mode (the conversions to integers: to
+ * nearest whatever the mode, or truncated), and depend on nothing else: alignment and srcStep matter in the two integer
+ * forms of the variance alone. There are no floors and no warnings: overflow, negative variances, infinities and
+ * not-a-numbers pass through.
+ *
+ * Overlap. dstVar may be srcMean or srcSumSq. Apart from that the results must not overlap the sources or one another.
+ *
+ * Checks, in this order: `vornsMeanVarAcc_*`, `vornsNewVar_*`: null, size (len at least 1). `vornsSumMeanVar_*`: stride
+ * (srcStep below width), null, size (height and width at least 1).
  * @{
  */
 VornStatus vornsMeanVarAcc_32f(const Vorn32f* src, const Vorn32f* srcMean, Vorn32f* dstMeanAcc, Vorn32f* dstVarAcc,
@@ -159,6 +197,50 @@ VornStatus vornsNewVar_32s_Sfs(const Vorn32s* srcMean, const Vorn32s* srcSumSq, 
                                int scaleFactor, Vorn32f val1, Vorn32f val2);
 VornStatus vornsNewVar_32s_ISfs(const Vorn32s* srcMean, Vorn32s* srcDstVar, int len, int scaleFactor, Vorn32f val1,
                                 Vorn32f val2);
+/** @} */
+
+/**
+ * @defgroup vornsr_covariance Covariance-like matrices
+ * @brief A full matrix of products of deviations, added to over calls.
+ *
+ * `vornsAccCovarianceMatrix_*`: for i from 0 to width - 1 and j from i to width - 1
+ *
+ *     dst[i][j] += val * sum over frames f of (x[f][i] - mean[j]) (x[f][j] - mean[j])
+ *
+ * and then dst[j][i] = dst[i][j], so that the matrix is symmetric afterwards whatever its lower triangle held. Both
+ * differences use the mean of the larger index j: mean[i] is met on the diagonal alone. With means other than the
+ * frames' own this is not the covariance around mean; where mean is that of all frames that will have been added with
+ * equal val, the sums agree with it but for rounding.
+ *
+ * src has height rows (frames) of width features; dst has width rows of width. `D2`: one block each, rows srcStep and
+ * dstStep elements apart. `D2L`: an array of row pointers each. val is the weight of all frames of the call. Nothing is
+ * divided.
+ *
+ * Exactness. There are two ways to the sum, both in the order of the frames.
+ * - As a rule all steps are in double: elements are widened, the sum begins at zero and takes the products one by one;
+ *   when it is complete it is multiplied by val and added to dst.
+ * - Large calls add frame by frame: dst += val (e d), with dst in double. In `32f64f` both differences e and d are
+ *   rounded to single. In `16s64f` row i, from its diagonal on, is cut into groups of four columns: there both
+ *   differences saturate at -32768 and 32767; in the up to three columns behind the last whole group they do not.
+ *   A call is large if src, mean and dst stand on multiples of 16 bytes (`D2L`: every row of src and of dst, and mean),
+ *   srcStep and dstStep are multiples of 4 elements (`D2`), and the product of srcStep and height (`D2`) or of height
+ *   and width (`D2L`), taken at 32 bits with a sign, is at least
+ *
+ *   | form | `D2` | `D2L` |
+ *   |---|---|---|
+ *   | `32f64f` | 140000 | 134000 |
+ *   | `16s64f` | 270000 | 260000 |
+ *
+ * The results of the two ways differ in their last bits, and for 16-bit data that leaves its range around the mean
+ * visibly. Nothing else has an influence on the bits, but the caller's rounding mode.
+ *
+ * dst must not overlap the other arrays. Rows of src may repeat or overlap. There are no warnings: infinities and
+ * not-a-numbers pass through. The functions allocate nothing; they take some 50 KB of stack.
+ *
+ * Checks, in this order: null; size (height and width at least 1); in `D2` stride (srcStep or dstStep below width). The
+ * row pointers themselves are not tested.
+ * @{
+ */
 VornStatus vornsAccCovarianceMatrix_32f64f_D2(const Vorn32f* src, int srcStep, int height, const Vorn32f* mean,
                                               Vorn64f* dst, int width, int dstStep, Vorn64f val);
 VornStatus vornsAccCovarianceMatrix_32f64f_D2L(const Vorn32f* const* src, int height, const Vorn32f* mean,
