@@ -4,6 +4,7 @@
 #include "frame/checks.h"
 #include "frame/kernel.h"
 #include "frame/memory.h"
+#include "scoring/distances/kernels.h"
 #include "vornsr/frame.h"
 #include "vornsr/scoring.h"
 #include "vornsr/signal.h"

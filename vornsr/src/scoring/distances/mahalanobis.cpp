@@ -1,6 +1,7 @@
 // Mahalanobis distances: the sums of the Gaussian scores by themselves, vornsMahDist*, and their kernels.
 #include "frame/checks.h"
 #include "frame/kernel.h"
+#include "scoring/distances/kernels.h"
 #include "scoring/distances/sums.h"
 #include "scoring/gauss/many_rows/scores.h"
 #include "vornsr/scoring.h"

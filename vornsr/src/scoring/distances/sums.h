@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <limits>
+#include <type_traits>
 
 #include "frame/align.h"
 #include "frame/wrap.h"
@@ -18,10 +18,10 @@ namespace vorn::distances {
 template <class T>
 using SingleTerms = FloatTerms<T, Vorn32f>;
 
-// S in order from `from` on, joined to sum.
+// sum, joined in order by the terms of the columns from `from` on.
 template <class T>
-inline Vorn32f addInOrder(Vorn32f sum, const T* x, const T* mean, const T* var, std::ptrdiff_t from,
-                          std::ptrdiff_t len) {
+inline Vorn32f addInSingle(Vorn32f sum, const T* x, const T* mean, const T* var, std::ptrdiff_t from,
+                           std::ptrdiff_t len) {
     for (std::ptrdiff_t j = from; j < len; ++j) sum += SingleTerms<T>::column(x + j, mean + j, var + j);
     return sum;
 }
@@ -34,10 +34,10 @@ template <class T>
 inline Vorn32f singleSumByAddress(const T* x, const T* mean, const T* var, std::ptrdiff_t len) {
     using Terms = SingleTerms<T>;
     if (len < 11 || !isAligned(mean, sizeof(T)) || !isAligned(var, sizeof(T))) {
-        return addInOrder<T>(0.0f, x, mean, var, 0, len);
+        return addInSingle(0.0f, x, mean, var, 0, len);
     }
     std::ptrdiff_t j = alignedUp(mean, 16) - mean;
-    f32x4 first = withFirst(splat<f32x4>(0.0f), addInOrder<T>(0.0f, x, mean, var, 0, j)), second = splat<f32x4>(0.0f);
+    f32x4 first = withFirst(splat<f32x4>(0.0f), addInSingle(0.0f, x, mean, var, 0, j)), second = splat<f32x4>(0.0f);
     for (; j + 8 <= len; j += 8) {
         first = first + Terms::template of<f32x4>(x + j, mean + j, var + j);
         second = second + Terms::template of<f32x4>(x + j + 4, mean + j + 4, var + j + 4);
