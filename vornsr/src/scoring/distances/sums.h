@@ -10,7 +10,9 @@
 #include "frame/align.h"
 #include "frame/wrap.h"
 #include "scoring/gauss/one_vector/sums.h"
+#include "simd/part.h"
 #include "simd/simd.h"
+#include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn::distances {
@@ -26,6 +28,16 @@ inline Vorn32f addInSingle(Vorn32f sum, const T* x, const T* mean, const T* var,
     return sum;
 }
 
+// S of the columns in front of a 16-byte address, at least one, in order.
+template <class T>
+VORN_INLINE Vorn32f firstColumns(const T* x, const T* mean, const T* var, std::ptrdiff_t count) {
+    Vorn32f term[16];
+    for (int k = 0; k < 8 && k < 16 / static_cast<int>(sizeof(T)); k += 4) {
+        store(term + 8 - count + k, SingleTerms<T>::template of<f32x4>(x + k, mean + k, var + k));
+    }
+    return joinLast<Added>(0.0f, *reinterpret_cast<const Vorn32f(*)[8]>(term), count);
+}
+
 // S for vectors that do not all stand on 16 bytes. Up to ten columns, and where mean or var stand between elements, it
 // goes in order. Above, the columns in front of the mean's next 16-byte address go in order and open lane 0 of the
 // first of two accumulators of four lanes; of each eight columns then four go to the one and four to the other; both
@@ -37,7 +49,8 @@ inline Vorn32f singleSumByAddress(const T* x, const T* mean, const T* var, std::
         return addInSingle(0.0f, x, mean, var, 0, len);
     }
     std::ptrdiff_t j = alignedUp(mean, 16) - mean;
-    f32x4 first = withFirst(splat<f32x4>(0.0f), addInSingle(0.0f, x, mean, var, 0, j)), second = splat<f32x4>(0.0f);
+    f32x4 first = splat<f32x4>(0.0f), second = first;
+    if (j > 0) first = withFirst(first, firstColumns<T>(x, mean, var, j));
     for (; j + 8 <= len; j += 8) {
         first = first + Terms::template of<f32x4>(x + j, mean + j, var + j);
         second = second + Terms::template of<f32x4>(x + j + 4, mean + j + 4, var + j + 4);
@@ -86,46 +99,50 @@ struct SquareHalves {
         weights = weights + mulAddPairs(v, splat<V>(1));
     }
     // Modulo 2^64.
-    VORN_INLINE std::uint64_t total() const {
-        return 32767u * std::uint64_t{65537} * extended(weights) -
-               ((extended(upper) << 32) + (extended(middle) << 16) + extended(lower));
+    VORN_INLINE std::uint64_t total() const requires std::is_same_v<I, i32x4> {
+        std::int32_t sum[4];
+        store(sum, sumNeighbours(sumNeighbours(upper, middle), sumNeighbours(lower, weights)));
+        const auto extended = [&](int k) { return static_cast<std::uint64_t>(std::int64_t{sum[k]}); };
+        return 32767u * std::uint64_t{65537} * extended(3) - ((extended(0) << 32) + (extended(1) << 16) + extended(2));
     }
-
-private:
-    static VORN_INLINE std::uint64_t extended(I sums) {
-        return static_cast<std::uint64_t>(std::int64_t{sumLanes(foldedToFour(sums))});
+    VORN_INLINE SquareHalves<i32x4> folded() const {
+        return {foldedToFour(upper), foldedToFour(middle), foldedToFour(lower), foldedToFour(weights)};
     }
 };
 
+// The length from which vectors pay.
+inline constexpr std::ptrdiff_t vectorsFrom = 16;
+
 // The sum of (x - m)^2 v, exact modulo 2^64.
 inline std::int64_t exactSum(const Vorn16s* x, const Vorn16s* mean, const Vorn16s* var, std::ptrdiff_t len) {
-    // After so many steps all lanes together still fit 32 bits, and so do the few steps for the end of the vectors.
-    constexpr std::ptrdiff_t steps = 1024;
     std::uint64_t sum = 0;
     std::ptrdiff_t j = 0;
-    do {
-        const std::ptrdiff_t vectors = (len - j) / i16xN::lanes;
+    if (len < vectorsFrom) {
+        for (; j < len; ++j) {
+            const std::int64_t d = std::int64_t{elementAt(x + j)} - elementAt(mean + j);
+            sum += static_cast<std::uint64_t>(d * d * elementAt(var + j));
+        }
+        return static_cast<std::int64_t>(sum);
+    }
+    // After so many steps all lanes together still fit 32 bits, and so do the few steps for the end of the vectors.
+    constexpr std::ptrdiff_t steps = 1024;
+    while (len - j >= widensFrom && len - j >= i16xN::lanes) {
         SquareHalves<i32xN> wide;
-        for (std::ptrdiff_t n = std::min(vectors, steps); n > 0; --n, j += i16xN::lanes) {
+        for (std::ptrdiff_t n = std::min((len - j) / i16xN::lanes, steps); n > 0; --n, j += i16xN::lanes) {
             wide.add(load<i16xN>(x + j), load<i16xN>(mean + j), load<i16xN>(var + j));
         }
-        if (vectors > 0) sum += wide.total();
-        if (vectors <= steps && j < len) {
-            SquareHalves<i32x4> rest;
-            const auto addFew = [&](auto columns) __attribute__((always_inline)) {
-                constexpr int count = columns;
-                rest.add(loadFirst<i16x8, count>(x + j), loadFirst<i16x8, count>(mean + j),
-                         loadFirst<i16x8, count>(var + j));
-                j += count;
-            };
-            for (; j + 8 <= len; j += 8) rest.add(load<i16x8>(x + j), load<i16x8>(mean + j), load<i16x8>(var + j));
-            if (len & 4) addFew(std::integral_constant<int, 4>());
-            if (len & 2) addFew(std::integral_constant<int, 2>());
-            if (len & 1) addFew(std::integral_constant<int, 1>());
-            sum += rest.total();
-        }
-    } while (j < len);
-    return static_cast<std::int64_t>(sum);
+        sum += wide.folded().total();
+    }
+    SquareHalves<i32x4> rest;
+    for (; j + 8 <= len; j += 8) rest.add(load<i16x8>(x + j), load<i16x8>(mean + j), load<i16x8>(var + j));
+    if (j < len) {
+        // The last eight columns; those that have been added count nothing.
+        const auto* counted =
+            nothingThenAll.bytes + sizeof(i8xN) - sizeof(Vorn16s) * static_cast<std::size_t>(8 - (len - j));
+        const i16x8 v = load<i16x8>(var + len - 8) & load<i16x8>(reinterpret_cast<const Vorn16s*>(counted));
+        rest.add(load<i16x8>(x + len - 8), load<i16x8>(mean + len - 8), v);
+    }
+    return static_cast<std::int64_t>(sum + rest.total());
 }
 
 // sum x 2^-scaleFactor without rounding, saturated; nothing is lost before that, whatever the scale factor.
