@@ -16,36 +16,36 @@ using namespace vorn;
 // 1 if the first group that decides has a negative value, 2 if it has a zero, 0 if there is none.
 VORN_KERNEL int vornsBhatDistCmp_32f_M7(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                         const Vorn32f* var2, Vorn64s len) {
-    return distances::firstFault({mean1, var1, mean2, var2}, len);
+    return bhattacharyya::firstFault({mean1, var1, mean2, var2}, len);
 }
 VORN_KERNEL_ALIAS(vornsBhatDistCmp_32f_M7_Al, vornsBhatDistCmp_32f_M7);
 
 // K, and the terms whose logarithms are summed: one a column in single, one for every four columns in double.
 VORN_KERNEL void vornsBhatDist_32f_M7(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                       const Vorn32f* var2, Vorn64s len, Vorn32f* terms, Vorn32f* k) {
-    *k = distances::formTerms<distances::RatioTerm>({mean1, var1, mean2, var2}, len, terms);
+    *k = bhattacharyya::formTerms<bhattacharyya::RatioTerm>({mean1, var1, mean2, var2}, len, terms);
 }
 VORN_KERNEL_ALIAS(vornsBhatDist_32f_M7_Al, vornsBhatDist_32f_M7);
 
 VORN_KERNEL void vornsBhatDistSLog_32f_M7(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                           const Vorn32f* var2, Vorn64s len, Vorn32f* terms, Vorn32f* k) {
-    *k = distances::formTerms<distances::SumTerm>({mean1, var1, mean2, var2}, len, terms);
+    *k = bhattacharyya::formTerms<bhattacharyya::SumTerm>({mean1, var1, mean2, var2}, len, terms);
 }
 VORN_KERNEL_ALIAS(vornsBhatDistSLog_32f_M7_Al, vornsBhatDistSLog_32f_M7);
 
 VORN_KERNEL void vornsBhatDist_32f64f_M7(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                          const Vorn32f* var2, Vorn64s len, Vorn64f* products, Vorn64f* k) {
-    *k = distances::formTerms<distances::RatioTerm>({mean1, var1, mean2, var2}, len, products);
+    *k = bhattacharyya::formTerms<bhattacharyya::RatioTerm>({mean1, var1, mean2, var2}, len, products);
 }
 VORN_KERNEL_ALIAS(vornsBhatDist_32f64f_M7_Al, vornsBhatDist_32f64f_M7);
 
 VORN_KERNEL void vornsBhatDistSLog_32f64f_M7(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                              const Vorn32f* var2, Vorn64s len, Vorn64f* products, Vorn64f* k) {
-    *k = distances::formTerms<distances::SumTerm>({mean1, var1, mean2, var2}, len, products);
+    *k = bhattacharyya::formTerms<bhattacharyya::SumTerm>({mean1, var1, mean2, var2}, len, products);
 }
 VORN_KERNEL_ALIAS(vornsBhatDistSLog_32f64f_M7_Al, vornsBhatDistSLog_32f64f_M7);
 
-namespace vorn::distances {
+namespace vorn::bhattacharyya {
 namespace {
 
 inline VornStatus sumLn(const Vorn32f* terms, int count, Vorn32f* sum) { return vornsSumLn_32f(terms, count, sum); }
@@ -55,7 +55,7 @@ template <class T>
 using Kernel = void(const Vorn32f*, const Vorn32f*, const Vorn32f*, const Vorn32f*, Vorn64s, T*, T*);
 
 template <class T, class Distance>
-VornStatus bhattacharyya(const TwoGaussians& g, int len, T* result, Kernel<T>* kernel, const Distance& distance) {
+VornStatus warningOrDistance(const TwoGaussians& g, int len, T* result, Kernel<T>* kernel, const Distance& distance) {
     switch (vornsBhatDistCmp_32f_M7(g.mean1, g.var1, g.mean2, g.var2, len)) {
         case negativeFault:
             *result = vornConstantOfNAN_32f;
@@ -75,36 +75,36 @@ VornStatus bhattacharyya(const TwoGaussians& g, int len, T* result, Kernel<T>* k
 }
 
 }  // namespace
-}  // namespace vorn::distances
+}  // namespace vorn::bhattacharyya
 
 VornStatus vornsBhatDist_32f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
                              int len, Vorn32f* result) {
     VORN_CHECK(notNull(mean1, var1, mean2, var2, result));
     VORN_CHECK(positive(len));
-    return distances::bhattacharyya({mean1, var1, mean2, var2}, len, result, vornsBhatDist_32f_M7,
-                                    distances::WholeDistance());
+    return bhattacharyya::warningOrDistance({mean1, var1, mean2, var2}, len, result, vornsBhatDist_32f_M7,
+                                            bhattacharyya::WholeDistance());
 }
 
 VornStatus vornsBhatDist_32f64f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
                                 int len, Vorn64f* result) {
     VORN_CHECK(notNull(mean1, var1, mean2, var2, result));
     VORN_CHECK(positive(len));
-    return distances::bhattacharyya({mean1, var1, mean2, var2}, len, result, vornsBhatDist_32f64f_M7,
-                                    distances::WholeDistance());
+    return bhattacharyya::warningOrDistance({mean1, var1, mean2, var2}, len, result, vornsBhatDist_32f64f_M7,
+                                            bhattacharyya::WholeDistance());
 }
 
 VornStatus vornsBhatDistSLog_32f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2, const Vorn32f* var2,
                                  int len, Vorn32f* result, Vorn32f sumLog1, Vorn32f sumLog2) {
     VORN_CHECK(notNull(mean1, var1, mean2, var2, result));
     VORN_CHECK(positive(len));
-    return distances::bhattacharyya({mean1, var1, mean2, var2}, len, result, vornsBhatDistSLog_32f_M7,
-                                    distances::DistanceFromSums{sumLog1, sumLog2});
+    return bhattacharyya::warningOrDistance({mean1, var1, mean2, var2}, len, result, vornsBhatDistSLog_32f_M7,
+                                            bhattacharyya::DistanceFromSums{sumLog1, sumLog2});
 }
 
 VornStatus vornsBhatDistSLog_32f64f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                     const Vorn32f* var2, int len, Vorn64f* result, Vorn32f sumLog1, Vorn32f sumLog2) {
     VORN_CHECK(notNull(mean1, var1, mean2, var2, result));
     VORN_CHECK(positive(len));
-    return distances::bhattacharyya({mean1, var1, mean2, var2}, len, result, vornsBhatDistSLog_32f64f_M7,
-                                    distances::DistanceFromSums{sumLog1, sumLog2});
+    return bhattacharyya::warningOrDistance({mean1, var1, mean2, var2}, len, result, vornsBhatDistSLog_32f64f_M7,
+                                            bhattacharyya::DistanceFromSums{sumLog1, sumLog2});
 }

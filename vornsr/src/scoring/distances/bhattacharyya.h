@@ -11,7 +11,7 @@
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
-namespace vorn::distances {
+namespace vorn::bhattacharyya {
 
 struct TwoGaussians {
     const Vorn32f *mean1, *var1, *mean2, *var2;
@@ -174,4 +174,4 @@ struct DistanceFromSums {
     }
 };
 
-}  // namespace vorn::distances
+}  // namespace vorn::bhattacharyya

@@ -11,7 +11,7 @@
 
 using namespace vorn;
 
-namespace vorn::distances {
+namespace vorn::indexed_rows {
 namespace {
 
 // The number of row i is index[i] + shift[i]. Modulo 2^32 it is in range exactly when the true sum is: one beyond the
@@ -91,7 +91,7 @@ void addToWide(const IndexedRows& rows, std::ptrdiff_t count, Vorn32f* dst, std:
 }
 
 }  // namespace
-}  // namespace vorn::distances
+}  // namespace vorn::indexed_rows
 
 VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int step, const Vorn32s* ind,
                                 const Vorn16u* addInd, int rows, Vorn32f* dst, int len, Vorn32f weight) {
@@ -99,13 +99,13 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
     VORN_CHECK(positive(rows, height, len));
     VORN_CHECK(atLeast(0, offset));
     VORN_CHECK(strideHolds(step, std::int64_t{offset} + len));
-    const distances::RowNumbers numbers{ind, addInd};
-    VORN_CHECK(distances::rowsInRange(numbers, rows, height));
-    const distances::IndexedRows chosen(src + offset, step, numbers);
-    if (len <= distances::mostInRegisters) {
-        distances::addToNarrow(chosen, rows, dst, len, weight);
+    const indexed_rows::RowNumbers numbers{ind, addInd};
+    VORN_CHECK(indexed_rows::rowsInRange(numbers, rows, height));
+    const indexed_rows::IndexedRows chosen(src + offset, step, numbers);
+    if (len <= indexed_rows::mostInRegisters) {
+        indexed_rows::addToNarrow(chosen, rows, dst, len, weight);
     } else {
-        distances::addToWide(chosen, rows, dst, len, weight);
+        indexed_rows::addToWide(chosen, rows, dst, len, weight);
     }
     return vornStsNoErr;
 }

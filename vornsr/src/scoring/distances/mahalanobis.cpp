@@ -8,7 +8,7 @@
 
 using namespace vorn;
 
-namespace vorn::distances {
+namespace vorn::mahalanobis {
 namespace {
 
 // What becomes of the sums of many rows: they are the distances.
@@ -31,7 +31,7 @@ void ofRows(const Vectors& vectors, std::ptrdiff_t len, Vorn64f* result, std::pt
 }
 
 }  // namespace
-}  // namespace vorn::distances
+}  // namespace vorn::mahalanobis
 
 // ---- Kernels. The single ones sum as for aligned vectors, wherever these stand.
 
@@ -43,7 +43,7 @@ VORN_KERNEL_ALIAS(sMahDistSingle_32f_M7_Al, sMahDistSingle_32f_M7);
 
 VORN_KERNEL void sMahDistSingle_64f_M7(const Vorn64f* src, const Vorn64f* mean, const Vorn64f* var, Vorn64s len,
                                        Vorn64f* result) {
-    *result = distances::alignedDoubleSum(src, mean, var, len);
+    *result = mahalanobis::alignedDoubleSum(src, mean, var, len);
 }
 VORN_KERNEL_ALIAS(sMahDistSingle_64f_M7_Al, sMahDistSingle_64f_M7);
 
@@ -54,54 +54,54 @@ VORN_KERNEL void vornsMahDistSingle_16s32f_M7(const Vorn16s* src, const Vorn16s*
 
 VORN_KERNEL void vornsMahDistSingle_16s32s_Sfs_M7(const Vorn16s* src, const Vorn16s* mean, const Vorn16s* var,
                                                   Vorn64s len, Vorn32s* result, int scaleFactor) {
-    *result = distances::scaledAndSaturated(distances::exactSum(src, mean, var, len), scaleFactor);
+    *result = mahalanobis::scaledAndSaturated(mahalanobis::exactSum(src, mean, var, len), scaleFactor);
 }
 
 VORN_KERNEL void sMahDist_32f_D2_M7(const Vorn32f* src, Vorn64s step, const Vorn32f* mean, const Vorn32f* var,
                                     Vorn64s len, Vorn32f* result, Vorn64s height) {
-    distances::ofRows(frames(Rows(src, step), mean, var), len, result, height);
+    mahalanobis::ofRows(frames(Rows(src, step), mean, var), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist_32f_D2_M7_Al, sMahDist_32f_D2_M7);
 
 VORN_KERNEL void sMahDist_32f_D2L_M7(const Vorn32f* const* src, const Vorn32f* mean, const Vorn32f* var, Vorn64s len,
                                      Vorn32f* result, Vorn64s height) {
-    distances::ofRows(frames(Rows(src), mean, var), len, result, height);
+    mahalanobis::ofRows(frames(Rows(src), mean, var), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist_32f_D2L_M7_Al, sMahDist_32f_D2L_M7);
 
 VORN_KERNEL void sMahDist_64f_D2_M7(const Vorn64f* src, Vorn64s step, const Vorn64f* mean, const Vorn64f* var,
                                     Vorn64s len, Vorn64f* result, Vorn64s height) {
-    distances::ofRows(frames(Rows(src, step), mean, var), len, result, height);
+    mahalanobis::ofRows(frames(Rows(src, step), mean, var), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist_64f_D2_M7_Al, sMahDist_64f_D2_M7);
 
 VORN_KERNEL void sMahDist_64f_D2L_M7(const Vorn64f* const* src, const Vorn64f* mean, const Vorn64f* var, Vorn64s len,
                                      Vorn64f* result, Vorn64s height) {
-    distances::ofRows(frames(Rows(src), mean, var), len, result, height);
+    mahalanobis::ofRows(frames(Rows(src), mean, var), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist_64f_D2L_M7_Al, sMahDist_64f_D2L_M7);
 
 VORN_KERNEL void sMahDist2_32f_D2_M7(const Vorn32f* mean, const Vorn32f* var, Vorn64s step, const Vorn32f* src,
                                      Vorn64s len, Vorn32f* result, Vorn64s height) {
-    distances::ofRows(gaussians(src, Rows(mean, step), Rows(var, step)), len, result, height);
+    mahalanobis::ofRows(gaussians(src, Rows(mean, step), Rows(var, step)), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist2_32f_D2_M7_Al, sMahDist2_32f_D2_M7);
 
 VORN_KERNEL void sMahDist2_32f_D2L_M7(const Vorn32f* const* mean, const Vorn32f* const* var, const Vorn32f* src,
                                       Vorn64s len, Vorn32f* result, Vorn64s height) {
-    distances::ofRows(gaussians(src, Rows(mean), Rows(var)), len, result, height);
+    mahalanobis::ofRows(gaussians(src, Rows(mean), Rows(var)), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist2_32f_D2L_M7_Al, sMahDist2_32f_D2L_M7);
 
 VORN_KERNEL void sMahDist2_64f_D2_M7(const Vorn64f* mean, const Vorn64f* var, Vorn64s step, const Vorn64f* src,
                                      Vorn64s len, Vorn64f* result, Vorn64s height) {
-    distances::ofRows(gaussians(src, Rows(mean, step), Rows(var, step)), len, result, height);
+    mahalanobis::ofRows(gaussians(src, Rows(mean, step), Rows(var, step)), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist2_64f_D2_M7_Al, sMahDist2_64f_D2_M7);
 
 VORN_KERNEL void sMahDist2_64f_D2L_M7(const Vorn64f* const* mean, const Vorn64f* const* var, const Vorn64f* src,
                                       Vorn64s len, Vorn64f* result, Vorn64s height) {
-    distances::ofRows(gaussians(src, Rows(mean), Rows(var)), len, result, height);
+    mahalanobis::ofRows(gaussians(src, Rows(mean), Rows(var)), len, result, height);
 }
 VORN_KERNEL_ALIAS(sMahDist2_64f_D2L_M7_Al, sMahDist2_64f_D2L_M7);
 
@@ -111,7 +111,7 @@ VornStatus vornsMahDistSingle_32f(const Vorn32f* src, const Vorn32f* mean, const
                                   Vorn32f* result) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    *result = distances::singleSum(src, mean, var, len);
+    *result = mahalanobis::singleSum(src, mean, var, len);
     return vornStsNoErr;
 }
 
@@ -135,7 +135,7 @@ VornStatus vornsMahDistSingle_16s32f(const Vorn16s* src, const Vorn16s* mean, co
                                      Vorn32f* result) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    *result = distances::singleSum(src, mean, var, len);
+    *result = mahalanobis::singleSum(src, mean, var, len);
     return vornStsNoErr;
 }
 

@@ -15,7 +15,7 @@
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
-namespace vorn::distances {
+namespace vorn::mahalanobis {
 
 template <class T>
 using SingleTerms = FloatTerms<T, Vorn32f>;
@@ -153,4 +153,4 @@ inline Vorn32s scaledAndSaturated(std::int64_t sum, int scaleFactor) {
     return saturate<Vorn32s>(std::int64_t{saturate<Vorn32s>(sum)} * (std::int64_t{1} << left));
 }
 
-}  // namespace vorn::distances
+}  // namespace vorn::mahalanobis
