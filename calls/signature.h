@@ -223,6 +223,16 @@ inline constexpr Shape scoreShapes[] = {
     {src1, rowList, rowVarList, height, len, vals, result, scaleFactor},
 };
 
+// Distances of one vector; of many vectors from one Gaussian; of one vector from many Gaussians.
+inline constexpr Shape distanceShapes[] = {
+    {src1, src2, var, len, result},
+    {src1, src2, var, len, result, scaleFactor},
+    {rows, step, src1, var, len, dst, height},
+    {rowList, src1, var, len, dst, height},
+    {rows, rowVars, step, src1, len, dst, height},
+    {rowList, rowVarList, src1, len, dst, height},
+};
+
 // The element types of arithmetic: first and second operand, which may be a constant or the srcDst, and result.
 template <class First, class Second, class Result>
 struct Operands {

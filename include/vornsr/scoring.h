@@ -695,7 +695,69 @@ VornStatus vornsLogGaussMixture_SelectIdVarScaled_16s32f_D2L(const Vorn16s* cons
 
 /**
  * @defgroup vornsr_distances Distances
- * @brief Mahalanobis and Bhattacharyya distances, and sums of indexed rows.
+ * @brief Mahalanobis distances of vectors from Gaussians, Bhattacharyya distances of two Gaussians.
+ *
+ * Vectors have len elements; Gaussians have diagonal covariances. Results must not overlap the other arrays. No
+ * alignment is required. Thread-safe: no state. All builds give the same bits; they are those of the caller's rounding
+ * mode, which comes back as it was. After an error nothing has been written.
+ *
+ * Mahalanobis distance, without root and without factor 1/2: D = sum over j of (x[j] - m[j])^2 * v[j], var holds the
+ * inverse variances v. It is the S of @ref vornsr_single_frame and @ref vornsr_multi_frame, summed from +0 with its own
+ * sign, so that a vector at the mean has the distance +0 (for finite v that are not below zero).
+ *
+ *  - vornsMahDistSingle: one vector, src, from one Gaussian.
+ *  - vornsMahDist: height vectors, the rows of src, from one Gaussian; result holds height distances.
+ *  - vornsMahDistMultiMix: one vector, src, from height Gaussians, the rows of mean and var.
+ *
+ * `D2`: the rows lie step elements apart in one block; `D2L`: an array of row pointers, rows may repeat. Checks, in
+ * this order: (`D2`) step below len `vornStsStrideErr`, even if a pointer is null; a null pointer `vornStsNullPtrErr`;
+ * len or height below 1 `vornStsSizeErr`. There are no warnings and no allocation. Infinities and not-a-numbers go
+ * through the formula.
+ *
+ * Exact orders. The square comes first, then the product with v; every operation is rounded by itself.
+ *  - vornsMahDistSingle_32f and _16s32f (whose elements become singles; no difference saturates) look at the addresses:
+ *     - src, mean and var all on 16 bytes: the sum of vornsLogGaussSingle_32f, which has two accumulators of four
+ *       lanes;
+ *     - else, from 11 elements on and with mean and var on multiples of their element's size: the elements in front of
+ *       the mean's next 16-byte address, in order, open lane 0 of the first accumulator; of each 8 elements then four
+ *       go to the first accumulator and four to the second; both added, (0 + 1) + (2 + 3), the rest in order;
+ *     - else in order.
+ *  - vornsMahDistSingle_64f and _32f64f (in double): the sum of vornsLogGaussSingle_64f, for which the address of var
+ *    counts.
+ *  - vornsMahDistSingle_16s32s_Sfs: the sum is an exact integer (modulo 2^64, which up to 65538 elements cannot reach);
+ *    then D * 2^-scaleFactor for any int, without rounding: a right shift drops bits, which rounds towards minus
+ *    infinity, and a left shift loses none. The result saturates.
+ *  - Rows: the sums of vornsLogGauss_32f_D2 and vornsLogGauss_64f_D2 whatever the height: column j goes to lane j mod 4
+ *    (in double j mod 2); (lane 0 + lane 1) + (lane 2 + lane 3) or lane 0 + lane 1; the columns behind whole groups
+ *    one by one.
+ *
+ * Bhattacharyya distance of (mean1, var1) and (mean2, var2); here var1 and var2 are variances:
+ *
+ *     D = K / 4 + (L / 2 - len * 1.386294 / 2) / 2,    K = sum of (mean1[j] - mean2[j])^2 / (var1[j] + var2[j])
+ *                                                      L = sum of ln((var1[j] + var2[j])^2 / (var1[j] * var2[j]))
+ *
+ * with 1.386294 for ln 4, so that equal Gaussians are about, not exactly, 0 apart. `SLog` is for callers with many
+ * pairs, who keep the sums of the logarithms of each Gaussian's variances:
+ *
+ *     D = (L' - len * 0.693147) / 2 - (sumLog1 + sumLog2) / 4 + K / 4,    L' = sum of ln(var1[j] + var2[j])
+ *
+ * Every mean and every variance has to be above zero: the arrays are scanned in groups of four columns, then column by
+ * column, means and variances alike, and the first group with a fault decides. Checks, in this order: a null pointer
+ * `vornStsNullPtrErr`; len below 1 `vornStsSizeErr`; then the warnings: a value below zero in that group
+ * `vornStsLnNegArg` with a not-a-number for the result, otherwise a zero `vornStsLnZeroArg` with +infinity; then
+ * scratch memory (len singles, or len / 4 + 1 doubles) not obtained `vornStsMemAllocErr`. Not-a-numbers pass the scan.
+ * They, and infinite terms, give a not-a-number and `vornStsNoErr`.
+ *
+ *  - `32f`: K in four lanes, the last len mod 4 columns to lane 0, (0 + 1) + (2 + 3). The terms of L are
+ *    (2 + r) + 1 / r with r = var2 / var1, in single, those of L' var1 + var2; vornsSumLn_32f sums their logarithms.
+ *    Singles are L / 2, K / 4 and (sumLog1 + sumLog2) / 4 (L' itself is widened); all other steps are in double, and D
+ *    is rounded once more.
+ *  - `32f64f`: all in double after widening, but for (sumLog1 + sumLog2) / 4, a single. K in four lanes,
+ *    (0 + 2) + (1 + 3), then the last len mod 4 columns in order. The terms of L are the ratios, those of L' the sums.
+ *    Four columns share a product, (0 * 2) * (1 * 3), which the last len mod 4 join one by one; vornsSumLn_64f sums
+ *    their logarithms. A product of extreme ratios beyond the doubles is infinite.
+ *
+ * Literature: Mahalanobis (1936); Bhattacharyya (1943).
  * @{
  */
 VornStatus vornsMahDistSingle_32f(const Vorn32f* src, const Vorn32f* mean, const Vorn32f* var, int len,
@@ -732,6 +794,26 @@ VornStatus vornsBhatDistSLog_32f(const Vorn32f* mean1, const Vorn32f* var1, cons
                                  int len, Vorn32f* result, Vorn32f sumLog1, Vorn32f sumLog2);
 VornStatus vornsBhatDistSLog_32f64f(const Vorn32f* mean1, const Vorn32f* var1, const Vorn32f* mean2,
                                     const Vorn32f* var2, int len, Vorn64f* result, Vorn32f sumLog1, Vorn32f sumLog2);
+/** @} */
+
+/**
+ * @defgroup vornsr_indexed_rows Sums of indexed rows
+ * @brief Chosen rows of a matrix added to a constant.
+ *
+ * For each column j from 0 to len - 1: dst[j] = weight + sum over i from 0 to rows - 1 of
+ * src[(ind[i] + addInd[i]) * step + offset + j]. src has height rows, step elements apart; a row may be chosen more
+ * than once. ind[i] may be below zero where addInd[i] brings the row number back into the matrix. Each column's sum
+ * begins with weight and takes the rows in their order, in single. dst must not overlap the other arrays.
+ *
+ * Checks, in this order: a null pointer `vornStsNullPtrErr`; rows, height or len below 1 or offset below 0
+ * `vornStsSizeErr`; step below offset + len `vornStsStrideErr`; any row number below 0 or not below height
+ * `vornStsSizeErr`. After an error nothing has been written. There are no warnings and no allocation. Infinities and
+ * not-a-numbers go through the sums.
+ *
+ * No alignment is required, and none changes a bit. All builds give the same bits; they are those of the caller's
+ * rounding mode. Thread-safe: no state.
+ * @{
+ */
 VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int step, const Vorn32s* ind,
                                 const Vorn16u* addInd, int rows, Vorn32f* dst, int len, Vorn32f weight);
 /** @} */

@@ -184,6 +184,8 @@ TEST(Tiles, FourDoubles) {
         "-", [](V a, V b) { return a - b; }, [](double a, double b) { return a - b; });
     test::checkPairs<V, any>(
         "*", [](V a, V b) { return a * b; }, [](double a, double b) { return a * b; });
+    test::checkPairs<V, any>(
+        "/", [](V a, V b) { return a / b; }, [](double a, double b) { return a / b; });
     test::checkPairs<V>(
         "maxOf", [](V a, V b) { return maxOf(a, b); }, [](double a, double b) { return a > b ? a : b; });
     test::forOperands<V>([](const Lanes<V>& a, const Lanes<V>&) {
@@ -197,6 +199,8 @@ TEST(Tiles, FourDoubles) {
         EXPECT_TRUE(test::identical(firstLane(vectorOf<V>(a)), a[0])) << "firstLane";
         test::expectLanes<any>(lanesOf<f64x2>(foldHalves(vectorOf<V>(a))), Lanes<f64x2>{a[0] + a[2], a[1] + a[3]},
                                "foldHalves");
+        test::expectLanes(lanesOf<f64x2>(lowHalf(vectorOf<V>(a))), Lanes<f64x2>{a[0], a[1]}, "lowHalf");
+        test::expectLanes(lanesOf<f64x2>(highHalf(vectorOf<V>(a))), Lanes<f64x2>{a[2], a[3]}, "highHalf");
     });
     test::forOperands<f32x4>([](const Lanes<f32x4>& a, const Lanes<f32x4>&) {
         test::expectLanes<any>(lanesOf<V>(widened(vectorOf<f32x4>(a))), Lanes<V>{a[0], a[1], a[2], a[3]}, "widened");
@@ -229,13 +233,16 @@ void checkSingleRows() {
         }
     }
     test::expectLanes(lanesOf<f32x4>(sumNeighbours(tile)), sums, "sumNeighbours");
-    // Differences keep their rows.
+    // Differences and sums keep their rows.
     const f32x4x4 other =
         rowsOf<block>(vectorOf<V>(rows[3]), vectorOf<V>(rows[2]), vectorOf<V>(rows[1]), vectorOf<V>(rows[0]));
+    f32x4 added[4];
     columnsOf(tile - other, columns);
+    columnsOf(tile + other, added);
     for (int r = 0; r < 4; ++r) {
         for (int c = 0; c < 4; ++c) {
             EXPECT_EQ(lanesOf(columns[c])[r], rows[r][4 * block + c] - rows[3 - r][4 * block + c]);
+            EXPECT_EQ(lanesOf(added[c])[r], rows[r][4 * block + c] + rows[3 - r][4 * block + c]);
         }
     }
 }
@@ -250,15 +257,17 @@ void checkDoubleRows() {
         rowsOf<block>(vectorOf<V>(rows[0]), vectorOf<V>(rows[1]), vectorOf<V>(rows[2]), vectorOf<V>(rows[3]));
     const f64x2x4 other =
         rowsOf<block>(vectorOf<V>(rows[3]), vectorOf<V>(rows[2]), vectorOf<V>(rows[1]), vectorOf<V>(rows[0]));
-    f64x4of4 columns[2], differences[2];
+    f64x4of4 columns[2], differences[2], added[2];
     columnsOf(tile, columns);
     columnsOf(tile - other, differences);
+    columnsOf(tile + other, added);
     for (int r = 0; r < 4; ++r) {
         const double* row = rows[r].data() + 2 * block;
         EXPECT_EQ(lanesOf(sumLanes(tile))[r], row[0] + row[1]);
         for (int c = 0; c < 2; ++c) {
             EXPECT_EQ(lanesOf(columns[c])[r], row[c]) << "row " << r << ", column " << c;
             EXPECT_EQ(lanesOf(differences[c])[r], row[c] - rows[3 - r][2 * block + c]);
+            EXPECT_EQ(lanesOf(added[c])[r], row[c] + rows[3 - r][2 * block + c]);
         }
     }
 }

@@ -123,6 +123,9 @@ VORN_INLINE double firstLane(f64x4of4 a) { return firstLane(a.low); }
 VORN_INLINE f64x4of4 operator+(f64x4of4 a, f64x4of4 b) { return {a.low + b.low, a.high + b.high}; }
 VORN_INLINE f64x4of4 operator-(f64x4of4 a, f64x4of4 b) { return {a.low - b.low, a.high - b.high}; }
 VORN_INLINE f64x4of4 operator*(f64x4of4 a, f64x4of4 b) { return {a.low * b.low, a.high * b.high}; }
+VORN_INLINE f64x4of4 operator/(f64x4of4 a, f64x4of4 b) { return {a.low / b.low, a.high / b.high}; }
+VORN_INLINE f64x2 lowHalf(f64x4of4 a) { return a.low; }
+VORN_INLINE f64x2 highHalf(f64x4of4 a) { return a.high; }
 VORN_INLINE f64x4of4 maxOf(f64x4of4 a, f64x4of4 b) { return {maxOf(a.low, b.low), maxOf(a.high, b.high)}; }
 #endif
 
@@ -159,6 +162,12 @@ VORN_INLINE auto rowsOf(V r0, V r1, V r2, V r3) {
 
 #if defined(VORN_WIDE_TILES)
 
+VORN_INLINE f32x4x4 operator+(f32x4x4 a, f32x4x4 b) {
+    return {_mm256_add_ps(a.v02, b.v02), _mm256_add_ps(a.v13, b.v13)};
+}
+VORN_INLINE f64x2x4 operator+(f64x2x4 a, f64x2x4 b) {
+    return {_mm256_add_pd(a.v02, b.v02), _mm256_add_pd(a.v13, b.v13)};
+}
 VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
     return {_mm256_sub_ps(a.v02, b.v02), _mm256_sub_ps(a.v13, b.v13)};
 }
@@ -214,6 +223,12 @@ VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
 
 #else
 
+VORN_INLINE f32x4x4 operator+(f32x4x4 a, f32x4x4 b) {
+    return {_mm_add_ps(a.v0, b.v0), _mm_add_ps(a.v1, b.v1), _mm_add_ps(a.v2, b.v2), _mm_add_ps(a.v3, b.v3)};
+}
+VORN_INLINE f64x2x4 operator+(f64x2x4 a, f64x2x4 b) {
+    return {_mm_add_pd(a.v0, b.v0), _mm_add_pd(a.v1, b.v1), _mm_add_pd(a.v2, b.v2), _mm_add_pd(a.v3, b.v3)};
+}
 VORN_INLINE f32x4x4 operator-(f32x4x4 a, f32x4x4 b) {
     return {_mm_sub_ps(a.v0, b.v0), _mm_sub_ps(a.v1, b.v1), _mm_sub_ps(a.v2, b.v2), _mm_sub_ps(a.v3, b.v3)};
 }

@@ -20,7 +20,7 @@ VORN_INLINE T elementAt(const T* p) {
     return x;
 }
 
-// The elements from p on in the type of the terms: singles may be widened.
+// The elements from p on in the type of the terms: singles may be widened, 16-bit data made singles.
 template <class V>
 VORN_INLINE V loadAs(const typename V::Element* p) {
     return load<V>(p);
@@ -28,6 +28,10 @@ VORN_INLINE V loadAs(const typename V::Element* p) {
 template <class V>
 VORN_INLINE V loadAs(const Vorn32f* p) requires std::is_same_v<V, f64x4of4> {
     return widened(load<f32x4>(p));
+}
+template <class V>
+VORN_INLINE V loadAs(const Vorn16s* p) requires std::is_same_v<V, f32x4> {
+    return toFloat(loadWidened<i32x4>(p));
 }
 
 // Square x inverse variance, of many columns and of one.
@@ -48,7 +52,8 @@ VORN_INLINE R weightedColumn(R square, UnitVar) {
     return square;
 }
 
-// Terms of T data in R, a lane a column; singles are widened to double before they are subtracted.
+// Terms of T data in R, a lane a column; singles are widened to double, and 16-bit data made singles, before they are
+// subtracted.
 template <class T, class R = T>
 struct FloatTerms {
     using Result = R;

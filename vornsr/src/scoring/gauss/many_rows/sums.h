@@ -1,6 +1,6 @@
 // Gaussian scores: the sum S = sum over j of (x[j] - m[j])^2 x v[j] in the float arithmetics, negated as the scores
-// need it, of four rows at once or of one (in lane 0; the other lanes are of no account). How many rows advance
-// together changes no bit; the lanes of a row and their order do.
+// need it or as it is for distances, of four rows at once or of one (in lane 0; the other lanes are of no account). How
+// many rows advance together changes no bit; the lanes of a row and their order do.
 #pragma once
 
 #include <cstddef>
@@ -51,18 +51,18 @@ VORN_INLINE auto tileOf(const FourTerms<V>& terms) {
     return rowsOf<block>(terms.row[0], terms.row[1], terms.row[2], terms.row[3]);
 }
 
-// How the columns reach a sum: each lane of a block keeps to its lane of the sum,
-template <class Tile>
+// How the columns join a sum: each lane of a block keeps to its lane of the sum,
+template <class Tile, class Sign = Subtracted>
 struct InLanes {
     static constexpr int blockLanes = Tile::Block::lanes;
     Tile sums{};
-    VORN_INLINE void subtract(const Tile& terms) { sums = sums - terms; }
+    VORN_INLINE void join(const Tile& terms) { sums = Sign()(sums, terms); }
 };
 // or every column goes to the one sum of its row, in order.
 struct InColumnOrder {
     static constexpr int blockLanes = 2;
     Four<Vorn64f> sums = splat<Four<Vorn64f>>(0);
-    VORN_INLINE void subtract(const f64x2x4& terms) {
+    VORN_INLINE void join(const f64x2x4& terms) {
         Four<Vorn64f> column[2];
         columnsOf(terms, column);
         sums = sums - column[0];
@@ -71,67 +71,69 @@ struct InColumnOrder {
 };
 
 template <class V, class Accumulator, int... block>
-VORN_INLINE void subtractBlocks(Accumulator& acc, const FourTerms<V>& terms, std::integer_sequence<int, block...>) {
-    (acc.subtract(tileOf<block>(terms)), ...);
+VORN_INLINE void joinBlocks(Accumulator& acc, const FourTerms<V>& terms, std::integer_sequence<int, block...>) {
+    (acc.join(tileOf<block>(terms)), ...);
 }
 
-// Subtracts the columns from j on, one 16-byte block of a row after the other, as far as whole vectors V reach.
+// Joins the columns from j on, one 16-byte block of a row after the other, as far as whole vectors V reach.
 template <class Terms, class V, class Rows, class Accumulator>
-VORN_INLINE std::ptrdiff_t subtractVectors(const Rows& rows, std::ptrdiff_t j, std::ptrdiff_t len, Accumulator& acc) {
+VORN_INLINE std::ptrdiff_t joinVectors(const Rows& rows, std::ptrdiff_t j, std::ptrdiff_t len, Accumulator& acc) {
     constexpr std::ptrdiff_t columns = Terms::template columns<V>;
 #pragma GCC unroll 2
     for (; j + columns <= len; j += columns) {
         const auto terms = fourTerms<Terms, V>(rows, j);
         constexpr int blocks = std::remove_cvref_t<decltype(terms.row[0])>::lanes / Accumulator::blockLanes;
-        subtractBlocks(acc, terms, std::make_integer_sequence<int, blocks>());
+        joinBlocks(acc, terms, std::make_integer_sequence<int, blocks>());
     }
     return j;
 }
 
-// Subtracts all whole groups of columns; returns how many columns are left behind them.
+// Joins all whole groups of columns; returns how many columns are left behind them.
 template <class Terms, class... V, class Rows, class Accumulator>
-VORN_INLINE std::ptrdiff_t subtractGroups(Widths<V...>, const Rows& rows, std::ptrdiff_t len, Accumulator& acc) {
+VORN_INLINE std::ptrdiff_t joinGroups(Widths<V...>, const Rows& rows, std::ptrdiff_t len, Accumulator& acc) {
     std::ptrdiff_t j = 0;
-    ((j = subtractVectors<Terms, V>(rows, j, len, acc)), ...);
+    ((j = joinVectors<Terms, V>(rows, j, len, acc)), ...);
     return len - j;
 }
 
 // The same for one row: all whole groups V of columns,
-template <class Terms, class V, class Row, class Subtract>
-VORN_INLINE std::ptrdiff_t subtractGroupsOfOne(const Row& row, std::ptrdiff_t len, const Subtract& subtract) {
+template <class Terms, class V, class Row, class Join>
+VORN_INLINE std::ptrdiff_t joinGroupsOfOne(const Row& row, std::ptrdiff_t len, const Join& join) {
     std::ptrdiff_t j = 0;
     for (; j + V::lanes <= len; j += V::lanes) {
-        subtract(Terms::template of<V>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
+        join(Terms::template of<V>(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
     }
     return len - j;
 }
 // and the last `left` columns, one after the other.
-template <class Terms, class Row>
-VORN_INLINE auto subtractColumns(typename Terms::Result sum, const Row& row, std::ptrdiff_t len, std::ptrdiff_t left) {
+template <class Terms, class Sign = Subtracted, class Row>
+VORN_INLINE auto joinColumns(typename Terms::Result sum, const Row& row, std::ptrdiff_t len, std::ptrdiff_t left) {
     for (std::ptrdiff_t j = len - left; j < len; ++j) {
-        sum = sum - Terms::column(row.src[0] + j, row.mean[0] + j, row.var[0] + j);
+        sum = Sign()(sum, Terms::column(row.src[0] + j, row.mean[0] + j, row.var[0] + j));
     }
     return sum;
 }
 
-// -S in single: one accumulator of four lanes a row, (lane 0 + lane 1) + (lane 2 + lane 3), then the last len mod 4
-// columns one by one.
-struct FloatSums {
+// S or -S in single: one accumulator of four lanes a row, (lane 0 + lane 1) + (lane 2 + lane 3), then the last len mod
+// 4 columns one by one.
+template <class Sign>
+struct SignedFloatSums {
     using Terms = FloatTerms<Vorn32f>;
     static constexpr std::ptrdiff_t group = 4;
 
     template <class Rows>
     static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
-        InLanes<f32x4x4> lanes;
-        const std::ptrdiff_t left = subtractGroups<Terms>(SingleWidths{}, rows, len, lanes);
+        constexpr Sign join;
+        InLanes<f32x4x4, Sign> lanes;
+        const std::ptrdiff_t left = joinGroups<Terms>(SingleWidths{}, rows, len, lanes);
         f32x4 sums = sumNeighbours(lanes.sums);
-        if (left == 1) return sums - columnTerm(rows, len - 1);
+        if (left == 1) return join(sums, columnTerm(rows, len - 1));
         if (left > 1) {
             f32x4 column[4];
             columnsOf(tileOf<0>(fourTerms<Terms, f32x4>(rows, len - 4)), column);
-            if (left > 2) sums = sums - column[1];
-            sums = sums - column[2];
-            sums = sums - column[3];
+            if (left > 2) sums = join(sums, column[1]);
+            sums = join(sums, column[2]);
+            sums = join(sums, column[3]);
         }
         return sums;
     }
@@ -139,10 +141,11 @@ struct FloatSums {
     static VORN_NOINLINE f32x4 ofOne(const Row& row, std::ptrdiff_t len) {
         f32x4 lanes = splat<f32x4>(0);
         const std::ptrdiff_t left =
-            subtractGroupsOfOne<Terms, f32x4>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
-        return splat<f32x4>(subtractColumns<Terms>(sumNeighbours(lanes), row, len, left));
+            joinGroupsOfOne<Terms, f32x4>(row, len, [&](f32x4 terms) { lanes = Sign()(lanes, terms); });
+        return splat<f32x4>(joinColumns<Terms, Sign>(sumNeighbours(lanes), row, len, left));
     }
 };
+using FloatSums = SignedFloatSums<Subtracted>;
 
 // A last odd column, in double.
 template <class Rows>
@@ -152,26 +155,28 @@ VORN_INLINE Four<Vorn64f> lastColumn(const Rows& rows, std::ptrdiff_t len) {
     return column[1];
 }
 
-// -S in double: one accumulator of two lanes a row, lane 0 + lane 1, then a last odd column.
-struct DoubleSums {
+// S or -S in double: one accumulator of two lanes a row, lane 0 + lane 1, then a last odd column.
+template <class Sign>
+struct SignedDoubleSums {
     using Terms = FloatTerms<Vorn64f>;
     static constexpr std::ptrdiff_t group = 2;
 
     template <class Rows>
     static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
-        InLanes<f64x2x4> lanes;
-        const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, lanes);
+        InLanes<f64x2x4, Sign> lanes;
+        const std::ptrdiff_t left = joinGroups<Terms>(DoubleWidths{}, rows, len, lanes);
         const Four<Vorn64f> sums = sumLanes(lanes.sums);
-        return left > 0 ? sums - lastColumn(rows, len) : sums;
+        return left > 0 ? Sign()(sums, lastColumn(rows, len)) : sums;
     }
     template <class Row>
     static VORN_NOINLINE Four<Vorn64f> ofOne(const Row& row, std::ptrdiff_t len) {
         f64x2 lanes = splat<f64x2>(0);
         const std::ptrdiff_t left =
-            subtractGroupsOfOne<Terms, f64x2>(row, len, [&](f64x2 terms) { lanes = lanes - terms; });
-        return firstOnly(subtractColumns<Terms>(sumLanes(lanes), row, len, left));
+            joinGroupsOfOne<Terms, f64x2>(row, len, [&](f64x2 terms) { lanes = Sign()(lanes, terms); });
+        return firstOnly(joinColumns<Terms, Sign>(sumLanes(lanes), row, len, left));
     }
 };
+using DoubleSums = SignedDoubleSums<Subtracted>;
 
 // -S in double in plain column order.
 struct DoubleSumsInOrder {
@@ -181,12 +186,12 @@ struct DoubleSumsInOrder {
     template <class Rows>
     static VORN_INLINE Four<Vorn64f> ofFour(const Rows& rows, std::ptrdiff_t len) {
         InColumnOrder acc;
-        const std::ptrdiff_t left = subtractGroups<Terms>(DoubleWidths{}, rows, len, acc);
+        const std::ptrdiff_t left = joinGroups<Terms>(DoubleWidths{}, rows, len, acc);
         return left > 0 ? acc.sums - lastColumn(rows, len) : acc.sums;
     }
     template <class Row>
     static VORN_NOINLINE Four<Vorn64f> ofOne(const Row& row, std::ptrdiff_t len) {
-        return firstOnly(subtractColumns<Terms>(0, row, len, len));
+        return firstOnly(joinColumns<Terms>(0, row, len, len));
     }
 };
 
@@ -225,7 +230,7 @@ struct ShortSums {
     static VORN_INLINE f32x4 ofFour(const Pairing<Src, Mean, Var>& rows, std::ptrdiff_t len) {
         using Terms = typename ShortGroups<Var>::Terms;
         InLanes<f32x4x4> acc;
-        const std::ptrdiff_t left = subtractGroups<Terms>(typename ShortGroups<Var>::Widths{}, rows, len, acc);
+        const std::ptrdiff_t left = joinGroups<Terms>(typename ShortGroups<Var>::Widths{}, rows, len, acc);
         f32x4 lane[4];
         columnsOf(acc.sums, lane);
         if (left > 0) {
@@ -248,10 +253,10 @@ struct ShortSums {
     template <class Src, class Mean, class Var>
     static VORN_NOINLINE f32x4 ofOne(const Pairing<Src, Mean, Var>& row, std::ptrdiff_t len) {
         using Terms = typename ShortGroups<Var>::Terms;
-        if (len < 8) return splat<f32x4>(subtractColumns<ExactShortTerms>(0, row, len, len));
+        if (len < 8) return splat<f32x4>(joinColumns<ExactShortTerms>(0, row, len, len));
         f32x4 lanes = splat<f32x4>(0);
         const std::ptrdiff_t left =
-            subtractGroupsOfOne<Terms, i16x8>(row, len, [&](auto terms) { subtractInFours(lanes, terms); });
+            joinGroupsOfOne<Terms, i16x8>(row, len, [&](auto terms) { subtractInFours(lanes, terms); });
         if (left > 0) {
             const auto terms =
                 ExactShortTerms::of<i16x8>(row.src[0] + len - 8, row.mean[0] + len - 8, row.var[0] + (len - 8));
@@ -328,7 +333,7 @@ struct ShortPassSums {
     template <class Rows>
     static VORN_INLINE f32x4 ofFour(const Rows& rows, std::ptrdiff_t len) {
         InLanes<f32x4x4> acc;
-        subtractGroups<ShortPairTerms>(ShortWidths{}, rows, len, acc);
+        joinGroups<ShortPairTerms>(ShortWidths{}, rows, len, acc);
         withColumnsLeft(
             len, [&](auto left) __attribute__((always_inline)) {
                 if constexpr (left > 0) {
@@ -336,8 +341,8 @@ struct ShortPassSums {
                         return passes<left>(rows.src[r], rows.mean[r], len);
                     });
                     for (int k = 0; k < 3; ++k) {
-                        acc.subtract(rowsOf<0>(toFloat(rest.row[0].pass[k]), toFloat(rest.row[1].pass[k]),
-                                               toFloat(rest.row[2].pass[k]), toFloat(rest.row[3].pass[k])));
+                        acc.join(rowsOf<0>(toFloat(rest.row[0].pass[k]), toFloat(rest.row[1].pass[k]),
+                                           toFloat(rest.row[2].pass[k]), toFloat(rest.row[3].pass[k])));
                     }
                 }
             });
@@ -348,7 +353,7 @@ struct ShortPassSums {
     template <class Row>
     static VORN_NOINLINE f32x4 ofOne(const Row& row, std::ptrdiff_t len) {
         f32x4 lanes = splat<f32x4>(0);
-        subtractGroupsOfOne<ShortPairTerms, i16x8>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
+        joinGroupsOfOne<ShortPairTerms, i16x8>(row, len, [&](f32x4 terms) { lanes = lanes - terms; });
         withColumnsLeft(
             len, [&](auto left) __attribute__((always_inline)) {
                 if constexpr (left > 0) {

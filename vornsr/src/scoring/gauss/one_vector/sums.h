@@ -18,17 +18,18 @@ namespace vorn {
 
 // ---- Single.
 
-// S, or -S. Of each sixteen columns the first eight go to one accumulator of four lanes and the next eight to another;
-// then eight to the first, and what remains to its lane 0; (lane 0 + lane 1) + (lane 2 + lane 3) of both together.
-template <class Sign, class Var>
-inline float floatSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdiff_t len) {
+// S, or -S, of singles or of 16-bit data in single. Of each sixteen columns the first eight go to one accumulator of
+// four lanes and the next eight to another; then eight to the first, and what remains to its lane 0; (lane 0 + lane 1)
+// + (lane 2 + lane 3) of both together.
+template <class Sign, class T, class Var>
+inline float floatSum(const T* x, const T* mean, Var var, std::ptrdiff_t len) {
     f32x4 first = splat<f32x4>(0.0f), second = first;
     std::ptrdiff_t j = 0;
     constexpr Sign join;
-    using Terms = FloatTerms<Vorn32f>;
+    using Terms = FloatTerms<T, Vorn32f>;
     const auto joinEight = [&](f32x4 sum, std::ptrdiff_t at) __attribute__((always_inline)) {
-        sum = join(sum, Terms::of<f32x4>(x + at, mean + at, var + at));
-        return join(sum, Terms::of<f32x4>(x + at + 4, mean + at + 4, var + at + 4));
+        sum = join(sum, Terms::template of<f32x4>(x + at, mean + at, var + at));
+        return join(sum, Terms::template of<f32x4>(x + at + 4, mean + at + 4, var + at + 4));
     };
     for (; j + 16 <= len; j += 16) {
         first = joinEight(first, j);
@@ -43,8 +44,8 @@ inline float floatSum(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptrdi
     if (len >= 8) {
         float term[8];
         const std::ptrdiff_t last = len - 8;
-        store(term, Terms::of<f32x4>(x + last, mean + last, var + last));
-        store(term + 4, Terms::of<f32x4>(x + last + 4, mean + last + 4, var + last + 4));
+        store(term, Terms::template of<f32x4>(x + last, mean + last, var + last));
+        store(term + 4, Terms::template of<f32x4>(x + last + 4, mean + last + 4, var + last + 4));
         lane0 = joinLast<Sign>(lane0, term, len - j);
     } else {
         for (; j < len; ++j) lane0 = join(lane0, Terms::column(x + j, mean + j, var + j));
