@@ -10,27 +10,54 @@ VORN_BEGIN_DECLS
  * @defgroup vornsr_column_statistics Column statistics
  * @brief Mean and variance of each column of a matrix: the parameters of a diagonal Gaussian from a block of frames.
  *
- * src is a matrix of height rows (frames) by width columns (features), row r beginning at src + r srcStep; i runs over
- * rows, j over columns. Every result has one element a column.
+ * src is a matrix of height rows (frames) by width columns (features): in `D2` forms one block whose rows begin srcStep
+ * elements apart, in `D2L` forms an array of height row pointers (rows may repeat or overlap). i runs over rows, j over
+ * columns; h is height. Means and variances have one element a column.
  *
- * `vornsMeanVarColumn_32f_D2`: mean[j] = (sum of x[i][j]) r and
- * var[j] = (sum of x[i][j]^2 + (-h) mean[j]^2) s, with h = height held as one single, r = 1/h and s = 1/(h - 1) divided
- * in double and rounded to single once: the unbiased sample variance in its one-pass form. The mean in it is the stored
- * one.
+ * Singles. r = 1/h and s = 1/(h - 1) are divided in double and rounded to single once; -h is one single. All steps are
+ * in single, in the order written.
+ * - `vornsMeanColumn_32f_*`: mean[j] = (sum of x[i][j]) r. The sum starts at zero and takes two rows at a time, acc +
+ *   (x[i][j] + x[i + 1][j]), an odd last row alone.
+ * - `vornsVarColumn_32f_*`: var[j] = ((-h) mean[j]^2 + sum of x[i][j]^2) s. The sum starts from the term of the mean
+ *   and takes the squares in row order. The mean is the caller's and is taken as it is.
+ * - `vornsMeanVarColumn_32f_*`: mean[j] = (sum of x[i][j]) r and var[j] = (sum of x[i][j]^2 + (-h) mean[j]^2) s, with
+ *   the stored mean. Both sums start at zero and take the rows in their order.
  *
- * `vornsWeightedMeanVarColumn_32f_D2`: mean[j] = sum of w[i] x[i][j] and var[j] = sum of w[i] (x[i][j] x[i][j]) -
- * mean[j]^2. weight has height elements. The weights are taken as given and nothing divides by their sum: pass weights
- * that sum to one for a true mean.
+ * 16-bit integers to 16 bits. Here r and s are divided in single. The scale factor belongs to the variance alone.
+ * - Of a block, and of a list whose rows all begin on a multiple of 16 bytes: the sums are those of singles, of x in
+ *   pairs of rows, of x^2 (rounded to single) in row order from zero; var[j] = (sum of x^2 + (-h) mean[j]^2) s with the
+ *   term of the mean last. `vornsMeanVarColumn_*` takes its mean in it before that is rounded. Both results are
+ *   converted as `vornsConvert_32f16s_Sfs` does in mode `vornRndNear`, the mean with scale factor 0, the variance with
+ *   scaleFactor. These calls allocate once.
+ * - Of any other list the alignment of the rows shows in the result: it is truncated. `vornsMeanColumn_*`: the exact
+ *   sum, rounded to single, times r, truncated. `vornsVarColumn_*`: the exact sum of x^2 less h mean[j]^2, rounded to
+ *   single, times s. `vornsMeanVarColumn_*`: m = the exact sum, rounded to single, times r; mean[j] is m limited to
+ *   -32768..32767 and truncated; the variance is (sum of x^2 - (m m) h) s, with the sum of x^2 in single and in row
+ *   order. A variance is truncated to 64 bits, shifted right by scaleFactor or left by its negative (in 64 bits; counts
+ *   are taken modulo 64, and bits that leave at the top are lost), then saturated. These calls do not allocate.
  *
- * Exactness. All steps are in single precision, in the order written; each sum starts at zero and takes the rows in
- * their order. The bits depend on nothing else, alignment and srcStep included. The one-pass form cancels when the mean
- * is large beside the deviation: a variance may come out zero or negative. There are no floors and no warnings;
- * infinities and not-a-numbers pass through.
+ * 16-bit integers to wider results, `16s32s` and `16s16s32s`. Both sums are doubles that take the elements and their
+ * squares in row order; mean[j] = (sum of x) r and var[j] = (sum of x^2 - (m m) h) v, with m the mean before it is
+ * rounded. In `D2` forms r and 1/(h - 1) are divided in double; in `D2L` forms in single, so that the layout shows in
+ * the last digits. v is 1/(h - 1), in `16s32s` times 2^-scaleFactor (plus infinity for scale factors up to -1024, 0
+ * from 1075 on). Both results are rounded to nearest, ties to even. In `16s32s` they are limited to 32 bits; a variance
+ * of zero times an infinite v is not a number and gives 2147483647. In `16s16s32s` both are within their types for any
+ * data.
  *
- * Overlap. The results must not overlap src, weight or one another.
+ * Rounding modes. Roundings to integers are to nearest, or towards zero, as stated, whatever the caller's mode; the
+ * steps in floats are in the caller's mode.
  *
- * Checks, in this order: `vornsMeanVarColumn_*_D2`: null, size (width at least 1, height at least 2), stride (srcStep
- * below width). `vornsWeightedMeanVarColumn_*_D2`: null, stride, size (both at least 1).
+ * Accuracy, to nearest, up to 100000 rows and short of underflow. A mean in single is within 6e-8 (h + 4) times the
+ * mean of the magnitudes of its column; a variance in single, of its own mean or a correctly rounded one, within 1.8e-7
+ * (h + 4) times (sum of x^2) / (h - 1). The one-pass form cancels: where the mean is large beside the deviation, a
+ * variance may come out zero or negative. There are no floors and no warnings; infinities and not-a-numbers pass
+ * through.
+ *
+ * Overlap. The results must not overlap src, mean or one another.
+ *
+ * Checks, in this order: `vornsMeanColumn_*_D2` and `vornsVarColumn_*_D2*`: stride (srcStep below width), null, size;
+ * `vornsMeanVarColumn_*_D2*`: null, size, stride; `D2L` forms: null, size. height is at least 1 for means, 2 for
+ * variances, and width at least 1. The allocation comes last: `vornStsMemAllocErr`, with nothing written.
  * @{
  */
 VornStatus vornsMeanColumn_32f_D2(const Vorn32f* src, int height, int srcStep, Vorn32f* dstMean, int width);
@@ -66,6 +93,23 @@ VornStatus vornsMeanVarColumn_16s16s32s_D2L(const Vorn16s* const* src, int heigh
 /**
  * @defgroup vornsr_weighted_columns Weighted column statistics
  * @brief Means and variances of columns with a weight a row.
+ *
+ * src is a matrix of height rows by width columns, in one block with rows srcStep apart (`D2`) or as a list of rows
+ * (`D2L`); w is weight, with one element a row. (srcStep stands behind src here, and height behind weight.)
+ * - `vornsWeightedMeanColumn_*`: mean[j] = sum of w[i] x[i][j]
+ * - `vornsWeightedVarColumn_*`: var[j] = sum of w[i] (x[i][j] x[i][j]) - mean[j]^2, of the caller's mean
+ * - `vornsWeightedMeanVarColumn_*`: both, the mean being the one just computed
+ *
+ * The weights are taken as given and nothing divides by their sum: pass weights that sum to one for a true mean. With
+ * others the mean is not normalised, and the formula of the variance is applied to it all the same.
+ *
+ * Exactness. `32f` computes in single, `64f` in double, in the order written and in the caller's rounding mode; each
+ * sum starts at zero and takes the rows in their order. The bits depend on nothing else: alignment, layout and srcStep
+ * change none. There are no floors and no warnings; infinities and not-a-numbers pass through.
+ *
+ * Overlap. The results must not overlap src, weight, mean or one another.
+ *
+ * Checks, in this order: null, stride (srcStep below width; `D2` forms), size (height and width at least 1).
  * @{
  */
 VornStatus vornsWeightedMeanColumn_32f_D2(const Vorn32f* src, int srcStep, const Vorn32f* weight, int height,

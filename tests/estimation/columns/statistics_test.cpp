@@ -285,7 +285,7 @@ TEST_P(ColumnStatistics, EqualTheModelBitForBit) {
     const Member& member = GetParam();
     Random random(1);
     for (int width = 1; width <= 70; ++width) {
-        for (int height : {member.leastHeight, 3, 8, width % 2 == 0 ? 9 : 17}) {
+        for (int height : {member.leastHeight, width % 2 == 0 ? 8 : 3, width % 2 == 0 ? 9 : 17}) {
             compareAll(member, Problem(member, random, height, width), width + (height * width) % 6);
         }
     }
@@ -328,7 +328,7 @@ TEST_P(ColumnStatistics, EqualTheModelOfHighMatrices) {
 TEST_P(ColumnStatistics, EqualTheModelOfLargeMatrices) {
     const Member& member = GetParam();
     Random random(5);
-    for (int width : {13, 39, 130, 270}) {
+    for (int width : {39, 270}) {
         const int height = (9 << 17) / width / static_cast<int>(member.bytes());
         compareAll(member, Problem(member, random, height, width), width);
     }
@@ -362,7 +362,7 @@ TEST_P(ColumnStatistics, FollowTheCallersRoundingModeAndKeepIt) {
     Random random(8);
     for (unsigned mode : modes) {
         for (int width : {1, 3, 13, 39, 100}) {
-            for (int height : {2, 3, 11, 600}) {
+            for (int height : {2, 11, 300}) {
                 Problem problem(member, random, height, width);
                 compareAll(member, problem, width, 14, mode);
                 // Opposites, and zeros alone: the mode decides the sign of their sums.
