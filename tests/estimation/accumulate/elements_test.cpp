@@ -504,6 +504,34 @@ TEST(NewVarOfIntegersLiterals, TheAddressChoosesBetweenSaturationAndTheSmallestI
     EXPECT_EQ(dst[3], -2147483647 - 1);
 }
 
+TEST(NewVarOverlap, TheResultMayStandInThePlaceOfTheMeans) {
+    Random random(31);
+    for (std::size_t len : {1, 3, 21, 39, 5000}) {
+        auto mean = random.floats(len, -10, 30);
+        const auto sumSq = random.floats(len, 0, 1e5);
+        std::vector<float> expected(len);
+        for (std::size_t i = 0; i < len; ++i) expected[i] = model::newVarMixed(mean[i], sumSq[i], 100, 0.01f);
+        ASSERT_EQ(vornsNewVar_32f(mean.data(), sumSq.data(), mean.data(), static_cast<int>(len), 100, 0.01f),
+                  vornStsNoErr);
+        EXPECT_TRUE(sameBits(mean, expected)) << len;
+        for (std::size_t at : {0, 4}) {
+            for (unsigned mode : {RoundingMode::nearest, RoundingMode::up}) {
+                Offset<Vorn32s> m(len, at), s(len, 0);
+                const auto means = random.integers<Vorn32s>(len, -400, 400), sums = random.integers<Vorn32s>(len);
+                m.assign(means), s.assign(sums);
+                const volatile IntegerModel model = integerModel(at == 0);
+                std::vector<Vorn32s> integers(len);
+                {
+                    const RoundingMode caller(mode);
+                    for (std::size_t i = 0; i < len; ++i) integers[i] = model(means[i], sums[i], 9.9f, 0.3f, 1);
+                    vornsNewVar_32s_Sfs(m, s, m, static_cast<int>(len), 1, 9.9f, 0.3f);
+                }
+                EXPECT_TRUE(sameBits(m.values(), integers)) << len << " at " << at << ", mode " << mode;
+            }
+        }
+    }
+}
+
 struct IntegerArguments {
     std::vector<Vorn32s> data = std::vector<Vorn32s>(3, 1);
     Guarded<Vorn32s> out = Guarded<Vorn32s>(3);
