@@ -2,13 +2,15 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <cstdint>
 
 #include "estimation/clustering/logarithms.h"
-#include "estimation/clustering/registers.h"
 #include "estimation/updates/constant.h"
+#include "estimation/updates/formula.h"
 #include "frame/checks.h"
 #include "frame/rounding.h"
 #include "loops/operands.h"
+#include "simd/divide.h"
 #include "vornsr/estimation.h"
 #include "vornsr/frame.h"
 #include "vornsr/signal.h"
@@ -95,16 +97,40 @@ VORN_NOINLINE VornStatus mergeSingle(const Pair<float>& pair, float* dstMean, fl
     return vornStsNoErr;
 }
 
-VORN_NOINLINE void mergeDouble(const Pair<double>& pair, double* dstMean, double* dstVar, std::ptrdiff_t len) {
-    const Pair<double> of = pair;
-    const double weight = of.weight();
-    overRegisters<double>(
-        len, [=](auto lanes, std::ptrdiff_t i) __attribute__((always_inline)) {
-            const Pooled pooled(lanes.load(of.mean1 + i), lanes.load(of.var1 + i), lanes.load(of.mean2 + i),
-                                lanes.load(of.var2 + i), lanes.all(of.wgt1), lanes.all(of.wgt2), lanes.all(weight));
-            lanes.store(dstMean + i, pooled.mean);
-            lanes.store(dstVar + i, pooled.var);
-        });
+struct MergedDoubles {
+    using Element = double;
+    using V = f64xN;
+    static constexpr bool light = false;
+    Pair<double> of;
+    double *mean, *var;
+    V wgt1, wgt2, weight;
+    MergedDoubles(const Pair<double>& pair, double* dstMean, double* dstVar)
+        : of(pair),
+          mean(dstMean),
+          var(dstVar),
+          wgt1(splat<V>(pair.wgt1)),
+          wgt2(splat<V>(pair.wgt2)),
+          weight(splat<V>(pair.weight())) {}
+
+    template <class Lanes>
+    VORN_INLINE Pooled<V> at(Lanes lanes, std::int64_t i) const {
+        return {lanes.load(of.mean1 + i),
+                lanes.load(of.var1 + i),
+                lanes.load(of.mean2 + i),
+                lanes.load(of.var2 + i),
+                wgt1,
+                wgt2,
+                weight};
+    }
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, const Pooled<V>& pooled) const {
+        lanes.store(mean + i, pooled.mean);
+        lanes.store(var + i, pooled.var);
+    }
+    double* result() const { return mean; }
+};
+VORN_NOINLINE void mergeDouble(const Pair<double>& pair, double* dstMean, double* dstVar, std::int64_t len) {
+    forElementsInCache(len, MergedDoubles(pair, dstMean, dstVar));
 }
 
 // ---- Distance
@@ -186,32 +212,49 @@ VornStatus distance(const Pair<T>& pair, int len, T* dst, T gconst1, T gconst2) 
 // ---- Splitting
 
 // How far the means part: val standard deviations, in the type of the elements, or in double and rounded once.
+template <class V>
 struct InElementType {
-    template <class V, class T>
-    static VORN_INLINE V shift(V var, T val) {
-        return allLanes<V>(val) * rootOf(var);
-    }
+    V val;
+    explicit InElementType(typename V::Element x) : val(splat<V>(x)) {}
+    VORN_INLINE V operator()(V var) const { return val * sqrtOf(var); }
 };
 struct InDouble {
-    static VORN_INLINE f32xN shift(f32xN var, float val) {
-        return narrow(InElementType::shift(widenLow(var), double{val}),
-                      InElementType::shift(widenHigh(var), double{val}));
-    }
-    static VORN_INLINE float shift(float var, float val) {
-        return static_cast<float>(InElementType::shift(double{var}, double{val}));
+    f64xN val;
+    explicit InDouble(float x) : val(splat<f64xN>(x)) {}
+    VORN_INLINE f32xN operator()(f32xN var) const {
+        return narrow(val * sqrtOf(widenLow(var)), val * sqrtOf(widenHigh(var)));
     }
 };
 
-template <class Deviation, class T>
-VORN_NOINLINE void split(T* srcDstMean, const T* srcVar, T* dstMean, T* dstVar, std::ptrdiff_t len, T val) {
-    overRegisters<T>(
-        len, [=](auto lanes, std::ptrdiff_t i) __attribute__((always_inline)) {
-            const auto mean = lanes.load(srcDstMean + i), var = lanes.load(srcVar + i);
-            const auto shift = Deviation::shift(var, val);
-            lanes.store(dstMean + i, mean - shift);
-            lanes.store(srcDstMean + i, mean + shift);
-            lanes.store(dstVar + i, var);
-        });
+template <class Shift, class T>
+struct HalvesOfGaussian {
+    using Element = T;
+    using V = Wide<T>;
+    static constexpr bool light = false;
+    struct Results {
+        V up, down, var;
+    };
+    T* mean;
+    const T* var;
+    T *dstMean, *dstVar;
+    Shift shift;
+
+    template <class Lanes>
+    VORN_INLINE Results at(Lanes lanes, std::int64_t i) const {
+        const V m = lanes.load(mean + i), v = lanes.load(var + i), d = shift(v);
+        return {m + d, m - d, v};
+    }
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, const Results& results) const {
+        lanes.store(dstMean + i, results.down);
+        lanes.store(mean + i, results.up);
+        lanes.store(dstVar + i, results.var);
+    }
+    T* result() const { return mean; }
+};
+template <class Shift, class T>
+VORN_NOINLINE void split(T* srcDstMean, const T* srcVar, T* dstMean, T* dstVar, std::int64_t len, T val) {
+    forElementsInCache(len, HalvesOfGaussian<Shift, T>{srcDstMean, srcVar, dstMean, dstVar, Shift(val)});
 }
 
 }  // namespace
@@ -266,7 +309,7 @@ VornStatus vornsGaussianSplit_32f(Vorn32f* srcDstMean, const Vorn32f* srcVar, Vo
     VORN_CHECK(positive(len));
     VORN_CHECK(notNull(srcDstMean, srcVar, dstMean, dstVar));
     if (allAligned(srcDstMean, srcVar, dstMean, dstVar)) {
-        split<InElementType>(srcDstMean, srcVar, dstMean, dstVar, len, val);
+        split<InElementType<f32xN>>(srcDstMean, srcVar, dstMean, dstVar, len, val);
     } else {
         split<InDouble>(srcDstMean, srcVar, dstMean, dstVar, len, val);
     }
@@ -277,6 +320,6 @@ VornStatus vornsGaussianSplit_64f(Vorn64f* srcDstMean, const Vorn64f* srcVar, Vo
                                   int len, Vorn64f val) {
     VORN_CHECK(notNull(srcDstMean, srcVar, dstMean, dstVar));
     VORN_CHECK(positive(len));
-    split<InElementType>(srcDstMean, srcVar, dstMean, dstVar, len, val);
+    split<InElementType<f64xN>>(srcDstMean, srcVar, dstMean, dstVar, len, val);
     return vornStsNoErr;
 }

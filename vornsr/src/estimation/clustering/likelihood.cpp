@@ -1,10 +1,13 @@
 // Statistics of states and the likelihood of a pool of them: the exported functions.
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 
 #include "estimation/clustering/logarithms.h"
-#include "estimation/clustering/registers.h"
+#include "estimation/updates/formula.h"
 #include "frame/checks.h"
+#include "frame/rounding.h"
+#include "simd/divide.h"
 #include "vornsr/estimation.h"
 #include "vornsr/frame.h"
 
@@ -12,57 +15,70 @@ namespace vorn::clustering {
 namespace {
 
 // ---- Statistics of one state: occ times the mean and the mean square. Two groupings of the square, which round
-// differently on purpose; `scaledMean` is occ times the mean.
+// differently on purpose; scaledMean is occ times the mean.
 
 // From inverse variances.
-struct SumOfSquaresTimesOcc {
-    template <class V>
-    static VORN_INLINE V square(V mean, V inverseVar, V, V occ, V one) {
-        return (divided(one, inverseVar) + mean * mean) * occ;
+template <class V>
+struct SumTimesOcc {
+    static constexpr bool light = false;
+    static VORN_INLINE V square(V mean, V inverseVar, V, V occ) {
+        return (divided(splat<V>(1), inverseVar) + mean * mean) * occ;
     }
 };
-template <class T>
-struct TermsTimesOcc;
-template <>
-struct TermsTimesOcc<Vorn32f> {
-    template <class V>
-    static VORN_INLINE V square(V mean, V inverseVar, V scaledMean, V occ, V one) {
-        return divided(one, inverseVar) * occ + scaledMean * mean;
-    }
-};
-template <>
-struct TermsTimesOcc<Vorn64f> {
-    template <class V>
-    static VORN_INLINE V square(V mean, V inverseVar, V scaledMean, V occ, V) {
-        return scaledMean * mean + divided(occ, inverseVar);
+template <class V>
+struct TermsTimesOcc {
+    static constexpr bool light = false;
+    static VORN_INLINE V square(V mean, V inverseVar, V scaledMean, V occ) {
+        if constexpr (sizeof(typename V::Element) == sizeof(Vorn32f)) {
+            return divided(splat<V>(1), inverseVar) * occ + scaledMean * mean;
+        } else {
+            return scaledMean * mean + divided(occ, inverseVar);
+        }
     }
 };
 // From variances.
-struct DirectSumOfSquares {
-    template <class V>
-    static VORN_INLINE V square(V mean, V var, V, V occ, V) {
-        return (mean * mean + var) * occ;
-    }
+template <class V>
+struct DirectSumTimesOcc {
+    static constexpr bool light = true;
+    static VORN_INLINE V square(V mean, V var, V, V occ) { return (mean * mean + var) * occ; }
 };
 
-template <class Grouping, class T>
-VORN_NOINLINE void statistics(const T* srcMean, const T* srcVar, T* dstSum, T* dstSqr, std::ptrdiff_t len, T occ) {
-    overRegisters<T>(
-        len, [=](auto lanes, std::ptrdiff_t i) __attribute__((always_inline)) {
-            const auto mean = lanes.load(srcMean + i), var = lanes.load(srcVar + i), all = lanes.all(occ);
-            const auto scaledMean = mean * all;
-            lanes.store(dstSum + i, scaledMean);
-            lanes.store(dstSqr + i, Grouping::square(mean, var, scaledMean, all, lanes.all(T(1))));
-        });
+template <template <class> class Grouping, class T>
+struct Statistics {
+    using Element = T;
+    using V = Wide<T>;
+    static constexpr bool light = Grouping<V>::light;
+    struct Results {
+        V sum, sqr;
+    };
+    const T *mean, *var;
+    T *sum, *sqr;
+    V occ;
+
+    template <class Lanes>
+    VORN_INLINE Results at(Lanes lanes, std::int64_t i) const {
+        const V m = lanes.load(mean + i), scaledMean = m * occ;
+        return {scaledMean, Grouping<V>::square(m, lanes.load(var + i), scaledMean, occ)};
+    }
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, const Results& results) const {
+        lanes.store(sum + i, results.sum);
+        lanes.store(sqr + i, results.sqr);
+    }
+    T* result() const { return sum; }
+};
+template <template <class> class Grouping, class T>
+VORN_NOINLINE void statistics(const T* srcMean, const T* srcVar, T* dstSum, T* dstSqr, std::int64_t len, T occ) {
+    forElementsInCache(len, Statistics<Grouping, T>{srcMean, srcVar, dstSum, dstSqr, splat<Wide<T>>(occ)});
 }
 
 // The length and the addresses choose the grouping.
 template <class T>
 void statisticsOfInverse(const T* srcMean, const T* srcVar, T* dstSum, T* dstSqr, int len, T occ) {
     if (len >= 8 && allAligned(srcMean, srcVar, dstSum, dstSqr)) {
-        statistics<TermsTimesOcc<T>>(srcMean, srcVar, dstSum, dstSqr, len, occ);
+        statistics<TermsTimesOcc>(srcMean, srcVar, dstSum, dstSqr, len, occ);
     } else {
-        statistics<SumOfSquaresTimesOcc>(srcMean, srcVar, dstSum, dstSqr, len, occ);
+        statistics<SumTimesOcc>(srcMean, srcVar, dstSum, dstSqr, len, occ);
     }
 }
 
@@ -167,7 +183,7 @@ VornStatus vornsDcsClustLAccumulate_DirectVar_32f(const Vorn32f* srcMean, const 
                                                   Vorn32f* dstSqr, int len, Vorn32f occ) {
     VORN_CHECK(notNull(srcMean, srcVar, dstSum, dstSqr));
     VORN_CHECK(positive(len));
-    statistics<DirectSumOfSquares>(srcMean, srcVar, dstSum, dstSqr, len, occ);
+    statistics<DirectSumTimesOcc>(srcMean, srcVar, dstSum, dstSqr, len, occ);
     return vornStsNoErr;
 }
 
@@ -175,7 +191,7 @@ VornStatus vornsDcsClustLAccumulate_DirectVar_64f(const Vorn64f* srcMean, const 
                                                   Vorn64f* dstSqr, int len, Vorn64f occ) {
     VORN_CHECK(notNull(srcMean, srcVar, dstSum, dstSqr));
     VORN_CHECK(positive(len));
-    statistics<DirectSumOfSquares>(srcMean, srcVar, dstSum, dstSqr, len, occ);
+    statistics<DirectSumTimesOcc>(srcMean, srcVar, dstSum, dstSqr, len, occ);
     return vornStsNoErr;
 }
 

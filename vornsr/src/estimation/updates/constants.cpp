@@ -2,45 +2,58 @@
 // names.
 #include <cstdint>
 
-#include "arithmetic/compute.h"
 #include "estimation/updates/constant.h"
-#include "frame/align.h"
+#include "estimation/updates/formula.h"
 #include "frame/checks.h"
 #include "frame/kernel.h"
+#include "frame/rounding.h"
 #include "frame/wrap.h"
+#include "simd/pairs.h"
 #include "vornsr/estimation.h"
 #include "vornsr/signal.h"
 
 namespace vorn {
 namespace {
 
-// a - b/2
+// dst = src - constant / 2; half of an integer is rounded down.
 template <class T>
-struct LessHalf : Operation<Wide<T>::lanes, true> {
+struct LessHalf {
+    using Element = T;
     using V = Wide<T>;
-    VORN_INLINE V operator()(V a, V b) const { return a - splat<V>(T(0.5)) * b; }
-};
-// Half of an integer is rounded down.
-template <>
-struct LessHalf<Vorn32s> : Operation<i32xN::lanes, true> {
-    VORN_INLINE i32xN operator()(i32xN a, i32xN b) const { return a - shiftRight<1>(b); }
-};
+    static constexpr bool light = true;
+    const T *src, *constant;
+    T* dst;
 
+    template <class Lanes>
+    VORN_INLINE V at(Lanes lanes, std::int64_t i) const {
+        return lanes.load(src + i) - halfOf(lanes.load(constant + i));
+    }
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, V x) const {
+        lanes.store(dst + i, x);
+    }
+    T* result() const { return dst; }
+
+private:
+    // In its register the half stays as it is: a compiler that knows no rounding mode but the nearest may subtract a
+    // product by adding one with -0.5, which rounds the other way where half of a denormal number is rounded.
+    static VORN_INLINE i32xN halfOf(i32xN x) { return shiftRight<1>(x); }
+    static VORN_INLINE f32xN halfOf(f32xN x) { return inRegister(splat<f32xN>(0.5f) * x); }
+    static VORN_INLINE f64xN halfOf(f64xN x) { return inRegister(splat<f64xN>(0.5) * x); }
+};
 template <class T>
-void lessHalf(const T* src, const T* constant, T* dst, std::int64_t len) {
-    compute<LessHalf<T>>(elements(src), elements(constant), dst, len);
+VORN_INLINE void lessHalf(const T* src, const T* constant, T* dst, std::int64_t len) {
+    forElementsOf(len, LessHalf<T>{src, constant, dst});
 }
 
 // In integers, the halves of the elements behind the last whole group of two, or of four where a vector stands off a
 // 16-byte address, are rounded up: the address chooses the rounding of up to three last elements.
-template <class... Vector>
-int elementsRoundedDown(int len, const Vector*... vector) {
-    const bool aligned = (... && isAligned(vector, 16));
-    return aligned ? len / 2 * 2 : len / 4 * 4;
-}
-void lessHalf(const Vorn32s* src, const Vorn32s* constant, Vorn32s* dst, int len, int roundedDown) {
-    if (roundedDown > 0) lessHalf(src, constant, dst, roundedDown);
-    for (int i = roundedDown; i < len; ++i) dst[i] = wrapSub(src[i], wrapAdd(constant[i], 1) >> 1);
+VORN_INLINE void lessHalfByPosition(const Vorn32s* src, const Vorn32s* constant, Vorn32s* dst, int len, bool aligned) {
+    const int group = aligned ? 2 : 4, grouped = len / group * group;
+    if (grouped > 0) lessHalf(src, constant, dst, grouped);
+    for (std::int64_t i = grouped, end = i + 3; i < end; ++i) {
+        if (i < len) dst[i] = wrapSub(src[i], wrapAdd(constant[i], 1) >> 1);
+    }
 }
 
 }  // namespace
@@ -86,7 +99,7 @@ VORN_KERNEL void vornsOutProbPreCalc_32f_M7(const Vorn32f* src, const Vorn32f* s
     lessHalf(src, srcGConst, dst, len);
 }
 VORN_KERNEL void vornsOutProbPreCalc_32f_I_M7(const Vorn32f* src, Vorn32f* srcDstGConst, std::int64_t len) {
-    lessHalf(src, srcDstGConst, srcDstGConst, len);
+    lessHalf<Vorn32f>(src, srcDstGConst, srcDstGConst, len);
 }
 VORN_KERNEL_ALIAS(vornsOutProbPreCalc_32f_I_M7_Al, vornsOutProbPreCalc_32f_I_M7);
 
@@ -107,7 +120,7 @@ VornStatus vornsOutProbPreCalc_64f(const Vorn64f* src, const Vorn64f* srcGConst,
 VornStatus vornsOutProbPreCalc_32s(const Vorn32s* src, const Vorn32s* srcGConst, Vorn32s* dst, int len) {
     VORN_CHECK(notNull(src, srcGConst, dst));
     VORN_CHECK(positive(len));
-    lessHalf(src, srcGConst, dst, len, elementsRoundedDown(len, src, srcGConst, dst));
+    lessHalfByPosition(src, srcGConst, dst, len, allAligned(src, srcGConst, dst));
     return vornStsNoErr;
 }
 

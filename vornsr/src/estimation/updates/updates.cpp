@@ -5,9 +5,10 @@
 #include <limits>
 #include <type_traits>
 
-#include "arithmetic/compute.h"
+#include "estimation/updates/formula.h"
 #include "frame/checks.h"
 #include "frame/kernel.h"
+#include "frame/rounding.h"
 #include "simd/divide.h"
 #include "vornsr/estimation.h"
 
@@ -48,50 +49,54 @@ struct Average<Vorn64f> {
 // ---- Means
 
 template <class T>
-struct AddedAverage : Operation<Wide<T>::lanes, Average<T>::light> {
+struct AddedAverages {
+    using Element = T;
     using V = Wide<T>;
+    static constexpr bool light = Average<T>::light;
+    const T* sum;
+    T* mean;
     Average<T> average;
-    explicit AddedAverage(T scale) : average(scale) {}
-    VORN_INLINE V operator()(V sum, V mean) const { return mean + average(sum); }
+
+    template <class Lanes>
+    VORN_INLINE V at(Lanes lanes, std::int64_t i) const {
+        return lanes.load(mean + i) + average(lanes.load(sum + i));
+    }
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, V x) const {
+        lanes.store(mean + i, x);
+    }
+    T* result() const { return mean; }
 };
 
 template <class T>
-void addMeans(const T* src, T* srcDstMean, std::int64_t len, T scale) {
-    computeWith(AddedAverage<T>(scale), elements(src), elements(static_cast<const T*>(srcDstMean)), srcDstMean, len);
+VORN_INLINE void addAverages(const T* src, T* srcDstMean, std::int64_t len, T scale) {
+    forElementsOf(len, AddedAverages<T>{src, srcDstMean, Average<T>(scale)});
 }
 
 // ---- Variances
 
-// A variance that is not above its floor, or not a number, is replaced by the floor. The sums behind the last element
-// count as 0, and so does their floor: none of them is above it.
+// A variance that is not above its floor, or not a number, is replaced by the floor. Behind the last element both are
+// 0, so that none of them is above it.
 template <class T>
 struct FlooredVariances {
+    using Element = T;
     using V = Wide<T>;
-    static constexpr std::int64_t step = V::lanes;
-    static constexpr bool unrolled = Average<T>::light;
-    Average<T> ofMeans, ofSquares;
+    static constexpr bool light = Average<T>::light;
     const T *meanAcc, *varAcc, *floor;
     T* dst;
+    Average<T> ofMeans, ofSquares;
     mutable decltype(V() > V()) aboveFloor = splat<V>(0) > splat<V>(0);
 
-    VORN_INLINE V floored(V mean, V square, V least) const {
-        const V m = ofMeans(mean);
-        const V v = ofSquares(square) - m * m;
+    template <class Lanes>
+    VORN_INLINE V at(Lanes lanes, std::int64_t i) const {
+        const V m = ofMeans(lanes.load(meanAcc + i)), least = lanes.load(floor + i);
+        const V v = ofSquares(lanes.load(varAcc + i)) - m * m;
         aboveFloor = aboveFloor | (v > least);
         return maxOf(v, least);
     }
-    VORN_INLINE V at(std::int64_t i) const {
-        return floored(load<V>(meanAcc + i), load<V>(varAcc + i), load<V>(floor + i));
-    }
-    VORN_INLINE void put(std::int64_t i, V x) const { store(dst + i, x); }
-    VORN_INLINE void putPastCache(std::int64_t i, V x) const { storeStream(dst + i, x); }
-    VORN_INLINE void fetch(std::int64_t i) const {
-        fetchAhead(meanAcc + i);
-        fetchAhead(varAcc + i);
-        fetchAhead(floor + i);
-    }
-    VORN_INLINE void part(std::int64_t n) const {
-        storePart(dst, floored(loadPart<V>(meanAcc, n), loadPart<V>(varAcc, n), loadPart<V>(floor, n)), n);
+    template <class Lanes>
+    VORN_INLINE void put(Lanes lanes, std::int64_t i, V x) const {
+        lanes.store(dst + i, x);
     }
     T* result() const { return dst; }
 };
@@ -100,9 +105,10 @@ struct FlooredVariances {
 template <class T>
 VORN_NOINLINE VornStatus flooredVariances(const T* meanAcc, const T* varAcc, const T* floor, T* dst, std::int64_t len,
                                           T meanScale, T varScale) {
-    const FlooredVariances<T> kernel{Average<T>(meanScale), Average<T>(varScale), meanAcc, varAcc, floor, dst};
+    const FlooredVariances<T> variances{meanAcc, varAcc, floor, dst, Average<T>(meanScale), Average<T>(varScale)};
+    const FormulaKernel<FlooredVariances<T>> kernel{variances};
     forEachStep(len, kernel);
-    return any(kernel.aboveFloor) ? vornStsNoErr : vornStsBelowFloor;
+    return any(variances.aboveFloor) ? vornStsNoErr : vornStsBelowFloor;
 }
 
 // ---- Weights
@@ -122,21 +128,31 @@ VORN_INLINE Sum addedInOrder(Sum sum, V x) {
 VORN_INLINE float sumOfWeights(f32x4 lanes) { return sumNeighbours(lanes); }
 VORN_INLINE double sumOfWeights(f64x2 lanes) { return sumLanes(lanes); }
 
+// What the weights are computed in: at most 32 bytes, since additions to the sum, which wait for one another, are
+// slower beside registers of 64.
+#if defined(VORN_SIMD_AVX512)
+template <class T>
+using WeightLanes = decltype(lowHalf(Wide<T>()));
+#else
+template <class T>
+using WeightLanes = Wide<T>;
+#endif
+
 // Whether a weight is above the floor. Others are replaced by it, those that are no number as well.
 template <class T>
 VORN_NOINLINE bool flooredWeights(const T* src, T* dst, std::int64_t len, T* dstSum, T r, T floor) {
-    using V = Wide<T>;
+    using V = WeightLanes<T>;
     using Sum = SumLanes<T>;
     Sum lanes = splat<Sum>(0);
-    V highest = splat<V>(floor);
+    auto aboveFloor = splat<V>(floor) < splat<V>(floor);
     std::int64_t i = 0;
     for (; i + V::lanes <= len; i += V::lanes) {
         const V w = maxOf(load<V>(src + i) * splat<V>(r), splat<V>(floor));
         store(dst + i, w);
         lanes = addedInOrder(lanes, w);
-        highest = maxOf(w, highest);
+        aboveFloor = aboveFloor | (w > splat<V>(floor));
     }
-    bool above = any(highest > splat<V>(floor));
+    bool above = any(aboveFloor);
     for (; V::lanes > Sum::lanes && i + Sum::lanes <= len; i += Sum::lanes) {
         const Sum w = maxOf(load<Sum>(src + i) * splat<Sum>(r), splat<Sum>(floor));
         store(dst + i, w);
@@ -161,7 +177,7 @@ using namespace vorn;
 
 // srcDstMean[i] += src[i] r
 VORN_KERNEL void vornsUpdateMean_32f_M7(const Vorn32f* src, Vorn32f* srcDstMean, std::int64_t len, Vorn32f r) {
-    addMeans(src, srcDstMean, len, r);
+    addAverages(src, srcDstMean, len, r);
 }
 VORN_KERNEL_ALIAS(vornsUpdateMean_32f_M7_Al, vornsUpdateMean_32f_M7);
 
@@ -192,7 +208,7 @@ VornStatus vornsUpdateMean_32f(const Vorn32f* src, Vorn32f* srcDstMean, int len,
     VORN_CHECK(positive(len));
     VORN_CHECK(notNegative(occ));
     VORN_CHECK(occupied(occ));
-    vornsUpdateMean_32f_M7(src, srcDstMean, len, 1.0f / occ);
+    addAverages(src, srcDstMean, len, 1.0f / occ);
     return vornStsNoErr;
 }
 
@@ -201,7 +217,7 @@ VornStatus vornsUpdateMean_64f(const Vorn64f* src, Vorn64f* srcDstMean, int len,
     VORN_CHECK(positive(len));
     VORN_CHECK(notNegative(occ));
     VORN_CHECK(occupied(occ));
-    addMeans(src, srcDstMean, len, occ);
+    addAverages(src, srcDstMean, len, occ);
     return vornStsNoErr;
 }
 
