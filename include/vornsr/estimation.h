@@ -262,8 +262,8 @@ VornStatus vornsAccCovarianceMatrix_16s64f_D2L(const Vorn16s* const* src, int he
  *
  * Checks, in this order: `vornsDcsClustLAccumulate_*`, `vornsDcsClustLCompute_*` and `vornsGaussianSplit_64f`: null,
  * size (len at least 1); `vornsGaussianMerge_*`, `vornsGaussianDist_*` and `vornsGaussianSplit_32f`: size, null. Then
- * `vornsDcsClustLCompute_*`: `vornStsNegOccErr`, dst untouched, where occ is below zero or not a number. Weights are not
- * checked.
+ * `vornsDcsClustLCompute_*`: `vornStsNegOccErr`, dst untouched, where occ is below zero or not a number. Weights are
+ * not checked.
  *
  * Warnings. `vornsDcsClustLCompute_*`: where some N Q[i] - S[i]^2 is negative, `vornStsLnNegArg` and dst[0] =
  * not-a-number; otherwise, where one is zero or not a number, `vornStsLnZeroArg` and dst[0] = minus infinity. The
