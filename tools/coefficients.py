@@ -167,8 +167,9 @@ def decimal_constants():
         yield path, "0.7071067811865476", mp.sqrt(mp.mpf(1) / 2), 0
     yield "vorns/src/fft/contexts/tables.cpp", "6.283185307179586", 2 * mp.pi, 0
     yield "vornsr/src/features/cepstrum/kernels.cpp", "3.141592653589793", mp.pi, 0
+    yield "vornsr/src/estimation/clustering/likelihood.cpp", "1.8378770664093456", mp.log(2 * mp.pi), 0
     # These have the digits that the functions promise, no more.
-    yield "vornsr/src/estimation/updates/kernels.h", "1.8378770664093", mp.log(2 * mp.pi), 13
+    yield "vornsr/src/estimation/updates/constant.h", "1.8378770664093", mp.log(2 * mp.pi), 13
     yield "vornsr/src/features/conditioning/energy_kernels.h", "0.230259", mp.log(10) / 10, 6
     yield "vornsr/src/linalg/curves/entropy.cpp", "0.6931472", mp.log(2), 7
 

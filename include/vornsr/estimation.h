@@ -140,17 +140,49 @@ VornStatus vornsWeightedMeanVarColumn_64f_D2L(const Vorn64f* const* src, const V
 
 /**
  * @defgroup vornsr_updates Parameter updates
- * @brief New parameters of a Gaussian from what a pass over the data has summed.
+ * @brief New parameters of a Gaussian or a mixture from what a pass over the data has summed.
  *
- * `vornsUpdateGConst_DirectVar_32f`: the constant of a diagonal Gaussian of len dimensions, dst[0] = c + s: c = len
- * 1.8378770664093 (the logarithm of two pi, to the digits that the library stores) formed in double and rounded to
- * single, s = the sum of the logarithms of the variances src as `vornsSumLn_32f` gives it, and one addition in single.
- * The accuracy is that of `vornsSumLn_32f`.
+ * All vectors have len elements; the type in the name is that of every vector and scalar. A pass leaves for each
+ * Gaussian a sum of observations, a sum of their squares and an occupation, which is the sum of the weights with which
+ * the observations were counted.
  *
- * Warnings. The first bad element in the run that `vornsSumLn_32f` reports decides: a zero gives `vornStsLnZeroArg` and
- * dst[0] = plus infinity, a negative one `vornStsLnNegArg` and dst[0] = not-a-number.
+ * `vornsUpdateMean_*`: srcDstMean[i] += src[i] / occ. The destination is added to: clear it for a new mean.
  *
- * Checks, in this order: null, size (len at least 1).
+ * `vornsUpdateVar_*`: m = srcMeanAcc[i] / meanOcc and v = srcVarAcc[i] / varOcc - m m. dstVar[i] = v where v is above
+ * srcVarFloor[i], and that floor everywhere else, a v that is not a number included.
+ *
+ * `vornsUpdateWeight_*`: w = src[i] r with r = 1 / occ. dstWeight[i] = w where w is above floor, and floor everywhere
+ * else, a w that is not a number included. dstSum[0] is the sum of the stored weights; nothing is divided by it.
+ *
+ * `vornsUpdateGConst_*`, `vornsUpdateGConst_DirectVar_*`: the constant of a diagonal Gaussian of len dimensions. With
+ * c = len 1.8378770664093 (the logarithm of two pi, to the digits that the library stores) formed in double, in the
+ * `32f` forms rounded to single, and s = the sum of the logarithms of src as `vornsSumLn_32f` or `vornsSumLn_64f` gives
+ * it: dst[0] = c - s of inverse variances src, and c + s of variances src in the `DirectVar` forms. The accuracy is
+ * that of the sum of logarithms.
+ *
+ * `vornsOutProbPreCalc_*`: dst[i] = src[i] - srcGConst[i] / 2, the part of an output probability that no frame changes,
+ * such as the logarithm of a weight less half the constant of its Gaussian. In the `_I` forms the result replaces
+ * srcDstGConst. In the `32s` forms half of an integer is rounded down (shifted right) in the elements up to the last
+ * multiple of 2 where all vectors stand on 16-byte addresses, up to the last multiple of 4 where one does not, and
+ * rounded up ((x + 1) shifted right) in the one to three elements behind; sums wrap at 32 bits.
+ *
+ * Exactness. One rounding an operation, in the precision of the name and the caller's rounding mode: the `32f` forms of
+ * mean, variance and weight multiply by reciprocals that are divided once a call, the `64f` forms of mean and variance
+ * divide each element. dstSum has four lanes in single and two in double, to which the elements of whole groups of as
+ * many are added in their order from zero; then (lane 0 + lane 1) + (lane 2 + lane 3), or lane 0 + lane 1; then the
+ * elements behind, in their order. But for `vornsOutProbPreCalc_32s` and its `_I` form no address changes a result.
+ *
+ * Overlap. A result may be one of the operands; apart from that, vectors must not overlap, nor dstSum a vector.
+ *
+ * Checks, in this order: null (every pointer, dstSum and dst included), size (len at least 1), and for mean, variance
+ * and weight the occupations: `vornStsNegOccErr` where one is below zero or not a number, then `vornStsZeroOcc` where
+ * one is not above the smallest normal number of its type (1.17549435e-38 in single, 2.2250738585072014e-308 in
+ * double). That warning leaves all results untouched like an error: the old parameters stay in place.
+ *
+ * Warnings with results: `vornStsBelowFloor` where no variance, or no weight, is above its floor;
+ * `vornsUpdateWeight_64f` gives it for len 1 only, whatever longer vectors hold. `vornStsLnZeroArg` with dst[0] = plus
+ * infinity, or `vornStsLnNegArg` with dst[0] = not-a-number, of the constants where src has a zero or a negative
+ * element (the first bad element in the run that the sum of logarithms reports decides).
  * @{
  */
 VornStatus vornsUpdateMean_32f(const Vorn32f* src, Vorn32f* srcDstMean, int len, Vorn32f occ);
@@ -298,6 +330,74 @@ VornStatus vornsAccCovarianceMatrix_16s64f_D2L(const Vorn16s* const* src, int he
 /**
  * @defgroup vornsr_clustering Gaussian clustering
  * @brief Likelihoods of pooled states, merging, distance and splitting of Gaussians.
+ *
+ * What likelihood-based clustering of states and the growing of mixtures need (Odell, The use of context in large
+ * vocabulary speech recognition, 1995; Young et al., tree-based state tying, 1994). A diagonal Gaussian is a mean
+ * vector and a variance vector of len elements each, and a constant; the type in the name is that of vectors and
+ * scalars.
+ *
+ * `vornsDcsClustLAccumulate_*`: what a state of occupation occ brings to a pool: dstSum[i] = srcMean[i] occ and
+ * dstSqr[i] = (1 / srcVar[i] + srcMean[i]^2) occ of inverse variances srcVar, or (srcMean[i]^2 + srcVar[i]) occ of
+ * variances in the `DirectVar` forms. The results are overwritten: the caller adds up the states of a pool.
+ *
+ * `vornsDcsClustLCompute_*`: the log likelihood of a pool's occ = N frames under the one Gaussian that fits them best,
+ * from the totals S = srcSum and Q = srcSqr: dst[0] = N/2 (len (2 ln N - 1 - ln 2 pi) - sum of ln(N Q[i] - S[i]^2)),
+ * all in double: c = ln N, b = len (((c - 1) - 1.8378770664093456) + c), dst[0] = (N 0.5) (b - sum). The `32f64f` form
+ * widens its singles first. N = 0 gives the warning `vornStsZeroOcc` and dst[0] = -10000000000.0.
+ *
+ * `vornsGaussianMerge_*`: both Gaussians as one. With W = wgt1 + wgt2,
+ *
+ *     dstMean[i] = (wgt1 srcMean1[i] + wgt2 srcMean2[i]) / W
+ *     dstVar[i] = ((srcMean1[i]^2 + srcVar1[i]) wgt1 + (srcMean2[i]^2 + srcVar2[i]) wgt2) / W - dstMean[i]^2
+ *     dstGConst[0] = len 1.8378770664093 - sum of ln dstVar[i]
+ *
+ * The constant has this sign on purpose: it is what `vornsUpdateGConst_*` makes of variances.
+ *
+ * `vornsGaussianDist_*`: the likelihood that such a merge gives up, dst[0] = (wgt1 gconst1 + wgt2 gconst2) -
+ * W (len 1.8378770664093 - sum of ln v[i]) with the variances v of the merge. The constants have the sign of dstGConst.
+ *
+ * `vornsGaussianSplit_*`: two copies, val standard deviations off: d = val sqrt(srcVar[i]), dstMean[i] = srcDstMean[i]
+ * - d, srcDstMean[i] += d, dstVar[i] = srcVar[i]. There is no floor: a negative variance gives not-a-numbers in both
+ * means and `vornStsNoErr`.
+ *
+ * Exactness. One rounding an operation, in the order written and the precision of the name, with these rules:
+ *
+ * - `vornsDcsClustLAccumulate_32f` and `_64f` form dstSqr[i] in another grouping where len is at least 8 and all four
+ *   vectors stand on 16-byte addresses: (1 / v) occ + (occ m) m in single, (occ m) m + occ / v in double.
+ * - Sums of logarithms take the elements one by one in their order, each logarithm in double and within 0.502 units in
+ *   its last place; `vornsGaussianMerge_64f`, and `vornsGaussianDist_32f` from len 13 and `_64f` from len 11 on, take
+ *   the sum that `vornsSumLn_64f` gives.
+ * - `vornsGaussianMerge_32f` is in single but for the logarithms and their sum, and rounds dstGConst once.
+ *   `vornsGaussianDist_32f` adds the weights, and the weighted constants, in single; all else is in double, and dst is
+ *   rounded once.
+ * - `vornsGaussianSplit_32f` forms d in single where all four vectors stand on 16-byte addresses, otherwise in double
+ *   and rounds it: the last place of a mean may differ.
+ *
+ * Accuracy, where nothing over- or underflows. u is 2^-24 in single and 2^-53 in double.
+ *
+ * - `vornsDcsClustLCompute_*` is within 1.2e-16 N len (K + (len / 2 + 2) M + 3 |2 ln N| + 9) of the formula; M is the
+ *   largest |ln(N Q[i] - S[i]^2)| and K the largest N Q[i] / (N Q[i] - S[i]^2), which is what a mean that is large
+ *   beside the deviation costs.
+ * - With weights above zero a merge's mean is within 4.1 u (wgt1 |mean1| + wgt2 |mean2|) / W of the formula, and its
+ *   variance within 16.1 u ((mean1^2 + var1) wgt1 + (mean2^2 + var2) wgt2) / W.
+ *
+ * No function allocates memory.
+ *
+ * Overlap. dstMean and dstVar of a merge may be the mean and the variance of either Gaussian, dstVar of a split may be
+ * srcVar; apart from that results must overlap nothing.
+ *
+ * Checks, in this order: `vornsDcsClustLAccumulate_*`, `vornsDcsClustLCompute_*` and `vornsGaussianSplit_64f`: null,
+ * size (len at least 1); `vornsGaussianMerge_*`, `vornsGaussianDist_*` and `vornsGaussianSplit_32f`: size, null. Then
+ * `vornsDcsClustLCompute_*`: `vornStsNegOccErr`, dst untouched, where occ is below zero or not a number. Weights are
+ * not checked.
+ *
+ * Warnings. `vornsDcsClustLCompute_*`: where some N Q[i] - S[i]^2 is negative, `vornStsLnNegArg` and dst[0] =
+ * not-a-number; otherwise, where one is zero or not a number, `vornStsLnZeroArg` and dst[0] = minus infinity. The
+ * others: the first variance of the merge that is zero gives `vornStsLnZeroArg` and plus infinity in dst or dstGConst,
+ * the first negative one `vornStsLnNegArg` and not-a-number, whichever comes first (in its run of 512, where
+ * `vornsSumLn_64f` sums). `vornsGaussianMerge_32f` stops there: the means and variances up to this element are stored,
+ * later ones are not. A variance that is not a number counts as zero; where `vornsSumLn_64f` sums it gives not-a-number
+ * and `vornStsNoErr`, and so does an infinite one.
  * @{
  */
 VornStatus vornsDcsClustLAccumulate_32f(const Vorn32f* srcMean, const Vorn32f* srcVar, Vorn32f* dstSum, Vorn32f* dstSqr,

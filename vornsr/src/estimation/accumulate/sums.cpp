@@ -1,8 +1,8 @@
 // Sums over rows that calls continue: the exported functions and the kernels that keep their names.
-#include "estimation/accumulate/sums.h"
-
+#include <algorithm>
 #include <cstdint>
 
+#include "estimation/columns/walk.h"
 #include "frame/checks.h"
 #include "frame/kernel.h"
 #include "frame/rows.h"
@@ -11,6 +11,18 @@
 
 namespace vorn::accumulate {
 namespace {
+
+// sum[j] += x[0][j] + x[1][j], squares[j] += x[0][j]^2 + x[1][j]^2, and so on; an odd last row alone.
+template <class Source>
+void addRowPairs(RowBlock<const Source> rows, std::int64_t height, Vorn32f* sum, Vorn32f* squares, std::int64_t width) {
+    columns::addRows<columns::InPairs, columns::SquaresInPairs>(AnyRows(rows), height, 0, width, columns::NoWeights(),
+                                                                {sum, squares});
+}
+template <class Source>
+void sumRowPairs(RowBlock<const Source> rows, std::int64_t height, Vorn32f* sum, Vorn32f* squares, std::int64_t width) {
+    columns::sumRows<columns::InPairs, columns::SquaresInPairs>(AnyRows(rows), height, width, columns::NoWeights(),
+                                                                {sum, squares});
+}
 
 // Sums of integers are singles while rows are added; the conversions go from one to the other in their place.
 Vorn32f* inPlaceOf(Vorn32s* sums) { return reinterpret_cast<Vorn32f*>(sums); }

@@ -59,37 +59,64 @@ VORN_INLINE V splatAs(T x) {
     }
 }
 
-// Vectors side by side, but for the last one, which may begin early so as to end at the last column.
+// Vectors side by side from a column on, but for the last one, which may begin early so as to end at the last column.
 template <class Vector, int vectors>
 struct Group {
     using V = Vector;
     static constexpr int count = vectors;
-    std::ptrdiff_t last;
-    VORN_INLINE std::ptrdiff_t at(int k) const { return k == count - 1 ? last : std::ptrdiff_t{k} * lanesOf<V>(); }
+    std::ptrdiff_t first, last;
+    VORN_INLINE std::ptrdiff_t at(int k) const {
+        return k == count - 1 ? last : first + std::ptrdiff_t{k} * lanesOf<V>();
+    }
 };
 
-// Calls use(group) if at most `most` vectors V, or a few narrower ones, hold all columns; false if they are too many.
+// Calls use(group) for columns that at most `most` narrower vectors hold.
 template <class V, int most, class Use>
-VORN_INLINE bool inOneGroup(std::ptrdiff_t width, const Use& use) {
+VORN_INLINE void inFewVectors(std::ptrdiff_t width, const Use& use) {
     const std::ptrdiff_t last = width - lanesOf<V>();
     if (last < 0) {
         if constexpr (sizeof(V) > 16) {
-            return inOneGroup<HalfOf<V>, 2>(width, use);
+            return inFewVectors<HalfOf<V>, 2>(width, use);
         } else if constexpr (lanesOf<V>() > 1) {
-            return inOneGroup<typename V::Element, static_cast<int>(V::lanes) - 1>(width, use);
+            return inFewVectors<typename V::Element, static_cast<int>(V::lanes) - 1>(width, use);
         }
     }
-    if (last == 0) return use(Group<V, 1>{last}), true;
+    if (last == 0) return use(Group<V, 1>{0, last});
     if constexpr (most > 1) {
-        if (last <= lanesOf<V>()) return use(Group<V, 2>{last}), true;
+        if (last <= lanesOf<V>()) return use(Group<V, 2>{0, last});
     }
-    if constexpr (most > 2) {
-        if (last <= 2 * lanesOf<V>()) return use(Group<V, 3>{last}), true;
+    if constexpr (most > 2) use(Group<V, 3>{0, last});
+}
+
+// Calls use(group) for groups of the build's vectors that cover all columns. None but the last one's last vector begins
+// early, and that inside its own group: no two groups share a column.
+constexpr int groupVectors = 4;
+template <class V, class Use>
+VORN_INLINE void overGroups(std::ptrdiff_t width, const Use& use) {
+    constexpr std::ptrdiff_t lanes = lanesOf<V>();
+    if (width < lanes) return inFewVectors<V, 1>(width, use);
+    std::ptrdiff_t column = 0;
+    for (std::ptrdiff_t vectors = (width + lanes - 1) / lanes; vectors > 0;) {
+        const std::ptrdiff_t end = width - lanes;
+        // One vector alone behind others could not begin early.
+        const std::ptrdiff_t count = vectors == groupVectors + 1 ? 3 : std::min<std::ptrdiff_t>(vectors, groupVectors);
+        switch (count) {
+            case 4:
+                use(Group<V, 4>{column, std::min(column + 3 * lanes, end)});
+                break;
+            case 3:
+                use(Group<V, 3>{column, std::min(column + 2 * lanes, end)});
+                break;
+            case 2:
+                use(Group<V, 2>{column, std::min(column + lanes, end)});
+                break;
+            default:
+                use(Group<V, 1>{column, end});
+                break;
+        }
+        column += count * lanes;
+        vectors -= count;
     }
-    if constexpr (most > 3) {
-        if (last <= 3 * lanesOf<V>()) return use(Group<V, 4>{last}), true;
-    }
-    return false;
 }
 
 // ---- Reading ahead. Some rows that cross all columns at once are no order in which the processor would see the next
@@ -136,6 +163,12 @@ struct Squares {
     template <class V, class Weight>
     static VORN_INLINE V plus(V sum, V x, Weight) {
         return sum + x * x;
+    }
+};
+struct SquaresInPairs : Squares {
+    template <class V>
+    static VORN_INLINE V plusTwo(V sum, V first, V second) {
+        return sum + (first * first + second * second);
     }
 };
 struct Weighted {
@@ -191,21 +224,28 @@ public:
     }
 
     void add(std::ptrdiff_t height) const {
-        // So few vectors stay in registers over the whole height.
-        constexpr int inRegisters = 4;
-        if (inOneGroup<V, inRegisters>(
-                width_, [&](auto group) __attribute__((always_inline)) { addToGroup(group, height); })) {
-            return;
-        }
-        // Of wider matrices some rows at once cross all columns.
-        constexpr int atOnce = 8;
+        constexpr std::ptrdiff_t groupColumns = groupVectors * lanesOf<V>();
         std::ptrdiff_t row = 0;
-        if (isLarge(rows_[0], height, width_)) {
-            for (; row + atOnce <= height; row += atOnce) addAcross<atOnce, true>(row);
+        // Of wide matrices, and of those of some width that no cache holds, some rows at once cross all columns.
+        const bool large = isLarge(rows_[0], height, width_);
+        constexpr std::ptrdiff_t wide = 256 / sizeof(T);
+        if (width_ > wide || (large && width_ > groupColumns)) {
+            for (; row + rowsAtOnce <= height; row += rowsAtOnce) addAcross(row, large);
         }
-        for (; row + atOnce <= height; row += atOnce) addAcross<atOnce, false>(row);
-        for (; row + 2 <= height; row += 2) addAcross<2, false>(row);
-        if (row < height) addAcross<1, false>(row);
+        // The others stay in the first-level cache in blocks of rows, while one group of columns after the other walks
+        // down them.
+        constexpr std::ptrdiff_t blockBytes = 8 << 10;
+        const std::ptrdiff_t rowBytes = width_ * static_cast<std::ptrdiff_t>(sizeof(Source));
+        const std::ptrdiff_t blockRows =
+            width_ <= groupColumns ? height : std::max<std::ptrdiff_t>(rowsAtOnce, blockBytes / rowBytes / 2 * 2);
+        // Two rows are soon added, too soon for a question about their layout: it is a type here.
+        rows_.as([&](auto rows) __attribute__((always_inline)) {
+            for (; row < height; row += blockRows) {
+                const std::ptrdiff_t end = std::min(height, row + blockRows);
+                overGroups<V>(
+                    width_, [&](auto group) __attribute__((always_inline)) { addToGroup(group, rows, row, end); });
+            }
+        });
     }
 
 private:
@@ -234,32 +274,31 @@ private:
         ((s.sum[i] = plusTwoRows<Terms>(s.sum[i], x, w, next, nextWeight), ++i), ...);
     }
 
-    template <class InGroup>
-    VORN_INLINE void addToGroup(InGroup group, std::ptrdiff_t height) const {
+    template <class InGroup, class RowsOf>
+    VORN_INLINE void addToGroup(InGroup group, RowsOf rows, std::ptrdiff_t row, std::ptrdiff_t end) const {
         using Lanes = typename InGroup::V;
         Sums<Lanes> sums[InGroup::count];
         for (int k = 0; k < InGroup::count; ++k) sums[k] = loadSums<Lanes>(sums_, group.at(k));
-        std::ptrdiff_t row = 0;
-        for (; row + 2 <= height; row += 2) {
-            const Source *x = rows_[row] + first_, *next = rows_[row + 1] + first_;
+        for (; row + 2 <= end; row += 2) {
+            const Source *x = rows[row] + first_, *next = rows[row + 1] + first_;
             const auto w = weights_.template of<Lanes>(row), nextWeight = weights_.template of<Lanes>(row + 1);
             for (int k = 0; k < InGroup::count; ++k) {
                 plusTwo(sums[k], loadAs<Lanes>(x + group.at(k)), w, loadAs<Lanes>(next + group.at(k)), nextWeight);
             }
         }
-        if (row < height) {
-            const Source* x = rows_[row] + first_;
+        if (row < end) {
+            const Source* x = rows[row] + first_;
             const auto w = weights_.template of<Lanes>(row);
             for (int k = 0; k < InGroup::count; ++k) plusRow(sums[k], loadAs<Lanes>(x + group.at(k)), w);
         }
         for (int k = 0; k < InGroup::count; ++k) storeSums(sums_, group.at(k), sums[k]);
     }
 
-    template <int rows, bool fetches>
-    VORN_INLINE void addAcross(std::ptrdiff_t row) const {
-        const Source* x[rows];
-        decltype(weights_.template of<V>(row)) w[rows];
-        for (int r = 0; r < rows; ++r) {
+    static constexpr int rowsAtOnce = 8;
+    VORN_INLINE void addAcross(std::ptrdiff_t row, bool fetches) const {
+        const Source* x[rowsAtOnce];
+        decltype(weights_.template of<V>(row)) w[rowsAtOnce];
+        for (int r = 0; r < rowsAtOnce; ++r) {
             x[r] = keepApart(rows_[row + r] + first_);
             w[r] = weights_.template of<V>(row + r);
         }
@@ -267,18 +306,17 @@ private:
         for (int i = 0; i < count; ++i) into[i] = sums_[i];
         const auto sumsAt = [&](std::ptrdiff_t column) __attribute__((always_inline)) {
             Sums<V> s = loadSums<V>(into, column);
-            for (int r = 0; r + 2 <= rows; r += 2) {
+            for (int r = 0; r < rowsAtOnce; r += 2) {
                 plusTwo(s, loadAs<V>(x[r] + column), w[r], loadAs<V>(x[r + 1] + column), w[r + 1]);
             }
-            if constexpr (rows % 2 != 0) plusRow(s, loadAs<V>(x[rows - 1] + column), w[rows - 1]);
             return s;
         };
         // The last vector may begin early: it is computed before its columns are stored.
         const std::ptrdiff_t end = width_ - lanesOf<V>();
         const Sums<V> last = sumsAt(end);
-        [[maybe_unused]] const std::uintptr_t ahead = farAhead(x[0], x[rows > 1 ? 1 : 0], rows);
+        const std::uintptr_t ahead = farAhead(x[0], x[1], rowsAtOnce);
         for (std::ptrdiff_t column = 0; column < end; column += lanesOf<V>()) {
-            if constexpr (fetches) fetchRows(x, column, ahead);
+            if (fetches) fetchRows(x, column, ahead);
             storeSums(into, column, sumsAt(column));
         }
         storeSums(into, end, last);
