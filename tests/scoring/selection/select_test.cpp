@@ -341,6 +341,28 @@ TEST(Selection, LogAddsWhatIsSelected) {
     EXPECT_NEAR(result[1], 1.098612f, 1e-5);  // ln 3: bits 0, 11 and 19
 }
 
+// A difference exactly on a split of the log-add's polynomials belongs to the upper interval, as it does for a pair by
+// itself, in however many frames it comes up; the intervals' bits differ there.
+TEST(Selection, DifferencesOnASplitAreThoseOfAPairByItself) {
+    for (const float split : {-2.55f, -6.8f}) {
+        for (const float leader : {0.0f, 1.0f}) {
+            for (int frames = 1; frames <= 150; ++frames) {
+                const std::vector<float> zeros(static_cast<std::size_t>(frames), 0.0f);
+                const float mean[] = {0, 0}, val[] = {leader, leader + split};
+                ASSERT_EQ(val[1] - val[0], split);
+                std::vector<float> result(zeros);
+                const std::vector<Vorn8u> sign(static_cast<std::size_t>(frames), 0xC0);
+                ASSERT_EQ(vornsLogGaussMixture_SelectIdVar_32f_D2(zeros.data(), mean, 1, 1, val, sign.data(), 2,
+                                                                  result.data(), frames, 0.0f),
+                          vornStsNoErr);
+                const float expected = model::logAdd(val[0], val[1], false);
+                ASSERT_NE(expected, model::logAdd(val[0], val[1], true));
+                EXPECT_EQ(result, std::vector<float>(static_cast<std::size_t>(frames), expected)) << frames;
+            }
+        }
+    }
+}
+
 // The number of selections is kept in 16 bits.
 TEST(Selection, After65536SelectionsAFrameCountsAsUnselected) {
     for (const int width : {65535, 65536, 65537, 65538}) {

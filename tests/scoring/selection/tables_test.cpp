@@ -131,8 +131,8 @@ TEST(Shortlist, TheSameIndexTwiceClearsItsBit) {
 TEST(SignTable, EqualsTheModelAtEveryWidthOffsetAndSlack) {
     Random random(2);
     for (int width = 1; width <= 40; ++width) {
-        for (int start = 0; start <= 17; ++start) {
-            for (int slack : {0, 1, 2, 3, 4, 5, 6, 7, 8, 15, 31, 32, 33}) {
+        for (int start : {0, 1, 2, 3, 4, 5, 6, 7, 8, 13, 16}) {
+            for (int slack : {0, 1, 3, 6, 8, 31, 32}) {
                 const int step = fieldBytes(start, width) + slack, numRows = 3;
                 const int frames = static_cast<int>(random.integer(1, 6)),
                           count = static_cast<int>(random.integer(1, 3));

@@ -148,17 +148,31 @@ inline void signRowInOneWord(const SignField& field, const JoinedRows& codewords
     sign[field.rowBytes - 1] &= field.lastMask();
 }
 
+// The bytes that begin at bit `shift` of the first one: result[b] takes the last bits of joined[b] and the first of
+// joined[b + 1].
+inline void shiftBits(const Vorn8u* joined, int shift, Vorn8u* result, std::ptrdiff_t count) {
+    if (count < 8) {
+        for (std::ptrdiff_t b = 0; b < count; ++b)
+            result[b] = static_cast<Vorn8u>((joined[b] << shift) | (joined[b + 1] >> (8 - shift)));
+        return;
+    }
+    for (std::ptrdiff_t b = 0; b < count; b += 8) {
+        const Vorn8u* from = joined + std::min(b, count - 8);
+        const std::uint64_t eight = __builtin_bswap64(wordAt<std::uint64_t>(from)) << shift;
+        const std::uint64_t shifted = __builtin_bswap64(eight | static_cast<std::uint64_t>(from[8] >> (8 - shift)));
+        std::memcpy(result + (from - joined), &shifted, sizeof shifted);
+    }
+}
+
 // Any field, some bytes at a time. No byte behind it is read.
 inline void signRowInPieces(const SignField& field, const JoinedRows& codewords, Vorn8u* sign) {
     constexpr std::ptrdiff_t piece = 1024;
     Vorn8u joined[piece + 1];
     for (std::ptrdiff_t done = 0; done < field.rowBytes; done += piece) {
         const std::ptrdiff_t count = std::min(piece, field.rowBytes - done);
-        const std::ptrdiff_t source = std::min(count + 1, field.bytes - done);
         joined[count] = 0;
-        codewords.store(done, source, joined);
-        for (std::ptrdiff_t b = 0; b < count; ++b)
-            sign[done + b] = static_cast<Vorn8u>((joined[b] << field.shift) | (joined[b + 1] >> (8 - field.shift)));
+        codewords.store(done, std::min(count + 1, field.bytes - done), joined);
+        shiftBits(joined, field.shift, sign + done, count);
     }
     sign[field.rowBytes - 1] &= field.lastMask();
 }
@@ -180,15 +194,19 @@ inline void buildSignTable(const Vorn32s* indices, int count, const Vorn8u* cons
 // Whether a field has any bit set.
 inline bool anyBit(const SignField& field, const Vorn8u* row) {
     const Vorn8u* p = row + field.firstByte;
-    const int behind = static_cast<int>(8 * field.bytes - field.shift - field.width);  // bits of the last byte
-    Vorn8u any = 0;
-    for (std::ptrdiff_t b = 0; b < field.bytes; ++b) {
-        int byte = p[b];
-        if (b == 0) byte &= 0xFF >> field.shift;
-        if (b == field.bytes - 1) byte &= 0xFF << behind;
-        any = static_cast<Vorn8u>(any | byte);
+    const std::ptrdiff_t last = field.bytes - 1;
+    const int firstBits = 0xFF >> field.shift;
+    const int lastBits = 0xFF << (8 * field.bytes - field.shift - field.width) & 0xFF;
+    if (last == 0) return (p[0] & firstBits & lastBits) != 0;
+    if ((p[0] & firstBits) != 0 || (p[last] & lastBits) != 0) return true;
+    std::ptrdiff_t b = 1;
+    for (; b + 8 <= last; b += 8) {
+        if (wordAt<std::uint64_t>(p + b) != 0) return true;
     }
-    return any != 0;
+    for (; b < last; ++b) {
+        if (p[b] != 0) return true;
+    }
+    return false;
 }
 
 // A table of which only the first bit of each row is ever set: frame f has it if one of the first counts[f] codewords,

@@ -37,12 +37,12 @@ struct SelectedFixedScore {
     }
 };
 
-// Scores that wait to be log-added to the results of their frames. Up to three pairs count as elements behind the last
-// group of a log-add, as a pair by itself does.
+// Scores that wait to be log-added to the results of their frames, many pairs at a time. Each counts as a pair by
+// itself.
 class WaitingScores {
 public:
     explicit WaitingScores(Vorn32f* result) : result_(result) {}
-    VORN_INLINE void put(std::ptrdiff_t frame, Vorn32f score) {
+    VORN_INLINE void put(int frame, Vorn32f score) {
         frame_[count_] = frame;
         score_[count_] = score;
         if (++count_ == most) add();
@@ -51,16 +51,30 @@ public:
         Vorn32f sum[most];
         for (int k = 0; k < count_; ++k) sum[k] = result_[frame_[k]];
         vornsLogAddVec_32f_M7_sp(score_, sum, count_);
-        for (int k = 0; k < count_; ++k) result_[frame_[k]] = sum[k];
+        for (int k = 0; k < count_; ++k) {
+            Vorn32f& result = result_[frame_[k]];
+            if (isOnSplit(score_[k], result)) {
+                vornsLogAddVec_32f_M7_sp(&score_[k], &result, 1);
+            } else {
+                result = sum[k];
+            }
+        }
         count_ = 0;
     }
 
 private:
-    static constexpr int most = 3;
+    static constexpr int most = 64;
+
+    // The one difference at which a log-add takes a pair of a group otherwise than a pair by itself.
+    static bool isOnSplit(Vorn32f a, Vorn32f b) {
+        const Vorn32f d = a < b ? a - b : b - a;
+        return (d == LogLimits<float>::upperSplit) | (d == LogLimits<float>::lowerSplit);
+    }
+
     Vorn32f* result_;
-    std::ptrdiff_t frame_[most];
-    Vorn32f score_[most];
     int count_ = 0;
+    int frame_[most];
+    Vorn32f score_[most];
 };
 
 // Gaussian by Gaussian, so that one stays in the cache while all frames that select it pass.
