@@ -666,12 +666,12 @@ VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, co
  * Indices stand one list behind the other. vornsBuildSignTable_8u1u: bit b of table row f is set if bit start + b of
  * rows[i] is set for any i of the frame's count indices; the table need not be cleared, and no byte outside the rows'
  * step bytes is read. vornsBuildSignTable_Var_8u1u differs in two ways, kept so on purpose: the counts[f] indices of
- * every frame are taken from the beginning of the array, and any hit sets the first bit of the table's row, whatever its
- * place; the other bits stay 0.
+ * every frame are taken from the beginning of the array, and any hit sets the first bit of the table's row, whatever
+ * its place; the other bits stay 0.
  *
- * Checks of both, in this order: a null pointer `vornStsNullPtrErr`; a count, numRows, step, width or frames below 1 or
- * start below 0 `vornStsSizeErr`; step below (start + width + 7) / 8 `vornStsStrideErr`; any index below 0, or not below
- * what it counts (width in Row and RowVar, numRows elsewhere), `vornStsBadArgErr`. All indices are tested before
+ * Checks of both, in this order: a null pointer `vornStsNullPtrErr`; a count, numRows, step, width or frames below 1
+ * or start below 0 `vornStsSizeErr`; step below (start + width + 7) / 8 `vornStsStrideErr`; any index below 0, or not
+ * below what it counts (width in Row and RowVar, numRows elsewhere), `vornStsBadArgErr`. All indices are tested before
  * anything is written. An entry of counts below 1 is `vornStsSizeErr`: before the stride in vornsFillShortlist, behind
  * it in vornsBuildSignTable_Var_8u1u. The rows' pointers themselves are not tested.
  *
@@ -785,9 +785,9 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
  * @defgroup vornsr_warping Dynamic time warping
  * @brief The cost of the best alignment of two sequences of vectors.
  *
- * The sequences have height1 and height2 rows of width elements. The one with more rows is called long, with N rows, the
- * other short, with M rows; at equal heights src1 is long. A path takes every row of long in turn and moves by none, one
- * or two rows of short from one to the next:
+ * The sequences have height1 and height2 rows of width elements. The one with more rows is called long, with N rows,
+ * the other short, with M rows; at equal heights src1 is long. A path takes every row of long in turn and moves by
+ * none, one or two rows of short from one to the next:
  *
  *     cost(0, j) = distance(0, j)
  *     cost(i, j) = distance(i, j) + min(cost(i - 1, j), cost(i - 1, j - 1), cost(i - 1, j - 2))
@@ -795,10 +795,11 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
  *
  * So a path may begin and end at several rows of short, and swapping sequences of unequal heights changes nothing.
  *
- * Distance: Euclidean, the root of the sum over the columns of (long - short)^2. Differences and squares are singles. Up
- * to 13 columns they are summed in single, in groups of four columns, (0 + 1) + (2 + 3) each, the groups in order; the
- * columns that the last group lacks count as zeros. Above 13 columns the squares are summed in double in order of the
- * columns, and the root is taken in double and rounded to single. Costs are singles. All builds give the same bits.
+ * Distance: Euclidean, the root of the sum over the columns of (long - short)^2. Differences and squares are singles.
+ * Up to 13 columns they are summed in single, in groups of four columns, (0 + 1) + (2 + 3) each, the groups in order;
+ * the columns that the last group lacks count as zeros. Above 13 columns the squares are summed in double in order of
+ * the columns, and the root is taken in double and rounded to single. Costs are singles. All builds give the same
+ * bits.
  *
  * Band: d = delta, or M - 1 where delta is not below M. In the first row j runs from 0 to d. In row i, j stays
  *  - at or below 2 i + d while 3 i is below 2 M - N, then at or below M + d + floor((i - N - 1) / 2); at most M - 1;
@@ -810,8 +811,8 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
  * as 0. Work is in proportion to the columns that band and beam leave.
  *
  * The result is 3.4028235e38, the largest single, where no path exists: where the sequences are too different for the
- * band, and where both have one row, which is no path at all. A least cost that reaches it, or infinity, ends the search
- * and is the result. For data with not-a-numbers no result is promised; the call ends and memory is safe.
+ * band, and where both have one row, which is no path at all. A least cost that reaches it, or infinity, ends the
+ * search and is the result. For data with not-a-numbers no result is promised; the call ends and memory is safe.
  *
  * In the integer forms elements and beam are converted to single, and the result is converted as by
  * vornsConvert_32f32s_Sfs with vornRndNear and scaleFactor: times 2^-scaleFactor, rounded to nearest in every rounding
@@ -821,10 +822,11 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
  * forms a step below width, `vornStsSizeErr`. The row pointers of the D2L forms are not tested. Both sequences of a D2
  * form have the same step.
  *
- * Memory. The float forms take none where 2 floor((M + 8) / 4) 4 + 2 ceil(N / 4) 4 is at most 512, and one block
- * otherwise; D2 takes one more where the sequences have more than 256 rows together. The integer forms always take some.
- * What is not obtained is `vornStsMemAllocErr`, save that vornsDTW_L2_32f_D2 returns `vornStsNoErr` for the first of
- * these blocks, which is kept so on purpose. Either way result is untouched and nothing is lost.
+ * Memory. Costs and band count as 2 x (M + 8 rounded down to a multiple of 4) + 2 x (N rounded up to one) words: up to
+ * 512 of them a float form takes no memory, and above that one block. D2 takes another for row pointers where the
+ * sequences have more than 256 rows together. The integer forms always take some. What is not obtained is
+ * `vornStsMemAllocErr`, save that vornsDTW_L2_32f_D2 returns `vornStsNoErr` where it misses the block of the words,
+ * which is kept so on purpose. Either way result is untouched and nothing is lost.
  *
  * Literature: Sakoe and Chiba (1978); slope constraints, Itakura (1975).
  * @{
