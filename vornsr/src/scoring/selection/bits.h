@@ -11,7 +11,7 @@
 #include "simd/simd.h"
 #include "vornsr/types.h"
 
-namespace vorn {
+namespace vorn::selection {
 
 constexpr std::ptrdiff_t bytesOfBits(std::int64_t bits) { return (bits + 7) / 8; }
 
@@ -224,4 +224,4 @@ inline void buildFirstSigns(const Vorn32s* indices, GivenCounts counts, const Vo
     }
 }
 
-}  // namespace vorn
+}  // namespace vorn::selection

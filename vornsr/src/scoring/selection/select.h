@@ -14,11 +14,11 @@
 #include "scoring/selection/bits.h"
 #include "vornsr/types.h"
 
-namespace vorn {
+namespace vorn::selection {
 
 // The score of frame f under Gaussian g, as that of one vector. Var: rows, or UnitVar.
 template <class Var>
-struct SelectedFloatScore {
+struct FloatScore {
     AnyRows<const Vorn32f> src, mean;
     Var var;
     int len;
@@ -27,7 +27,7 @@ struct SelectedFloatScore {
     }
 };
 template <class Var>
-struct SelectedFixedScore {
+struct FixedScore {
     AnyRows<const Vorn16s> src, mean;
     Var var;
     int len;
@@ -116,4 +116,4 @@ VornStatus rowsNotNull(const T* const* rows, int height) {
     return vornStsNoErr;
 }
 
-}  // namespace vorn
+}  // namespace vorn::selection

@@ -6,6 +6,7 @@
 #include "vornsr/scoring.h"
 
 using namespace vorn;
+using namespace vorn::selection;
 
 // ---- Shortlists.
 
@@ -90,7 +91,7 @@ VornStatus vornsLogGaussMixture_Select_32f_D2(const Vorn32f* src, const Vorn32f*
     VORN_CHECK(notNull(src, mean, sign, var, val, result));
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(strideHolds(step, len));
-    const SelectedFloatScore<AnyRows<const Vorn32f>> score{Rows(src, step), Rows(mean, step), Rows(var, step), len};
+    const FloatScore<AnyRows<const Vorn32f>> score{Rows(src, step), Rows(mean, step), Rows(var, step), len};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -103,7 +104,7 @@ VornStatus vornsLogGaussMixture_Select_32f_D2L(const Vorn32f* const* src, const 
     VORN_CHECK(rowsNotNull(src, frames));
     VORN_CHECK(rowsNotNull(mean, width));
     VORN_CHECK(rowsNotNull(var, width));
-    const SelectedFloatScore<AnyRows<const Vorn32f>> score{Rows(src), Rows(mean), Rows(var), len};
+    const FloatScore<AnyRows<const Vorn32f>> score{Rows(src), Rows(mean), Rows(var), len};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -113,7 +114,7 @@ VornStatus vornsLogGaussMixture_SelectIdVar_32f_D2(const Vorn32f* src, const Vor
     VORN_CHECK(notNull(src, mean, sign, val, result));
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(strideHolds(step, len));
-    const SelectedFloatScore<UnitVar> score{Rows(src, step), Rows(mean, step), {}, len};
+    const FloatScore<UnitVar> score{Rows(src, step), Rows(mean, step), {}, len};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -124,7 +125,7 @@ VornStatus vornsLogGaussMixture_SelectIdVar_32f_D2L(const Vorn32f* const* src, c
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(rowsNotNull(src, frames));
     VORN_CHECK(rowsNotNull(mean, width));
-    const SelectedFloatScore<UnitVar> score{Rows(src), Rows(mean), {}, len};
+    const FloatScore<UnitVar> score{Rows(src), Rows(mean), {}, len};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -135,8 +136,8 @@ VornStatus vornsLogGaussMixture_SelectScaled_16s32f_D2(const Vorn16s* src, const
     VORN_CHECK(notNull(src, mean, sign, var, val, result));
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(strideHolds(step, len));
-    const SelectedFixedScore<AnyRows<const Vorn16s>> score{Rows(src, step), Rows(mean, step), Rows(var, step), len,
-                                                           scaleOfHalf(scaleFactor)};
+    const FixedScore<AnyRows<const Vorn16s>> score{Rows(src, step), Rows(mean, step), Rows(var, step), len,
+                                                   scaleOfHalf(scaleFactor)};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -149,8 +150,7 @@ VornStatus vornsLogGaussMixture_SelectScaled_16s32f_D2L(const Vorn16s* const* sr
     VORN_CHECK(rowsNotNull(src, frames));
     VORN_CHECK(rowsNotNull(mean, width));
     VORN_CHECK(rowsNotNull(var, width));
-    const SelectedFixedScore<AnyRows<const Vorn16s>> score{Rows(src), Rows(mean), Rows(var), len,
-                                                           scaleOfHalf(scaleFactor)};
+    const FixedScore<AnyRows<const Vorn16s>> score{Rows(src), Rows(mean), Rows(var), len, scaleOfHalf(scaleFactor)};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -161,7 +161,7 @@ VornStatus vornsLogGaussMixture_SelectIdVarScaled_16s32f_D2(const Vorn16s* src, 
     VORN_CHECK(notNull(src, mean, sign, val, result));
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(strideHolds(step, len));
-    const SelectedFixedScore<UnitVar> score{Rows(src, step), Rows(mean, step), {}, len, scaleOfHalf(scaleFactor)};
+    const FixedScore<UnitVar> score{Rows(src, step), Rows(mean, step), {}, len, scaleOfHalf(scaleFactor)};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }
 
@@ -173,6 +173,6 @@ VornStatus vornsLogGaussMixture_SelectIdVarScaled_16s32f_D2L(const Vorn16s* cons
     VORN_CHECK(positive(len, width, frames));
     VORN_CHECK(rowsNotNull(src, frames));
     VORN_CHECK(rowsNotNull(mean, width));
-    const SelectedFixedScore<UnitVar> score{Rows(src), Rows(mean), {}, len, scaleOfHalf(scaleFactor)};
+    const FixedScore<UnitVar> score{Rows(src), Rows(mean), {}, len, scaleOfHalf(scaleFactor)};
     return selectedMixture(score, val, sign, width, result, frames, floor);
 }

@@ -10,7 +10,7 @@
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
-namespace vorn {
+namespace vorn::warping {
 
 inline constexpr std::ptrdiff_t panelRows = 16;
 
@@ -76,4 +76,4 @@ private:
     alignas(64) Vorn32f memory_[mostColumns * panelRows];
 };
 
-}  // namespace vorn
+}  // namespace vorn::warping

@@ -13,7 +13,7 @@
 #include "simd/simd.h"
 #include "vornsr/signal.h"
 
-namespace vorn {
+namespace vorn::warping {
 
 // No path leads here; also the cost of no path at all.
 inline constexpr Vorn32f noPath = std::numeric_limits<Vorn32f>::max();
@@ -93,7 +93,7 @@ struct SumsInDouble {
 };
 
 template <int registers>
-VORN_INLINE Costs<registers> distances(Panels& panels, std::ptrdiff_t number, int firstLane, const Vorn32f* x) {
+VORN_INLINE Costs<registers> distancesToRows(Panels& panels, std::ptrdiff_t number, int firstLane, const Vorn32f* x) {
     const std::ptrdiff_t width = panels.width();
     if (width <= mostColumnsInSingle) return distancesInSingle<registers>(panels.whole(number) + firstLane, x, width);
     SumsInDouble<registers> sums;
@@ -135,7 +135,7 @@ private:
 template <int registers>
 inline void stepRegisters(Panels& panels, std::ptrdiff_t number, int firstLane, const Vorn32f* x, CostRow cost,
                           CostRow next) {
-    const Costs<registers> distance = distances<registers>(panels, number, firstLane, x);
+    const Costs<registers> distance = distancesToRows<registers>(panels, number, firstLane, x);
     const std::ptrdiff_t first = number * panelRows + firstLane;
     for (int r = 0; r < registers; ++r) {
         const Vorn32f* before = cost.from(first + r * f32xN::lanes);
@@ -164,7 +164,7 @@ inline void stepColumns(Panels& panels, const Vorn32f* x, CostRow cost, CostRow 
 // ---- The path.
 
 // A parallelogram of slopes 2 and 1/2, widened by halfWidth: the columns that row i of the longer sequence may meet.
-struct WarpingBand {
+struct Band {
     std::int64_t longer, shorter, halfWidth;
 
     std::int64_t upper(std::int64_t i) const {
@@ -180,7 +180,7 @@ struct WarpingBand {
 };
 
 // Of the memory's words, cost rows take what they need; the band, which is cheaper to compute than to keep, none.
-struct WarpingMemory {
+struct Memory {
     static constexpr std::int64_t mostWordsOnStack = 512;
 
     static std::int64_t words(std::int64_t longer, std::int64_t shorter) {
@@ -190,7 +190,7 @@ struct WarpingMemory {
 };
 
 // The least cost of all paths; noPath where there is none.
-inline Vorn32f leastCost(const Vorn32f* const* longer, Panels& panels, const WarpingBand& band, Vorn32f beam,
+inline Vorn32f leastCost(const Vorn32f* const* longer, Panels& panels, const Band& band, Vorn32f beam,
                          Vorn32f* memory) {
     const std::ptrdiff_t rowSize = CostRow::size(band.shorter);
     std::fill_n(memory, 2 * rowSize, 0.0f);
@@ -228,9 +228,9 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
     const std::int64_t rows = std::max(height1, height2), columns = std::min(height1, height2);
 
     // Short sequences make do with the stack; it has room for what two cost rows take beyond the stated words.
-    const std::int64_t words = WarpingMemory::words(rows, columns);
-    const bool onStack = words <= WarpingMemory::mostWordsOnStack;
-    alignas(64) Vorn32f stack[WarpingMemory::mostWordsOnStack];
+    const std::int64_t words = Memory::words(rows, columns);
+    const bool onStack = words <= Memory::mostWordsOnStack;
+    alignas(64) Vorn32f stack[Memory::mostWordsOnStack];
     const Scratch<Vorn32f> block(onStack ? 0 : words);
     if (!onStack && !block) return vornStsMemAllocErr;
 
@@ -247,4 +247,4 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
     return vornStsNoErr;
 }
 
-}  // namespace vorn
+}  // namespace vorn::warping

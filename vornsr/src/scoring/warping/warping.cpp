@@ -10,7 +10,7 @@
 #include "scoring/warping/path.h"
 #include "vornsr/scoring.h"
 
-namespace vorn {
+namespace vorn::warping {
 namespace {
 
 // Pointers to the rows of two blocks.
@@ -85,9 +85,10 @@ VornStatus warpedIntegers(Rows src1, int height1, Rows src2, int height2, int wi
 }
 
 }  // namespace
-}  // namespace vorn
+}  // namespace vorn::warping
 
 using namespace vorn;
+using namespace vorn::warping;
 
 VornStatus vornsDTW_L2_32f_D2L(const Vorn32f* const* src1, int height1, const Vorn32f* const* src2, int height2,
                                int width, Vorn32f* result, int delta, Vorn32f beam) {
