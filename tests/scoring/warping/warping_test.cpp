@@ -334,6 +334,8 @@ TEST(Warping, InfiniteCostsEndTheSearch) {
     EXPECT_EQ(warpedNumbers({0, 0, 0}, {1e30f, 1e30f, 1e30f}, 2, infinity), infinity);
     EXPECT_EQ(warpedNumbers({0, 0, 0}, {infinity, infinity, infinity}, 2, 1), infinity);
     EXPECT_EQ(warpedNumbers({0, 0, 0}, {0, infinity, infinity}, 2, 1), 0.0f);
+    // Behind a row of infinities even the border costs less; the third row is not looked at.
+    EXPECT_EQ(warpedNumbers({1e30f, 0, 1e30f}, {0, 0, 0}, 2, infinity), largest);
 }
 
 // No result is promised; the call ends, and memory is safe.

@@ -179,7 +179,9 @@ struct Band {
     }
 };
 
-// Of the memory's words, cost rows take what they need; the band, which is cheaper to compute than to keep, none.
+// What a path is said to need, in words: two rows of costs and two of limits. The limits, which are cheaper to compute
+// than to keep, leave their words to the cost rows, whose room at both ends they hold: at up to 512 words there are at
+// most 124 columns, and above that at least 125 rows.
 struct Memory {
     static constexpr std::int64_t mostWordsOnStack = 512;
 
@@ -227,7 +229,6 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
     const Vorn32f* const* shorter = secondIsLonger ? src1 : src2;
     const std::int64_t rows = std::max(height1, height2), columns = std::min(height1, height2);
 
-    // Short sequences make do with the stack; it has room for what two cost rows take beyond the stated words.
     const std::int64_t words = Memory::words(rows, columns);
     const bool onStack = words <= Memory::mostWordsOnStack;
     alignas(64) Vorn32f stack[Memory::mostWordsOnStack];
@@ -239,11 +240,10 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
         *result = noPath;
         return vornStsNoErr;
     }
-    // A beam that is not a number counts as none.
-    const Vorn32f width0 = beam > 0.0f ? beam : 0.0f;
+    const Vorn32f notNegative = beam > 0.0f ? beam : 0.0f;  // which a not-a-number is neither
     Panels panels(shorter, columns, width);
     *result = leastCost(longer, panels, {rows, columns, std::min<std::int64_t>(delta, columns - 1)},
-                        width0 + std::numeric_limits<Vorn32f>::epsilon(), onStack ? stack : block.get());
+                        notNegative + std::numeric_limits<Vorn32f>::epsilon(), onStack ? stack : block.get());
     return vornStsNoErr;
 }
 
