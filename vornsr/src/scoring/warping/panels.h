@@ -21,11 +21,20 @@ public:
     // Wider rows take several panels, which are not kept.
     static constexpr std::ptrdiff_t mostColumns = 384;
 
-    Panels(const Vorn32f* const* rows, std::ptrdiff_t height, std::ptrdiff_t width)
+    // Singles of memory that a few panels need, and that all of them would take.
+    static constexpr std::ptrdiff_t fewest = mostColumns * panelRows;
+    static std::int64_t all(std::int64_t height, std::int64_t width) {
+        return width > mostColumns ? fewest : (height + panelRows - 1) / panelRows * panelRows * width;
+    }
+
+    // memory: `singles` of them, at least the fewest.
+    Panels(const Vorn32f* const* rows, std::ptrdiff_t height, std::ptrdiff_t width, Vorn32f* memory,
+           std::ptrdiff_t singles)
         : rows_(rows),
           height_(height),
           width_(width),
-          slots_(std::clamp<std::ptrdiff_t>(mostColumns / width, 1, most)) {
+          slots_(std::clamp<std::ptrdiff_t>(singles / panelRows / width, 1, most)),
+          memory_(memory) {
         std::fill_n(held_, slots_, -1);
     }
     Panels(const Panels&) = delete;
@@ -50,7 +59,7 @@ public:
     }
 
 private:
-    static constexpr std::ptrdiff_t most = 64;
+    static constexpr std::ptrdiff_t most = 256;
 
     void fill(Vorn32f* panel, std::ptrdiff_t number, std::ptrdiff_t first, std::ptrdiff_t count) const {
         for (std::ptrdiff_t r = 0; r < panelRows; r += 4) {
@@ -72,8 +81,8 @@ private:
 
     const Vorn32f* const* rows_;
     std::ptrdiff_t height_, width_, slots_;
+    Vorn32f* memory_;
     std::ptrdiff_t held_[most];  // which panel a slot holds
-    alignas(64) Vorn32f memory_[mostColumns * panelRows];
 };
 
 }  // namespace vorn::warping

@@ -183,7 +183,7 @@ struct Band {
 // than to keep, leave their words to the cost rows, whose room at both ends they hold: at up to 512 words there are at
 // most 124 columns, and above that at least 125 rows.
 struct Memory {
-    static constexpr std::int64_t mostWordsOnStack = 512;
+    static constexpr std::int64_t mostWordsOnStack = 512, mostWordsOfPanels = 1 << 18;
 
     static std::int64_t words(std::int64_t longer, std::int64_t shorter) {
         const std::int64_t columns = (shorter + 8) / 4 * 4;
@@ -231,8 +231,11 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
 
     const std::int64_t words = Memory::words(rows, columns);
     const bool onStack = words <= Memory::mostWordsOnStack;
-    alignas(64) Vorn32f stack[Memory::mostWordsOnStack];
-    const Scratch<Vorn32f> block(onStack ? 0 : words);
+    alignas(64) Vorn32f stack[Memory::mostWordsOnStack + Panels::fewest];
+    // A block that is asked for anyway has room for the panels of long sequences too.
+    const std::int64_t wanted = Panels::all(columns, width);
+    const bool hasPanels = !onStack && wanted > Panels::fewest && wanted <= Memory::mostWordsOfPanels;
+    const Scratch<Vorn32f> block(onStack ? 0 : words + (hasPanels ? wanted + panelRows : 0));
     if (!onStack && !block) return vornStsMemAllocErr;
 
     // One row is no path. No column of the first row lies in a band of negative width.
@@ -241,7 +244,9 @@ inline VornStatus warpedDistance(const Vorn32f* const* src1, int height1, const 
         return vornStsNoErr;
     }
     const Vorn32f notNegative = beam > 0.0f ? beam : 0.0f;  // which a not-a-number is neither
-    Panels panels(shorter, columns, width);
+    Panels panels(shorter, columns, width,
+                  hasPanels ? alignedUp(block.get() + words, 64) : stack + Memory::mostWordsOnStack,
+                  hasPanels ? wanted : Panels::fewest);
     *result = leastCost(longer, panels, {rows, columns, std::min<std::int64_t>(delta, columns - 1)},
                         notNegative + std::numeric_limits<Vorn32f>::epsilon(), onStack ? stack : block.get());
     return vornStsNoErr;
