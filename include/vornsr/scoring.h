@@ -648,6 +648,51 @@ VornStatus vornsLogGaussMixture_IdVarLowScaled_16s32f_D2L(const Vorn16s* src, co
 /**
  * @defgroup vornsr_selection Selection of Gaussians
  * @brief Shortlists, tables of one bit a Gaussian, and mixtures scored over the selected ones.
+ *
+ * A large mixture is scored in part: a coarse quantiser maps each frame to a few codewords, a shortlist says which
+ * Gaussians matter near a codeword, a sign table joins the shortlists of a frame's codewords, and the mixture is scored
+ * over the Gaussians that the table selects.
+ *
+ * Bits. The first bit of a row is the most significant one of its first byte: bit p stands in byte p / 8 under the mask
+ * 128 >> (p % 8). A shortlist is an array of rows, one a codeword, of step bytes each; its field is the width bits from
+ * bit number start on. A sign table is one block of frames rows of (width + 7) / 8 bytes: bit g of row f says that
+ * Gaussian g is selected for frame f. Bits of its last byte behind the width are 0 when built and ignored when used.
+ *
+ * vornsFillShortlist toggles bits (it does not clear the rows, and an index that comes twice cancels):
+ *
+ *     Row, RowVar:        for each row r, count (counts[r]) indices i: bit start + i of rows[r]
+ *     Column, ColumnVar:  for each c below width, count (counts[c]) indices i: bit start + c of rows[i]
+ *
+ * Indices stand one list behind the other. vornsBuildSignTable_8u1u: bit b of table row f is set if bit start + b of
+ * rows[i] is set for any i of the frame's count indices; the table need not be cleared, and no byte outside the rows'
+ * step bytes is read. vornsBuildSignTable_Var_8u1u differs in two ways, kept so on purpose: the counts[f] indices of
+ * every frame are taken from the beginning of the array, and any hit sets the first bit of the table's row, whatever
+ * its place; the other bits stay 0.
+ *
+ * Checks of both, in this order: a null pointer `vornStsNullPtrErr`; a count, numRows, step, width or frames below 1
+ * or start below 0 `vornStsSizeErr`; step below (start + width + 7) / 8 `vornStsStrideErr`; any index below 0, or not
+ * below what it counts (width in Row and RowVar, numRows elsewhere), `vornStsBadArgErr`. All indices are tested before
+ * anything is written. An entry of counts below 1 is `vornStsSizeErr`: before the stride in vornsFillShortlist, behind
+ * it in vornsBuildSignTable_Var_8u1u. The rows' pointers themselves are not tested.
+ *
+ * vornsLogGaussMixture_Select, for each frame f (row f of src):
+ *
+ *     result[f] = ln of the sum of exp(score(f, g)) over the selected Gaussians g; floor where none is selected
+ *
+ * score(f, g) is that of the one-vector function (@ref vornsr_single_frame) of the same variant with row g of mean and
+ * of var and with val[g]; scaleFactor and its units are those of the `Scaled` forms there. mean, var and val have width
+ * entries, result has frames. The scores of a frame are folded in rising g, each by a log-add of one pair as
+ * vornsLogAdd_32f makes it (@ref vornsr_logarithm_domain); a single selected Gaussian gives its score as it is. The
+ * number of selections is kept in 16 bits: after 65536 of them a frame counts as one without any. All builds give the
+ * same bits.
+ *
+ * In the D2 forms src, mean and var are blocks whose rows start step elements apart. Checks, in this order: a null
+ * pointer `vornStsNullPtrErr`; len, width or frames below 1 `vornStsSizeErr`; D2: step below len `vornStsStrideErr`;
+ * D2L: a null row of src, mean or var, selected or not, `vornStsNullPtrErr`; memory for the counters of the frames not
+ * obtained `vornStsMemAllocErr`. After an error nothing has been written. result must not overlap any input. There are
+ * no warnings.
+ *
+ * Literature: selection of Gaussians by vector quantisation, Bocchieri (1993).
  * @{
  */
 VornStatus vornsFillShortlist_Row_1u(const Vorn32s* indices, int width, int count, Vorn8u* const* rows, int numRows,
@@ -821,6 +866,51 @@ VornStatus vornsAddNRows_32f_D2(const Vorn32f* src, int height, int offset, int 
 /**
  * @defgroup vornsr_warping Dynamic time warping
  * @brief The cost of the best alignment of two sequences of vectors.
+ *
+ * The sequences have height1 and height2 rows of width elements. The one with more rows is called long, with N rows,
+ * the other short, with M rows; at equal heights src1 is long. A path takes every row of long in turn and moves by
+ * none, one or two rows of short from one to the next:
+ *
+ *     cost(0, j) = distance(0, j)
+ *     cost(i, j) = distance(i, j) + min(cost(i - 1, j), cost(i - 1, j - 1), cost(i - 1, j - 2))
+ *     result     = the least cost(N - 1, j)
+ *
+ * So a path may begin and end at several rows of short, and swapping sequences of unequal heights changes nothing.
+ *
+ * Distance: Euclidean, the root of the sum over the columns of (long - short)^2. Differences and squares are singles.
+ * Up to 13 columns they are summed in single, in groups of four columns, (0 + 1) + (2 + 3) each, the groups in order;
+ * the columns that the last group lacks count as zeros. Above 13 columns the squares are summed in double in order of
+ * the columns, and the root is taken in double and rounded to single. Costs are singles. All builds give the same
+ * bits.
+ *
+ * Band: d = delta, or M - 1 where delta is not below M. In the first row j runs from 0 to d. In row i, j stays
+ *  - at or below 2 i + d while 3 i is below 2 M - N, then at or below M + d + floor((i - N - 1) / 2); at most M - 1;
+ *  - at or above i / 2 - d, and from 3 i above 2 (2 N - M) - 2 on at or above M - d + 2 (i - N) + 1; at least 0:
+ * a parallelogram of slopes 2 and 1/2, widened by d. A negative delta leaves no path.
+ *
+ * Beam: behind each row but the first, the columns at the two ends of what is left of it are dropped as long as their
+ * cost is above the row's least cost + beam + 1.1920929e-07; the least one stays. A beam below 0 or not a number counts
+ * as 0. Work is in proportion to the columns that band and beam leave.
+ *
+ * The result is 3.4028235e38, the largest single, where no path exists: where the sequences are too different for the
+ * band, and where both have one row, which is no path at all. A least cost that reaches it, or infinity, ends the
+ * search and is the result. For data with not-a-numbers no result is promised; the call ends and memory is safe.
+ *
+ * In the integer forms elements and beam are converted to single, and the result is converted as by
+ * vornsConvert_32f32s_Sfs with vornRndNear and scaleFactor: times 2^-scaleFactor, rounded to nearest in every rounding
+ * mode of the caller, saturated. No path gives 2147483647 unless the scale factor makes it smaller.
+ *
+ * Checks, in this order: src1, src2 or result null `vornStsNullPtrErr`; height1, height2 or width below 1, or in the D2
+ * forms a step below width, `vornStsSizeErr`. The row pointers of the D2L forms are not tested. Both sequences of a D2
+ * form have the same step.
+ *
+ * Memory. Costs and band count as 2 x (M + 8 rounded down to a multiple of 4) + 2 x (N rounded up to one) words: up to
+ * 512 of them a float form takes no memory, and above that one block. D2 takes another for row pointers where the
+ * sequences have more than 256 rows together. The integer forms always take some. What is not obtained is
+ * `vornStsMemAllocErr`, save that vornsDTW_L2_32f_D2 returns `vornStsNoErr` where it misses the block of the words,
+ * which is kept so on purpose. Either way result is untouched and nothing is lost.
+ *
+ * Literature: Sakoe and Chiba (1978); slope constraints, Itakura (1975).
  * @{
  */
 VornStatus vornsDTW_L2_32f_D2L(const Vorn32f* const* src1, int height1, const Vorn32f* const* src2, int height2,
