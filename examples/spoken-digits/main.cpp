@@ -1,5 +1,6 @@
 // The command line: train, recognise, demo.
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <filesystem>
@@ -26,8 +27,9 @@ constexpr int kDone = 0, kSomeFailed = 1, kWrongUse = 2;  // exit codes
 constexpr const char* kHelp =
     "spoken-digits: recognises the spoken digits zero to nine\n"
     "\n"
-    "  spoken-digits train DIR --model FILE\n"
-    "      Makes one word model a digit from the recordings in DIR and writes them to FILE.\n"
+    "  spoken-digits train DIR --model FILE [--gaussians N]\n"
+    "      Makes one word model a digit from the recordings in DIR and writes them to FILE. Each of its states is a\n"
+    "      mixture of N Gaussians, 6 if not told otherwise.\n"
     "  spoken-digits recognise DIR-OR-WAV... --model FILE [--report HTML] [--show WAV]\n"
     "                [--arithmetic float|scaled|low|all]\n"
     "      Recognises recordings, prints accuracy, confusion matrix and speed, and writes a report with pictures.\n"
@@ -47,7 +49,7 @@ struct UsageError : std::runtime_error {
 
 struct Arguments {
     std::vector<fs::path> inputs;
-    std::string model, report, show, output, arithmetic;
+    std::string model, report, show, output, arithmetic, gaussians;
 };
 
 Arguments parse(const std::vector<std::string>& words) {
@@ -59,6 +61,7 @@ Arguments parse(const std::vector<std::string>& words) {
                              : word == "--show"       ? &arguments.show
                              : word == "--output"     ? &arguments.output
                              : word == "--arithmetic" ? &arguments.arithmetic
+                             : word == "--gaussians"  ? &arguments.gaussians
                                                       : nullptr;
         if (!value) {
             if (word.starts_with("--")) throw UsageError("there is no option " + word);
@@ -85,7 +88,15 @@ std::vector<Arithmetic> rivalsOfFloat(const std::string& name) {
     throw UsageError("there is no arithmetic " + name + ": it is float, scaled, low or all");
 }
 
-void complain(const std::exception& error) { std::fprintf(stderr, "spoken-digits: %s\n", error.what()); }
+int gaussiansOf(const std::string& text) {
+    if (text.empty()) return kGaussians;
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size() || value < 1 || value > kMostGaussians) {
+        throw UsageError("--gaussians takes a number from 1 to " + std::to_string(kMostGaussians));
+    }
+    return value;
+}
 
 class Stopwatch {
 public:
@@ -101,28 +112,12 @@ private:
     std::chrono::steady_clock::time_point since_ = std::chrono::steady_clock::now();
 };
 
-int runTraining(const fs::path& directory, const fs::path& modelPath) {
+int runTraining(const fs::path& directory, const fs::path& modelPath, int gaussians) {
     Stopwatch watch;
-    const std::vector<fs::path> paths = recordingsIn(directory);
-    const FrontEnd frontEnd;
+    LabelledSet set = readLabelled(FrontEnd(), directory, kStates, "reading");
+    const std::size_t used = set.recordings.size();
     TrainingSet recordings;
-    int used = 0, unusable = 0;
-    {
-        Progress progress("reading", static_cast<int>(paths.size()));
-        for (const fs::path& path : paths) {
-            try {
-                const std::optional<int> digit = spokenDigit(path);
-                if (!digit) throw InputError(path, "has a name that does not begin with a digit and an underscore");
-                recordings[*digit].push_back(analyse(frontEnd, path, readWav(path, kSampleRate), kStates));
-                ++used;
-            } catch (const InputError& error) {
-                progress.interrupt();
-                complain(error);
-                ++unusable;
-            }
-            progress.step();
-        }
-    }
+    for (Labelled& each : set.recordings) recordings[each.word].push_back(std::move(each.analysis));
     for (int digit = 0; digit < kWords; ++digit) {
         if (recordings[digit].size() < kLeastRecordings) {
             throw InputError(directory, std::string("has too few usable recordings of the word ") + wordOf(digit));
@@ -132,15 +127,15 @@ int runTraining(const fs::path& directory, const fs::path& modelPath) {
     const double reading = watch.lap();
     Models models;
     {
-        Progress progress("training", kTrainingSteps);
-        models = train(recordings, [&] { progress.step(); });
+        Progress progress("training", trainingSteps(gaussians));
+        models = train(recordings, gaussians, [&] { progress.step(); });
     }
     save(models, modelPath);
-    std::printf("recordings: %d used, %d unusable\n", used, unusable);
+    std::printf("recordings: %zu used, %d unusable\n", used, set.unusable);
     std::printf("model:      %d words, %d states a word, %d Gaussians a state, %d features: %s\n", kWords,
                 models.states(), models.gaussians(), kFeatures, modelPath.c_str());
     std::printf("speed:      %.2f s reading and front end, %.2f s training\n", reading, watch.lap());
-    return unusable == 0 ? kDone : kSomeFailed;
+    return set.unusable == 0 ? kDone : kSomeFailed;
 }
 
 // The recordings that are to be recognised. Those that are named by themselves get a line of their own.
@@ -242,7 +237,7 @@ int runDemo(const fs::path& data, const fs::path& output) {
     fs::create_directories(output, error);
     if (error) throw InputError(output, "cannot be made (" + error.message() + ")");
     const fs::path model = output / "digits.model";
-    const int trained = runTraining(data / "train", model);
+    const int trained = runTraining(data / "train", model, kGaussians);
     const int recognised = runRecognition({data / "test"}, model, output / "report.html", {}, rivalsOfFloat("all"));
     return std::max(trained, recognised);
 }
@@ -260,13 +255,14 @@ int run(const std::vector<std::string>& words) {
         need(!arguments.model.empty(), "train needs --model FILE");
         need(arguments.report.empty() && arguments.show.empty() && arguments.output.empty() &&
                  arguments.arithmetic.empty(),
-             "train takes no option but --model");
-        return runTraining(arguments.inputs[0], arguments.model);
+             "train takes no option but --model and --gaussians");
+        return runTraining(arguments.inputs[0], arguments.model, gaussiansOf(arguments.gaussians));
     }
     if (command == "recognise") {
         need(!arguments.inputs.empty(), "recognise needs recordings or directories of them");
         need(!arguments.model.empty(), "recognise needs --model FILE");
         need(arguments.output.empty(), "recognise takes --report FILE, not --output");
+        need(arguments.gaussians.empty(), "--gaussians is for train");
         need(arguments.show.empty() || !arguments.report.empty(), "--show chooses a picture of --report FILE");
         return runRecognition(arguments.inputs, arguments.model, arguments.report, arguments.show,
                               rivalsOfFloat(arguments.arithmetic));
@@ -275,7 +271,7 @@ int run(const std::vector<std::string>& words) {
         need(arguments.inputs.size() == 1, "demo needs one directory that holds train and test");
         need(!arguments.output.empty(), "demo needs --output DIR");
         need(arguments.model.empty() && arguments.report.empty() && arguments.show.empty() &&
-                 arguments.arithmetic.empty(),
+                 arguments.arithmetic.empty() && arguments.gaussians.empty(),
              "demo takes no option but --output");
         return runDemo(arguments.inputs[0], arguments.output);
     }

@@ -440,6 +440,34 @@ class BrokenRecordings(Folder):
         self.assertIn("recordings: 120 used, 2 unusable", out)
         self.assertEqual(run("recognise", self.recording(), "--model", model)[0], 0)
 
+    def test_more_gaussians_than_frames(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for path in (arguments.data / "train").glob("*_theo_1[01].wav"):
+            shutil.copy(path, folder)
+        model = self.folder / "digits.model"
+        status, out, err = run("train", folder, "--model", model, "--gaussians", 64)
+        self.assertEqual(status, 0, err)
+        self.assertIn("recordings: 20 used, 0 unusable", out)
+        self.assertIn("64 Gaussians a state", out)
+        status, out, _ = run("recognise", folder, "--model", model)
+        self.assertEqual(status, 0)
+        self.assertIn("(20 of 20)", out)
+        self.assertNotIn("nan", out)
+
+    def test_frames_that_never_change_are_trained_at_the_floor(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for digit in range(10):
+            for index in range(2):
+                (folder / f"{digit}_nobody_{index}.wav").write_bytes(wav()[:44] + bytes(8000))
+        model = self.folder / "digits.model"
+        self.assertEqual(run("train", folder, "--model", model)[0], 0)
+        status, out, _ = run("recognise", folder, "--model", model)
+        self.assertEqual(status, 0)
+        self.assertIn("(2 of 20)", out)  # all words are alike, and the first one wins
+        self.assertNotIn("nan", out)
+
     def test_training_needs_every_word(self):
         folder = self.folder / "train"
         folder.mkdir()
@@ -511,7 +539,11 @@ class CommandLine(Folder):
                 (["recognise", "--model", "m"], "recognise needs recordings"), (["recognise", "a"], "recognise needs --model"),
                 (["recognise", "a", "--model", "m", "--show", "x"], "--show chooses a picture of --report"),
                 (["recognise", "a", "--model", "m", "--arithmetic", "double"], "there is no arithmetic double"),
-                (["train", "a", "--model", "m", "--arithmetic", "low"], "train takes no option but --model"),
+                (["train", "a", "--model", "m", "--arithmetic", "low"], "train takes no option but --model and --gaussians"),
+                (["train", "a", "--model", "m", "--gaussians", "0"], "--gaussians takes a number from 1 to 64"),
+                (["train", "a", "--model", "m", "--gaussians", "65"], "--gaussians takes a number from 1 to 64"),
+                (["train", "a", "--model", "m", "--gaussians", "6x"], "--gaussians takes a number from 1 to 64"),
+                (["recognise", "a", "--model", "m", "--gaussians", "6"], "--gaussians is for train"),
                 (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
             with self.subTest(words):
                 status, out, err = run(*words)
