@@ -70,6 +70,14 @@ def trials(text):
     return {name: (int(right), int(known), float(margin)) for name, _, right, known, margin in rows}
 
 
+def methods(text):
+    """The table of the methods: name to right and known."""
+    rows = re.findall(r"^  (mixtures|templates) +(\d+\.\d\d) % \((\d+) of (\d+)\)  vorns", text, re.M)
+    for _, percent, right, known in rows:
+        assert percent == f"{100 * int(right) / int(known):.2f}", rows
+    return {name: (int(right), int(known)) for name, _, right, known in rows}
+
+
 def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
     """The bytes of a WAV file with a tone-like pattern."""
     width = bits // 8
@@ -115,6 +123,19 @@ class WholeRun(Folder):
         self.assertIn(f"accuracy:   {right / 3:.2f} % ({right} of 300)", results[processor])
         self.assertIn("recordings: 300 recognised, 0 unusable", results[processor])
         self.assertEqual(results[processor].count("\nwrong: "), 300 - right)
+
+    def test_both_methods_are_set_side_by_side(self):
+        table = methods(results[processor])
+        self.assertEqual(list(table), ["mixtures", "templates"])
+        matrix = confusion(results[processor])
+        self.assertEqual(table["mixtures"], (sum(matrix[digit][digit] for digit in range(10)), 300))
+        right, known = table["templates"]
+        self.assertEqual(known, 300)
+        self.assertGreaterEqual(right, 280)
+        self.assertEqual(results[processor].count("\nwrong by templates: "), 300 - right)
+        self.assertIn("vornsDTW_L2_32f_D2, 60 templates of ", results[processor])  # six speakers, ten words
+        for name in ("mixtures", "templates"):
+            self.assertRegex(results[processor], rf"\nspeed: +{name} +\d+ frames per second scored")
 
     def test_speed_is_told(self):
         self.assertRegex(results[processor], r"speed: +\d+ frames per second")
@@ -186,6 +207,112 @@ class WholeRun(Folder):
         self.assertTrue((self.folder / "out/report.html").exists())
 
 
+class Templates(Folder):
+    def match(self, templates, *inputs):
+        return run("recognise", *inputs, "--method", "templates", "--templates", templates)
+
+    def folder_of(self, name, **recordings):
+        """A folder with one recording a word, and those of the arguments."""
+        folder = self.folder / name
+        folder.mkdir()
+        for digit in range(10):
+            shutil.copy(self.recording(f"{digit}_theo_1.wav"), folder)
+        for target, source in recordings.items():
+            shutil.copy(self.recording(f"{source}.wav"), folder / f"{target}.wav")
+        return folder
+
+    def test_templates_alone_need_no_model(self):
+        files = sorted((arguments.data / "test").glob("*_[03].wav"))
+        status, out, _ = self.match(arguments.data / "train", *files)
+        self.assertEqual(status, 0)
+        matrix = confusion(out)
+        right = sum(matrix[digit][digit] for digit in range(10))
+        self.assertGreaterEqual(right, len(files) * 9 // 10)
+        self.assertIn(f"({right} of {len(files)})", out)
+        self.assertEqual(out.count("\nwrong: "), len(files) - right)
+        self.assertRegex(out, r"\nspeed: +\d+ frames per second")
+        self.assertIn("templates:  60 recordings of ", out)
+
+    def test_a_template_is_nothing_away_from_itself(self):
+        folder = self.folder_of("own")
+        status, out, _ = self.match(folder, *sorted(folder.iterdir()))
+        self.assertEqual(status, 0)
+        for digit in range(10):
+            path = folder / f"{digit}_theo_1.wav"
+            self.assertIn(f"{path}: {WORDS[digit]}, like {path.name}, 0.000 a frame away; ", out)
+        self.assertIn("(10 of 10)", out)
+
+    def test_the_most_central_recording_is_the_template(self):
+        # Two recordings of a speaker agree, and the third, though it comes first, is of another word.
+        folder = self.folder_of("three", **{"4_anna_0": "7_lucas_0", "4_anna_1": "4_lucas_1", "4_anna_2": "4_lucas_1"})
+        status, out, _ = self.match(folder, self.recording("4_lucas_1.wav"), self.recording("7_lucas_0.wav"))
+        self.assertEqual(status, 0)
+        self.assertIn(": four, like 4_anna_1.wav, 0.000 a frame away", out)
+        self.assertNotIn("4_anna_0", out)
+        self.assertIn("templates:  11 recordings of ", out)
+
+    def test_the_order_of_two_recordings_does_not_count(self):
+        # Both folders hold nine copies of each, so that features have the same spread.
+        pair, distances = ("7_lucas_0", "7_jackson_3"), []
+        for template, spoken in (pair, pair[::-1]):
+            folder = self.folder / template
+            folder.mkdir()
+            for i in range(9):
+                shutil.copy(self.recording(f"{spoken}.wav"), folder / f"0_anna_{i}.wav")
+                shutil.copy(self.recording(f"{template}.wav"), folder / f"{i + 1}_anna_0.wav")
+            out = self.match(folder, self.recording(f"{spoken}.wav"))[1]
+            distances.append(re.search(r": zero, like 0_anna_0.wav, 0.000 a frame away; one is ([\d.]+) away", out)[1])
+        self.assertGreater(float(distances[0]), 1)
+        self.assertEqual(distances[0], distances[1])
+
+    def test_a_recording_of_another_length_is_like_none(self):
+        path = self.folder / "7_long_0.wav"
+        path.write_bytes(wav(samples=5 * 8000))
+        folder = self.folder_of("short")
+        out = self.match(folder, path)[1]
+        self.assertIn(f"{path}: like no template\n", out)
+        self.assertIn("(0 of 1)", out)
+        self.assertIn(f"wrong: {path}: spoken seven, recognised like no template", out)
+        page = self.folder / "report.html"
+        status, out, _ = run("recognise", path, "--model", self.shared / f"{processor}.model", "--method", "both",
+                             "--templates", folder, "--report", page)
+        self.assertEqual(status, 0)
+        self.assertEqual(methods(out)["templates"], (0, 1))
+        self.assertIn("7_long_0 taken for none", page.read_text(encoding="utf-8"))
+
+    def test_broken_templates_are_named_and_the_others_still_used(self):
+        folder = self.folder_of("broken")
+        (folder / "3_anna_0.wav").write_bytes(wav(samples=599))
+        shutil.copy(self.recording(), folder / "seven.wav")
+        status, out, err = self.match(folder, self.recording("3_theo_1.wav"))
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder / '3_anna_0.wav'}: is too short: 599 samples", err)
+        self.assertIn(f"{folder / 'seven.wav'}: has a name that does not begin with a digit", err)
+        self.assertIn(": three, like 3_theo_1.wav, 0.000 a frame away", out)
+
+    def test_folders_that_are_no_use(self):
+        missing, empty, lacking = self.folder / "missing", self.folder / "empty", self.folder_of("lacking")
+        empty.mkdir()
+        (lacking / "9_theo_1.wav").unlink()
+        for folder, message in ((missing, "there is no such directory"), (empty, "holds no recordings"),
+                                (lacking, "has no usable template of the word nine")):
+            status, out, err = self.match(folder, self.recording())
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn(f"{folder}: {message}", err)
+
+    def test_the_picture_is_what_the_library_computes(self):
+        # The program refuses to draw a road of another cost than the library's.
+        for name in ("5_lucas_1", "0_george_3", "6_nicolas_1"):
+            page = self.folder / "report.html"
+            status, _, err = run("recognise", self.recording(f"{name}.wav"), "--model",
+                                 self.shared / f"{processor}.model", "--method", "both", "--templates",
+                                 arguments.data / "train", "--report", page)
+            self.assertEqual((status, "picture of time warping" in err), (0, False))
+            figure, = re.findall(r"<svg[^>]*aria-label='Time warping.*?</svg>", page.read_text(encoding="utf-8"), re.S)
+            self.assertEqual(figure.count("class='road over'"), 2)
+            self.assertEqual(figure.count("class='edge'"), 4)
+
+
 class Report(Folder):
     def setUp(self):
         super().setUp()
@@ -198,11 +325,11 @@ class Report(Folder):
 
     def test_every_picture_is_well_formed(self):
         drawings = re.findall(r"<svg.*?</svg>", self.page, re.S)
-        self.assertEqual(len(drawings), 2 + 2 * 3)  # the matrix, the plane, and three for each of two recordings
+        self.assertEqual(len(drawings), 3 + 2 * 3)  # the matrix, the plane, the warping; three for each of two recordings
         for drawing in drawings:
             xml.etree.ElementTree.fromstring(drawing)
         pictures = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", self.page)
-        self.assertEqual(len(pictures), 2 * 5 * 2)  # five matrices and their colour bars
+        self.assertEqual(len(pictures), 2 * 5 * 2 + 3)  # five matrices with colour bars; two of warping, with one bar
         for picture in pictures:
             self.check_png(base64.b64decode(picture, validate=True))
 
@@ -249,6 +376,11 @@ class Report(Folder):
         for name, right, known, margin in rows:
             self.assertEqual((int(right), int(known)), table[name][:2])
             self.assertAlmostEqual(float(margin.replace("\u2212", "-")), table[name][2], delta=0.0051)
+
+    def test_the_page_compares_the_methods(self):
+        rows = re.findall(r"<tr><td>(mixtures|templates)</td><td><code>vorns\w+</code></td><td class='number'>[^<]+</td>"
+                          r"<td class='number'>(\d+) of (\d+)</td>", self.page)
+        self.assertEqual({name: (int(right), int(known)) for name, right, known in rows}, methods(results[processor]))
 
     def test_the_recording_of_the_pictures_can_be_chosen(self):
         page = self.folder / "report.html"
@@ -543,7 +675,14 @@ class CommandLine(Folder):
                 (["train", "a", "--model", "m", "--gaussians", "0"], "--gaussians takes a number from 1 to 64"),
                 (["train", "a", "--model", "m", "--gaussians", "65"], "--gaussians takes a number from 1 to 64"),
                 (["train", "a", "--model", "m", "--gaussians", "6x"], "--gaussians takes a number from 1 to 64"),
-                (["recognise", "a", "--model", "m", "--gaussians", "6"], "--gaussians is for train"),
+                (["recognise", "a", "--model", "m", "--gaussians", "6"], "recognise takes no option but --model, --report"),
+                (["recognise", "a", "--model", "m", "--method", "guess"], "there is no method guess"),
+                (["recognise", "a", "--method", "templates"], "recognition by templates needs --templates DIR"),
+                (["recognise", "a", "--model", "m", "--method", "both"], "recognition by templates needs --templates DIR"),
+                (["recognise", "a", "--method", "both", "--templates", "t"], "recognise needs --model"),
+                (["recognise", "a", "--model", "m", "--templates", "t"], "--templates is of no use without --method"),
+                (["recognise", "a", "--model", "m", "--method", "templates", "--templates", "t"],
+                 "--model is of no use with --method templates"),
                 (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
             with self.subTest(words):
                 status, out, err = run(*words)
@@ -574,6 +713,7 @@ with tempfile.TemporaryDirectory() as name:
         assert status == 0, (out, err)
         assert "recordings: 600 used, 0 unusable" in out, out
         status, results[build], err = run("recognise", arguments.data / "test", "--model", model, "--report", page,
-                                          "--arithmetic", "all", build=build)
+                                          "--arithmetic", "all", "--method", "both", "--templates",
+                                          arguments.data / "train", build=build)
         assert status == 0, (results[build], err)
     unittest.main(argv=[sys.argv[0]], verbosity=1)
