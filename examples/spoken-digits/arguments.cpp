@@ -21,7 +21,8 @@ struct Command {
 const std::vector<Command>& commands() {
     static const std::vector<Command> kCommands{
         {"train", {"--model", "--gaussians"}},
-        {"recognise", {"--model", "--report", "--show", "--arithmetic", "--method", "--templates"}},
+        {"recognise",
+         {"--model", "--report", "--show", "--arithmetic", "--method", "--templates", "--shortlists", "--large"}},
         {"demo", {"--output"}},
     };
     return kCommands;
@@ -79,13 +80,14 @@ Method methodOf(const std::string& name) {
 void checkRecognition(const Arguments& arguments, Options& options) {
     need(!arguments.inputs.empty(), "recognise needs recordings or directories of them");
     if (arguments.method == Method::kTemplates) {
-        for (const char* option : {"--model", "--report", "--arithmetic"}) {
+        for (const char* option : {"--model", "--report", "--arithmetic", "--shortlists"}) {
             need(options[option].empty(), std::string(option) + " is of no use with --method templates");
         }
     } else {
         need(!arguments.model.empty(), "recognise needs --model FILE");
     }
     need(arguments.show.empty() || !arguments.report.empty(), "--show chooses a picture of --report FILE");
+    need(arguments.large.empty() || !arguments.shortlists.empty(), "--large is the model of --shortlists DIR");
     if (arguments.method == Method::kMixtures) {
         need(arguments.templates.empty(), "--templates is of no use without --method templates or both");
     } else {
@@ -103,14 +105,18 @@ const char* const kHelp =
     "      mixture of N Gaussians, 6 if not told otherwise.\n"
     "  spoken-digits recognise DIR-OR-WAV... --model FILE [--report HTML] [--show WAV]\n"
     "                [--arithmetic float|scaled|low|all] [--method mixtures|templates|both] [--templates DIR]\n"
+    "                [--shortlists DIR] [--large FILE]\n"
     "      Recognises recordings, prints accuracy, confusion matrix and speed, and writes a report with pictures.\n"
     "      A recording that is named by itself gets a line of its own. --show chooses the recording of the pictures.\n"
     "      --arithmetic recognises once more with 16-bit scores, and compares accuracy and speed with those in float.\n"
     "      --method templates needs no model: it compares with one recording in DIR a speaker and word, by time\n"
     "      warping. both does the one and the other, and sets them side by side.\n"
+    "      --shortlists scores once more with the model of --large, or else that of --model: with all its Gaussians, "
+    "and\n"
+    "      with the few on shortlists of several lengths, which belong to a codebook of the frames in DIR.\n"
     "  spoken-digits demo DATA --output DIR\n"
-    "      Trains on DATA/train, recognises DATA/test, and writes DIR/digits.model and DIR/report.html,\n"
-    "      with all arithmetics and both methods compared.\n"
+    "      Trains a model and a large one on DATA/train, recognises DATA/test, and writes DIR/digits.model,\n"
+    "      DIR/large.model and DIR/report.html, with all arithmetics, methods and shortlists compared.\n"
     "  spoken-digits --help\n"
     "\n"
     "Recordings are mono 16-bit WAV files of 8000 samples a second. A name like 7_anna_3.wav tells the spoken digit\n"
@@ -143,6 +149,8 @@ Arguments parse(const std::vector<std::string>& words) {
     arguments.show = options["--show"];
     arguments.output = options["--output"];
     arguments.templates = options["--templates"];
+    arguments.shortlists = options["--shortlists"];
+    arguments.large = options["--large"];
     arguments.gaussians = gaussiansOf(options["--gaussians"]);
     arguments.method = methodOf(options["--method"]);
     arguments.rivals = rivalsOfFloat(options["--arithmetic"]);

@@ -21,7 +21,7 @@ enum class Method { kMixtures, kTemplates, kBoth };
 struct Arguments {
     std::string command;
     std::vector<std::filesystem::path> inputs;
-    std::string model, report, show, output, templates;
+    std::string model, report, show, output, templates, shortlists, large;
     int gaussians = 0;
     Method method = Method::kMixtures;
     std::vector<Arithmetic> rivals;  // the arithmetics that are compared with float

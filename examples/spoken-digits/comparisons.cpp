@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "selection_figure.h"
 #include "svg.h"
 #include "warp_figure.h"
 #include "wav.h"
@@ -80,6 +81,42 @@ std::string methodsSection(const Run& run, const Recogniser& recogniser, int sho
                "by those %d frames. Between them, the beam drops the dimmed cells as well, because every road that "
                "reaches them costs more than the cheapest one of its row by over %g.</p></section>\n",
                kWarpBand, kWarpBand, double(kWarpBeam));
+}
+
+std::string selectionSection(const Run& run) {
+    if (!run.selection || run.selection->trials[0].known == 0) return {};
+    const SelectionTrial& whole = run.selection->trials[0];
+    std::string html =
+        "<section><h2>A large model in part</h2><p class='lead'>" +
+        format(
+            "A model of %d Gaussians, most of which are far from any one frame. A codebook of %d codewords tells "
+            "roughly what a frame is like, each codeword has a shortlist of the Gaussians that score best near it, "
+            "and only those on the lists of the frame's %d nearest codewords are scored.",
+            whole.length, run.selection->codewords, kCodewordsOfFrame) +
+        "</p><table><tr><th class='number'>on each list</th><th class='number'>scored</th><th class='number'>right</th>"
+        "<th class='number'>closest margin</th><th class='number'>frames per second</th>"
+        "<th class='number'>times the whole</th></tr>\n";
+    for (const SelectionTrial& trial : run.selection->trials) {
+        html += "<tr><td class='number'>" + (&trial == &whole ? "no lists" : std::to_string(trial.length)) +
+                format(
+                    "</td><td class='number'>%.1f %%</td><td class='number'>%d of %d</td><td class='number'>%s%.2f"
+                    "</td><td class='number'>",
+                    trial.share(), trial.right, trial.known, trial.closest < 0 ? "\u2212" : "",
+                    std::abs(double(trial.closest))) +
+                grouped(std::llround(double(run.frames) / trial.seconds)) +
+                format("</td><td class='number'>%.2f</td></tr>\n", whole.seconds / trial.seconds);
+    }
+    return html + "</table>" + selectionFigure(*run.selection) +
+           "<p class='note'>From right to left, ever fewer Gaussians are scored. Accuracy holds out long, since the "
+           "few "
+           "Gaussians that are near a frame make nearly all of its score, and falls where the lists begin to miss "
+           "those. "
+           "Long lists do not pay: what is selected is scored one by one, which takes longer than the whole mixture at "
+           "once; short ones do, until only the search of the codebook and the best roads are left. The functions: "
+           "<code>vornsMahDistMultiMix_32f_D2</code>, <code>vornsFillShortlist_Row_1u</code>, "
+           "<code>vornsBuildSignTable_8u1u</code>, <code>vornsLogGaussMixture_Select_32f_D2</code>; all but the "
+           "filling "
+           "of the lists is in the time, the front end is not.</p></section>\n";
 }
 
 }  // namespace digits

@@ -7,7 +7,7 @@
 
 namespace digits {
 
-void Trial::add(const Outcome& outcome, double duration) {
+void Measured::add(const Outcome& outcome, double duration) {
     seconds += duration;
     if (!outcome.spoken) return;
     closest = known == 0 ? outcome.margin() : std::min(closest, outcome.margin());
@@ -139,6 +139,29 @@ void printMethods(std::FILE* to, const Run& run) {
                  double(run.frames) / other.seconds, run.seconds.scoring / other.seconds);
 }
 
+void printSelection(std::FILE* to, const SelectionRun& run, long long frames) {
+    const SelectionTrial& whole = run.trials[0];
+    std::fprintf(
+        to, "shortlists of %d codewords, in a model of %d Gaussians: the share that is scored, and what is right\n",
+        run.codewords, whole.length);
+    for (const SelectionTrial& trial : run.trials) {
+        const std::string length = &trial == &whole ? "none" : std::to_string(trial.length);
+        std::fprintf(to, "  %-5s %6.2f %%", length.c_str(), trial.share());
+        if (trial.known > 0) {
+            std::fprintf(to, "  %6.2f %% (%d of %d), %.3f", trial.accuracy(), trial.right, trial.known,
+                         double(trial.closest));
+        }
+        std::fprintf(to, "  %s\n",
+                     &trial == &whole ? "vornsLogGaussMixture_32f_D2" : "vornsLogGaussMixture_Select_32f_D2");
+    }
+    for (const SelectionTrial& trial : run.trials) {
+        if (trial.seconds <= 0.0) continue;
+        const std::string length = &trial == &whole ? "none" : std::to_string(trial.length);
+        std::fprintf(to, "speed:      %-5s  %.0f frames per second scored, %.2f times the whole model\n",
+                     length.c_str(), double(frames) / trial.seconds, whole.seconds / trial.seconds);
+    }
+}
+
 void printMixtures(std::FILE* to, const Run& run) {
     printAccuracy(to, tally(run.outcomes));
     for (const Outcome& outcome : run.outcomes) {
@@ -182,7 +205,9 @@ void print(std::FILE* to, const Run& run) {
     std::fprintf(to, "recordings: %d recognised, %d unusable, %lld frames\n", run.recognised, run.unusable, run.frames);
     if (!run.hasMixtures()) return printTemplates(to, run);
     printMixtures(to, run);
-    if (run.byTemplates && run.recognised > 0) printMethods(to, run);
+    if (run.recognised == 0) return;
+    if (run.byTemplates) printMethods(to, run);
+    if (run.selection) printSelection(to, *run.selection, run.frames);
 }
 
 }  // namespace digits

@@ -39,15 +39,34 @@ struct Seconds {
     double work() const { return frontEnd + scoring; }
 };
 
-// The same recordings once more, in one of the arithmetics that are compared.
-struct Trial {
-    Arithmetic arithmetic;
+// What came of the same recordings in one of several ways that are compared.
+struct Measured {
     int known = 0, right = 0;
     Vorn32f closest = 0.0f;  // the least margin of those whose word is known
     double seconds = 0.0;    // from features to words
 
     void add(const Outcome& outcome, double duration);
     double accuracy() const { return known > 0 ? 100.0 * right / known : 0.0; }
+};
+
+// In one of the arithmetics.
+struct Trial : Measured {
+    explicit Trial(Arithmetic of) : arithmetic(of) {}
+    Arithmetic arithmetic;
+};
+
+// With the Gaussians of shortlists.
+struct SelectionTrial : Measured {
+    explicit SelectionTrial(int of) : length(of) {}
+    int length;                       // of the lists
+    long long computed = 0, all = 0;  // Gaussians that were scored, and how many there are, over frames and states
+
+    double share() const { return all > 0 ? 100.0 * double(computed) / double(all) : 0.0; }
+};
+
+struct SelectionRun {
+    int codewords;
+    std::vector<SelectionTrial> trials;  // the first one without lists
 };
 
 // The same recordings by templates.
@@ -76,6 +95,7 @@ struct Run {
     std::vector<Outcome> outcomes;  // by mixtures; none where there are only templates
     std::vector<Trial> trials;      // none, or two and more, of which the first is float
     std::optional<TemplateRun> byTemplates;
+    std::optional<SelectionRun> selection;
 
     bool hasMixtures() const { return gaussians > 0; }
 };

@@ -4,6 +4,7 @@
 #include <exception>
 #include <filesystem>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "arguments.h"
@@ -21,6 +22,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr int kLargeGaussians = 16;                       // of a state, in the large model of the demo
 constexpr int kDone = 0, kSomeFailed = 1, kWrongUse = 2;  // exit codes
 
 int runTraining(const fs::path& directory, const fs::path& modelPath, int gaussians) {
@@ -82,6 +84,11 @@ int runRecognition(const Arguments& arguments) {
         recogniser.templates.emplace(recogniser.frontEnd, arguments.templates);
         complete = recogniser.templates->unusable() == 0;
     }
+    if (!arguments.shortlists.empty()) {
+        Models large = arguments.large.empty() ? *recogniser.models : load(arguments.large);
+        recogniser.selection.emplace(recogniser.frontEnd, arguments.shortlists, std::move(large));
+        complete = complete && recogniser.selection->unusable() == 0;
+    }
 
     const std::vector<Task> tasks = tasksOf(arguments.inputs, complete);
     Run run = recogniser.begin();
@@ -113,11 +120,11 @@ int runDemo(const fs::path& data, const fs::path& output) {
     std::error_code error;
     fs::create_directories(output, error);
     if (error) throw InputError(output, "cannot be made (" + error.message() + ")");
-    const fs::path train = data / "train", model = output / "digits.model";
-    const int trained = runTraining(train, model, kGaussians);
-    const int recognised =
-        runRecognition(parse({"recognise", data / "test", "--model", model, "--report", output / "report.html",
-                              "--arithmetic", "all", "--method", "both", "--templates", train}));
+    const fs::path train = data / "train", model = output / "digits.model", large = output / "large.model";
+    const int trained = std::max(runTraining(train, model, kGaussians), runTraining(train, large, kLargeGaussians));
+    const int recognised = runRecognition(
+        parse({"recognise", data / "test", "--model", model, "--report", output / "report.html", "--arithmetic", "all",
+               "--method", "both", "--templates", train, "--shortlists", train, "--large", large}));
     return std::max(trained, recognised);
 }
 

@@ -7,6 +7,7 @@
 
 #include "evaluation.h"
 #include "quantise.h"
+#include "selection.h"
 #include "templates.h"
 
 namespace digits {
@@ -16,10 +17,14 @@ struct Recogniser {
     std::optional<Models> models;         // none: recognition by templates only
     std::vector<QuantisedModels> rivals;  // of the models, in other arithmetics
     std::optional<Templates> templates;
+    std::optional<Selection> selection;
 
     Recogniser() = default;
     Recogniser(const Recogniser&) = delete;  // the rivals look at the models
     Recogniser& operator=(const Recogniser&) = delete;
+
+    // The frames that a recording must have.
+    int leastFrames() const;
 
     // A run without recordings.
     Run begin() const;

@@ -67,7 +67,7 @@ svg .wave { fill: var(--wave); } svg .odd { fill: var(--odd); } svg .even { fill
 svg .curve { fill: none; stroke-width: 2; stroke-linejoin: round; } svg .key { stroke-width: 3; }
 svg .curve.first, svg .key.first { stroke: var(--first); } svg .curve.second, svg .key.second { stroke: var(--second); }
 svg .curve.third, svg .key.third { stroke: var(--third); }
-svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
+svg .dot { fill: var(--first); } svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
 svg .road.under { stroke: #10151c; stroke-width: 4; opacity: .6; } svg .road.over { stroke: #ffffff; stroke-width: 2; }
 svg .bar { fill: var(--bar); } svg .bar.first { fill: var(--first); } svg .bar.second { fill: var(--second); } svg .bar.third { fill: var(--third); }
 svg text.digit { font-size: 12px; opacity: .75; } svg text.mean { font-size: 17px; font-weight: 700; opacity: 1; paint-order: stroke; stroke: var(--card); stroke-width: 4px; }
@@ -265,6 +265,7 @@ void writeReport(const fs::path& path, const Run& run, const Recogniser& recogni
     html += planeSection(run);
     html += arithmeticSection(run);
     html += methodsSection(run, recogniser, static_cast<int>(&first - run.outcomes.data()));
+    html += selectionSection(run);
     html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", first, frontEnd);
     if (order.front() != &first) {
         html += specimenSection(order.front()->wrong() ? "The worst mistake" : "The closest call", *order.front(),

@@ -78,6 +78,16 @@ def methods(text):
     return {name: (int(right), int(known)) for name, _, right, known in rows}
 
 
+def shortlists(text):
+    """The table of the shortlists: length, or 0 for none, to share in per cent, right, known and least margin."""
+    rows = re.findall(r"^  (none|\d+) +(\d+\.\d\d) %  +(\d+\.\d\d) % \((\d+) of (\d+)\), (-?\d+\.\d+)  "
+                      r"vornsLogGaussMixture_", text, re.M)
+    for _, _, percent, right, known, _ in rows:
+        assert percent == f"{100 * int(right) / int(known):.2f}", rows
+    return {0 if length == "none" else int(length): (float(share), int(right), int(known), float(margin))
+            for length, share, _, right, known, margin in rows}
+
+
 def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
     """The bytes of a WAV file with a tone-like pattern."""
     width = bits // 8
@@ -204,6 +214,10 @@ class WholeRun(Folder):
         self.assertEqual(list(trials(out)), ["float", "scaled", "low"])
         self.assertEqual((self.folder / "out/digits.model").read_bytes(),
                          (self.shared / f"{processor}.model").read_bytes())
+        self.assertEqual((self.folder / "out/large.model").read_bytes(),
+                         (self.shared / f"{processor}.large").read_bytes())
+        self.assertEqual(list(methods(out)), ["mixtures", "templates"])
+        self.assertEqual(len(shortlists(out)), 8)
         self.assertTrue((self.folder / "out/report.html").exists())
 
 
@@ -311,6 +325,93 @@ class Templates(Folder):
             figure, = re.findall(r"<svg[^>]*aria-label='Time warping.*?</svg>", page.read_text(encoding="utf-8"), re.S)
             self.assertEqual(figure.count("class='road over'"), 2)
             self.assertEqual(figure.count("class='edge'"), 4)
+
+
+class Selection(Folder):
+    """The shortlists of a model of 1280 Gaussians, on one recording a speaker and word."""
+
+    def test_a_part_of_the_gaussians_is_enough(self):
+        table = shortlists(selected[processor])
+        self.assertEqual(list(table), [0, 640, 320, 160, 80, 40, 20, 10])
+        self.assertEqual(table[0][0], 100)
+        for share, right, known, _ in table.values():
+            self.assertEqual(known, 60)
+            self.assertTrue(0 < share <= 100)
+            self.assertGreaterEqual(right, 50)
+        shares = [row[0] for row in table.values()]
+        self.assertEqual(shares, sorted(shares, reverse=True))
+        for length in (640, 320, 160, 80):
+            self.assertLess(table[length][0], 4 * 100 * length / 1280)  # four lists a frame, which overlap
+            self.assertGreaterEqual(table[length][1], 57)
+        self.assertLess(table[160][0], 33)
+
+    def test_selected_scores_keep_their_unit(self):
+        table = shortlists(selected[processor])
+        self.assertAlmostEqual(table[640][3], table[0][3], delta=0.1)
+
+    def test_the_large_model_is_told(self):
+        self.assertIn("shortlists of 256 codewords, in a model of 1280 Gaussians", selected[processor])
+        for length in ("none", "640", "10"):
+            self.assertRegex(selected[processor], rf"\nspeed: +{length} +\d+ frames per second scored, \d+\.\d\d times")
+
+    @unittest.skipIf(processor == "m7", "the baseline is what the other builds are compared with")
+    def test_model_and_results_are_those_of_the_baseline(self):
+        self.assertEqual((self.shared / f"{processor}.large").read_bytes(), (self.shared / "m7.large").read_bytes())
+        self.assertEqual(without_times(selected[processor]).replace(processor, "m7"), without_times(selected["m7"]))
+
+    def test_the_page_has_the_table_and_the_curves(self):
+        page = (self.shared / f"{processor}.selection.html").read_text(encoding="utf-8")
+        rows = re.findall(r"<tr><td class='number'>([\w ]+)</td><td class='number'>([\d.]+) %</td>"
+                          r"<td class='number'>(\d+) of (\d+)</td>", page)
+        table = shortlists(selected[processor])
+        self.assertEqual([0 if row[0] == "no lists" else int(row[0]) for row in rows], list(table))
+        for (_, share, right, known), row in zip(rows, table.values()):
+            self.assertEqual((int(right), int(known)), row[1:3])
+            self.assertAlmostEqual(float(share), row[0], delta=0.0551)
+        figure, = re.findall(r"<svg[^>]*aria-label='Accuracy and speed.*?</svg>", page, re.S)
+        xml.etree.ElementTree.fromstring(figure)
+        places = [float(x) for x in re.findall(r"<rect x='([\d.]+)'[^>]*class='dot'", figure)]
+        self.assertEqual(len(places), 2 * len(table))
+        self.assertEqual(places[:len(table)], sorted(places[:len(table)], reverse=True))
+        self.assertEqual(places[:len(table)], places[len(table):])
+
+    def test_without_a_large_model_the_model_itself_is_selected_from(self):
+        status, out, _ = run("recognise", self.recording(), self.recording("2_theo_0.wav"), "--model",
+                             self.shared / f"{processor}.model", "--shortlists", arguments.data / "test")
+        self.assertEqual(status, 0)
+        table = shortlists(out)
+        self.assertEqual(list(table), [0, 240, 120, 60, 30, 15, 7, 3])
+        self.assertEqual([row[1:3] for row in table.values()][:4], [(2, 2)] * 4)
+
+    def test_codewords_without_frames_stay(self):
+        folder = self.folder / "silence"
+        folder.mkdir()
+        (folder / "0_nobody_0.wav").write_bytes(wav()[:44] + bytes(8000))
+        status, out, _ = run("recognise", self.recording(), "--model", self.shared / f"{processor}.model",
+                             "--shortlists", folder)
+        self.assertEqual(status, 0)
+        self.assertNotIn("nan", out)
+        self.assertEqual(len(shortlists(out)), 8)
+
+    def test_broken_recordings_are_named_and_folders_without_use_refused(self):
+        folder, useless, missing = self.folder / "some", self.folder / "useless", self.folder / "missing"
+        for each in (folder, useless):
+            each.mkdir()
+            (each / "3_anna_0.wav").write_bytes(wav(samples=599))
+        shutil.copy(self.recording(), folder)
+        words = ["recognise", self.recording(), "--model", self.shared / f"{processor}.model", "--shortlists"]
+        status, out, err = run(*words, folder)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder / '3_anna_0.wav'}: is too short: 599 samples", err)
+        self.assertEqual(len(shortlists(out)), 8)
+        for each, message in ((useless, "has no usable recording to make a codebook of"),
+                              (missing, "there is no such directory")):
+            status, out, err = run(*words, each)
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn(f"{each}: {message}", err)
+        status, _, err = run(*words, folder, "--large", self.recording())
+        self.assertEqual(status, 1)
+        self.assertIn(f"{self.recording()}: is not a model file of spoken-digits", err)
 
 
 class Report(Folder):
@@ -683,6 +784,9 @@ class CommandLine(Folder):
                 (["recognise", "a", "--model", "m", "--templates", "t"], "--templates is of no use without --method"),
                 (["recognise", "a", "--model", "m", "--method", "templates", "--templates", "t"],
                  "--model is of no use with --method templates"),
+                (["recognise", "a", "--method", "templates", "--templates", "t", "--shortlists", "s"],
+                 "--shortlists is of no use with --method templates"),
+                (["recognise", "a", "--model", "m", "--large", "l"], "--large is the model of --shortlists DIR"),
                 (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
             with self.subTest(words):
                 status, out, err = run(*words)
@@ -700,7 +804,7 @@ def unable():
     return f"this processor lacks {' '.join(sorted(lacking))}" if lacking else None
 
 
-results = {}
+results, selected = {}, {}
 reason = unable()
 if reason:
     print("skipped:", reason)
@@ -716,4 +820,11 @@ with tempfile.TemporaryDirectory() as name:
                                           "--arithmetic", "all", "--method", "both", "--templates",
                                           arguments.data / "train", build=build)
         assert status == 0, (results[build], err)
+        large = pathlib.Path(name) / f"{build}.large"
+        status, out, err = run("train", arguments.data / "train", "--model", large, "--gaussians", 16, build=build)
+        assert status == 0, (out, err)
+        status, selected[build], err = run("recognise", *sorted((arguments.data / "test").glob("*_0.wav")), "--model",
+                                           model, "--shortlists", arguments.data / "train", "--large", large,
+                                           "--report", page.with_suffix(".selection.html"), build=build)
+        assert status == 0, (selected[build], err)
     unittest.main(argv=[sys.argv[0]], verbosity=1)
