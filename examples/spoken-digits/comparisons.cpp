@@ -111,7 +111,7 @@ std::string selectionSection(const Run& run) {
            "few "
            "Gaussians that are near a frame make nearly all of its score, and falls where the lists begin to miss "
            "those. "
-           "Long lists do not pay: what is selected is scored one by one, which takes longer than the whole mixture at "
+           "Long lists hardly pay: what is selected is scored one by one, which takes longer than the whole mixture at "
            "once; short ones do, until only the search of the codebook and the best roads are left. The functions: "
            "<code>vornsMahDistMultiMix_32f_D2</code>, <code>vornsFillShortlist_Row_1u</code>, "
            "<code>vornsBuildSignTable_8u1u</code>, <code>vornsLogGaussMixture_Select_32f_D2</code>; all but the "
