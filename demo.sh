@@ -18,6 +18,7 @@ cmake --build build/demo/spoken-digits
 digits=build/demo/spoken-digits/spoken-digits
 data=examples/spoken-digits/data
 "$digits" train "$data/train" --model build/demo/digits.model
+"$digits" train "$data/train" --model build/demo/large.model --gaussians 16
 "$digits" recognise "$data/test" --model build/demo/digits.model --report build/demo/report.html \
-    --arithmetic all
+    --arithmetic all --method both --templates "$data/train" --shortlists "$data/train" --large build/demo/large.model
 echo "report: build/demo/report.html"

@@ -1,4 +1,4 @@
-// Every call of the library goes through here: anything but success becomes an exception that names the call.
+// Every call of the library goes through here: what is not expected becomes an exception that names the call.
 #pragma once
 
 #include <stdexcept>
@@ -14,6 +14,14 @@ inline void checked(VornStatus status, const char* function) {
     }
 }
 
+// Lets one warning pass, and tells whether it came.
+inline bool warned(VornStatus status, VornStatus warning, const char* function) {
+    if (status == warning) return true;
+    checked(status, function);
+    return false;
+}
+
 }  // namespace digits
 
 #define DIGITS_CALL(function, ...) ::digits::checked(function(__VA_ARGS__), #function)
+#define DIGITS_WARNS(warning, function, ...) ::digits::warned(function(__VA_ARGS__), warning, #function)

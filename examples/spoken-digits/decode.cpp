@@ -50,7 +50,7 @@ Path bestPathOf(const WordModel& word, int height, Score score) {
 
 // pathOf(w) is the best road through word w.
 template <typename PathOf>
-Decision decideBy(PathOf pathOf) {
+Decision bestOf(PathOf pathOf) {
     Decision decision;
     for (int w = 0; w < kWords; ++w) {
         decision.paths[w] = pathOf(w);
@@ -83,13 +83,17 @@ Vorn32f Decision::leadOver(int word) const {
     return (paths[best].score - paths[word].score) / static_cast<Vorn32f>(paths[best].states.size());
 }
 
+Decision decideBy(const Models& models, int frames, const std::function<Score(int)>& scoresOf) {
+    return bestOf([&](int w) { return bestPathOf(models.words[w], frames, scoresOf(w)); });
+}
+
 Decision decide(const Models& models, const Analysis& analysis) {
-    return decideBy([&](int w) { return bestPath(models.words[w], analysis); });
+    return bestOf([&](int w) { return bestPath(models.words[w], analysis); });
 }
 
 Decision decide(const QuantisedModels& models, const Analysis& analysis) {
     const std::vector<Vorn16s> features = models.quantise(analysis.features);
-    return decideBy([&](int w) {
+    return bestOf([&](int w) {
         return bestPathOf(models.models().words[w], analysis.frames,
                           [&](int t, int s) { return models.score(w, s, features.data() + t * kRowStep); });
     });

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <vector>
 
 #include "model.h"
@@ -26,6 +27,12 @@ struct Decision {
     // How much better the best word is than another one, in log likelihood a frame.
     Vorn32f leadOver(int word) const;
 };
+
+// The score of a frame in a state of one word.
+using Score = std::function<Vorn32f(int frame, int state)>;
+
+// The best word of a recording, where scoresOf(w) gives the scores of word w.
+Decision decideBy(const Models& models, int frames, const std::function<Score(int word)>& scoresOf);
 
 Decision decide(const Models& models, const Analysis& analysis);
 Decision decide(const QuantisedModels& models, const Analysis& analysis);

@@ -9,6 +9,7 @@
 
 #include "components.h"
 #include "decode.h"
+#include "templates.h"
 
 namespace digits {
 
@@ -38,9 +39,8 @@ struct Seconds {
     double work() const { return frontEnd + scoring; }
 };
 
-// The same recordings once more, in one of the arithmetics that are compared.
-struct Trial {
-    Arithmetic arithmetic;
+// What came of the same recordings in one of several ways that are compared.
+struct Measured {
     int known = 0, right = 0;
     Vorn32f closest = 0.0f;  // the least margin of those whose word is known
     double seconds = 0.0;    // from features to words
@@ -49,13 +49,55 @@ struct Trial {
     double accuracy() const { return known > 0 ? 100.0 * right / known : 0.0; }
 };
 
-struct Run {
-    std::vector<Outcome> outcomes;
-    std::vector<Trial> trials;  // none, or two and more, of which the first is float
-    int unusable = 0;           // recordings that were refused
-    Seconds seconds;
+// In one of the arithmetics.
+struct Trial : Measured {
+    explicit Trial(Arithmetic of) : arithmetic(of) {}
+    Arithmetic arithmetic;
+};
 
-    long long frames() const;
+// With the Gaussians of shortlists.
+struct SelectionTrial : Measured {
+    explicit SelectionTrial(int of) : length(of) {}
+    int length;                       // of the lists
+    long long computed = 0, all = 0;  // Gaussians that were scored, and how many there are, over frames and states
+
+    double share() const { return all > 0 ? 100.0 * double(computed) / double(all) : 0.0; }
+};
+
+struct SelectionRun {
+    int codewords;
+    std::vector<SelectionTrial> trials;  // the first one without lists
+};
+
+// The same recordings by templates.
+struct TemplateRun {
+    struct Outcome {
+        std::filesystem::path path;
+        std::optional<int> spoken;
+        Match match;
+
+        bool wrong() const { return spoken && spoken != match.best; }
+    };
+
+    explicit TemplateRun(const Templates& all) : templates(all) {}
+
+    const Templates& templates;
+    std::vector<Outcome> outcomes;
+    double seconds = 0.0;  // from features to words
+};
+
+struct Run {
+    int recognised = 0;
+    int unusable = 0;  // recordings that were refused
+    long long frames = 0;
+    Seconds seconds;
+    int gaussians = 0;              // of all words together
+    std::vector<Outcome> outcomes;  // by mixtures; none where there are only templates
+    std::vector<Trial> trials;      // none, or two and more, of which the first is float
+    std::optional<TemplateRun> byTemplates;
+    std::optional<SelectionRun> selection;
+
+    bool hasMixtures() const { return gaussians > 0; }
 };
 
 struct Tally {
@@ -67,10 +109,14 @@ struct Tally {
     int spoken(int digit) const;
 };
 
-Tally tally(const Run& run);
+Tally tally(const std::vector<Outcome>& outcomes);
+Tally tally(const std::vector<TemplateRun::Outcome>& outcomes);
 
 // The interval that holds the true share of right recordings with 95 % confidence, in per cent (Wilson, 1927).
 std::array<double, 2> confidence(int right, int known);
+
+// What one recording was recognised as, by mixtures if they were used.
+void printOne(std::FILE* to, const Run& run, int i);
 
 void print(std::FILE* to, const Run& run);
 

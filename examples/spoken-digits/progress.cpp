@@ -8,6 +8,8 @@
 
 namespace digits {
 
+void complain(const std::exception& error) { std::fprintf(stderr, "spoken-digits: %s\n", error.what()); }
+
 Progress::Progress(std::string label, int total)
     : label_(std::move(label)), total_(total), terminal_(isatty(STDERR_FILENO) != 0) {
     show();

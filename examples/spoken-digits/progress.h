@@ -1,9 +1,12 @@
-// Tells the user, on the error stream, how far a long step is.
+// Tells the user, on the error stream, how far a long step is and what went wrong.
 #pragma once
 
+#include <exception>
 #include <string>
 
 namespace digits {
+
+void complain(const std::exception& error);
 
 // On a terminal one line is written again and again; elsewhere there is a line at each quarter.
 class Progress {

@@ -28,6 +28,7 @@ public:
     std::vector<Vorn16s> quantise(const std::vector<Vorn32f>& rows) const;
 
     const Models& models() const { return models_; }
+    Arithmetic arithmetic() const { return arithmetic_; }
     Vorn32f score(int word, int state, const Vorn16s* features) const;
 
 private:

@@ -5,6 +5,8 @@
 #include <cctype>
 
 #include "input_error.h"
+#include "progress.h"
+#include "wav.h"
 
 namespace digits {
 namespace {
@@ -60,6 +62,25 @@ Analysis analyse(const FrontEnd& frontEnd, const fs::path& path, const std::vect
         throw InputError(path, "is longer than " + std::to_string(kMostSeconds) + " seconds, which no digit is");
     }
     return frontEnd.analyse(samples);
+}
+
+LabelledSet readLabelled(const FrontEnd& frontEnd, const fs::path& directory, int minFrames, const char* what) {
+    const std::vector<fs::path> paths = recordingsIn(directory);
+    LabelledSet set;
+    Progress progress(what, static_cast<int>(paths.size()));
+    for (const fs::path& path : paths) {
+        try {
+            const std::optional<int> digit = spokenDigit(path);
+            if (!digit) throw InputError(path, "has a name that does not begin with a digit and an underscore");
+            set.recordings.push_back({path, *digit, analyse(frontEnd, path, readWav(path, kSampleRate), minFrames)});
+        } catch (const InputError& error) {
+            progress.interrupt();
+            complain(error);
+            ++set.unusable;
+        }
+        progress.step();
+    }
+    return set;
 }
 
 }  // namespace digits

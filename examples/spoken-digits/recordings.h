@@ -21,4 +21,19 @@ std::string speaker(const std::filesystem::path& path);
 Analysis analyse(const FrontEnd& frontEnd, const std::filesystem::path& path, const std::vector<Vorn16s>& samples,
                  int minFrames);
 
+struct Labelled {
+    std::filesystem::path path;
+    int word;
+    Analysis analysis;
+};
+
+// The recordings of a directory whose words are known, and how many were refused. Those are complained about, each by
+// its name; the others are still read. Each has at least minFrames frames.
+struct LabelledSet {
+    std::vector<Labelled> recordings;
+    int unusable = 0;
+};
+LabelledSet readLabelled(const FrontEnd& frontEnd, const std::filesystem::path& directory, int minFrames,
+                         const char* what);
+
 }  // namespace digits

@@ -9,6 +9,7 @@
 #include <optional>
 #include <string>
 
+#include "comparisons.h"
 #include "figures.h"
 #include "input_error.h"
 #include "picture.h"
@@ -66,6 +67,8 @@ svg .wave { fill: var(--wave); } svg .odd { fill: var(--odd); } svg .even { fill
 svg .curve { fill: none; stroke-width: 2; stroke-linejoin: round; } svg .key { stroke-width: 3; }
 svg .curve.first, svg .key.first { stroke: var(--first); } svg .curve.second, svg .key.second { stroke: var(--second); }
 svg .curve.third, svg .key.third { stroke: var(--third); }
+svg .dot { fill: var(--first); } svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
+svg .road.under { stroke: #10151c; stroke-width: 4; opacity: .6; } svg .road.over { stroke: #ffffff; stroke-width: 2; }
 svg .bar { fill: var(--bar); } svg .bar.first { fill: var(--first); } svg .bar.second { fill: var(--second); } svg .bar.third { fill: var(--third); }
 svg text.digit { font-size: 12px; opacity: .75; } svg text.mean { font-size: 17px; font-weight: 700; opacity: 1; paint-order: stroke; stroke: var(--card); stroke-width: 4px; }
 svg .d0 { fill: #d1495b; } svg .d1 { fill: #c2701c; } svg .d2 { fill: #9a8200; } svg .d3 { fill: #5b8f22; } svg .d4 { fill: #138f5c; }
@@ -95,13 +98,6 @@ std::string fileBytes(const fs::path& path) {
     return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// 1234567 as 1 234 567.
-std::string grouped(long long value) {
-    std::string digits = std::to_string(value);
-    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, "&thinsp;");
-    return digits;
-}
-
 std::string tile(const std::string& value, const std::string& meaning) {
     return "<div class='tile'><b>" + value + "</b><span>" + meaning + "</span></div>\n";
 }
@@ -115,9 +111,9 @@ std::string tiles(const Run& run, const Tally& counts) {
                             low, std::min(high, 100.0)));
     }
     html += tile(format("%zu", run.outcomes.size()),
-                 format("recordings: %.0f s of speech, %lld frames%s", run.seconds.audio, run.frames(),
+                 format("recordings: %.0f s of speech, %lld frames%s", run.seconds.audio, run.frames,
                         run.unusable ? format("; %d more were unusable", run.unusable).c_str() : ""));
-    html += tile(grouped(std::llround(double(run.frames()) / run.seconds.work())),
+    html += tile(grouped(std::llround(double(run.frames) / run.seconds.work())),
                  "frames per second, from samples to words, on one processor core");
     html += tile(format("%.5f", run.seconds.work() / run.seconds.audio),
                  format("real-time factor: %.0f times faster than speech", run.seconds.audio / run.seconds.work()));
@@ -217,7 +213,7 @@ std::string arithmeticSection(const Run& run) {
             (trial.known ? format("<td class='number'>%d of %d</td><td class='number'>%s%.2f</td>", trial.right,
                                   trial.known, trial.closest < 0 ? "\u2212" : "", std::abs(double(trial.closest)))
                          : std::string("<td></td><td></td>")) +
-            "<td class='number'>" + grouped(std::llround(double(run.frames()) / trial.seconds)) +
+            "<td class='number'>" + grouped(std::llround(double(run.frames) / trial.seconds)) +
             format("</td><td class='number'>%.2f</td></tr>\n", run.trials[0].seconds / trial.seconds);
     }
     return html +
@@ -248,9 +244,9 @@ const Outcome& chosen(const Run& run, const fs::path& show) {
 
 }  // namespace
 
-void writeReport(const fs::path& path, const Run& run, const Models& models, const FrontEnd& frontEnd,
-                 const fs::path& show) {
-    const Tally counts = tally(run);
+void writeReport(const fs::path& path, const Run& run, const Recogniser& recogniser, const fs::path& show) {
+    const FrontEnd& frontEnd = recogniser.frontEnd;
+    const Tally counts = tally(run.outcomes);
     const std::vector<const Outcome*> order = fromHardest(run);
     const Outcome& first = show.empty() ? *order[order.size() / 2] : chosen(run, show);
 
@@ -265,9 +261,11 @@ void writeReport(const fs::path& path, const Run& run, const Models& models, con
         html += "<section><div class='split'><div><h2>Which word was taken for which</h2>" + confusionFigure(counts) +
                 "</div><div>" + speakersTable(run) + hardestTable(order) + "</div></div></section>\n";
     }
-    html += roadSection(models);
+    html += roadSection(*recogniser.models);
     html += planeSection(run);
     html += arithmeticSection(run);
+    html += methodsSection(run, recogniser, static_cast<int>(&first - run.outcomes.data()));
+    html += selectionSection(run);
     html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", first, frontEnd);
     if (order.front() != &first) {
         html += specimenSection(order.front()->wrong() ? "The worst mistake" : "The closest call", *order.front(),

@@ -42,6 +42,12 @@ std::string escaped(const std::string& text) {
     return result;
 }
 
+std::string grouped(long long value) {
+    std::string digits = std::to_string(value);
+    for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, "&thinsp;");
+    return digits;
+}
+
 std::vector<double> Axis::ticks(int about) const {
     const double low = std::min(from, to), high = std::max(from, to);
     const double rough = (high - low) / about;

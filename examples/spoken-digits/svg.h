@@ -8,6 +8,7 @@ namespace digits {
 
 std::string format(const char* pattern, ...) __attribute__((format(printf, 1, 2)));
 std::string escaped(const std::string& text);
+std::string grouped(long long value);  // 1234567 as 1 234 567
 
 // A straight scale from values to places on the sheet.
 struct Axis {

@@ -1,123 +1,36 @@
 // Training: each word's recordings are cut into states along their best roads, and the frames of a state re-estimate
-// its mixture by expectation and maximisation; in turns, with the mixtures growing by splitting.
+// its mixture; in turns, with the mixtures growing.
 //
 // L. R. Rabiner, "A tutorial on hidden Markov models and selected applications in speech recognition", 1989.
-// A. P. Dempster, N. M. Laird, D. B. Rubin, "Maximum likelihood from incomplete data via the EM algorithm", 1977.
 #include "train.h"
 
 #include <algorithm>
-#include <cmath>
+#include <optional>
 
 #include "checked.h"
 #include "decode.h"
-#include "exponential.h"
 
 namespace digits {
 namespace {
 
 constexpr Vorn32f kFloorShare = 0.10f;     // no variance below this share of the variance of all frames
 constexpr Vorn32f kLeastVariance = 1e-4f;  // for a feature that never changes
-constexpr Vorn32f kSplitDistance = 0.2f;   // standard deviations from the mean of a Gaussian to those of its halves
-constexpr Vorn32f kLeastFrames = 3.0f;     // a Gaussian that answers for fewer frames keeps its mean and variance
 constexpr int kSweeps = 4;                 // of expectation and maximisation in each round
-constexpr int kAccurate = 2;               // hint of the sum: accumulate in double
-
-// Frames as the library takes a matrix: rows of kRowStep elements.
-struct Frames {
-    std::vector<Vorn32f> rows;
-    int height = 0;
-
-    void append(const Vorn32f* row) {
-        rows.insert(rows.end(), row, row + kRowStep);
-        ++height;
-    }
-    const Vorn32f* row(int t) const { return rows.data() + static_cast<std::ptrdiff_t>(t) * kRowStep; }
-};
-
-struct Gaussian {
-    std::vector<Vorn32f> mean = std::vector<Vorn32f>(kRowStep, 0.0f);
-    std::vector<Vorn32f> variance = std::vector<Vorn32f>(kRowStep, 0.0f);
-    Vorn32f weight = 1.0f;
-};
-
-using Mixture = std::vector<Gaussian>;
 
 Vorn32f logarithm(Vorn32f x) {
     DIGITS_CALL(vornsLn_32f_I, &x, 1);
     return x;
 }
 
-void applyFloor(Gaussian& gaussian, const std::vector<Vorn32f>& floor) {
-    for (int c = 0; c < kFeatures; ++c) gaussian.variance[c] = std::max(gaussian.variance[c], floor[c]);
-}
-
-Gaussian gaussianOf(const Frames& frames) {
-    Gaussian gaussian;
-    DIGITS_CALL(vornsMeanVarColumn_32f_D2, frames.rows.data(), frames.height, kRowStep, gaussian.mean.data(),
-                gaussian.variance.data(), kFeatures);
-    return gaussian;
-}
-
-// The form that scoring takes.
-void store(const Mixture& mixture, State& state) {
-    state.mean.clear();
-    state.inverseVariance.clear();
-    state.constant.clear();
-    for (const Gaussian& gaussian : mixture) {
-        state.mean.insert(state.mean.end(), gaussian.mean.begin(), gaussian.mean.end());
-        for (int c = 0; c < kRowStep; ++c) {
-            state.inverseVariance.push_back(c < kFeatures ? 1.0f / gaussian.variance[c] : 0.0f);
-        }
-        Vorn32f gconst = 0.0f;
-        DIGITS_CALL(vornsUpdateGConst_DirectVar_32f, gaussian.variance.data(), kFeatures, &gconst);
-        state.constant.push_back(logarithm(gaussian.weight) - 0.5f * gconst);
+// The number of Gaussians in each round. The first rounds find the states, and the last ones settle what has grown.
+std::vector<int> rounds(int gaussians) {
+    std::vector<int> plan{1, 1, 1};
+    while (plan.back() < gaussians) {
+        const int grown = std::min(plan.back() + std::max(plan.back() / 3, 1), gaussians);
+        plan.insert(plan.end(), grown <= 3 ? 2 : 1, grown);
     }
-}
-
-// One sweep: how much each Gaussian answers for each frame, and new Gaussians from these shares.
-void sweep(Mixture& mixture, const Frames& frames, const std::vector<Vorn32f>& floor) {
-    State state;
-    store(mixture, state);
-    const auto height = static_cast<std::size_t>(frames.height);
-    std::vector<Vorn32f> share(mixture.size() * height);
-    std::vector<Vorn32f> score(mixture.size());
-    for (std::size_t t = 0; t < height; ++t) {
-        score = state.constant;
-        DIGITS_CALL(vornsLogGaussMultiMix_32f_D2, state.mean.data(), state.inverseVariance.data(), kRowStep,
-                    frames.row(static_cast<int>(t)), kFeatures, score.data(), state.gaussians());
-        Vorn32f all = 0.0f;
-        DIGITS_CALL(vornsLogSum_32f, score.data(), &all, state.gaussians());
-        for (std::size_t g = 0; g < mixture.size(); ++g) share[g * height + t] = exponential(score[g] - all);
-    }
-
-    Vorn32f weights = 0.0f;
-    for (std::size_t g = 0; g < mixture.size(); ++g) {
-        Gaussian& gaussian = mixture[g];
-        Vorn32f* shares = share.data() + g * height;
-        Vorn32f occupation = 0.0f;
-        DIGITS_CALL(vornsSum_32f, shares, frames.height, &occupation, kAccurate);
-        gaussian.weight = std::max(occupation, 1.0f);
-        weights += gaussian.weight;
-        if (occupation < kLeastFrames) continue;
-        for (std::size_t t = 0; t < height; ++t) shares[t] /= occupation;
-        DIGITS_CALL(vornsWeightedMeanVarColumn_32f_D2, frames.rows.data(), kRowStep, shares, frames.height,
-                    gaussian.mean.data(), gaussian.variance.data(), kFeatures);
-        applyFloor(gaussian, floor);
-    }
-    for (Gaussian& gaussian : mixture) gaussian.weight /= weights;
-}
-
-void splitHeaviest(Mixture& mixture) {
-    const auto heaviest = std::max_element(mixture.begin(), mixture.end(),
-                                           [](const Gaussian& a, const Gaussian& b) { return a.weight < b.weight; });
-    heaviest->weight *= 0.5f;
-    Gaussian other = *heaviest;
-    for (int c = 0; c < kFeatures; ++c) {
-        const Vorn32f distance = kSplitDistance * std::sqrt(other.variance[c]);
-        heaviest->mean[c] -= distance;
-        other.mean[c] += distance;
-    }
-    mixture.push_back(std::move(other));
+    plan.insert(plan.end(), 2, gaussians);
+    return plan;
 }
 
 // Where each recording is in each of its frames, before there is a model: all states last equally long.
@@ -143,27 +56,28 @@ public:
     WordModel take() { return std::move(word_); }
 
 private:
-    void reestimate(int s, int gaussians) {
+    // A road never turns back, so the frames of a state lie together in each recording.
+    Frames framesIn(int s) const {
         Frames frames;
         for (std::size_t r = 0; r < recordings_.size(); ++r) {
-            for (int t = 0; t < recordings_[r].frames; ++t) {
-                if (cuts_[r][t] == s) frames.append(recordings_[r].row(t));
-            }
+            const auto [begin, end] = std::equal_range(cuts_[r].begin(), cuts_[r].end(), s);
+            frames.push_back(
+                {recordings_[r].row(static_cast<int>(begin - cuts_[r].begin())), static_cast<int>(end - begin)});
         }
-        Mixture& mixture = mixtures_[s];
-        if (gaussians == 1) {
-            mixture.assign(1, gaussianOf(frames));
-            applyFloor(mixture[0], floor_);
-        }
-        while (static_cast<int>(mixture.size()) < gaussians) splitHeaviest(mixture);
-        if (gaussians > 1) {
-            for (int i = 0; i < kSweeps; ++i) sweep(mixture, frames, floor_);
-        }
+        return frames;
+    }
+
+    void reestimate(int s, int gaussians) {
+        const Frames frames = framesIn(s);
+        if (gaussians == 1) mixtures_[s].emplace(frames, floor_);
+        Mixture& mixture = *mixtures_[s];
+        mixture.grow(gaussians);
+        for (int i = 0; gaussians > 1 && i < kSweeps; ++i) mixture.sweep(frames, floor_);
         State& state = word_.states[s];
-        store(mixture, state);
+        mixture.store(state);
         // Each recording leaves the state once.
         const auto left = static_cast<Vorn32f>(recordings_.size());
-        const auto stayed = std::max(static_cast<Vorn32f>(frames.height) - left, 1.0f);
+        const auto stayed = std::max(static_cast<Vorn32f>(heightOf(frames)) - left, 1.0f);
         state.stay = logarithm(stayed / (stayed + left));
         state.leave = logarithm(left / (stayed + left));
     }
@@ -171,34 +85,37 @@ private:
     const std::vector<Analysis>& recordings_;
     const std::vector<Vorn32f>& floor_;
     std::vector<std::vector<int>> cuts_;
-    std::vector<Mixture> mixtures_;
+    std::vector<std::optional<Mixture>> mixtures_;
     WordModel word_;
 };
 
 std::vector<Vorn32f> varianceFloor(const TrainingSet& recordings) {
-    Frames all;
-    for (const auto& word : recordings) {
-        for (const Analysis& recording : word) {
-            for (int t = 0; t < recording.frames; ++t) all.append(recording.row(t));
-        }
-    }
-    std::vector<Vorn32f> floor = gaussianOf(all).variance;
-    for (int c = 0; c < kFeatures; ++c) floor[c] = std::max(kFloorShare * floor[c], kLeastVariance);
+    std::vector<Vorn32f> floor = Moments(framesOf(recordings)).variance;
+    DIGITS_CALL(vornsMulC_32f_I, kFloorShare, floor.data(), kFeatures);
+    const std::vector<Vorn32f> least(kFeatures, kLeastVariance);
+    DIGITS_CALL(vornsMaxEvery_32f_I, least.data(), floor.data(), kFeatures);
     return floor;
 }
 
 }  // namespace
 
-Models train(const TrainingSet& recordings, const std::function<void()>& step) {
-    constexpr int kRounds[] = {1, 1, 1, 2, 2, 3, 3, 4, 5, 6, 6, 6};  // the number of Gaussians in each round
-    static_assert(std::size(kRounds) * kWords == kTrainingSteps && kRounds[std::size(kRounds) - 1] == kGaussians);
+Frames framesOf(const TrainingSet& recordings) {
+    Frames frames;
+    for (const auto& word : recordings) {
+        for (const Analysis& recording : word) frames.push_back({recording.features.data(), recording.frames});
+    }
+    return frames;
+}
 
+int trainingSteps(int gaussians) { return kWords * static_cast<int>(rounds(gaussians).size()); }
+
+Models train(const TrainingSet& recordings, int gaussians, const std::function<void()>& step) {
     const std::vector<Vorn32f> floor = varianceFloor(recordings);
     Models models;
     for (const auto& word : recordings) {
         WordTrainer trainer(word, floor);
-        for (const int gaussians : kRounds) {
-            trainer.round(gaussians);
+        for (const int count : rounds(gaussians)) {
+            trainer.round(count);
             step();
         }
         models.words.push_back(trainer.take());

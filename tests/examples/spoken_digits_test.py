@@ -70,6 +70,24 @@ def trials(text):
     return {name: (int(right), int(known), float(margin)) for name, _, right, known, margin in rows}
 
 
+def methods(text):
+    """The table of the methods: name to right and known."""
+    rows = re.findall(r"^  (mixtures|templates) +(\d+\.\d\d) % \((\d+) of (\d+)\)  vorns", text, re.M)
+    for _, percent, right, known in rows:
+        assert percent == f"{100 * int(right) / int(known):.2f}", rows
+    return {name: (int(right), int(known)) for name, _, right, known in rows}
+
+
+def shortlists(text):
+    """The table of the shortlists: length, or 0 for none, to share in per cent, right, known and least margin."""
+    rows = re.findall(r"^  (none|\d+) +(\d+\.\d\d) %  +(\d+\.\d\d) % \((\d+) of (\d+)\), (-?\d+\.\d+)  "
+                      r"vornsLogGaussMixture_", text, re.M)
+    for _, _, percent, right, known, _ in rows:
+        assert percent == f"{100 * int(right) / int(known):.2f}", rows
+    return {0 if length == "none" else int(length): (float(share), int(right), int(known), float(margin))
+            for length, share, _, right, known, margin in rows}
+
+
 def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
     """The bytes of a WAV file with a tone-like pattern."""
     width = bits // 8
@@ -115,6 +133,19 @@ class WholeRun(Folder):
         self.assertIn(f"accuracy:   {right / 3:.2f} % ({right} of 300)", results[processor])
         self.assertIn("recordings: 300 recognised, 0 unusable", results[processor])
         self.assertEqual(results[processor].count("\nwrong: "), 300 - right)
+
+    def test_both_methods_are_set_side_by_side(self):
+        table = methods(results[processor])
+        self.assertEqual(list(table), ["mixtures", "templates"])
+        matrix = confusion(results[processor])
+        self.assertEqual(table["mixtures"], (sum(matrix[digit][digit] for digit in range(10)), 300))
+        right, known = table["templates"]
+        self.assertEqual(known, 300)
+        self.assertGreaterEqual(right, 280)
+        self.assertEqual(results[processor].count("\nwrong by templates: "), 300 - right)
+        self.assertIn("vornsDTW_L2_32f_D2, 60 templates of ", results[processor])  # six speakers, ten words
+        for name in ("mixtures", "templates"):
+            self.assertRegex(results[processor], rf"\nspeed: +{name} +\d+ frames per second scored")
 
     def test_speed_is_told(self):
         self.assertRegex(results[processor], r"speed: +\d+ frames per second")
@@ -183,7 +214,204 @@ class WholeRun(Folder):
         self.assertEqual(list(trials(out)), ["float", "scaled", "low"])
         self.assertEqual((self.folder / "out/digits.model").read_bytes(),
                          (self.shared / f"{processor}.model").read_bytes())
+        self.assertEqual((self.folder / "out/large.model").read_bytes(),
+                         (self.shared / f"{processor}.large").read_bytes())
+        self.assertEqual(list(methods(out)), ["mixtures", "templates"])
+        self.assertEqual(len(shortlists(out)), 8)
         self.assertTrue((self.folder / "out/report.html").exists())
+
+
+class Templates(Folder):
+    def match(self, templates, *inputs):
+        return run("recognise", *inputs, "--method", "templates", "--templates", templates)
+
+    def folder_of(self, name, **recordings):
+        """A folder with one recording a word, and those of the arguments."""
+        folder = self.folder / name
+        folder.mkdir()
+        for digit in range(10):
+            shutil.copy(self.recording(f"{digit}_theo_1.wav"), folder)
+        for target, source in recordings.items():
+            shutil.copy(self.recording(f"{source}.wav"), folder / f"{target}.wav")
+        return folder
+
+    def test_templates_alone_need_no_model(self):
+        files = sorted((arguments.data / "test").glob("*_[03].wav"))
+        status, out, _ = self.match(arguments.data / "train", *files)
+        self.assertEqual(status, 0)
+        matrix = confusion(out)
+        right = sum(matrix[digit][digit] for digit in range(10))
+        self.assertGreaterEqual(right, len(files) * 9 // 10)
+        self.assertIn(f"({right} of {len(files)})", out)
+        self.assertEqual(out.count("\nwrong: "), len(files) - right)
+        self.assertRegex(out, r"\nspeed: +\d+ frames per second")
+        self.assertIn("templates:  60 recordings of ", out)
+
+    def test_a_template_is_nothing_away_from_itself(self):
+        folder = self.folder_of("own")
+        status, out, _ = self.match(folder, *sorted(folder.iterdir()))
+        self.assertEqual(status, 0)
+        for digit in range(10):
+            path = folder / f"{digit}_theo_1.wav"
+            self.assertIn(f"{path}: {WORDS[digit]}, like {path.name}, 0.000 a frame away; ", out)
+        self.assertIn("(10 of 10)", out)
+
+    def test_the_most_central_recording_is_the_template(self):
+        # Two recordings of a speaker agree, and the third, though it comes first, is of another word.
+        folder = self.folder_of("three", **{"4_anna_0": "7_lucas_0", "4_anna_1": "4_lucas_1", "4_anna_2": "4_lucas_1"})
+        status, out, _ = self.match(folder, self.recording("4_lucas_1.wav"), self.recording("7_lucas_0.wav"))
+        self.assertEqual(status, 0)
+        self.assertIn(": four, like 4_anna_1.wav, 0.000 a frame away", out)
+        self.assertNotIn("4_anna_0", out)
+        self.assertIn("templates:  11 recordings of ", out)
+
+    def test_the_order_of_two_recordings_does_not_count(self):
+        # Both folders hold nine copies of each, so that features have the same spread.
+        pair, distances = ("7_lucas_0", "7_jackson_3"), []
+        for template, spoken in (pair, pair[::-1]):
+            folder = self.folder / template
+            folder.mkdir()
+            for i in range(9):
+                shutil.copy(self.recording(f"{spoken}.wav"), folder / f"0_anna_{i}.wav")
+                shutil.copy(self.recording(f"{template}.wav"), folder / f"{i + 1}_anna_0.wav")
+            out = self.match(folder, self.recording(f"{spoken}.wav"))[1]
+            distances.append(re.search(r": zero, like 0_anna_0.wav, 0.000 a frame away; one is ([\d.]+) away", out)[1])
+        self.assertGreater(float(distances[0]), 1)
+        self.assertEqual(distances[0], distances[1])
+
+    def test_a_recording_of_another_length_is_like_none(self):
+        path = self.folder / "7_long_0.wav"
+        path.write_bytes(wav(samples=5 * 8000))
+        folder = self.folder_of("short")
+        out = self.match(folder, path)[1]
+        self.assertIn(f"{path}: like no template\n", out)
+        self.assertIn("(0 of 1)", out)
+        self.assertIn(f"wrong: {path}: spoken seven, recognised like no template", out)
+        page = self.folder / "report.html"
+        status, out, _ = run("recognise", path, "--model", self.shared / f"{processor}.model", "--method", "both",
+                             "--templates", folder, "--report", page)
+        self.assertEqual(status, 0)
+        self.assertEqual(methods(out)["templates"], (0, 1))
+        self.assertIn("7_long_0 taken for none", page.read_text(encoding="utf-8"))
+
+    def test_broken_templates_are_named_and_the_others_still_used(self):
+        folder = self.folder_of("broken")
+        (folder / "3_anna_0.wav").write_bytes(wav(samples=599))
+        shutil.copy(self.recording(), folder / "seven.wav")
+        status, out, err = self.match(folder, self.recording("3_theo_1.wav"))
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder / '3_anna_0.wav'}: is too short: 599 samples", err)
+        self.assertIn(f"{folder / 'seven.wav'}: has a name that does not begin with a digit", err)
+        self.assertIn(": three, like 3_theo_1.wav, 0.000 a frame away", out)
+
+    def test_folders_that_are_no_use(self):
+        missing, empty, lacking = self.folder / "missing", self.folder / "empty", self.folder_of("lacking")
+        empty.mkdir()
+        (lacking / "9_theo_1.wav").unlink()
+        for folder, message in ((missing, "there is no such directory"), (empty, "holds no recordings"),
+                                (lacking, "has no usable template of the word nine")):
+            status, out, err = self.match(folder, self.recording())
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn(f"{folder}: {message}", err)
+
+    def test_the_picture_is_what_the_library_computes(self):
+        # The program refuses to draw a road of another cost than the library's.
+        for name in ("5_lucas_1", "0_george_3", "6_nicolas_1"):
+            page = self.folder / "report.html"
+            status, _, err = run("recognise", self.recording(f"{name}.wav"), "--model",
+                                 self.shared / f"{processor}.model", "--method", "both", "--templates",
+                                 arguments.data / "train", "--report", page)
+            self.assertEqual((status, "picture of time warping" in err), (0, False))
+            figure, = re.findall(r"<svg[^>]*aria-label='Time warping.*?</svg>", page.read_text(encoding="utf-8"), re.S)
+            self.assertEqual(figure.count("class='road over'"), 2)
+            self.assertEqual(figure.count("class='edge'"), 4)
+
+
+class Selection(Folder):
+    """The shortlists of a model of 1280 Gaussians, on one recording a speaker and word."""
+
+    def test_a_part_of_the_gaussians_is_enough(self):
+        table = shortlists(selected[processor])
+        self.assertEqual(list(table), [0, 640, 320, 160, 80, 40, 20, 10])
+        self.assertEqual(table[0][0], 100)
+        for share, right, known, _ in table.values():
+            self.assertEqual(known, 60)
+            self.assertTrue(0 < share <= 100)
+            self.assertGreaterEqual(right, 50)
+        shares = [row[0] for row in table.values()]
+        self.assertEqual(shares, sorted(shares, reverse=True))
+        for length in (640, 320, 160, 80):
+            self.assertLess(table[length][0], 4 * 100 * length / 1280)  # four lists a frame, which overlap
+            self.assertGreaterEqual(table[length][1], 57)
+        self.assertLess(table[160][0], 33)
+
+    def test_selected_scores_keep_their_unit(self):
+        table = shortlists(selected[processor])
+        self.assertAlmostEqual(table[640][3], table[0][3], delta=0.1)
+
+    def test_the_large_model_is_told(self):
+        self.assertIn("shortlists of 256 codewords, in a model of 1280 Gaussians", selected[processor])
+        for length in ("none", "640", "10"):
+            self.assertRegex(selected[processor], rf"\nspeed: +{length} +\d+ frames per second scored, \d+\.\d\d times")
+
+    @unittest.skipIf(processor == "m7", "the baseline is what the other builds are compared with")
+    def test_model_and_results_are_those_of_the_baseline(self):
+        self.assertEqual((self.shared / f"{processor}.large").read_bytes(), (self.shared / "m7.large").read_bytes())
+        self.assertEqual(without_times(selected[processor]).replace(processor, "m7"), without_times(selected["m7"]))
+
+    def test_the_page_has_the_table_and_the_curves(self):
+        page = (self.shared / f"{processor}.selection.html").read_text(encoding="utf-8")
+        rows = re.findall(r"<tr><td class='number'>([\w ]+)</td><td class='number'>([\d.]+) %</td>"
+                          r"<td class='number'>(\d+) of (\d+)</td>", page)
+        table = shortlists(selected[processor])
+        self.assertEqual([0 if row[0] == "no lists" else int(row[0]) for row in rows], list(table))
+        for (_, share, right, known), row in zip(rows, table.values()):
+            self.assertEqual((int(right), int(known)), row[1:3])
+            self.assertAlmostEqual(float(share), row[0], delta=0.0551)
+        figure, = re.findall(r"<svg[^>]*aria-label='Accuracy and speed.*?</svg>", page, re.S)
+        xml.etree.ElementTree.fromstring(figure)
+        places = [float(x) for x in re.findall(r"<rect x='([\d.]+)'[^>]*class='dot'", figure)]
+        self.assertEqual(len(places), 2 * len(table))
+        self.assertEqual(places[:len(table)], sorted(places[:len(table)], reverse=True))
+        self.assertEqual(places[:len(table)], places[len(table):])
+
+    def test_without_a_large_model_the_model_itself_is_selected_from(self):
+        status, out, _ = run("recognise", self.recording(), self.recording("2_theo_0.wav"), "--model",
+                             self.shared / f"{processor}.model", "--shortlists", arguments.data / "test")
+        self.assertEqual(status, 0)
+        table = shortlists(out)
+        self.assertEqual(list(table), [0, 240, 120, 60, 30, 15, 7, 3])
+        self.assertEqual([row[1:3] for row in table.values()][:4], [(2, 2)] * 4)
+
+    def test_codewords_without_frames_stay(self):
+        folder = self.folder / "silence"
+        folder.mkdir()
+        (folder / "0_nobody_0.wav").write_bytes(wav()[:44] + bytes(8000))
+        status, out, _ = run("recognise", self.recording(), "--model", self.shared / f"{processor}.model",
+                             "--shortlists", folder)
+        self.assertEqual(status, 0)
+        self.assertNotIn("nan", out)
+        self.assertEqual(len(shortlists(out)), 8)
+
+    def test_broken_recordings_are_named_and_folders_without_use_refused(self):
+        folder, useless, missing = self.folder / "some", self.folder / "useless", self.folder / "missing"
+        for each in (folder, useless):
+            each.mkdir()
+            (each / "3_anna_0.wav").write_bytes(wav(samples=599))
+        shutil.copy(self.recording(), folder)
+        words = ["recognise", self.recording(), "--model", self.shared / f"{processor}.model", "--shortlists"]
+        status, out, err = run(*words, folder)
+        self.assertEqual(status, 1)
+        self.assertIn(f"{folder / '3_anna_0.wav'}: is too short: 599 samples", err)
+        self.assertEqual(len(shortlists(out)), 8)
+        for each, message in ((useless, "has no usable recording to make a codebook of"),
+                              (missing, "there is no such directory")):
+            status, out, err = run(*words, each)
+            self.assertEqual((status, out), (1, ""))
+            self.assertIn(f"{each}: {message}", err)
+        status, _, err = run(*words, folder, "--large", self.recording())
+        self.assertEqual(status, 1)
+        self.assertIn(f"{self.recording()}: is not a model file of spoken-digits", err)
 
 
 class Report(Folder):
@@ -198,11 +426,11 @@ class Report(Folder):
 
     def test_every_picture_is_well_formed(self):
         drawings = re.findall(r"<svg.*?</svg>", self.page, re.S)
-        self.assertEqual(len(drawings), 2 + 2 * 3)  # the matrix, the plane, and three for each of two recordings
+        self.assertEqual(len(drawings), 3 + 2 * 3)  # the matrix, the plane, the warping; three for each of two recordings
         for drawing in drawings:
             xml.etree.ElementTree.fromstring(drawing)
         pictures = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", self.page)
-        self.assertEqual(len(pictures), 2 * 5 * 2)  # five matrices and their colour bars
+        self.assertEqual(len(pictures), 2 * 5 * 2 + 3)  # five matrices with colour bars; two of warping, with one bar
         for picture in pictures:
             self.check_png(base64.b64decode(picture, validate=True))
 
@@ -249,6 +477,11 @@ class Report(Folder):
         for name, right, known, margin in rows:
             self.assertEqual((int(right), int(known)), table[name][:2])
             self.assertAlmostEqual(float(margin.replace("\u2212", "-")), table[name][2], delta=0.0051)
+
+    def test_the_page_compares_the_methods(self):
+        rows = re.findall(r"<tr><td>(mixtures|templates)</td><td><code>vorns\w+</code></td><td class='number'>[^<]+</td>"
+                          r"<td class='number'>(\d+) of (\d+)</td>", self.page)
+        self.assertEqual({name: (int(right), int(known)) for name, right, known in rows}, methods(results[processor]))
 
     def test_the_recording_of_the_pictures_can_be_chosen(self):
         page = self.folder / "report.html"
@@ -440,6 +673,34 @@ class BrokenRecordings(Folder):
         self.assertIn("recordings: 120 used, 2 unusable", out)
         self.assertEqual(run("recognise", self.recording(), "--model", model)[0], 0)
 
+    def test_more_gaussians_than_frames(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for path in (arguments.data / "train").glob("*_theo_1[01].wav"):
+            shutil.copy(path, folder)
+        model = self.folder / "digits.model"
+        status, out, err = run("train", folder, "--model", model, "--gaussians", 64)
+        self.assertEqual(status, 0, err)
+        self.assertIn("recordings: 20 used, 0 unusable", out)
+        self.assertIn("64 Gaussians a state", out)
+        status, out, _ = run("recognise", folder, "--model", model)
+        self.assertEqual(status, 0)
+        self.assertIn("(20 of 20)", out)
+        self.assertNotIn("nan", out)
+
+    def test_frames_that_never_change_are_trained_at_the_floor(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for digit in range(10):
+            for index in range(2):
+                (folder / f"{digit}_nobody_{index}.wav").write_bytes(wav()[:44] + bytes(8000))
+        model = self.folder / "digits.model"
+        self.assertEqual(run("train", folder, "--model", model)[0], 0)
+        status, out, _ = run("recognise", folder, "--model", model)
+        self.assertEqual(status, 0)
+        self.assertIn("(2 of 20)", out)  # all words are alike, and the first one wins
+        self.assertNotIn("nan", out)
+
     def test_training_needs_every_word(self):
         folder = self.folder / "train"
         folder.mkdir()
@@ -511,7 +772,21 @@ class CommandLine(Folder):
                 (["recognise", "--model", "m"], "recognise needs recordings"), (["recognise", "a"], "recognise needs --model"),
                 (["recognise", "a", "--model", "m", "--show", "x"], "--show chooses a picture of --report"),
                 (["recognise", "a", "--model", "m", "--arithmetic", "double"], "there is no arithmetic double"),
-                (["train", "a", "--model", "m", "--arithmetic", "low"], "train takes no option but --model"),
+                (["train", "a", "--model", "m", "--arithmetic", "low"], "train takes no option but --model and --gaussians"),
+                (["train", "a", "--model", "m", "--gaussians", "0"], "--gaussians takes a number from 1 to 64"),
+                (["train", "a", "--model", "m", "--gaussians", "65"], "--gaussians takes a number from 1 to 64"),
+                (["train", "a", "--model", "m", "--gaussians", "6x"], "--gaussians takes a number from 1 to 64"),
+                (["recognise", "a", "--model", "m", "--gaussians", "6"], "recognise takes no option but --model, --report"),
+                (["recognise", "a", "--model", "m", "--method", "guess"], "there is no method guess"),
+                (["recognise", "a", "--method", "templates"], "recognition by templates needs --templates DIR"),
+                (["recognise", "a", "--model", "m", "--method", "both"], "recognition by templates needs --templates DIR"),
+                (["recognise", "a", "--method", "both", "--templates", "t"], "recognise needs --model"),
+                (["recognise", "a", "--model", "m", "--templates", "t"], "--templates is of no use without --method"),
+                (["recognise", "a", "--model", "m", "--method", "templates", "--templates", "t"],
+                 "--model is of no use with --method templates"),
+                (["recognise", "a", "--method", "templates", "--templates", "t", "--shortlists", "s"],
+                 "--shortlists is of no use with --method templates"),
+                (["recognise", "a", "--model", "m", "--large", "l"], "--large is the model of --shortlists DIR"),
                 (["recognise", "a", "--modle", "m"], "there is no option --modle"), (["demo", "a"], "demo needs --output")):
             with self.subTest(words):
                 status, out, err = run(*words)
@@ -529,7 +804,7 @@ def unable():
     return f"this processor lacks {' '.join(sorted(lacking))}" if lacking else None
 
 
-results = {}
+results, selected = {}, {}
 reason = unable()
 if reason:
     print("skipped:", reason)
@@ -542,6 +817,14 @@ with tempfile.TemporaryDirectory() as name:
         assert status == 0, (out, err)
         assert "recordings: 600 used, 0 unusable" in out, out
         status, results[build], err = run("recognise", arguments.data / "test", "--model", model, "--report", page,
-                                          "--arithmetic", "all", build=build)
+                                          "--arithmetic", "all", "--method", "both", "--templates",
+                                          arguments.data / "train", build=build)
         assert status == 0, (results[build], err)
+        large = pathlib.Path(name) / f"{build}.large"
+        status, out, err = run("train", arguments.data / "train", "--model", large, "--gaussians", 16, build=build)
+        assert status == 0, (out, err)
+        status, selected[build], err = run("recognise", *sorted((arguments.data / "test").glob("*_0.wav")), "--model",
+                                           model, "--shortlists", arguments.data / "train", "--large", large,
+                                           "--report", page.with_suffix(".selection.html"), build=build)
+        assert status == 0, (selected[build], err)
     unittest.main(argv=[sys.argv[0]], verbosity=1)

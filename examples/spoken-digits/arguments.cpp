@@ -1,0 +1,169 @@
+// The command line: its help, its words, and which of them go together.
+#include "arguments.h"
+
+#include <algorithm>
+#include <charconv>
+#include <map>
+
+#include "train.h"
+
+namespace digits {
+namespace {
+
+using Options = std::map<std::string, std::string>;
+
+// What each command takes.
+struct Command {
+    const char* name;
+    std::vector<std::string> options;
+};
+
+const std::vector<Command>& commands() {
+    static const std::vector<Command> kCommands{
+        {"train", {"--model", "--gaussians"}},
+        {"recognise",
+         {"--model", "--report", "--show", "--arithmetic", "--method", "--templates", "--shortlists", "--large"}},
+        {"demo", {"--output"}},
+    };
+    return kCommands;
+}
+
+void need(bool condition, const std::string& message) {
+    if (!condition) throw UsageError(message);
+}
+
+std::string listed(const std::vector<std::string>& names) {
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
+    }
+    return text;
+}
+
+const Command& commandNamed(const std::string& name) {
+    for (const Command& command : commands()) {
+        if (command.name == name) return command;
+    }
+    throw UsageError("there is no command " + name);
+}
+
+bool known(const std::string& option) {
+    return std::any_of(commands().begin(), commands().end(), [&](const Command& command) {
+        return std::find(command.options.begin(), command.options.end(), option) != command.options.end();
+    });
+}
+
+int gaussiansOf(const std::string& text) {
+    if (text.empty()) return kGaussians;
+    int value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    need(error == std::errc() && end == text.data() + text.size() && value >= 1 && value <= kMostGaussians,
+         "--gaussians takes a number from 1 to " + std::to_string(kMostGaussians));
+    return value;
+}
+
+std::vector<Arithmetic> rivalsOfFloat(const std::string& name) {
+    if (name.empty() || name == "float") return {};
+    if (name == "scaled") return {Arithmetic::kScaled};
+    if (name == "low") return {Arithmetic::kLow};
+    if (name == "all") return {Arithmetic::kScaled, Arithmetic::kLow};
+    throw UsageError("there is no arithmetic " + name + ": it is float, scaled, low or all");
+}
+
+Method methodOf(const std::string& name) {
+    if (name.empty() || name == "mixtures") return Method::kMixtures;
+    if (name == "templates") return Method::kTemplates;
+    if (name == "both") return Method::kBoth;
+    throw UsageError("there is no method " + name + ": it is mixtures, templates or both");
+}
+
+void checkRecognition(const Arguments& arguments, Options& options) {
+    need(!arguments.inputs.empty(), "recognise needs recordings or directories of them");
+    if (arguments.method == Method::kTemplates) {
+        for (const char* option : {"--model", "--report", "--arithmetic", "--shortlists"}) {
+            need(options[option].empty(), std::string(option) + " is of no use with --method templates");
+        }
+    } else {
+        need(!arguments.model.empty(), "recognise needs --model FILE");
+    }
+    need(arguments.show.empty() || !arguments.report.empty(), "--show chooses a picture of --report FILE");
+    need(arguments.large.empty() || !arguments.shortlists.empty(), "--large is the model of --shortlists DIR");
+    if (arguments.method == Method::kMixtures) {
+        need(arguments.templates.empty(), "--templates is of no use without --method templates or both");
+    } else {
+        need(!arguments.templates.empty(), "recognition by templates needs --templates DIR");
+    }
+}
+
+}  // namespace
+
+const char* const kHelp =
+    "spoken-digits: recognises the spoken digits zero to nine\n"
+    "\n"
+    "  spoken-digits train DIR --model FILE [--gaussians N]\n"
+    "      Makes one word model a digit from the recordings in DIR and writes them to FILE. Each of its states is a\n"
+    "      mixture of N Gaussians, 6 if not told otherwise.\n"
+    "  spoken-digits recognise DIR-OR-WAV... --model FILE [--report HTML] [--show WAV]\n"
+    "                [--arithmetic float|scaled|low|all] [--method mixtures|templates|both] [--templates DIR]\n"
+    "                [--shortlists DIR] [--large FILE]\n"
+    "      Recognises recordings, prints accuracy, confusion matrix and speed, and writes a report with pictures.\n"
+    "      A recording that is named by itself gets a line of its own. --show chooses the recording of the pictures.\n"
+    "      --arithmetic recognises once more with 16-bit scores, and compares accuracy and speed with those in float.\n"
+    "      --method templates needs no model: it compares with one recording in DIR a speaker and word, by time\n"
+    "      warping. both does the one and the other, and sets them side by side.\n"
+    "      --shortlists scores once more with the model of --large, or else that of --model: with all its Gaussians, "
+    "and\n"
+    "      with the few on shortlists of several lengths, which belong to a codebook of the frames in DIR.\n"
+    "  spoken-digits demo DATA --output DIR\n"
+    "      Trains a model and a large one on DATA/train, recognises DATA/test, and writes DIR/digits.model,\n"
+    "      DIR/large.model and DIR/report.html, with all arithmetics, methods and shortlists compared.\n"
+    "  spoken-digits --help\n"
+    "\n"
+    "Recordings are mono 16-bit WAV files of 8000 samples a second. A name like 7_anna_3.wav tells the spoken digit\n"
+    "and the speaker.\n"
+    "Exit status: 0 all done, 1 some file could not be used (the others are still done), 2 wrong use.\n";
+
+Arguments parse(const std::vector<std::string>& words) {
+    need(!words.empty(), "a command is needed");
+    const Command& command = commandNamed(words[0]);
+    Arguments arguments;
+    arguments.command = command.name;
+    Options options;
+    for (std::size_t i = 1; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        if (!word.starts_with("--")) {
+            arguments.inputs.emplace_back(word);
+            continue;
+        }
+        need(known(word), "there is no option " + word);
+        need(++i < words.size(), word + " needs a value");
+        options[word] = words[i];
+    }
+    for (const auto& option : options) {
+        need(std::find(command.options.begin(), command.options.end(), option.first) != command.options.end(),
+             arguments.command + " takes no option but " + listed(command.options));
+    }
+
+    arguments.model = options["--model"];
+    arguments.report = options["--report"];
+    arguments.show = options["--show"];
+    arguments.output = options["--output"];
+    arguments.templates = options["--templates"];
+    arguments.shortlists = options["--shortlists"];
+    arguments.large = options["--large"];
+    arguments.gaussians = gaussiansOf(options["--gaussians"]);
+    arguments.method = methodOf(options["--method"]);
+    arguments.rivals = rivalsOfFloat(options["--arithmetic"]);
+    if (arguments.command == "train") {
+        need(arguments.inputs.size() == 1, "train needs one directory of recordings");
+        need(!arguments.model.empty(), "train needs --model FILE");
+    } else if (arguments.command == "recognise") {
+        checkRecognition(arguments, options);
+    } else {
+        need(arguments.inputs.size() == 1, "demo needs one directory that holds train and test");
+        need(!arguments.output.empty(), "demo needs --output DIR");
+    }
+    return arguments;
+}
+
+}  // namespace digits

@@ -1,0 +1,33 @@
+// What the user asked for on the command line.
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include "quantise.h"
+
+namespace digits {
+
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+extern const char* const kHelp;
+
+enum class Method { kMixtures, kTemplates, kBoth };
+
+struct Arguments {
+    std::string command;
+    std::vector<std::filesystem::path> inputs;
+    std::string model, report, show, output, templates, shortlists, large;
+    int gaussians = 0;
+    Method method = Method::kMixtures;
+    std::vector<Arithmetic> rivals;  // the arithmetics that are compared with float
+};
+
+// Throws UsageError when a word is unknown, a value is missing or wrong, or the words do not go together.
+Arguments parse(const std::vector<std::string>& words);
+
+}  // namespace digits
