@@ -49,6 +49,8 @@ foreach(source IN LISTS vornsr_sources)
         set(room gauss_many_rows)  # the folds take the scores that the other room makes
     elseif(room MATCHES "^vornsr/scoring/gauss/")
         set(room gauss_one_vector)
+    elseif(room MATCHES "^vornsr/estimation/columns/")
+        set(room estimation_columns)  # much to make, and little to share with the rest of estimation
     elseif(room MATCHES "^vorns/(loops|simd)/|^vornsr/frame/")
         set(room frame)
     else()

@@ -170,6 +170,8 @@ def decimal_constants():
     yield "vornsr/src/estimation/clustering/likelihood.cpp", "1.8378770664093456", mp.log(2 * mp.pi), 0
     # These have the digits that the functions promise, no more.
     yield "vornsr/src/estimation/updates/constant.h", "1.8378770664093", mp.log(2 * mp.pi), 13
+    yield "vornsr/src/scoring/distances/bhattacharyya.h", "1.386294", mp.log(4), 6
+    yield "vornsr/src/scoring/distances/bhattacharyya.h", "0.693147", mp.log(2), 6
     yield "vornsr/src/features/conditioning/energy_kernels.h", "0.230259", mp.log(10) / 10, 6
     yield "vornsr/src/linalg/curves/entropy.cpp", "0.6931472", mp.log(2), 7
 

@@ -57,7 +57,7 @@ Findings sweepSlice(std::size_t slice, bool withAccuracy) {
     constexpr std::size_t block = 4096;
     static thread_local std::array<std::uint32_t, block> bits, result;
     Findings findings;
-    for (std::uint64_t at = 0; at < test::sliceLength; at += block) {
+    for (std::uint64_t at = 0; at < test::sliceLength; at += test::blocksApart * block) {
         const auto first = static_cast<std::uint32_t>(slice * test::sliceLength + at);
         for (std::size_t i = 0; i < block; ++i) bits[i] = first + static_cast<std::uint32_t>(i);
         vornsLn_32f(reinterpret_cast<const float*>(bits.data()), reinterpret_cast<float*>(result.data()), block);
