@@ -5,7 +5,7 @@
 #   ./test.sh --all              the sanitizers too (over an hour): before a submission that touches a kernel
 #   ./test.sh --quick            gcc only
 #   ./test.sh PRESET ...         the named presets of CMakePresets.json
-set -eu
+set -euo pipefail
 cd "$(dirname "$0")"
 . ./cmake/debian-setup.sh
 debian_setup g++ clang-14 libclang-rt-14-dev cmake ninja-build ccache pkg-config python3 binutils libgtest-dev \

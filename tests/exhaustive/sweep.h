@@ -14,8 +14,8 @@ namespace test {
 inline constexpr std::uint64_t sliceLength = std::uint64_t{1} << 24;
 inline constexpr std::size_t slices = (std::uint64_t{1} << 32) / sliceLength;
 
-// Of how many blocks of neighbouring numbers one is swept: all of them in the builds of one compiler, and a sample in those
-// of the other, whose bits are the same.
+// Of how many blocks of neighbouring numbers one is swept: all of them in the builds of one compiler, and a sample in
+// those of the other, whose bits are the same.
 #if defined(__clang__)
 inline constexpr std::uint64_t blocksApart = 8;
 #else

@@ -133,7 +133,8 @@ VORN_INLINE void overStripesOf(std::ptrdiff_t width, Body body) {
     }
     std::ptrdiff_t column = 0;
     std::ptrdiff_t vectors = (width + lanes - 1) / lanes;
-    // Whole stripes while two vectors or more stay behind them: nothing to decide, which is what counts in short bodies.
+    // Whole stripes while two vectors or more stay behind them: nothing to decide, which is what counts in short
+    // bodies.
     for (; vectors >= 6; column += 4 * lanes, vectors -= 4) body(VectorStripe<V, 4>(3 * lanes), column);
     while (vectors > 0) {
         // Never leave one vector alone behind others: it could not begin early inside its own stripe.

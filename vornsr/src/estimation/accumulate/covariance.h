@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <iterator>
 
 #include "frame/rounding.h"
 #include "frame/rows.h"
@@ -159,13 +158,16 @@ struct TermsOfFrames {
 // A tile: so many rows of the matrix by one register of doubles.
 constexpr int tileRows = 8;
 
+// Whole registers of means, of which a tile may use a part.
+constexpr int meansRoom = blockColumns + f32xN::lanes;
+
 // What a call keeps on its stack.
 template <class Terms>
 struct alignas(64) CovarianceRoom {
     Vorn64f sums[blockColumns][blockColumns];
     typename Terms::Left left[blockFrames][blockColumns];
     typename Terms::Right right[blockFrames][blockColumns];
-    typename Terms::Mean means[blockColumns + f32xN::lanes];  // whole registers, of which a tile may use a part
+    typename Terms::Mean means[meansRoom];
 };
 
 constexpr std::ptrdiff_t upTo(std::ptrdiff_t n, std::ptrdiff_t multiple) {
@@ -206,7 +208,7 @@ VORN_INLINE void addBlock(const Terms& terms, CovarianceRoom<Terms>& room, AnyRo
     const std::ptrdiff_t nj = std::min<std::ptrdiff_t>(blockColumns, width - j0);
     // What fills up the last tiles is computed as well, and dropped.
     const std::ptrdiff_t niTiles = upTo(ni, tileRows), njTiles = upTo(nj, doublesAtOnce);
-    std::fill(room.means + nj, std::end(room.means), 0);
+    std::fill(room.means + nj, room.means + meansRoom, 0);
     Terms::fillMeans(mean + j0, nj, room.means);
     for (std::ptrdiff_t f = 0; f < std::min<std::ptrdiff_t>(blockFrames, height); ++f) {
         std::fill(room.left[f] + ni, room.left[f] + niTiles, 0);
