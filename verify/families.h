@@ -23,7 +23,14 @@ Family columnWorkloads();
 Family accumulatorWorkloads();
 Family updateWorkloads();
 Family clusteringWorkloads();
-Family featureWorkloads();
+Family bankWorkloads();
+Family lifterWorkloads();
+Family deltaWorkloads();
+Family conditioningWorkloads();
+Family linearPredictionWorkloads();
+Family conversionWorkloads();
+Family reflectionWorkloads();
+Family resamplingWorkloads();
 Family moveWorkloads();
 Family convertWorkloads();
 Family arithmeticWorkloads();
@@ -42,13 +49,15 @@ Family curveWorkloads();
 
 // In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
-    frameWorkloads(),       logArithmeticWorkloads(), gaussSingleWorkloads(),     gaussianWorkloads(),
-    selectionWorkloads(),   distanceWorkloads(),      warpingWorkloads(),         columnWorkloads(),
-    accumulatorWorkloads(), updateWorkloads(),        clusteringWorkloads(),      featureWorkloads(),
-    moveWorkloads(),        convertWorkloads(),       arithmeticWorkloads(),      reductionWorkloads(),
-    logarithmWorkloads(),   sumLogarithmWorkloads(),  squareRootWorkloads(),      magnitudeWorkloads(),
-    absoluteWorkloads(),    fftWorkloads(),           autocorrelationWorkloads(), singularValueWorkloads(),
-    productWorkloads(),     rowReductionWorkloads(),  curveWorkloads(),
+    frameWorkloads(),        logArithmeticWorkloads(),   gaussSingleWorkloads(),   gaussianWorkloads(),
+    selectionWorkloads(),    distanceWorkloads(),        warpingWorkloads(),       columnWorkloads(),
+    accumulatorWorkloads(),  updateWorkloads(),          clusteringWorkloads(),    bankWorkloads(),
+    lifterWorkloads(),       deltaWorkloads(),           conditioningWorkloads(),  linearPredictionWorkloads(),
+    conversionWorkloads(),   reflectionWorkloads(),      resamplingWorkloads(),    moveWorkloads(),
+    convertWorkloads(),      arithmeticWorkloads(),      reductionWorkloads(),     logarithmWorkloads(),
+    sumLogarithmWorkloads(), squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),
+    fftWorkloads(),          autocorrelationWorkloads(), singularValueWorkloads(), productWorkloads(),
+    rowReductionWorkloads(), curveWorkloads(),
 };
 
 }  // namespace verify

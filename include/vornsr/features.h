@@ -1,4 +1,4 @@
-/* Feature extraction: filter banks, cepstra, deltas, frame conditioning. */
+/* Feature extraction: filter banks, cepstra, deltas, frame conditioning, linear prediction, resampling. */
 #ifndef VORNSR_FEATURES_H
 #define VORNSR_FEATURES_H
 
@@ -61,6 +61,8 @@ VORN_BEGIN_DECLS
 typedef struct VornFBankState_32f VornFBankState_32f;
 /** A filter bank with weights in Q14. */
 typedef struct VornFBankState_16s VornFBankState_16s;
+/** A filter bank with weights in Q30, made in integer arithmetic. */
+typedef struct VornFBankState_32s VornFBankState_32s;
 
 /** Flags of a filter bank: one of the first two, and the third if wanted. */
 enum {
@@ -71,23 +73,47 @@ enum {
 
 VornStatus vornsMelFBankGetSize_32f(int fftLen, int nFilter, int flags, int* pSize);
 VornStatus vornsMelFBankGetSize_16s(int fftLen, int nFilter, int flags, int* pSize);
+VornStatus vornsMelFBankGetSize_32s(int fftLen, int nFilter, int flags, int* pSize);
 VornStatus vornsMelFBankInit_32f(VornFBankState_32f* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
                                  Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
                                  int flags);
 VornStatus vornsMelFBankInit_16s(VornFBankState_16s* pFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
                                  Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
                                  int flags);
+VornStatus vornsMelFBankInit_32s(VornFBankState_32s* pFBank, int* pOrder, int fftLen, int sampleFreq, int lowFreq,
+                                 int highFreq, int nFilter, int melMul, int melDiv, int flags);
 VornStatus vornsMelFBankInitAlloc_32f(VornFBankState_32f** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
                                       Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
                                       int flags);
 VornStatus vornsMelFBankInitAlloc_16s(VornFBankState_16s** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
                                       Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f melMul, Vorn32f melDiv,
                                       int flags);
+VornStatus vornsMelLinFBankInitAlloc_32f(VornFBankState_32f** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                         Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f highLinFreq,
+                                         int nLinear, Vorn32f melMul, Vorn32f melDiv, int flags);
+VornStatus vornsMelLinFBankInitAlloc_16s(VornFBankState_16s** ppFBank, int* pOrder, int fftLen, Vorn32f sampleFreq,
+                                         Vorn32f lowFreq, Vorn32f highFreq, int nFilter, Vorn32f highLinFreq,
+                                         int nLinear, Vorn32f melMul, Vorn32f melDiv, int flags);
+VornStatus vornsEmptyFBankInitAlloc_32f(VornFBankState_32f** ppFBank, int* pOrder, int fftLen, int nFilter, int flags);
+VornStatus vornsEmptyFBankInitAlloc_16s(VornFBankState_16s** ppFBank, int* pOrder, int fftLen, int nFilter, int flags);
 VornStatus vornsFBankFree_32f(VornFBankState_32f* pFBank);
 VornStatus vornsFBankFree_16s(VornFBankState_16s* pFBank);
 VornStatus vornsEvalFBank_32f(const Vorn32f* src, Vorn32f* dst, const VornFBankState_32f* pFBank);
 VornStatus vornsEvalFBank_16s_Sfs(const Vorn16s* src, Vorn16s* dst, const VornFBankState_16s* pFBank, int scale);
 VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const VornFBankState_16s* pFBank, int scale);
+VornStatus vornsEvalFBank_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornFBankState_32s* pFBank, int scale);
+VornStatus vornsFBankGetCenters_32f(const VornFBankState_32f* pFBank, Vorn32s* pCenters);
+VornStatus vornsFBankGetCenters_16s(const VornFBankState_16s* pFBank, Vorn32s* pCenters);
+VornStatus vornsFBankSetCenters_32f(VornFBankState_32f* pFBank, const Vorn32s* pCenters);
+VornStatus vornsFBankSetCenters_16s(VornFBankState_16s* pFBank, const Vorn32s* pCenters);
+VornStatus vornsFBankGetCoeffs_32f(const VornFBankState_32f* pFBank, int filterIdx, Vorn32f* pCoeffs);
+VornStatus vornsFBankGetCoeffs_16s(const VornFBankState_16s* pFBank, int filterIdx, Vorn32f* pCoeffs);
+VornStatus vornsFBankSetCoeffs_32f(VornFBankState_32f* pFBank, int filterIdx, const Vorn32f* pCoeffs);
+VornStatus vornsFBankSetCoeffs_16s(VornFBankState_16s* pFBank, int filterIdx, const Vorn32f* pCoeffs);
+VornStatus vornsLinearToMel_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f melMul, Vorn32f melDiv);
+VornStatus vornsMelToLinear_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f melMul, Vorn32f melDiv);
+VornStatus vornsCopyWithPadding_32f(const Vorn32f* src, int srcLen, Vorn32f* dst, int dstLen);
+VornStatus vornsCopyWithPadding_16s(const Vorn16s* src, int srcLen, Vorn16s* dst, int dstLen);
 /** @} */
 
 /**
@@ -121,13 +147,48 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
 
 /** The cosines and weights of a DCT lifter. */
 typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
+/** The same for integers. */
+typedef struct VornDCTLifterState_16s VornDCTLifterState_16s;
 
+VornStatus vornsDCTLifterGetSize_32f(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_C0_32f(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_Mul_32f(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_MulC0_32f(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_16s(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_C0_16s(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_Mul_16s(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterGetSize_MulC0_16s(int lenDCT, int lenCep, int* pSize);
+VornStatus vornsDCTLifterInit_32f(VornDCTLifterState_32f* pState, int lenDCT, int lenCep, int nLifter, Vorn32f val);
+VornStatus vornsDCTLifterInit_C0_32f(VornDCTLifterState_32f* pState, int lenDCT, int lenCep, int nLifter, Vorn32f val,
+                                     Vorn32f val0);
+VornStatus vornsDCTLifterInit_Mul_32f(VornDCTLifterState_32f* pState, int lenDCT, const Vorn32f* pLifter, int lenCep);
+VornStatus vornsDCTLifterInit_MulC0_32f(VornDCTLifterState_32f* pState, int lenDCT, const Vorn32f* pLifter, int lenCep);
+VornStatus vornsDCTLifterInit_16s(VornDCTLifterState_16s* pState, int lenDCT, int lenCep, int nLifter, Vorn32f val);
+VornStatus vornsDCTLifterInit_C0_16s(VornDCTLifterState_16s* pState, int lenDCT, int lenCep, int nLifter, Vorn32f val,
+                                     Vorn32f val0);
+VornStatus vornsDCTLifterInit_Mul_16s(VornDCTLifterState_16s* pState, int lenDCT, const Vorn32f* pLifter, int lenCep);
+VornStatus vornsDCTLifterInit_MulC0_16s(VornDCTLifterState_16s* pState, int lenDCT, const Vorn32s* pLifter, int lenCep);
 VornStatus vornsDCTLifterInitAlloc_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
                                        Vorn32f val);
 VornStatus vornsDCTLifterInitAlloc_C0_32f(VornDCTLifterState_32f** ppState, int lenDCT, int lenCep, int nLifter,
                                           Vorn32f val, Vorn32f val0);
+VornStatus vornsDCTLifterInitAlloc_Mul_32f(VornDCTLifterState_32f** ppState, int lenDCT, const Vorn32f* pLifter,
+                                           int lenCep);
+VornStatus vornsDCTLifterInitAlloc_MulC0_32f(VornDCTLifterState_32f** ppState, int lenDCT, const Vorn32f* pLifter,
+                                             int lenCep);
+VornStatus vornsDCTLifterInitAlloc_16s(VornDCTLifterState_16s** ppState, int lenDCT, int lenCep, int nLifter,
+                                       Vorn32f val);
+VornStatus vornsDCTLifterInitAlloc_C0_16s(VornDCTLifterState_16s** ppState, int lenDCT, int lenCep, int nLifter,
+                                          Vorn32f val, Vorn32f val0);
+VornStatus vornsDCTLifterInitAlloc_Mul_16s(VornDCTLifterState_16s** ppState, int lenDCT, const Vorn32f* pLifter,
+                                           int lenCep);
+VornStatus vornsDCTLifterInitAlloc_MulC0_16s(VornDCTLifterState_16s** ppState, int lenDCT, const Vorn32f* pLifter,
+                                             int lenCep);
 VornStatus vornsDCTLifterFree_32f(VornDCTLifterState_32f* pState);
+VornStatus vornsDCTLifterFree_16s(VornDCTLifterState_16s* pState);
 VornStatus vornsDCTLifter_32f(const Vorn32f* src, Vorn32f* dst, const VornDCTLifterState_32f* pState);
+VornStatus vornsDCTLifter_16s_Sfs(const Vorn16s* src, Vorn16s* dst, const VornDCTLifterState_16s* pState, int scale);
+VornStatus vornsDCTLifter_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const VornDCTLifterState_16s* pState, int scale);
 /** @} */
 
 /**
@@ -167,10 +228,67 @@ enum {
     vornDeltaLast = 2   /**< nothing comes behind this block: finish the pending rows */
 };
 
+VornStatus vornsEvalDelta_32f_D2(Vorn32f* srcDst, int height, int step, int width, int offset, int winSize,
+                                 Vorn32f val);
+VornStatus vornsEvalDelta_16s_D2Sfs(Vorn16s* srcDst, int height, int step, int width, int offset, int winSize,
+                                    Vorn16s val, int scale);
+VornStatus vornsEvalDeltaMul_32f_D2(Vorn32f* srcDst, int height, int step, const Vorn32f* pVal, int width, int offset,
+                                    int winSize);
+VornStatus vornsEvalDeltaMul_16s_D2Sfs(Vorn16s* srcDst, int height, int step, const Vorn16s* pVal, int width,
+                                       int offset, int winSize, int scale);
+VornStatus vornsDelta_Win1_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val,
+                                  int mode);
 VornStatus vornsDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height, Vorn32f val,
                                   int mode);
+VornStatus vornsDelta_Win1_16s_D2Sfs(const Vorn16s* src, int width, Vorn16s* dst, int dstStep, int height, Vorn16s val,
+                                     int mode, int scale);
+VornStatus vornsDelta_Win2_16s_D2Sfs(const Vorn16s* src, int width, Vorn16s* dst, int dstStep, int height, Vorn16s val,
+                                     int mode, int scale);
+VornStatus vornsDeltaDelta_Win1_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height,
+                                       Vorn32f val1, Vorn32f val2, int mode);
 VornStatus vornsDeltaDelta_Win2_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height,
                                        Vorn32f val1, Vorn32f val2, int mode);
+VornStatus vornsDeltaDelta_Win1_16s_D2Sfs(const Vorn16s* src, int width, Vorn16s* dst, int dstStep, int height,
+                                          Vorn16s val1, Vorn16s val2, int mode, int scale);
+VornStatus vornsDeltaDelta_Win2_16s_D2Sfs(const Vorn16s* src, int width, Vorn16s* dst, int dstStep, int height,
+                                          Vorn16s val1, Vorn16s val2, int mode, int scale);
+VornStatus vornsDeltaMul_Win1_32f_D2(const Vorn32f* src, const Vorn32f* pVal, int width, Vorn32f* dst, int dstStep,
+                                     int height, int mode);
+VornStatus vornsDeltaMul_Win2_32f_D2(const Vorn32f* src, const Vorn32f* pVal, int width, Vorn32f* dst, int dstStep,
+                                     int height, int mode);
+VornStatus vornsDeltaDeltaMul_Win1_32f_D2(const Vorn32f* src, const Vorn32f* pVal, int width, Vorn32f* dst, int dstStep,
+                                          int height, int mode);
+VornStatus vornsDeltaDeltaMul_Win2_32f_D2(const Vorn32f* src, const Vorn32f* pVal, int width, Vorn32f* dst, int dstStep,
+                                          int height, int mode);
+VornStatus vornsDeltaMul_Win1_16s_D2Sfs(const Vorn16s* src, const Vorn16s* pVal, int width, Vorn16s* dst, int dstStep,
+                                        int height, int mode, int scale);
+VornStatus vornsDeltaMul_Win2_16s_D2Sfs(const Vorn16s* src, const Vorn16s* pVal, int width, Vorn16s* dst, int dstStep,
+                                        int height, int mode, int scale);
+VornStatus vornsDeltaDeltaMul_Win1_16s_D2Sfs(const Vorn16s* src, const Vorn16s* pVal, int width, Vorn16s* dst,
+                                             int dstStep, int height, int mode, int scale);
+VornStatus vornsDeltaDeltaMul_Win2_16s_D2Sfs(const Vorn16s* src, const Vorn16s* pVal, int width, Vorn16s* dst,
+                                             int dstStep, int height, int mode, int scale);
+/** @} */
+
+/**
+ * @defgroup vornsr_column_copies Copies of columns
+ * @brief Frames moved into wider rows, and columns chosen by a list of indices.
+ * @{
+ */
+VornStatus vornsCopyColumn_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height);
+VornStatus vornsCopyColumn_16s_D2(const Vorn16s* src, int width, Vorn16s* dst, int dstStep, int height);
+VornStatus vornsCopyColumn_Indirect_32f_D2(const Vorn32f* src, int srcLen, int srcStep, Vorn32f* dst,
+                                           const Vorn32s* pIndex, int dstLen, int dstStep, int height);
+VornStatus vornsCopyColumn_Indirect_64f_D2(const Vorn64f* src, int srcLen, int srcStep, Vorn64f* dst,
+                                           const Vorn32s* pIndex, int dstLen, int dstStep, int height);
+VornStatus vornsCopyColumn_Indirect_16s_D2(const Vorn16s* src, int srcLen, int srcStep, Vorn16s* dst,
+                                           const Vorn32s* pIndex, int dstLen, int dstStep, int height);
+VornStatus vornsCopyColumn_Indirect_32f_D2L(const Vorn32f* const* ppSrc, int srcLen, Vorn32f* const* ppDst,
+                                            const Vorn32s* pIndex, int dstLen, int height);
+VornStatus vornsCopyColumn_Indirect_64f_D2L(const Vorn64f* const* ppSrc, int srcLen, Vorn64f* const* ppDst,
+                                            const Vorn32s* pIndex, int dstLen, int height);
+VornStatus vornsCopyColumn_Indirect_16s_D2L(const Vorn16s* const* ppSrc, int srcLen, Vorn16s* const* ppDst,
+                                            const Vorn32s* pIndex, int dstLen, int height);
 /** @} */
 
 /**
@@ -233,6 +351,117 @@ VornStatus vornsNormEnergy_RT_32f(Vorn32f* srcDst, int step, int height, Vorn32f
 VornStatus vornsNormEnergy_RT_16s(Vorn16s* srcDst, int step, int height, Vorn16s minDb, Vorn16s maxE, Vorn16s top,
                                   Vorn32f val);
 VornStatus vornsZeroMean_16s(Vorn16s* srcDst, int len);
+/** @} */
+
+/**
+ * @defgroup vornsr_linear_prediction Linear prediction
+ * @brief Prediction coefficients and reflection coefficients of a frame or of its autocorrelation.
+ * @{
+ */
+VornStatus vornsDurbin_32f(const Vorn32f* src, Vorn32f* dst, int order, Vorn32f* pErr);
+VornStatus vornsDurbin_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int order, Vorn32f* pErr, int scale);
+VornStatus vornsSchur_32f(const Vorn32f* src, Vorn32f* dst, int order, Vorn32f* pErr);
+VornStatus vornsSchur_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int order, Vorn32f* pErr, int scale);
+VornStatus vornsLinearPrediction_Auto_32f(const Vorn32f* src, int len, Vorn32f* dst, int order);
+VornStatus vornsLinearPrediction_Auto_16s_Sfs(const Vorn16s* src, int len, Vorn16s* dst, int order, int scale);
+VornStatus vornsLinearPredictionNeg_Auto_32f(const Vorn32f* src, int len, Vorn32f* dst, int order);
+VornStatus vornsLinearPredictionNeg_Auto_16s_Sfs(const Vorn16s* src, int len, Vorn16s* dst, int order, int scale);
+VornStatus vornsLinearPrediction_Cov_32f(const Vorn32f* src, int len, Vorn32f* dst, int order);
+VornStatus vornsLinearPrediction_Cov_16s_Sfs(const Vorn16s* src, int len, Vorn16s* dst, int order, int scale);
+/** @} */
+
+/**
+ * @defgroup vornsr_prediction_conversions Representations of a prediction filter
+ * @brief Prediction coefficients as cepstrum, reflection coefficients, line spectral frequencies and spectrum envelope,
+ * and back.
+ * @{
+ */
+VornStatus vornsLPToCepstrum_32f(const Vorn32f* src, Vorn32f* dst, int n);
+VornStatus vornsCepstrumToLP_32f(const Vorn32f* src, Vorn32f* dst, int n);
+VornStatus vornsLPToReflection_32f(const Vorn32f* src, Vorn32f* dst, int n);
+VornStatus vornsReflectionToLP_32f(const Vorn32f* src, Vorn32f* dst, int n);
+VornStatus vornsLPToCepstrum_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, int scale);
+VornStatus vornsCepstrumToLP_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, int scale);
+VornStatus vornsLPToReflection_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, int scale);
+VornStatus vornsReflectionToLP_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, int scale);
+VornStatus vornsLPToLSP_32f(const Vorn32f* src, Vorn32f* dst, int order, int* pNRoots, int nGrid, int nDiv);
+VornStatus vornsLPToLSP_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int order, int* pNRoots, int nGrid,
+                                int nDiv, int scaleOut);
+VornStatus vornsLSPToLP_32f(const Vorn32f* src, Vorn32f* dst, int order);
+VornStatus vornsLSPToLP_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int order, int scaleOut);
+VornStatus vornsLPToSpectrum_32f(const Vorn32f* src, int len, Vorn32f* dst, int order, Vorn32f val);
+VornStatus vornsLPToSpectrum_16s_Sfs(const Vorn16s* src, int len, Vorn16s* dst, int order, int val, int scale);
+/** @} */
+
+/**
+ * @defgroup vornsr_reflection_features Features of reflection coefficients
+ * @brief Area ratios, their logarithms and running products, and spectral tilts.
+ * @{
+ */
+VornStatus vornsReflectionToAR_32f(const Vorn32f* src, Vorn32f* dst, int len);
+VornStatus vornsReflectionToAR_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int len, int scaleOut);
+VornStatus vornsReflectionToTrueAR_32f(const Vorn32f* src, Vorn32f* dst, int len);
+VornStatus vornsReflectionToTrueAR_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int len, int scaleOut);
+VornStatus vornsReflectionToLAR_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f val);
+VornStatus vornsReflectionToLAR_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int len, int scaleOut,
+                                        Vorn32f val);
+VornStatus vornsReflectionToTilt_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsReflectionToTilt_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scale);
+VornStatus vornsReflectionToAbsTilt_32f(const Vorn32f* src1, const Vorn32f* src2, Vorn32f* dst, int len);
+VornStatus vornsReflectionToAbsTilt_16s_Sfs(const Vorn16s* src1, const Vorn16s* src2, Vorn16s* dst, int len, int scale);
+/** @} */
+
+/**
+ * @defgroup vornsr_resampling Resampling
+ * @brief Changes of the sampling rate by a windowed sinc, at any factor or at a rational one.
+ * @{
+ */
+
+/** A filter read at any position: the factor may be any positive number and may change between calls. */
+typedef struct VornResampleState_32f VornResampleState_32f;
+/** The same for 16-bit samples. */
+typedef struct VornResampleState_16s VornResampleState_16s;
+/** A filter for each phase of a rational ratio. */
+typedef struct VornResampleFixedState_32f VornResampleFixedState_32f;
+/** The same for 16-bit samples. */
+typedef struct VornResampleFixedState_16s VornResampleFixedState_16s;
+
+VornStatus vornsResamplePolyphaseInitAlloc_32f(VornResampleState_32f** ppState, int nStep, int hint, Vorn32f window,
+                                               Vorn32f rollf, Vorn32f alpha);
+VornStatus vornsResamplePolyphase_32f(const VornResampleState_32f* pState, const Vorn32f* src, int len, Vorn32f* dst,
+                                      Vorn64f factor, Vorn32f norm, Vorn64f* pTime, int* pOutLen);
+VornStatus vornsResamplePolyphaseFree_32f(VornResampleState_32f* pState);
+VornStatus vornsResamplePolyphaseFixedGetSize_32f(int inRate, int outRate, int len, int* pSize, int* pLen,
+                                                  int* pHeight);
+VornStatus vornsResamplePolyphaseFixedInit_32f(VornResampleFixedState_32f* pState, int inRate, int outRate, int len,
+                                               int hint);
+VornStatus vornsResamplePolyphaseFixedInitAlloc_32f(VornResampleFixedState_32f** ppState, int inRate, int outRate,
+                                                    int len, int hint, Vorn32f rollf, Vorn32f alpha);
+VornStatus vornsResamplePolyphaseFixed_32f(const VornResampleFixedState_32f* pState, const Vorn32f* src, int len,
+                                           Vorn32f* dst, Vorn32f norm, Vorn64f* pTime, int* pOutLen);
+VornStatus vornsResamplePolyphaseFixedFree_32f(VornResampleFixedState_32f* pState);
+VornStatus vornsResamplePolyphaseGetFixedFilter_32f(const VornResampleFixedState_32f* pState, Vorn32f* pDst, int step,
+                                                    int height);
+VornStatus vornsResamplePolyphaseSetFixedFilter_32f(VornResampleFixedState_32f* pState, const Vorn32f* pSrc, int step,
+                                                    int height);
+VornStatus vornsResamplePolyphaseInitAlloc_16s(VornResampleState_16s** ppState, int nStep, int hint, Vorn32f window,
+                                               Vorn32f rollf, Vorn32f alpha);
+VornStatus vornsResamplePolyphase_16s(const VornResampleState_16s* pState, const Vorn16s* src, int len, Vorn16s* dst,
+                                      Vorn64f factor, Vorn32f norm, Vorn64f* pTime, int* pOutLen);
+VornStatus vornsResamplePolyphaseFree_16s(VornResampleState_16s* pState);
+VornStatus vornsResamplePolyphaseFixedGetSize_16s(int inRate, int outRate, int len, int* pSize, int* pLen,
+                                                  int* pHeight);
+VornStatus vornsResamplePolyphaseFixedInit_16s(VornResampleFixedState_16s* pState, int inRate, int outRate, int len,
+                                               int hint);
+VornStatus vornsResamplePolyphaseFixedInitAlloc_16s(VornResampleFixedState_16s** ppState, int inRate, int outRate,
+                                                    int len, int hint, Vorn32f rollf, Vorn32f alpha);
+VornStatus vornsResamplePolyphaseFixed_16s(const VornResampleFixedState_16s* pState, const Vorn16s* src, int len,
+                                           Vorn16s* dst, Vorn32f norm, Vorn64f* pTime, int* pOutLen);
+VornStatus vornsResamplePolyphaseFixedFree_16s(VornResampleFixedState_16s* pState);
+VornStatus vornsResamplePolyphaseGetFixedFilter_16s(const VornResampleFixedState_16s* pState, Vorn16s* pDst, int step,
+                                                    int height);
+VornStatus vornsResamplePolyphaseSetFixedFilter_16s(VornResampleFixedState_16s* pState, const Vorn16s* pSrc, int step,
+                                                    int height);
 /** @} */
 
 VORN_END_DECLS

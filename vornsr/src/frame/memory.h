@@ -39,4 +39,23 @@ private:
     T* block_;
 };
 
+// The same on the stack where no more than onStack elements are wanted, so that short calls take no memory.
+template <class T, int onStack>
+class ShortScratch {
+public:
+    explicit ShortScratch(std::int64_t len)
+        : block_(len > onStack ? len : 0), memory_(len > onStack ? block_.get() : stack_) {}
+    ShortScratch(const ShortScratch&) = delete;
+    ShortScratch& operator=(const ShortScratch&) = delete;
+
+    explicit operator bool() const { return memory_ != nullptr; }
+    T* get() const { return memory_; }
+    T& operator[](std::ptrdiff_t i) const { return memory_[i]; }
+
+private:
+    Scratch<T> block_;
+    T* memory_;
+    alignas(64) T stack_[onStack];
+};
+
 }  // namespace vorn
