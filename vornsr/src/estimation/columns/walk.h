@@ -8,141 +8,12 @@
 #include <utility>
 
 #include "frame/rows.h"
-#include "loops/cache.h"
-#include "simd/fold.h"
+#include "loops/columns.h"
 #include "simd/simd.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn::columns {
-
-// ---- Vectors of neighbouring columns. A single T is the vector of one lane.
-
-template <class V>
-constexpr std::ptrdiff_t lanesOf() {
-    if constexpr (std::is_arithmetic_v<V>) {
-        return 1;
-    } else {
-        return V::lanes;
-    }
-}
-template <class V>
-using HalfOf = decltype(lowHalf(std::declval<V>()));
-
-// The elements as they stand, or 16-bit integers as floats, which is exact.
-template <class V, class Source>
-VORN_INLINE V loadAs(const Source* p) {
-    if constexpr (std::is_arithmetic_v<V>) {
-        return static_cast<V>(*p);
-    } else if constexpr (std::is_same_v<typename V::Element, Source>) {
-        return load<V>(p);
-    } else if constexpr (std::is_same_v<typename V::Element, Vorn32f>) {
-        return toFloat(loadWidened<decltype(bitsOf(V()))>(p));
-    } else {
-        return loadWidened<V>(p);
-    }
-}
-template <class V, class T>
-VORN_INLINE void storeAs(T* p, V x) {
-    if constexpr (std::is_arithmetic_v<V>) {
-        *p = x;
-    } else {
-        store(p, x);
-    }
-}
-template <class V, class T>
-VORN_INLINE V splatAs(T x) {
-    if constexpr (std::is_arithmetic_v<V>) {
-        return x;
-    } else {
-        return splat<V>(x);
-    }
-}
-
-// Vectors side by side from a column on, but for the last one, which may begin early so as to end at the last column.
-template <class Vector, int vectors>
-struct Group {
-    using V = Vector;
-    static constexpr int count = vectors;
-    std::ptrdiff_t first, last;
-    VORN_INLINE std::ptrdiff_t at(int k) const {
-        return k == count - 1 ? last : first + std::ptrdiff_t{k} * lanesOf<V>();
-    }
-};
-
-// Calls use(group) for columns that at most `most` narrower vectors hold.
-template <class V, int most, class Use>
-VORN_INLINE void inFewVectors(std::ptrdiff_t width, const Use& use) {
-    const std::ptrdiff_t last = width - lanesOf<V>();
-    if (last < 0) {
-        if constexpr (sizeof(V) > 16) {
-            return inFewVectors<HalfOf<V>, 2>(width, use);
-        } else if constexpr (lanesOf<V>() > 1) {
-            return inFewVectors<typename V::Element, static_cast<int>(V::lanes) - 1>(width, use);
-        }
-    }
-    if (last == 0) return use(Group<V, 1>{0, last});
-    if constexpr (most > 1) {
-        if (last <= lanesOf<V>()) return use(Group<V, 2>{0, last});
-    }
-    if constexpr (most > 2) use(Group<V, 3>{0, last});
-}
-
-// Calls use(group) for groups of the build's vectors that cover all columns. None but the last one's last vector begins
-// early, and that inside its own group: no two groups share a column.
-constexpr int groupVectors = 4;
-template <class V, class Use>
-VORN_INLINE void overGroups(std::ptrdiff_t width, const Use& use) {
-    constexpr std::ptrdiff_t lanes = lanesOf<V>();
-    if (width < lanes) return inFewVectors<V, 1>(width, use);
-    std::ptrdiff_t column = 0;
-    for (std::ptrdiff_t vectors = (width + lanes - 1) / lanes; vectors > 0;) {
-        const std::ptrdiff_t end = width - lanes;
-        // One vector alone behind others could not begin early.
-        const std::ptrdiff_t count = vectors == groupVectors + 1 ? 3 : std::min<std::ptrdiff_t>(vectors, groupVectors);
-        switch (count) {
-            case 4:
-                use(Group<V, 4>{column, std::min(column + 3 * lanes, end)});
-                break;
-            case 3:
-                use(Group<V, 3>{column, std::min(column + 2 * lanes, end)});
-                break;
-            case 2:
-                use(Group<V, 2>{column, std::min(column + lanes, end)});
-                break;
-            default:
-                use(Group<V, 1>{column, end});
-                break;
-        }
-        column += count * lanes;
-        vectors -= count;
-    }
-}
-
-// ---- Reading ahead. Some rows that cross all columns at once are no order in which the processor would see the next
-// ones coming: in a large matrix each asks for the row that stands as far behind it as they are many. (In a list of
-// rows as well, as if they stood one step apart: that may be wrong, but does no harm.)
-
-constexpr std::ptrdiff_t cachedBytes = 1 << 20;  // what a second-level cache holds anyway
-
-template <class Source>
-bool isLarge(const Source*, std::ptrdiff_t height, std::ptrdiff_t width) {
-    return height > cachedBytes / (width * static_cast<std::ptrdiff_t>(sizeof(Source)));
-}
-// In bytes, of rows a step apart.
-template <class Source>
-VORN_INLINE std::uintptr_t farAhead(const Source* first, const Source* second, int rows) {
-    return (reinterpret_cast<std::uintptr_t>(second) - reinterpret_cast<std::uintptr_t>(first)) *
-           static_cast<std::uintptr_t>(rows);
-}
-// Once for every line of the cache.
-template <int count, class Source>
-VORN_INLINE void fetchRows(const Source* const (&x)[count], std::ptrdiff_t column, std::uintptr_t ahead) {
-    if (column % (64 / static_cast<int>(sizeof(Source))) != 0) return;
-    for (int r = 0; r < count; ++r) {
-        fetchAhead<0>(reinterpret_cast<const char*>(reinterpret_cast<std::uintptr_t>(x[r] + column) + ahead));
-    }
-}
 
 // ---- Terms: what a row x, or two neighbouring ones, add to a sum of their columns. w is the weight of the row.
 
@@ -224,7 +95,7 @@ public:
     }
 
     void add(std::ptrdiff_t height) const {
-        constexpr std::ptrdiff_t groupColumns = groupVectors * lanesOf<V>();
+        constexpr std::ptrdiff_t groupColumns = groupVectors * V::lanes;
         std::ptrdiff_t row = 0;
         // Of wide matrices, and of those of some width that no cache holds, some rows at once cross all columns.
         const bool large = isLarge(rows_[0], height, width_);
@@ -243,7 +114,8 @@ public:
             for (; row < height; row += blockRows) {
                 const std::ptrdiff_t end = std::min(height, row + blockRows);
                 overGroups<V>(
-                    width_, [&](auto group) __attribute__((always_inline)) { addToGroup(group, rows, row, end); });
+                    width_, [&](auto group) __attribute__((always_inline)) { addToGroup(group, rows, row, end); },
+                    [&]() __attribute__((always_inline)) { addToFew(rows, row, end); });
             }
         });
     }
@@ -294,6 +166,21 @@ private:
         for (int k = 0; k < InGroup::count; ++k) storeSums(sums_, group.at(k), sums[k]);
     }
 
+    template <int columns>
+    struct FewColumns {
+        using V = T;
+        static constexpr int count = columns;
+        static std::ptrdiff_t at(int k) { return k; }
+    };
+    template <class RowsOf>
+    VORN_INLINE void addToFew(RowsOf rows, std::ptrdiff_t row, std::ptrdiff_t end) const {
+        if constexpr (sizeof(T) == 4) {  // of doubles the narrowest vector has two
+            if (width_ == 3) return addToGroup(FewColumns<3>(), rows, row, end);
+            if (width_ == 2) return addToGroup(FewColumns<2>(), rows, row, end);
+        }
+        addToGroup(FewColumns<1>(), rows, row, end);
+    }
+
     static constexpr int rowsAtOnce = 8;
     VORN_INLINE void addAcross(std::ptrdiff_t row, bool fetches) const {
         const Source* x[rowsAtOnce];
@@ -312,10 +199,10 @@ private:
             return s;
         };
         // The last vector may begin early: it is computed before its columns are stored.
-        const std::ptrdiff_t end = width_ - lanesOf<V>();
+        const std::ptrdiff_t end = width_ - V::lanes;
         const Sums<V> last = sumsAt(end);
         const std::uintptr_t ahead = farAhead(x[0], x[1], rowsAtOnce);
-        for (std::ptrdiff_t column = 0; column < end; column += lanesOf<V>()) {
+        for (std::ptrdiff_t column = 0; column < end; column += V::lanes) {
             if (fetches) fetchRows(x, column, ahead);
             storeSums(into, column, sumsAt(column));
         }

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "linalg/reductions/columns.h"
+#include "loops/columns.h"
 #include "loops/elementwise.h"
 #include "simd/part.h"
 #include "simd/simd.h"
@@ -107,7 +107,7 @@ struct UpdatedRow {
 template <class Op, class RowsOf>
 void updateRows(RowsOf rows, std::ptrdiff_t height, std::ptrdiff_t width, const Op& op) {
     using T = typename Op::Element;
-    const bool done = asOneGroup<Wide<T>, 4>(
+    const bool done = asOneGroup<Wide<T>>(
         width,
         [&](auto group) __attribute__((always_inline)) {
             using V = typename decltype(group)::V;

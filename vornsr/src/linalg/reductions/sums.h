@@ -7,38 +7,13 @@
 #include <cstdint>
 
 #include "frame/rounding.h"
-#include "linalg/reductions/columns.h"
-#include "loops/cache.h"
+#include "loops/columns.h"
 #include "simd/part.h"
 #include "simd/simd.h"
 #include "simd/tile.h"
 #include "vornsr/types.h"
 
 namespace vorn::reductions {
-
-// Some rows cross all columns at once. That is no order in which the processor would see the next rows coming: of a
-// large matrix each of these rows asks for the one that stands as far behind it as they are many. (Of a list of rows as
-// well, as if they stood one step apart: that may be wrong, but does no harm.)
-constexpr std::ptrdiff_t cachedBytes = 1 << 20;  // what a second-level cache holds anyway
-
-template <class Source>
-bool isLarge(const Source*, std::ptrdiff_t height, std::ptrdiff_t width) {
-    return height > cachedBytes / (width * static_cast<std::ptrdiff_t>(sizeof(Source)));
-}
-// In bytes, of rows a step apart.
-template <class Source>
-VORN_INLINE std::uintptr_t farAhead(const Source* first, const Source* second, int rows) {
-    return (reinterpret_cast<std::uintptr_t>(second) - reinterpret_cast<std::uintptr_t>(first)) *
-           static_cast<std::uintptr_t>(rows);
-}
-// Once for every line of the cache.
-template <int count, class Source>
-VORN_INLINE void fetchRows(const Source* const (&x)[count], std::ptrdiff_t column, std::uintptr_t ahead) {
-    if (column % (64 / static_cast<int>(sizeof(Source))) != 0) return;
-    for (int r = 0; r < count; ++r) {
-        fetchAhead<0>(reinterpret_cast<const char*>(reinterpret_cast<std::uintptr_t>(x[r] + column) + ahead));
-    }
-}
 
 // ---- Down the columns: a column's sum takes the rows one by one, in their order.
 
@@ -91,7 +66,7 @@ VORN_INLINE void addRowsAtOnce(RowsOf rows, std::ptrdiff_t row, T* sums, std::pt
 // sums[j] += row 0 [j], += row 1 [j], and so on.
 template <class RowsOf, class T>
 void addRows(RowsOf rows, std::ptrdiff_t height, T* sums, std::ptrdiff_t width) {
-    const bool done = asOneGroup<Wide<T>, 4>(
+    const bool done = asOneGroup<Wide<T>>(
         width, [&](auto group) __attribute__((always_inline)) { addToGroup(group, rows, height, sums); },
         [&]() __attribute__((always_inline)) {
             switch (width) {
