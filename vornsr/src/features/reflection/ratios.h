@@ -1,0 +1,107 @@
+// Ratios made of reflection coefficients, and the running product of area ratios.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+
+#include "arithmetic/division.h"
+#include "elementary/logarithm_kernels.h"
+#include "loops/operands.h"
+#include "simd/divide.h"
+#include "simd/part.h"
+#include "simd/simd.h"
+#include "vornsr/types.h"
+
+namespace vorn::reflection {
+
+// Integers as singles, times a factor. What fills up a short vector is the integer's.
+struct ReadableShorts {
+    const Vorn16s* p;
+    f32xN factor;
+    VORN_INLINE f32xN at(std::int64_t i) const { return toFloat(loadWidened<i32xN>(p + i)) * factor; }
+    VORN_INLINE void fetch(std::int64_t i) const { fetchAhead(p + i); }
+    template <int rest>
+    VORN_INLINE f32xN first(std::int64_t n) const {
+        return toFloat(widenLow(partOf<i16xN, rest>(p, n))) * factor;
+    }
+};
+// The same as it is handed to a function.
+struct Shorts {
+    const Vorn16s* p;
+    Vorn32f factor;
+    VORN_INLINE Shorts from(std::int64_t i) const { return {p + i, factor}; }
+};
+VORN_INLINE ReadableShorts readable(Shorts a) { return {a.p, splat<f32xN>(a.factor)}; }
+
+// A quotient whose divisor is zero is +infinity, whatever is divided and whichever sign the zero has.
+struct WatchedQuotient : WatchesDivisor<MaskOf<f32xN>, f32xN::lanes, true> {
+protected:
+    VORN_INLINE f32xN quotient(f32xN dividend, f32xN divisor) const {
+        const auto zero = note(divisor == splat<f32xN>(0));
+        return select(zero, splat<f32xN>(std::numeric_limits<Vorn32f>::infinity()), divided(dividend, divisor));
+    }
+};
+
+// (1 - k) / (1 + k)
+struct AreaRatio : WatchedQuotient {
+    VORN_INLINE f32xN operator()(f32xN k, f32xN one) const { return quotient(one - k, one + k); }
+};
+// (|a| - |b|) / (a + b)
+struct Tilt : WatchedQuotient {
+    VORN_INLINE f32xN operator()(f32xN a, f32xN b) const { return quotient(absOf(a) - absOf(b), a + b); }
+};
+// (2|a| - (|a| + |b|)) / (|a| + |b|)
+struct AbsTilt : WatchedQuotient {
+    VORN_INLINE f32xN operator()(f32xN a, f32xN b) const {
+        const f32xN size = absOf(a), sum = size + absOf(b);
+        return quotient((size + size) - sum, sum);
+    }
+};
+
+// The logarithm of the area ratio of k, which is limited to -limit..limit with limit below 1: the ratio is then a
+// normal positive number. A not-a-number stays one.
+struct LogAreaRatio : Operation<f32xN::lanes, false> {
+    static bool metZero() { return false; }
+    VORN_INLINE f32xN operator()(f32xN k, f32xN limit) const {
+        const f32xN one = splat<f32xN>(1), limited = minOf(limit, maxOf(-limit, k));
+        const f32xN ln = lnOfSeparated(separate(divided(one - limited, one + limited)));
+        return select(unordered(k, k), k, ln);
+    }
+};
+
+// The product of the area ratios so far. From the first k of -1 on it is an infinity, whose sign each further k decides
+// by the product before it; a 1 there ends the numbers.
+class RunningProduct {
+public:
+    // May be called for one piece of a vector after the other; dst may be src.
+    void operator()(const Vorn32f* k, Vorn32f* dst, std::int64_t len) {
+        std::int64_t i = 0;
+        if (phase_ == Phase::ratios) {
+            for (; i < len && k[i] != -1; ++i) dst[i] = y_ = y_ * (1 - k[i]) / (k[i] + 1);
+            if (i < len) phase_ = Phase::infinities;
+        }
+        if (phase_ == Phase::infinities) {
+            constexpr Vorn32f infinity = std::numeric_limits<Vorn32f>::infinity();
+            for (; i < len; ++i) {
+                if (k[i] == 1) {
+                    phase_ = Phase::ended;
+                    break;
+                }
+                if (k[i] == -1) status_ = vornStsDivByZero;
+                const bool within = k[i] >= -1 && k[i] <= 1;
+                const bool upwards = within ? y_ > 0 : !(y_ >= 0);
+                dst[i] = y_ = upwards ? infinity : -infinity;
+            }
+        }
+        for (; i < len; ++i) dst[i] = std::numeric_limits<Vorn32f>::quiet_NaN();
+    }
+    VornStatus status() const { return status_; }
+
+private:
+    enum class Phase { ratios, infinities, ended };
+    Vorn32f y_ = 1;
+    Phase phase_ = Phase::ratios;
+    VornStatus status_ = vornStsNoErr;
+};
+
+}  // namespace vorn::reflection
