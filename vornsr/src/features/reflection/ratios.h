@@ -1,6 +1,7 @@
 // Ratios made of reflection coefficients, and the running product of area ratios.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <limits>
 
@@ -70,35 +71,40 @@ struct LogAreaRatio : Operation<f32xN::lanes, false> {
 };
 
 // The product of the area ratios so far. From the first k of -1 on it is an infinity, whose sign each further k decides
-// by the product before it; a 1 there ends the numbers.
+// by the one before it; a 1 there ends the numbers. May be called for one piece of a vector after the other.
 class RunningProduct {
 public:
-    // May be called for one piece of a vector after the other; dst may be src.
-    void operator()(const Vorn32f* k, Vorn32f* dst, std::int64_t len) {
+    // k(i) gives a coefficient; dst may be where it comes from.
+    template <class Coefficient>
+    VORN_INLINE void operator()(const Coefficient& k, Vorn32f* dst, std::int64_t len) {
+        Vorn32f y = y_;
         std::int64_t i = 0;
         if (phase_ == Phase::ratios) {
-            for (; i < len && k[i] != -1; ++i) dst[i] = y_ = y_ * (1 - k[i]) / (k[i] + 1);
+            for (; i < len; ++i) {
+                const Vorn32f ki = k(i);
+                if (std::bit_cast<std::int32_t>(ki) == std::bit_cast<std::int32_t>(-1.0f)) break;
+                dst[i] = y = y * (1 - ki) / (ki + 1);
+            }
             if (i < len) phase_ = Phase::infinities;
         }
-        if (phase_ == Phase::infinities) {
-            constexpr Vorn32f infinity = std::numeric_limits<Vorn32f>::infinity();
-            for (; i < len; ++i) {
-                if (k[i] == 1) {
-                    phase_ = Phase::ended;
-                    break;
-                }
-                if (k[i] == -1) status_ = vornStsDivByZero;
-                const bool within = k[i] >= -1 && k[i] <= 1;
-                const bool upwards = within ? y_ > 0 : !(y_ >= 0);
-                dst[i] = y_ = upwards ? infinity : -infinity;
-            }
-        }
-        for (; i < len; ++i) dst[i] = std::numeric_limits<Vorn32f>::quiet_NaN();
+        for (; i < len; ++i) dst[i] = y = behindMinusOne(k(i), y);
+        y_ = y;
     }
     VornStatus status() const { return status_; }
 
 private:
     enum class Phase { ratios, infinities, ended };
+
+    Vorn32f behindMinusOne(Vorn32f k, Vorn32f y) {
+        constexpr Vorn32f infinity = std::numeric_limits<Vorn32f>::infinity();
+        if (k == 1) phase_ = Phase::ended;
+        if (phase_ == Phase::ended) return std::numeric_limits<Vorn32f>::quiet_NaN();
+        if (k == -1) status_ = vornStsDivByZero;
+        const bool within = k >= -1 && k <= 1;
+        const bool upwards = within ? y > 0 : !(y >= 0);
+        return upwards ? infinity : -infinity;
+    }
+
     Vorn32f y_ = 1;
     Phase phase_ = Phase::ratios;
     VornStatus status_ = vornStsNoErr;

@@ -1,6 +1,5 @@
 // Features of reflection coefficients: area ratios, their logarithms and running products, tilts.
 #include <algorithm>
-#include <cstddef>
 #include <cstdint>
 
 #include "features/detour.h"
@@ -24,28 +23,31 @@ VORN_NOINLINE VornStatus ratios(A a, B b, Vorn32f* dst, std::int64_t len) {
     return op.metZero() ? vornStsDivByZero : vornStsNoErr;
 }
 
-// make(i, n, y) fills a run with the singles of the elements from i on, which then become integers: so nothing is
-// allocated, and dst may be a source.
-constexpr std::ptrdiff_t runLength = 512;
+constexpr std::int64_t runLength = 512;
 
-template <class Make, class Store>
-void inRuns(Vorn16s* dst, std::ptrdiff_t len, const Make& make, const Store& put) {
+// The same by runs of singles that put makes integers: so nothing is allocated, and dst may be a source.
+template <class Op, class A, class B, class Store>
+VornStatus fixedRatios(A a, B b, Vorn16s* dst, std::int64_t len, const Store& put) {
     alignas(64) Vorn32f run[runLength];
-    for (std::ptrdiff_t i = 0; i < len; i += runLength) {
-        const std::ptrdiff_t n = std::min(runLength, len - i);
-        make(i, n, run);
+    VornStatus status = vornStsNoErr;
+    for (std::int64_t i = 0; i < len; i += runLength) {
+        const std::int64_t n = std::min(runLength, len - i);
+        if (const VornStatus ofRun = ratios<Op>(a.from(i), b.from(i), run, n)) status = ofRun;
         put(run, dst + i, n);
     }
+    return status;
 }
 
-template <class Op, class A, class B, class Store>
-VornStatus fixedRatios(A a, B b, Vorn16s* dst, std::ptrdiff_t len, const Store& put) {
-    VornStatus status = vornStsNoErr;
-    const auto make = [&](std::ptrdiff_t i, std::ptrdiff_t n, Vorn32f* run) {
-        if (const VornStatus ofRun = ratios<Op>(a.from(i), b.from(i), run, n)) status = ofRun;
-    };
-    inRuns(dst, len, make, put);
-    return status;
+VORN_NOINLINE VornStatus fixedRunningProduct(const Vorn16s* src, Vorn32f factor, Vorn16s* dst, std::int64_t len,
+                                             NearestStore put) {
+    alignas(64) Vorn32f run[runLength];
+    RunningProduct product;
+    for (std::int64_t i = 0; i < len; i += runLength) {
+        const std::int64_t n = std::min(runLength, len - i);
+        product([=](std::int64_t j) { return static_cast<Vorn32f>(src[i + j]) * factor; }, run, n);
+        put(run, dst + i, n);
+    }
+    return product.status();
 }
 
 }  // namespace
@@ -70,21 +72,15 @@ VornStatus vornsReflectionToTrueAR_32f(const Vorn32f* src, Vorn32f* dst, int len
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
     reflection::RunningProduct product;
-    product(src, dst, len);
+    product([=](std::int64_t i) { return src[i]; }, dst, len);
     return product.status();
 }
 
 VornStatus vornsReflectionToTrueAR_16s_Sfs(const Vorn16s* src, int scaleIn, Vorn16s* dst, int len, int scaleOut) {
     VORN_CHECK(notNull(src, dst));
     VORN_CHECK(positive(len));
-    reflection::RunningProduct product;
-    const Vorn32f factor = GetScale_32s32f(oppositeScale(scaleIn));
-    const auto make = [&](std::ptrdiff_t i, std::ptrdiff_t n, Vorn32f* run) {
-        toSingles(src + i, run, n, factor);
-        product(run, run, n);
-    };
-    reflection::inRuns(dst, len, make, NearestStore{scaleOut});
-    return product.status();
+    return reflection::fixedRunningProduct(src, GetScale_32s32f(oppositeScale(scaleIn)), dst, len,
+                                           NearestStore{scaleOut});
 }
 
 VornStatus vornsReflectionToLAR_32f(const Vorn32f* src, Vorn32f* dst, int len, Vorn32f val) {
