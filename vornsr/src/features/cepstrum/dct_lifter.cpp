@@ -1,4 +1,5 @@
 // DCT lifter: the exported functions and the kernel that keeps its name.
+#include <algorithm>
 #include <climits>
 #include <cstdint>
 
@@ -20,13 +21,17 @@ VornStatus checkLengths(int lenDCT, int lenCep, Length... more) {
 
 // Bytes of a caller's block. It may begin at any address; the formulas leave room for the alignment of the pieces.
 struct LifterSize {
-    std::int64_t rows, columns;  // lenCep + 1 and lenDCT
-    LifterSize(int lenDCT, int lenCep) : rows(std::int64_t{lenCep} + 1), columns(lenDCT) {}
+    // lenCep + 1 and lenDCT, or so many that no int holds the bytes of two rows.
+    std::int64_t rows, columns;
+    LifterSize(int lenDCT, int lenCep) : rows(std::min(lenCep, most) + 1), columns(std::min(lenDCT, most)) {}
 
     std::int64_t singles() const { return 4 * (rows * roundUp(columns, 8) + 7) + 12 * (rows - 1) + 108; }
     std::int64_t shorts() const { return 4 * (rows * roundUp(columns, 8) + 7) + 16 * (rows - 1) + 152; }
     // Counted row by row, each with its own share of the alignment.
     std::int64_t shortsMulC0() const { return 8 * (rows - 1) + 144 + rows * (4 * columns + 40); }
+
+private:
+    static constexpr int most = 1 << 29;
 };
 
 // The one form with a limit, of its size function alone.
