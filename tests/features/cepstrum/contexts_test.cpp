@@ -83,7 +83,12 @@ TEST(DCTLifterContexts, OneSizeFunctionHasALimit) {
             EXPECT_EQ(size.untouched(), refused);
         });
     }
-    // Its initialiser has none.
+    // Its initialiser has none but that of an int: 4 x 23168 + 40 bytes a row are too much, 4 x 23168 would not be.
+    Guarded<Vorn8u> tooSmall(64);
+    const LifterSetting large(23168, 23162);
+    EXPECT_EQ(test::shortLifters[3].init(reinterpret_cast<VornDCTLifterState_16s*>(tooSmall.data()), large),
+              vornStsSizeErr);
+    EXPECT_TRUE(tooSmall.untouched());
     const LifterSetting s = {8200, 2};
     const auto& form = test::shortLifters[3];
     Guarded<Vorn8u> block(static_cast<std::size_t>(bytesOf(form, s)));
