@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "arithmetic/division.h"
 #include "elementary/logarithm_kernels.h"
 #include "loops/operands.h"
 #include "simd/divide.h"
@@ -34,13 +33,24 @@ struct Shorts {
 };
 VORN_INLINE ReadableShorts readable(Shorts a) { return {a.p, splat<f32xN>(a.factor)}; }
 
-// A quotient whose divisor is zero is +infinity, whatever is divided and whichever sign the zero has.
-struct WatchedQuotient : WatchesDivisor<MaskOf<f32xN>, f32xN::lanes, true> {
+// A quotient whose divisor is zero is +infinity, whatever is divided and whichever sign the zero has; that there was
+// one is remembered. Zeros are rare: a branch costs less than their exchange.
+struct WatchedQuotient : Operation<f32xN::lanes, true> {
+    static constexpr int padding = 1;  // gives no divisor of zero
+    bool metZero() const { return metZero_; }
+
 protected:
     VORN_INLINE f32xN quotient(f32xN dividend, f32xN divisor) const {
-        const auto zero = note(divisor == splat<f32xN>(0));
-        return select(zero, splat<f32xN>(std::numeric_limits<Vorn32f>::infinity()), divided(dividend, divisor));
+        const f32xN q = divided(dividend, divisor);
+        const auto zero = divisor == splat<f32xN>(0);
+        if (!any(zero)) [[likely]]
+            return q;
+        metZero_ = true;
+        return select(zero, splat<f32xN>(std::numeric_limits<Vorn32f>::infinity()), q);
     }
+
+private:
+    mutable bool metZero_ = false;
 };
 
 // (1 - k) / (1 + k)
