@@ -7,6 +7,7 @@
 #endif
 
 #include "features/common.h"
+#include "plain/lifter.h"
 
 namespace {
 
@@ -75,11 +76,31 @@ void addLifter(int lenDCT, int lenCep) {
 #endif
 }
 
+// The integer forms beside loops that convert, multiply and round.
+template <class Element, class Transform>
+void addIntegerLifter(const std::string& name, Transform transform, int lenDCT, int lenCep, int scale) {
+    VornDCTLifterState_16s* made = nullptr;
+    vornsDCTLifterInitAlloc_16s(&made, lenDCT, lenCep, 22, 1.0f);
+    const std::shared_ptr<VornDCTLifterState_16s> state(made, vornsDCTLifterFree_16s);
+    const int stride = (lenDCT + 7) / 8 * 8;
+    const auto src = signal<Element>(static_cast<std::size_t>(lenDCT), 0, 20000);
+    const auto weight = signal<float>(static_cast<std::size_t>(lenCep), 1, 12);
+    const auto table = signal<float>(static_cast<std::size_t>(lenCep) * static_cast<std::size_t>(stride), -1, 1);
+    const auto dst = bench::buffer<std::int16_t>(static_cast<std::size_t>(lenCep));
+    compare(name, std::to_string(lenDCT) + "x" + std::to_string(lenCep), std::int64_t{lenDCT} * lenCep, dst,
+            {{bench::ours, [=] { transform(src.get(), dst.get(), state.get(), scale); }},
+             {"plain", [=] {
+                  plain::dctLifter(src.get(), dst.get(), table.get(), stride, weight.get(), lenDCT, lenCep, scale);
+              }}});
+}
+
 const bench::Family lifters([] {
-    addLifter(23, 12);
-    addLifter(26, 13);
-    addLifter(40, 20);
-    addLifter(128, 64);
+    const int shapes[][2] = {{23, 12}, {26, 13}, {40, 20}, {64, 32}, {128, 64}};
+    for (const auto& [lenDCT, lenCep] : shapes) {
+        addLifter(lenDCT, lenCep);
+        addIntegerLifter<Vorn16s>("vornsDCTLifter_16s_Sfs", vornsDCTLifter_16s_Sfs, lenDCT, lenCep, 6);
+        addIntegerLifter<Vorn32s>("vornsDCTLifter_32s16s_Sfs", vornsDCTLifter_32s16s_Sfs, lenDCT, lenCep, 6);
+    }
     addLifterContext(26, 13);
 });
 

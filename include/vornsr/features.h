@@ -123,31 +123,46 @@ VornStatus vornsCopyWithPadding_16s(const Vorn16s* src, int srcLen, Vorn16s* dst
  * Wilpon 1987).
  *
  * With x the lenDCT inputs: dst[i-1] = lifter[i] times the sum over j from 1 to lenDCT of x[j-1] cos[i][j-1], for i
- * from 1 to lenCep; no factor such as the root of 2/lenDCT. The `_C0` forms put coefficient zero last: dst[lenCep] =
- * lifter[0] times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at most lenDCT.
+ * from 1 to lenCep; no factor such as the root of 2/lenDCT. The `_C0` and `_MulC0` forms put coefficient zero last:
+ * dst[lenCep] = lifter[0] times the sum of x. dst has lenCep elements, one more with coefficient zero. lenCep is at
+ * most lenDCT. The integer forms take each input as a single, which rounds 32-bit integers in the caller's mode, and
+ * make each coefficient an integer as `vornsConvert_32f16s_Sfs` does: times 2^-scale, rounded to nearest, saturated.
  *
  * Table. cos[i][j-1] = cos((j - 0.5) (i pi) / lenDCT) in double, rounded to single; row 0 is all ones.
- * lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to single, and L = nLifter. i is
- * not limited by L: beyond it the sine and with it the weight go negative. The `_C0` forms take val0 for lifter[0].
+ *
+ * Weights. The raised sine: lifter[i] = w val in single, with w = sin(i pi / L) (L 0.5) + 1.0 in double, rounded to
+ * single, and L = nLifter. i is not limited by L: beyond it the sine and with it the weight go negative. The `_C0`
+ * forms take val0 for lifter[0]. The `_Mul` forms have the caller's lenCep weights: lifter[i] = pLifter[i-1]; in the
+ * `_MulC0` forms coefficient zero shares the weight of the last one, lifter[0] = pLifter[lenCep-1]. The weights are
+ * singles, with one exception: those of `vornsDCTLifterInit_MulC0_16s` are 32-bit integers, which it rounds to singles.
+ * Its allocating twin takes singles.
+ *
+ * Contexts. `GetSize` tells the bytes of a block in which `Init` makes a context: with E = lenDCT rounded up to a
+ * multiple of 8, 4 ((lenCep + 1) E + 7) + 12 lenCep + 108 for `_32f` and 4 ((lenCep + 1) E + 7) + 16 lenCep + 152 for
+ * `_16s`, and 8 lenCep + 144 + (lenCep + 1) (4 lenDCT + 40) for `_MulC0_16s`. The block may begin at any address; the
+ * context stands at its start, belongs to that address, needs no release, and must not go to `Free`. `InitAlloc`
+ * allocates a context, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing stays
+ * allocated and *ppState is null. Contexts are the same in every rounding mode.
+ *
+ * Threads. A context is only read and may be shared, but for those of `_16s`: each call writes its sums there, so one
+ * serves one thread at a time.
  *
  * Exactness. The table is what the double formula gives with the library's own sine and cosine, rounded once: the same
  * bits on every processor. Each sum is in single: rows 1 to lenCep in rounds of four with one accumulator of four lanes
  * a row (lane l takes the elements l, l + 4, ...), added as (lane 0 + lane 1) + (lane 2 + lane 3); the rows that are
  * left, and coefficient zero, with two accumulators for the first and the last four of each eight elements, which are
- * added lane by lane first. Alignment changes nothing.
+ * added lane by lane first. Alignment changes nothing. src and dst must not overlap.
  *
- * Contexts. `InitAlloc` allocates one, `Free` releases it; between them it is only read and may be shared by threads.
- * If memory is short the status is `vornStsMemAllocErr`, nothing stays allocated and *ppState is null. src and dst must
- * not overlap.
- *
- * Checks, in this order. `InitAlloc`: null, size (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep). The
- * transform and `Free`: null.
+ * Checks, in this order. `GetSize`: null, size (lenDCT or lenCep below 1, lenDCT below lenCep; also a size that an int
+ * cannot hold, and in `_MulC0_16s` lenDCT above 8192). `Init` and `InitAlloc`: null (pState or ppState, pLifter), size
+ * (lenDCT, lenCep or nLifter below 1, lenDCT below lenCep; in `Init` also a context whose bytes an int cannot hold).
+ * The transforms and `Free`: null.
  * @{
  */
 
 /** The cosines and weights of a DCT lifter. */
 typedef struct VornDCTLifterState_32f VornDCTLifterState_32f;
-/** The same for integers. */
+/** The same for integers, with room for the coefficients as singles. */
 typedef struct VornDCTLifterState_16s VornDCTLifterState_16s;
 
 VornStatus vornsDCTLifterGetSize_32f(int lenDCT, int lenCep, int* pSize);
@@ -395,7 +410,35 @@ VornStatus vornsLPToSpectrum_16s_Sfs(const Vorn16s* src, int len, Vorn16s* dst, 
 
 /**
  * @defgroup vornsr_reflection_features Features of reflection coefficients
- * @brief Area ratios, their logarithms and running products, and spectral tilts.
+ * @brief Area ratios, their logarithms and running products, and spectral tilts, of the reflection coefficients k of a
+ * linear prediction (the ratios of neighbouring sections of a tube, Wakita 1973; their logarithms, Viswanathan and
+ * Makhoul 1975).
+ *
+ * In single precision, element by element, each operation rounded by itself in the caller's mode:
+ * - `AR`: (1 - k) / (1 + k).
+ * - `LAR`: k limited to -val..val with val between 0 and 1, then the same ratio, then the bits of `vornsLn_32f`. This
+ *   is -2 artanh k within 3.01 x 2^-24 and 0.84 units in the last place (of the limited k, to nearest).
+ * - `TrueAR`: the running product, y(n) = y(n-1) (1 - k(n)) / (k(n) + 1) from y(-1) = 1 on, the product first. From the
+ *   first k of -1 on, each y is an infinity: +infinity if k is within -1 to 1 and the y before is above 0, or if k is
+ *   outside and the y before is not at or above 0; -infinity otherwise. A k that is not a number counts as outside. The
+ *   first k of 1 there makes its element and all behind it not-a-numbers.
+ * - `Tilt`: (|a| - |b|) / (a + b), with a from src1 and b from src2: the sum in the divisor keeps the signs.
+ * - `AbsTilt`: (2|a| - s) / s with s = |a| + |b|, where 2|a| may overflow.
+ *
+ * Integers, the `16s_Sfs` forms. k = src 2^scaleIn in `AR` and `TrueAR`, and src 2^-scaleIn, the opposite, in `LAR`;
+ * the tilts take the integers as they are. The result times 2^-scaleOut, or 2^-scale, is made an integer as
+ * `vornsConvert_32f16s_Sfs` does: rounded to nearest, in `LAR` truncated, and saturated, 32767 for a not-a-number.
+ * Powers of two beyond the singles are 0 or +infinity, and the smallest int counts as opposite to the largest.
+ *
+ * Warnings. A divisor of zero (k = -1; in `Tilt` b = -a; in `AbsTilt` two zeros) gives +infinity and
+ * `vornStsDivByZero`, whatever is divided; `TrueAR` has its own infinities for it and the same status. All other
+ * elements are computed. An infinite k gives a not-a-number without a warning (in `LAR` it is limited), and a
+ * not-a-number stays one; flags of the processor that were raised before the call mean nothing.
+ *
+ * dst may be a source; otherwise it must not overlap them. Nothing is allocated. Alignment changes nothing.
+ *
+ * Checks, in this order: null, size (len below 1), and in `LAR` val, which must be above 0 and below 1
+ * (`vornStsRangeErr`).
  * @{
  */
 VornStatus vornsReflectionToAR_32f(const Vorn32f* src, Vorn32f* dst, int len);

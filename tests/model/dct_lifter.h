@@ -1,11 +1,13 @@
-// The DCT lifter, sum by sum. The table comes from the C library's double functions; singles rounded from
-// doubles that are right to half a unit and from doubles that are right to a little more agree but in rare cases, so a
-// test compares tables with a bound and products bit for bit.
+// The DCT lifter, sum by sum, its weights and the bytes of its contexts. The table comes from the C library's double
+// functions; singles rounded from doubles that are right to half a unit and from doubles that are right to a little
+// more agree but in rare cases, so a test compares tables with a bound and products bit for bit.
 #pragma once
 
 #include <cmath>
 #include <cstddef>
 #include <vector>
+
+#include "model/convert.h"
 
 namespace model {
 
@@ -45,5 +47,36 @@ inline std::vector<float> dctLifter(const std::vector<float>& x, const std::vect
     if (withC0) dst.push_back(weight[0] * laneSum(x, rows[0], 2));
     return dst;
 }
+
+// The lenCep + 1 weights of a lifter that the caller has: none of coefficient zero, or that of the last coefficient.
+template <class Weight>
+std::vector<float> callersWeights(const std::vector<Weight>& given, bool withC0) {
+    std::vector<float> weight;
+    weight.push_back(withC0 ? (float)given.back() : 0.0f);
+    for (Weight w : given) weight.push_back((float)w);
+    return weight;
+}
+
+// The coefficients as integers: each rounded to nearest and saturated by itself.
+template <class Element>
+std::vector<Vorn16s> dctLifterFixed(const std::vector<Element>& x, const std::vector<std::vector<float>>& rows,
+                                    const std::vector<float>& weight, bool withC0, int scale) {
+    std::vector<float> singles;
+    for (Element e : x) singles.push_back((float)e);
+    std::vector<Vorn16s> dst;
+    for (float c : dctLifter(singles, rows, weight, withC0)) dst.push_back(to16s(c, vornRndNear, singleOfScale(scale)));
+    return dst;
+}
+
+// Bytes, by the formulas: D inputs, M coefficients.
+inline long long lifterBytes32f(long long D, long long M) {
+    const long long E = (D + 7) / 8 * 8;
+    return 4 * ((M + 1) * E + 7) + 12 * M + 108;
+}
+inline long long lifterBytes16s(long long D, long long M) {
+    const long long E = (D + 7) / 8 * 8;
+    return 4 * ((M + 1) * E + 7) + 16 * M + 152;
+}
+inline long long lifterBytesMulC0_16s(long long D, long long M) { return 8 * M + 144 + (M + 1) * (4 * D + 40); }
 
 }  // namespace model

@@ -3,12 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cmath>
 #include <limits>
+#include <type_traits>
 #include <vector>
 
-#include "features/cepstrum/kernels.h"
-#include "support/allocation.h"
+#include "lifters.h"
 #include "support/expect.h"
 #include "support/guarded.h"
 #include "support/rounding_mode.h"
@@ -184,70 +186,6 @@ TEST(DCTLifter, OnesGiveTheirNumberInCoefficientZero) {
     for (int i = 0; i < 12; ++i) EXPECT_NEAR(dst[i], 0.0f, 1e-4);
 }
 
-TEST(DCTLifter, AllocationFailureLeavesNothingBehind) {
-    if (!test::FailAllocation::available()) GTEST_SKIP() << "the sanitizer's allocator stands in the place of ours";
-    int calls;
-    {
-        test::FailAllocation count(0);
-        VornDCTLifterState_32f* state;
-        ASSERT_EQ(vornsDCTLifterInitAlloc_32f(&state, 23, 12, 22, 1.0f), vornStsNoErr);
-        calls = count.calls();
-        EXPECT_EQ(count.outstanding(), calls);
-        ASSERT_EQ(vornsDCTLifterFree_32f(state), vornStsNoErr);
-        EXPECT_EQ(count.outstanding(), 0);
-    }
-    for (int n = 1; n <= calls; ++n) {
-        for (bool withC0 : {false, true}) {
-            test::FailAllocation fail(n);
-            auto* state = reinterpret_cast<VornDCTLifterState_32f*>(&fail);
-            EXPECT_EQ(withC0 ? vornsDCTLifterInitAlloc_C0_32f(&state, 23, 12, 22, 1.0f, 1.0f)
-                             : vornsDCTLifterInitAlloc_32f(&state, 23, 12, 22, 1.0f),
-                      vornStsMemAllocErr);
-            EXPECT_EQ(state, nullptr);
-            EXPECT_EQ(fail.outstanding(), 0) << "allocation " << n;
-        }
-    }
-}
-
-TEST(DCTLifter, TablesBeyondAnIntAreExhaustedMemory) {
-    auto* state = reinterpret_cast<VornDCTLifterState_32f*>(1);
-    EXPECT_EQ(
-        vornsDCTLifterInitAlloc_32f(&state, std::numeric_limits<int>::max(), std::numeric_limits<int>::max(), 22, 1.0f),
-        vornStsMemAllocErr);
-    EXPECT_EQ(state, nullptr);
-}
-
-struct InitArguments {
-    VornDCTLifterState_32f* const marker = reinterpret_cast<VornDCTLifterState_32f*>(8);
-    VornDCTLifterState_32f* made = marker;
-    bool outIsNull = false;
-    int lenDCT = 8, lenCep = 4, nLifter = 22;
-    VornDCTLifterState_32f** out() { return outIsNull ? nullptr : &made; }
-};
-
-void expectInitOrder(VornStatus (*init)(InitArguments&)) {
-    using A = InitArguments;
-    test::expectCheckOrder<A>([] { return A(); },
-                              [=](A& a) {
-                                  const VornStatus status = init(a);
-                                  if (status == vornStsNoErr) vornsDCTLifterFree_32f(a.made);
-                                  return status;
-                              },
-                              [](A& a) { return a.made == a.marker; },
-                              {{"ppState", vornStsNullPtrErr, [](A& a) { a.outIsNull = true; }},
-                               {"lenDCT 0", vornStsSizeErr, [](A& a) { a.lenDCT = 0; }},
-                               {"lenCep 0", vornStsSizeErr, [](A& a) { a.lenCep = 0; }},
-                               {"nLifter 0", vornStsSizeErr, [](A& a) { a.nLifter = 0; }},
-                               {"lenCep above lenDCT", vornStsSizeErr, [](A& a) { a.lenCep = a.lenDCT + 1; }}});
-}
-
-TEST(DCTLifter, InitChecksInOrder) {
-    using A = InitArguments;
-    expectInitOrder([](A& a) { return vornsDCTLifterInitAlloc_32f(a.out(), a.lenDCT, a.lenCep, a.nLifter, 1.0f); });
-    expectInitOrder(
-        [](A& a) { return vornsDCTLifterInitAlloc_C0_32f(a.out(), a.lenDCT, a.lenCep, a.nLifter, 1.0f, 1.0f); });
-}
-
 TEST(DCTLifter, ChecksInOrder) {
     const Lifter lifter(8, 4, 22, 1.0f);
     struct Arguments {
@@ -265,6 +203,188 @@ TEST(DCTLifter, ChecksInOrder) {
                                {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }}});
 }
 
-TEST(DCTLifter, FreeOfNull) { EXPECT_EQ(vornsDCTLifterFree_32f(nullptr), vornStsNullPtrErr); }
+// The integer forms: the same sums of the elements as singles, then one conversion.
+
+template <class Element>
+std::vector<Vorn16s> lifted(const std::vector<Element>& x, const VornDCTLifterState_16s* state, int scale) {
+    const auto record = test::recordOf(state);
+    Guarded<Element> src(x);
+    Guarded<Vorn16s> dst(static_cast<std::size_t>(record.lenCep + record.withC0));
+    VornStatus status;
+    if constexpr (std::is_same_v<Element, Vorn16s>) {
+        status = vornsDCTLifter_16s_Sfs(src, dst, state, scale);
+    } else {
+        status = vornsDCTLifter_32s16s_Sfs(src, dst, state, scale);
+    }
+    EXPECT_EQ(status, vornStsNoErr);
+    EXPECT_TRUE(dst.surroundingsUntouched());
+    return dst.values();
+}
+template <class Element>
+void expectLifted(const std::vector<Element>& x, const VornDCTLifterState_16s* state, int scale) {
+    const auto got = lifted(x, state, scale);
+    const auto expected =
+        model::dctLifterFixed(x, test::rowsOf(state), test::weightsOf(state), test::recordOf(state).withC0, scale);
+    EXPECT_TRUE(sameBits(got, expected)) << x.size() << " to " << got.size() << ", scale " << scale;
+}
+using Context16s = test::Allocated<VornDCTLifterState_16s>;
+
+TEST(DCTLifterIntegers, EqualTheModelBitForBit) {
+    Random random(4);
+    const auto hard = test::hardIntegers<Vorn16s>();
+    const auto hardLong = test::hardIntegers<Vorn32s>();
+    for (int lenDCT = 1; lenDCT <= 70; ++lenDCT) {
+        for (int lenCep : {1, 3, 4, 5, 8, 13, 20, lenDCT}) {
+            if (lenCep > lenDCT) continue;
+            const auto& form = test::shortLifters[static_cast<std::size_t>(lenDCT + lenCep) % 4];
+            const Context16s state(form, {lenDCT, lenCep});
+            const auto n = static_cast<std::size_t>(lenDCT);
+            expectLifted(random.integers<Vorn16s>(n), state.get(), 5);
+            expectLifted(random.integers<Vorn16s>(n, -40, 40), state.get(), -3);
+            expectLifted(random.pick(hard, n), state.get(), 8);
+            expectLifted(random.integers<Vorn32s>(n), state.get(), 21);
+            expectLifted(random.pick(hardLong, n), state.get(), 12);
+        }
+    }
+}
+
+TEST(DCTLifterIntegers, EveryScale) {
+    Random random(5);
+    const Context16s state(test::shortLifters[1], {23, 12});
+    std::vector<int> scales = {INT_MIN, INT_MIN + 1, -1000, INT_MAX - 1, INT_MAX, 1000};
+    for (int scale = -152; scale <= 152; ++scale) scales.push_back(scale);
+    for (int scale : scales) {
+        expectLifted(random.integers<Vorn16s>(23), state.get(), scale);
+        expectLifted(random.integers<Vorn32s>(23), state.get(), scale);
+        expectLifted(std::vector<Vorn16s>(23, 0), state.get(), scale);
+    }
+}
+
+TEST(DCTLifterIntegers, ContextsInACallersBlockAtAnyAddress) {
+    Random random(6);
+    for (const auto& form : test::shortLifters) {
+        for (const test::LifterSetting& s : {test::LifterSetting(9, 2), test::LifterSetting(26, 13)}) {
+            int size = 0;
+            ASSERT_EQ(form.getSize(s.lenDCT, s.lenCep, &size), vornStsNoErr);
+            for (std::size_t shift = 0; shift < 32; ++shift) {
+                Offset<Vorn8u> block(static_cast<std::size_t>(size), shift);
+                auto* state = reinterpret_cast<VornDCTLifterState_16s*>(block.data());
+                ASSERT_EQ(form.init(state, s), vornStsNoErr);
+                expectLifted(random.integers<Vorn16s>(static_cast<std::size_t>(s.lenDCT)), state, 4);
+                expectLifted(random.integers<Vorn32s>(static_cast<std::size_t>(s.lenDCT)), state, 24);
+                EXPECT_TRUE(block.surroundingsUntouched());
+            }
+            // The smallest block there can be, against pages that cannot be touched.
+            Guarded<Vorn8u> block(static_cast<std::size_t>(size));
+            auto* state = reinterpret_cast<VornDCTLifterState_16s*>(block.data());
+            ASSERT_EQ(form.init(state, s), vornStsNoErr);
+            expectLifted(random.integers<Vorn16s>(static_cast<std::size_t>(s.lenDCT)), state, 4);
+            EXPECT_TRUE(block.surroundingsUntouched());
+        }
+    }
+}
+
+TEST(DCTLifter, ContextsInACallersBlockAtAnyAddress) {
+    Random random(7);
+    for (const auto& form : test::singleLifters) {
+        const test::LifterSetting s(26, 13);
+        int size = 0;
+        ASSERT_EQ(form.getSize(s.lenDCT, s.lenCep, &size), vornStsNoErr);
+        const auto x = random.floats(26, -20.0, 20.0);
+        for (std::size_t shift = 0; shift < 32; ++shift) {
+            Offset<Vorn8u> block(static_cast<std::size_t>(size), shift);
+            auto* state = reinterpret_cast<VornDCTLifterState_32f*>(block.data());
+            ASSERT_EQ(form.init(state, s), vornStsNoErr);
+            const auto expected =
+                model::dctLifter(x, test::rowsOf(state), test::weightsOf(state), test::recordOf(state).withC0);
+            Guarded<float> src(x), dst(expected.size());
+            EXPECT_EQ(vornsDCTLifter_32f(src, dst, state), vornStsNoErr);
+            EXPECT_TRUE(sameBits(dst.values(), expected)) << form.name << " " << shift;
+            EXPECT_TRUE(block.surroundingsUntouched());
+        }
+    }
+}
+
+TEST(DCTLifterIntegers, LiteralRounding) {
+    // One input and row 1 times cos(pi/2), nearly nothing: coefficient zero alone matters, weighted by val0.
+    const auto zeroth = [](float val0, Vorn32s x, int scale) {
+        VornDCTLifterState_16s* state = nullptr;
+        EXPECT_EQ(vornsDCTLifterInitAlloc_C0_16s(&state, 1, 1, 22, 1.0f, val0), vornStsNoErr);
+        const auto dst = lifted(std::vector<Vorn32s>{x}, state, scale);
+        vornsDCTLifterFree_16s(state);
+        return dst[1];
+    };
+    EXPECT_EQ(zeroth(1.0f, 40000, 0), 32767);
+    EXPECT_EQ(zeroth(1.0f, -40000, 0), -32768);
+    EXPECT_EQ(zeroth(0.5f, 1, 0), 0) << "ties to even";
+    EXPECT_EQ(zeroth(0.5f, 3, 0), 2);
+    EXPECT_EQ(zeroth(1.0f, 40000, 1), 20000);
+    EXPECT_EQ(zeroth(1.0f, 20000, -1), 32767);
+    EXPECT_EQ(zeroth(0x1p-12f, 16777217, 0), 4096) << "2^24 + 1 as a single is 2^24";
+}
+
+// The sums run in the caller's mode, and with them the conversion of 32-bit integers; the results are rounded to
+// nearest.
+TEST(DCTLifterIntegers, CallersRoundingModes) {
+    Random random(8);
+    const Context16s state(test::shortLifters[1], {26, 13});
+    const auto x = random.integers<Vorn16s>(26);
+    const auto y = random.integers<Vorn32s>(26);
+    for (unsigned mode : {test::RoundingMode::down, test::RoundingMode::up, test::RoundingMode::towardZero}) {
+        const test::RoundingMode directed(mode);
+        expectLifted(x, state.get(), 3);
+        expectLifted(y, state.get(), 19);
+        EXPECT_EQ(test::RoundingMode::current(), mode);
+    }
+}
+
+// A cosine of the basis gives one coefficient, lenDCT/2 times its weight, and the others next to nothing: each product
+// is off by a rounding of table and input and the sum by lenDCT more, of lenDCT products that are at most 1.
+TEST(DCTLifter, CosinesOfTheBasisAreTakenApart) {
+    for (int lenDCT : {4, 7, 23, 26, 40, 128}) {
+        const int lenCep = std::min(lenDCT - 1, 30);
+        const std::vector<float> ones(static_cast<std::size_t>(lenCep), 1.0f);
+        VornDCTLifterState_32f* state = nullptr;
+        ASSERT_EQ(vornsDCTLifterInitAlloc_MulC0_32f(&state, lenDCT, ones.data(), lenCep), vornStsNoErr);
+        const double bound = lenDCT * (2 + lenDCT / 4.0 + 3) * 0x1p-24;
+        for (int basis = 0; basis <= lenCep; ++basis) {
+            std::vector<float> x;
+            for (int j = 0; j < lenDCT; ++j) {
+                const long double angle = (j + 0.5L) * basis * 3.14159265358979323846264338328L / lenDCT;
+                x.push_back(static_cast<float>(std::cos(angle)));
+            }
+            std::vector<float> dst(static_cast<std::size_t>(lenCep) + 1);
+            ASSERT_EQ(vornsDCTLifter_32f(x.data(), dst.data(), state), vornStsNoErr);
+            for (int i = 0; i <= lenCep; ++i) {
+                const double expected = i != basis ? 0 : i == 0 ? lenDCT : lenDCT / 2.0;
+                EXPECT_NEAR(dst[static_cast<std::size_t>(i == 0 ? lenCep : i - 1)], expected, bound)
+                    << lenDCT << ", coefficient " << i << " of cosine " << basis;
+            }
+        }
+        vornsDCTLifterFree_32f(state);
+    }
+}
+
+TEST(DCTLifterIntegers, ChecksInOrder) {
+    const Context16s state(test::shortLifters[0], {8, 4});
+    struct Arguments {
+        const VornDCTLifterState_16s* state;
+        std::vector<Vorn32s> data = std::vector<Vorn32s>(8, 1);
+        Guarded<Vorn16s> out = Guarded<Vorn16s>(4);
+        const Vorn32s* src = data.data();
+        Vorn16s* dst = out.data();
+    };
+    using A = Arguments;
+    const std::vector<test::Rule<A>> rules = {{"pState", vornStsNullPtrErr, [](A& a) { a.state = nullptr; }},
+                                              {"src", vornStsNullPtrErr, [](A& a) { a.src = nullptr; }},
+                                              {"dst", vornStsNullPtrErr, [](A& a) { a.dst = nullptr; }}};
+    const auto good = [&] { return A{state.get()}; };
+    const auto untouched = [](A& a) { return a.out.untouched(); };
+    test::expectCheckOrder<A>(
+        good, [](A& a) { return vornsDCTLifter_32s16s_Sfs(a.src, a.dst, a.state, 0); }, untouched, rules);
+    test::expectCheckOrder<A>(
+        good, [](A& a) { return vornsDCTLifter_16s_Sfs(reinterpret_cast<const Vorn16s*>(a.src), a.dst, a.state, 0); },
+        untouched, rules);
+}
 
 }  // namespace
