@@ -51,6 +51,10 @@ void storeBytes(void* to, i8xN x, std::int64_t count) {
     alignas(sizeof x) Vorn8u room[sizeof x];
     putWord(room, x);
     if (count > 0) moveFew(room, static_cast<Vorn8u*>(to), count);
+#if defined(VORN_SIMD_AVX2)
+    // GCC does not where a whole register came in, and callers may end with this call.
+    _mm256_zeroupper();
+#endif
 }
 
 }  // namespace vorn

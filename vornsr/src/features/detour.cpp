@@ -10,44 +10,44 @@
 namespace vorn {
 namespace {
 
-// Calls each(i, n) for the n elements from i on of every register, n being all lanes but in the last one.
-template <class Each>
-VORN_INLINE void overRegisters(std::ptrdiff_t len, Each each) {
-    for (std::ptrdiff_t i = 0; i < len; i += f32xN::lanes) each(i, std::min<std::ptrdiff_t>(len - i, f32xN::lanes));
-}
+constexpr std::ptrdiff_t lanes = f32xN::lanes, shorts = i16xN::lanes;
 
-template <class V>
-VORN_INLINE V loadSome(const typename V::Element* p, std::ptrdiff_t n) {
-    return n == V::lanes ? load<V>(p) : loadPart<V>(p, n);
+// dst = toIntegers(y), saturated to 16 bits.
+template <class ToIntegers>
+VORN_INLINE void storeIntegers(const Vorn32f* y, Vorn16s* dst, std::ptrdiff_t len, const ToIntegers& toIntegers) {
+    std::ptrdiff_t i = 0;
+    for (; i + shorts <= len; i += shorts) {
+        store(dst + i, narrowSat(toIntegers(load<f32xN>(y + i)), toIntegers(load<f32xN>(y + i + lanes))));
+    }
+    const std::ptrdiff_t rest = len - i;
+    if (rest == 0) return;
+    const f32xN low = loadPart<f32xN>(y + i, std::min(rest, lanes));
+    const f32xN high = loadPart<f32xN>(y + i + std::min(rest, lanes), std::max<std::ptrdiff_t>(rest - lanes, 0));
+    storePart(dst + i, narrowSat(toIntegers(low), toIntegers(high)), rest);
 }
-
-// Integers of 32 bits saturated to 16; there are enough lanes for two registers of them.
-VORN_INLINE void storeShorts(Vorn16s* dst, i32xN x, std::ptrdiff_t n) { storePart(dst, narrowSat(x, x), n); }
 
 VORN_NOINLINE void storePacked(const Vorn32f* y, Vorn16s* dst, std::ptrdiff_t len, Vorn32f factor) {
-    overRegisters(
-        len, [=](std::ptrdiff_t i, std::ptrdiff_t n) __attribute__((always_inline)) {
-            storeShorts(dst + i, roundToInt(loadSome<f32xN>(y + i, n) * splat<f32xN>(factor)), n);
-        });
+    storeIntegers(
+        y, dst, len, [=](f32xN x) __attribute__((always_inline)) { return roundToInt(x * splat<f32xN>(factor)); });
 }
 
 }  // namespace
 
 void toSingles(const Vorn16s* src, Vorn32f* dst, std::ptrdiff_t len, Vorn32f factor) {
-    overRegisters(
-        len, [=](std::ptrdiff_t i, std::ptrdiff_t n) __attribute__((always_inline)) {
-            const f32xN x = toFloat(widenLow(loadPart<i16xN>(src + i, n))) * splat<f32xN>(factor);
-            storePart(dst + i, x, n);
-        });
+    std::ptrdiff_t i = 0;
+    for (; i + lanes <= len; i += lanes) {
+        store(dst + i, toFloat(loadWidened<i32xN>(src + i)) * splat<f32xN>(factor));
+    }
+    for (; i < len; ++i) dst[i] = static_cast<Vorn32f>(src[i]) * factor;
 }
 
 void WrappedStore::operator()(const Vorn32f* y, Vorn16s* dst, std::ptrdiff_t len) const {
     const f32xN factor = splat<f32xN>(GetScale_32s32f(scale)), zero = splat<f32xN>(0);
-    overRegisters(
-        len, [=](std::ptrdiff_t i, std::ptrdiff_t n) __attribute__((always_inline)) {
-            const f32xN scaled = loadSome<f32xN>(y + i, n) * factor;
+    storeIntegers(
+        y, dst, len, [=](f32xN x) __attribute__((always_inline)) {
+            const f32xN scaled = x * factor;
             const f32xN half = select(scaled >= zero, splat<f32xN>(0.5f), splat<f32xN>(-0.5f));
-            storeShorts(dst + i, shiftRight<16>(shiftLeft<16>(truncToInt(scaled + half))), n);
+            return shiftRight<16>(shiftLeft<16>(truncToInt(scaled + half)));
         });
 }
 
