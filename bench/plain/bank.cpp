@@ -88,11 +88,60 @@ void mixedWeights(int* center, int* rises, int* falls, int stride, int fftLen, i
     mixedBankOf<int>(center, {rises, falls, stride}, fftLen, nFilter, highLinFreq, nLinear, scale, one);
 }
 
+namespace {
+
+constexpr std::int64_t ln2 = 1488522236;
+
+std::int64_t integerLn(std::int64_t x) {
+    int e = 0;
+    while (x >> e > 1) ++e;
+    std::int64_t y = e > 29 ? x >> (e - 29) : x << (29 - e), f = 0;
+    for (int i = 0; i < 31; ++i) {
+        const std::int64_t t = y * y;
+        f *= 2;
+        y = t >> 29;
+        if (y >= 1 << 30) {
+            f += 1;
+            y = t >> 30;
+        }
+    }
+    return (e * ln2 + ((f * ln2) >> 31) - 22 * ln2) >> 9;
+}
+std::int64_t integerExp(std::int64_t q, const int* up, const int* down) {
+    const std::int64_t p = q * 3098164009, n = p >> 53;
+    auto t = static_cast<int>((((p >> 22) - (n << 31)) * ln2) >> 31);
+    std::uint64_t v = std::uint64_t{1} << 31, s = v >> 1;
+    for (int i = 0; i < 32; ++i, s /= 2) {
+        if (t > up[i]) {
+            v = ((v << 31) + v * s) >> 31;
+            t -= up[i];
+        } else if (t < down[i]) {
+            v = ((v << 31) - v * s) >> 31;
+            t -= down[i];
+        }
+    }
+    return n > 9 ? INT_MAX : std::min<std::int64_t>(static_cast<std::int64_t>(v >> (9 - n)), INT_MAX);
+}
+
+}  // namespace
+
 void integerWeights(int* center, int* rises, int* falls, int stride, int fftLen, int nFilter, const MelScale& s) {
-    const double low = melOf(s.lowFreq, s), step = (melOf(s.highFreq, s) - low) / (nFilter + 1);
-    const double binHz = s.sampleFreq / fftLen;
+    static int up[32], down[32];
+    for (int i = 0; i < 32 && down[31] == 0; ++i) {
+        up[i] = static_cast<int>(std::llround(std::log1p(std::ldexp(1.0, -i - 1)) * 2147483648.0));
+        down[i] = static_cast<int>(std::llround(std::log1p(-std::ldexp(1.0, -i - 1)) * 2147483648.0));
+    }
+    const auto div = static_cast<std::int64_t>(s.melDiv * 4194304), mul = static_cast<std::int64_t>(s.melMul * 32768);
+    const auto mel = [&](float f) {
+        return ((integerLn((static_cast<std::int64_t>(f) << 22) + div) - integerLn(div)) * mul) >> 15;
+    };
+    const std::int64_t low = mel(s.lowFreq), range = mel(s.highFreq) - low, steps = nFilter + 1;
+    const std::int64_t scale = (((std::int64_t{fftLen} << 22) / static_cast<int>(s.sampleFreq)) * div) >> 22;
     for (int i = 0; i <= nFilter + 1; ++i) {
-        center[i] = static_cast<int>(std::lround(hertzOf(low + i * step, s) / binHz));
+        const std::int64_t m = (low * steps + i * range) / steps;
+        const std::int64_t x = integerExp((m << 22) / (mul << 7), up, down) - (1 << 22);
+        const std::int64_t w = (((scale >> 32) * x) << 10) + ((x * (scale & 0xFFFFFFFF)) >> 22);
+        center[i] = static_cast<int>((w >> 22) + ((w >> 21) & 1));
     }
     for (int k = 0; k < nFilter; ++k) {
         straightFilter(center, k, Rows<int>{rises, falls, stride}, std::int64_t{1} << 30);

@@ -21,7 +21,7 @@ void mixedWeights(int* center, float* rises, float* falls, int stride, int fftLe
                   int nLinear, const MelScale& scale, float one);
 void mixedWeights(int* center, int* rises, int* falls, int stride, int fftLen, int nFilter, float highLinFreq,
                   int nLinear, const MelScale& scale, float one);
-// Straight weights in Q30, and their evaluation.
+// Centres by the same integer steps, straight weights in Q30, and their evaluation.
 void integerWeights(int* center, int* rises, int* falls, int stride, int fftLen, int nFilter, const MelScale& scale);
 void integerBank(const std::int32_t* spectrum, std::int32_t* dst, const int* center, const int* rises, const int* falls,
                  int stride, int nFilter, int scale);

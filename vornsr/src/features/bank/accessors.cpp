@@ -1,24 +1,51 @@
 // Centres and weights of filter banks, read and set by the caller.
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <type_traits>
 
 #include "features/bank/filter_bank.h"
 #include "frame/checks.h"
-#include "simd/simd.h"
+#include "simd/short_block.h"
 
 using namespace vorn;
 
 namespace vorn::bank {
 namespace {
 
-// Centres rise; the last edge, which nothing else is asked of, stands in the spectrum.
-VornStatus allowedCenters(const Vorn32s* center, const BankShape& shape) {
-    bool allowed = center[0] >= 0 && center[shape.nFilter + 1] <= shape.lastBin();
-    for (int i = 1; i < shape.nFilter; ++i) {
-        allowed = allowed && center[i] >= center[i - 1] && center[i] <= center[i + 1];
+// A record where it stands or, in a block that does not begin where records do, a copy.
+template <class State>
+class Record {
+public:
+    explicit Record(const State* bank) : bank_(bank) {
+        if (!isAligned(bank, alignof(State))) {
+            copy_ = recordAt<State>(bank);
+            bank_ = &copy_;
+        }
     }
-    return require(allowed, vornStsNotInitErr);
+    const State& operator*() const { return *bank_; }
+
+private:
+    const State* bank_;
+    State copy_;
+};
+
+// Centres rise, if there are several; the last edge, of which nothing else is asked, stands in the spectrum.
+VornStatus allowedCenters(const Vorn32s* center, const BankShape& shape) {
+    bool wrong = center[0] < 0 || center[shape.nFilter + 1] > shape.lastBin();
+    for (int i = 1; shape.nFilter > 1 && i <= shape.nFilter; ++i) wrong |= center[i - 1] > center[i];
+    return require(!wrong, vornStsNotInitErr);
+}
+
+// The same elements elsewhere; there are few.
+template <class T>
+void copyElements(const T* src, T* dst, std::int64_t len) {
+    const std::int64_t bytes = len * static_cast<std::int64_t>(sizeof(T));
+    if (bytes > shortBytes) {
+        std::memmove(dst, src, static_cast<std::size_t>(bytes));
+    } else if (bytes > 0) {
+        moveShort(reinterpret_cast<const Vorn8u*>(src), reinterpret_cast<Vorn8u*>(dst), bytes);
+    }
 }
 
 template <class State>
@@ -29,23 +56,25 @@ BankShape shapeOf(const State& bank) {
 template <class State>
 VornStatus getCenters(const State* pFBank, Vorn32s* pCenters) {
     VORN_CHECK(notNull(pCenters, pFBank));
-    const auto bank = recordAt<State>(pFBank);
+    const Record<State> record(pFBank);
+    const State& bank = *record;
     VORN_CHECK(notNull(bank.pCenters));
     VORN_CHECK(require(bank.ready != 0, vornStsNotInitErr));
     const BankShape shape = shapeOf(bank);
     VORN_CHECK(allowedCenters(bank.pCenters, shape));
-    std::copy_n(bank.pCenters, shape.rows(), pCenters);
+    copyElements(bank.pCenters, pCenters, shape.rows());
     return vornStsNoErr;
 }
 
 template <class State>
 VornStatus setCenters(State* pFBank, const Vorn32s* pCenters) {
     VORN_CHECK(notNull(pCenters, pFBank));
-    const auto bank = recordAt<State>(pFBank);
+    const Record<State> record(pFBank);
+    const State& bank = *record;
     VORN_CHECK(notNull(bank.pCenters));
     const BankShape shape = shapeOf(bank);
     VORN_CHECK(allowedCenters(pCenters, shape));
-    std::copy_n(pCenters, shape.rows(), bank.pCenters);
+    copyElements(pCenters, bank.pCenters, shape.rows());
     reinterpret_cast<Vorn8u*>(pFBank)[offsetof(State, ready)] = 1;
     return vornStsNoErr;
 }
@@ -67,29 +96,34 @@ struct FilterSides {
     }
 };
 
-// Between weights and the singles of the caller.
-void toCaller(const Vorn32f* weight, Vorn32f* coeff, std::int64_t len) { std::copy_n(weight, len, coeff); }
+// Between weights and the singles of the caller. A power of two rounds nothing: one rounding, that to single.
+void toCaller(const Vorn32f* weight, Vorn32f* coeff, std::int64_t len) { copyElements(weight, coeff, len); }
 void toCaller(const Vorn32s* weight, Vorn32f* coeff, std::int64_t len) {
-    for (std::int64_t i = 0; i < len; ++i) coeff[i] = static_cast<Vorn32f>(weight[i] * 0x1p-14);
+    std::int64_t i = 0;
+    for (; i + 4 <= len; i += 4) store(coeff + i, toFloat(load<i32x4>(weight + i)) * splat<f32x4>(0x1p-14f));
+    for (; i < len; ++i) coeff[i] = static_cast<Vorn32f>(weight[i]) * 0x1p-14f;
 }
-void fromCaller(const Vorn32f* coeff, Vorn32f* weight, std::int64_t len) { std::copy_n(coeff, len, weight); }
+void fromCaller(const Vorn32f* coeff, Vorn32f* weight, std::int64_t len) { copyElements(coeff, weight, len); }
 // Truncated. What is too large for an integer, on either side, and not-a-numbers become the smallest one.
 void fromCaller(const Vorn32f* coeff, Vorn32s* weight, std::int64_t len) {
-    for (std::int64_t i = 0; i < len; ++i) weight[i] = firstLane(truncToInt(splat<f32x4>(coeff[i] * 16384.0f)));
+    std::int64_t i = 0;
+    for (; i + 4 <= len; i += 4) store(weight + i, truncToInt(load<f32x4>(coeff + i) * splat<f32x4>(16384.0f)));
+    for (; i < len; ++i) weight[i] = firstLane(truncToInt(splat<f32x4>(coeff[i] * 16384.0f)));
 }
 
 template <class State>
-VornStatus checkCoeffs(const State* pFBank, const Vorn32f* pCoeffs, int filterIdx, int beyondLast) {
-    VORN_CHECK(notNull(pCoeffs, pFBank));
-    const auto bank = recordAt<State>(pFBank);
+VornStatus checkCoeffs(const State& bank, int filterIdx, int beyondLast) {
     VORN_CHECK(require(bank.ready != 0, vornStsNotInitErr));
     return require(filterIdx >= 1 && filterIdx <= std::int64_t{bank.nFilter} + beyondLast, vornStsSizeErr);
 }
 
 template <class State>
 VornStatus getCoeffs(const State* pFBank, int filterIdx, Vorn32f* pCoeffs) {
-    VORN_CHECK(checkCoeffs(pFBank, pCoeffs, filterIdx, 1));
-    const FilterSides sides(recordAt<State>(pFBank), filterIdx);
+    VORN_CHECK(notNull(pCoeffs, pFBank));
+    const Record<State> record(pFBank);
+    const State& bank = *record;
+    VORN_CHECK(checkCoeffs(bank, filterIdx, 1));
+    const FilterSides sides(bank, filterIdx);
     toCaller(sides.rise, pCoeffs, sides.riseLen);
     toCaller(sides.fall, pCoeffs + sides.riseLen, sides.fallLen);
     return vornStsNoErr;
@@ -97,8 +131,11 @@ VornStatus getCoeffs(const State* pFBank, int filterIdx, Vorn32f* pCoeffs) {
 
 template <class State>
 VornStatus setCoeffs(const State* pFBank, int filterIdx, const Vorn32f* pCoeffs) {
-    VORN_CHECK(checkCoeffs(pFBank, pCoeffs, filterIdx, 0));
-    const FilterSides sides(recordAt<State>(pFBank), filterIdx);
+    VORN_CHECK(notNull(pCoeffs, pFBank));
+    const Record<State> record(pFBank);
+    const State& bank = *record;
+    VORN_CHECK(checkCoeffs(bank, filterIdx, 0));
+    const FilterSides sides(bank, filterIdx);
     fromCaller(pCoeffs, sides.rise, sides.riseLen);
     fromCaller(pCoeffs + sides.riseLen, sides.fall, sides.fallLen);
     return vornStsNoErr;

@@ -51,7 +51,13 @@ void melEdges(int count, Vorn32f low, Vorn32f high, Vorn32f binScale, const MelS
     const Vorn32f range = melOf(scale, high / scale.melDiv + 1.0f) - melLow;
     for (int i = 0; i < count; ++i) {
         mel[i] = static_cast<Vorn32f>(i) * range / static_cast<Vorn32f>(count - 1) + melLow;
-        bins[i] = static_cast<Vorn32f>(exp64(mel[i] / scale.melMul) - 1.0) * binScale;
+    }
+    for (int first = 0; first < count; first += weightRun) {
+        const int n = std::min(count - first, weightRun);
+        alignas(64) double run[weightRun] = {};
+        for (int i = 0; i < n; ++i) run[i] = mel[first + i] / scale.melMul;
+        bank::exponentials(run, n);
+        for (int i = 0; i < n; ++i) bins[first + i] = static_cast<Vorn32f>(run[i] - 1.0) * binScale;
     }
     toBins(bins, centers, count, flags);
 }
@@ -63,10 +69,10 @@ void fillBank(typename Form::State& bank, const BankShape& shape, const MelBank&
     melEdges(static_cast<int>(shape.rows()), mel.lowFreq, mel.highFreq, binScale, mel.scale, mel.flags, first, second,
              bank.pCenters);
     if (mel.flags & vornFBankWeightFreq) {
-        fillWeights(bank, shape, StraightSides<Form>{bank.pCenters});
+        fillWeights<Form>(bank, shape, StraightSides<Form>{bank.pCenters, {}});
     } else {
         const Vorn32f binHz = mel.sampleFreq / static_cast<Vorn32f>(shape.fftLen);
-        fillWeights(bank, shape, MelSides<Form>{bank.pCenters, first, mel.scale, binHz});
+        fillWeights<Form>(bank, shape, MelSides<Form>{first, BinMels(mel.scale, binHz)});
     }
 }
 
@@ -88,15 +94,19 @@ void fillBank(typename Form::State& bank, const BankShape& shape, const MixedBan
         melEdges(shape.nFilter - nLinear + 2, highLinFreq, highFreq, binsPerHz * scale.melDiv, scale, flags, second,
                  second, bank.pCenters + nLinear);
     }
-    const StraightSides<Form> straight{bank.pCenters};
-    if (flags & vornFBankWeightFreq) return fillWeights(bank, shape, straight);
+    const StraightSides<Form> straight{bank.pCenters, {}};
+    if (flags & vornFBankWeightFreq) return fillWeights<Form>(bank, shape, straight);
 
     Vorn32f* mel = first;
-    for (int i = 0; i <= lastEdge; ++i) {
-        mel[i] = static_cast<Vorn32f>(log64(static_cast<double>(hertz[i] / scale.melDiv) + 1.0)) * scale.melMul;
+    for (int edge = 0; edge <= lastEdge; edge += weightRun) {
+        const int n = std::min(lastEdge + 1 - edge, weightRun);
+        alignas(64) double run[weightRun] = {};
+        for (int i = 0; i < n; ++i) run[i] = static_cast<double>(hertz[edge + i] / scale.melDiv) + 1.0;
+        bank::logarithms(run, n);
+        for (int i = 0; i < n; ++i) mel[edge + i] = static_cast<Vorn32f>(run[i]) * scale.melMul;
     }
     const Vorn32f binHz = sampleFreq / static_cast<Vorn32f>(shape.fftLen);
-    fillWeights(bank, shape, MixedSides<Form>{straight, mel, lastEdge, scale, binHz});
+    fillWeights<Form>(bank, shape, MixedSides<Form>{straight, mel, lastEdge, BinMels(scale, binHz)});
 }
 
 // The same, and what the record says of it.
@@ -126,12 +136,40 @@ void freePieces(typename Form::State& bank) {
 
 }  // namespace
 
-Vorn32s FBankForm_16s::quotient(Vorn32f part, Vorn32f whole) {
-    return firstLane(truncToInt(splat<f32x4>(part * 16384.0f / whole)));
+void FBankForm_32f::fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Vorn32f* weight) {
+    const auto divisor = static_cast<Vorn32f>(whole);
+    if (whole <= INT_MAX) {
+        const int first = static_cast<int>(part), step = static_cast<int>(slope);
+        for (int i = 0; i < count; ++i) weight[i] = static_cast<Vorn32f>(first + step * i) / divisor;
+    } else {
+        for (int i = 0; i < count; ++i) weight[i] = static_cast<Vorn32f>(part + slope * i) / divisor;
+    }
 }
-Vorn32s FBankForm_16s::quotient(double part, double whole) {
-    const f64x2 weight = splat<f64x2>(part * 16384.0 / whole);
-    return firstLane(truncToInt(weight, weight));
+void FBankForm_32f::weights(const double* quotient, int count, Vorn32f* weight) {
+    for (int i = 0; i < count; ++i) weight[i] = static_cast<Vorn32f>(quotient[i]);
+}
+
+// Up to a whole of 2^23 a quotient in double is truncated to the right integer: one that is not an integer itself stays
+// 2^-23 below the next one, which is not above 2^30, and is rounded by less.
+void fixedFractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, int bits, Vorn32s* weight) {
+    const std::int64_t one = std::int64_t{1} << bits;
+    if (whole < 1 << 23) {
+        const auto first = static_cast<double>(part * one), step = static_cast<double>(slope * one);
+        const auto divisor = static_cast<double>(whole);
+        for (int i = 0; i < count; ++i) weight[i] = static_cast<Vorn32s>((first + step * i) / divisor);
+    } else {
+        for (int i = 0; i < count; ++i) weight[i] = static_cast<Vorn32s>((part + slope * i) * one / whole);
+    }
+}
+void truncatedWeights(const double* quotient, int count, Vorn32s* weight) {
+    int i = 0;
+    for (; i + 4 <= count; i += 4) {
+        store(weight + i, truncToInt(load<f64x2>(quotient + i), load<f64x2>(quotient + i + 2)));
+    }
+    for (; i < count; ++i) {
+        const auto single = splat<f64x2>(quotient[i]);
+        weight[i] = firstLane(truncToInt(single, single));
+    }
 }
 
 int transformOrder(int len) {

@@ -97,10 +97,13 @@ struct IntegerBankShape {
 
 // The element forms.
 
-// part / whole with so many fraction bits, truncated.
-constexpr Vorn32s fixedFraction(std::int64_t part, std::int64_t whole, int bits) {
-    return static_cast<Vorn32s>(part * (std::int64_t{1} << bits) / whole);
-}
+// What a form says of weights: fractions() makes (part + slope i) / whole, which is 0 to 1; unit is the factor of other
+// quotients before their division, and weights() stores those.
+
+// Integer quotients with so many fraction bits, truncated.
+void fixedFractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, int bits, Vorn32s* weight);
+// Truncated; what no integer holds, and not-a-numbers, become the smallest one.
+void truncatedWeights(const double* quotient, int count, Vorn32s* weight);
 
 struct FBankForm_32f {
     using State = VornFBankState_32f;
@@ -118,11 +121,9 @@ struct FBankForm_32f {
     static void freeTransform(Spec* spec) { vornsFFTFree_R_32f(spec); }
 
     static void fixRecord(State&) {}
-    static Weight fraction(std::int64_t part, std::int64_t whole) {
-        return static_cast<Weight>(part) / static_cast<Weight>(whole);
-    }
-    static Weight quotient(Vorn32f part, Vorn32f whole) { return part / whole; }
-    static Weight quotient(double part, double whole) { return static_cast<Weight>(part / whole); }
+    static constexpr Vorn32f unit = 1.0f;
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight);
+    static void weights(const double* quotient, int count, Weight* weight);
 };
 
 struct FBankForm_16s {
@@ -144,10 +145,13 @@ struct FBankForm_16s {
     static void freeTransform(Spec* spec) { vornsFFTFree_R_16s32s(spec); }
 
     static void fixRecord(State& bank) { bank.weightShift = weightShift; }
-    static Weight fraction(std::int64_t part, std::int64_t whole) { return fixedFraction(part, whole, weightShift); }
-    // Truncated; the factor goes in before the division.
-    static Weight quotient(Vorn32f part, Vorn32f whole);
-    static Weight quotient(double part, double whole);
+    static constexpr Vorn32f unit = 1 << weightShift;
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight) {
+        fixedFractions(part, slope, whole, count, weightShift, weight);
+    }
+    static void weights(const double* quotient, int count, Weight* weight) {
+        truncatedWeights(quotient, count, weight);
+    }
 };
 
 // The integer bank knows straight sides alone.
@@ -156,7 +160,9 @@ struct FBankForm_32s {
     using Weight = Vorn32s;
     static constexpr int weightShift = 30;
 
-    static Weight fraction(std::int64_t part, std::int64_t whole) { return fixedFraction(part, whole, weightShift); }
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight) {
+        fixedFractions(part, slope, whole, count, weightShift, weight);
+    }
 };
 
 }  // namespace vorn

@@ -63,7 +63,7 @@ VornStatus initIntegerBank(void* block, const IntegerBankShape& shape, const Int
     BlockPieces pieces(static_cast<char*>(block) + sizeof bank);
     if (const VornStatus status = makeTables(bank, shape, pieces)) return status;
     integer_bank::placeCenters(description, bank.pCenters);
-    fillWeights(bank, shape, StraightSides<FBankForm_32s>{bank.pCenters});
+    fillWeights<FBankForm_32s>(bank, shape, StraightSides<FBankForm_32s>{bank.pCenters, {}});
     std::memcpy(block, &bank, sizeof bank);
     return vornStsNoErr;
 }

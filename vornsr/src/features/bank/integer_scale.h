@@ -19,12 +19,9 @@ constexpr std::int64_t lnQ22(std::int64_t x) {
     std::int64_t bits = 0;
     for (int i = 0; i < 31; ++i) {
         const std::int64_t square = y * y;
-        y = square >> 29;
-        bits *= 2;
-        if (y >= std::int64_t{1} << 30) {
-            bits += 1;
-            y = square >> 30;
-        }
+        const auto passed = static_cast<int>(square >> 59);
+        y = square >> (29 + passed);
+        bits = 2 * bits + passed;
     }
     return (exponent * ln2 + ((bits * ln2) >> 31) - 22 * ln2) >> 9;
 }
@@ -46,13 +43,10 @@ constexpr std::uint64_t expOfFraction(std::int32_t t) {
     constexpr std::uint64_t one = std::uint64_t{1} << 31;
     std::uint64_t value = one, power = one / 2;
     for (int i = 0; i < 32; ++i, power /= 2) {
-        if (t > lnOfOneAndPower[i]) {
-            value = (value * (one + power)) >> 31;
-            t -= lnOfOneAndPower[i];
-        } else if (t < lnOfOneLessPower[i]) {
-            value = (value * (one - power)) >> 31;
-            t -= lnOfOneLessPower[i];
-        }
+        // Written without branches, which nobody could foretell; a factor of one changes nothing.
+        const bool up = t > lnOfOneAndPower[i], down = t < lnOfOneLessPower[i];
+        value = (value * (one + (up ? power : down ? 0 - power : 0))) >> 31;
+        t -= up ? lnOfOneAndPower[i] : down ? lnOfOneLessPower[i] : 0;
     }
     return value;
 }
