@@ -119,7 +119,9 @@ public:
 
 private:
     static constexpr int shift = 8;
-#if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
+#if defined(VORN_SIMD_AVX512)
+    __m256i lanes_ = _mm256_setzero_si256();
+#elif defined(VORN_SIMD_AVX2)
     __m256i lanes_ = _mm256_setzero_si256();
     std::uint64_t bias_ = 0;
 #else
