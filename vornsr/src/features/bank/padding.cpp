@@ -1,7 +1,6 @@
 // A frame, copied into a longer one whose rest is zero.
 #include "frame/checks.h"
 #include "move/move_kernels.h"
-#include "simd/short_block.h"
 #include "vornsr/features.h"
 
 using namespace vorn;
