@@ -156,6 +156,19 @@ def made_constants():
     yield sine, "pi2", nearest(pi - truncated(pi, 33))
 
 
+INTEGER_SCALE = "vornsr/src/features/bank/integer_scale.h"
+
+
+def integer_tables():
+    """ln(1 + 2^-(i+1)) and ln(1 - 2^-(i+1)), and ln 2 and its inverse, in Q31."""
+    def q31(value):
+        return int(mp.nint(mp.ldexp(value, 31)))
+    yield "lnOfOneAndPower", [q31(mp.log(1 + mp.ldexp(1, -i - 1))) for i in range(32)]
+    yield "lnOfOneLessPower", [q31(mp.log(1 - mp.ldexp(1, -i - 1))) for i in range(32)]
+    yield "ln2", [q31(mp.log(2))]
+    yield "perLn2", [q31(1 / mp.log(2))]
+
+
 def taylor_coefficients():
     """1/n and 1/n!, of the Taylor series of the elementary functions in double."""
     return {nearest(1 / mp.mpf(n)) for n in range(1, 11)} | {nearest(1 / mp.factorial(n)) for n in range(1, 22)}
@@ -351,6 +364,14 @@ def check_tables():
         yield f"{TABLES}: twoOverPi holds other bits"
 
 
+def check_integer_tables():
+    for name, made in integer_tables():
+        found = re.search(rf"\b{name}(?:\[\w+\])? = \{{?([-\d,\s]+)\}}?;", source(INTEGER_SCALE))
+        held = [int(text) for text in re.findall(r"-?\d+", found.group(1))] if found else []
+        if held != made:
+            yield f"{INTEGER_SCALE}: {name} is {held}, not {made}"
+
+
 def check_constants():
     for path, name, value in made_constants():
         held = re.findall(rf"\b{name} = (-?{HEXADECIMAL})", source(path))
@@ -393,7 +414,7 @@ def check_origins():
 
 
 def differences():
-    for check in (check_tables, check_constants, check_fits, check_given, check_origins):
+    for check in (check_tables, check_integer_tables, check_constants, check_fits, check_given, check_origins):
         yield from check()
 
 
@@ -407,6 +428,8 @@ def print_all():
         print(f"    0x{word:016X},")
     for path, name, value in made_constants():
         print(f"{path}: {name} = {literal(value)}")
+    for name, values in integer_tables():
+        print(f"{INTEGER_SCALE}: {name} = {', '.join(map(str, values))}")
     print("series:", " ".join(map(literal, sorted(taylor_coefficients()))))
 
 

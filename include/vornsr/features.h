@@ -10,12 +10,13 @@ VORN_BEGIN_DECLS
  * @defgroup vornsr_filter_banks Mel filter banks
  * @brief Band energies of a magnitude spectrum, or of a frame of samples, under triangular weights that are spaced
  * along the mel scale mel(f) = melMul ln(1 + f / melDiv) (Stevens, Volkmann and Newman 1937; Davis and Mermelstein
- * 1980).
+ * 1980); banks spaced in hertz below a frequency, banks that the caller fills, banks in integers; and the scale itself.
  *
  * Shapes. N is the smallest power of two that is at least fftLen and at least 2; *pOrder receives its order. A bank has
  * nFilter filters between nFilter + 2 bins c[0] to c[nFilter + 1]: filter k (from 0) rises from bin c[k] to its centre
  * c[k+1] and falls to c[k+2]. src holds the bins 0 to N/2 or, with `vornFBankSamples`, N samples of which evaluation
- * makes the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz.
+ * makes the magnitude spectrum (not the powers) itself. dst holds nFilter values. Frequencies are in hertz. Other ways
+ * to make a bank, those of noise-robust front-ends among them, give the same record: what follows holds for any.
  *
  * Centres. low = melMul ln(lowFreq/melDiv + 1), high likewise, each rounded to single;
  * m[i] = i (high - low) / (nFilter + 1) + low and c[i] = (exp(m[i]/melMul) - 1) ((N / sampleFreq) melDiv), in single
@@ -27,6 +28,22 @@ VORN_BEGIN_DECLS
  * (m[k+1] - m[k]), with 0 at the left edge, and (m[k+2] - mel(j)) / (m[k+2] - m[k+1]), where mel(j) = melMul ln(j
  * (sampleFreq/N) / melDiv + 1), in single but for the logarithm; with truncated centres a weight at an edge can leave 0
  * to 1 slightly. The `16s` forms hold weights in Q14: the quotient of the part times 16384, truncated.
+ *
+ * Mixed banks, `MelLin`: the first nLinear centres are spaced in hertz, F[i] = i (highLinFreq - lowFreq) / nLinear +
+ * lowFreq, the edges from c[nLinear] on in mel between highLinFreq and highFreq, nFilter - nLinear + 1 steps as above.
+ * Where nLinear is nFilter all edges are spaced in hertz, with nFilter + 1 for nLinear in the formula and highLinFreq
+ * at the right edge. The bins of F are F (N / sampleFreq), in single. `vornFBankWeightFreq`: straight lines everywhere.
+ * `vornFBankWeightMel`: with M(f) = ln(f / melDiv + 1), rounded to single, times melMul, filters below nLinear (from 1;
+ * all if nLinear is nFilter) weigh bin j on the rising side, left edge included, by (mel(j) - M(F[k-1])) / (M(F[k]) -
+ * M(F[k-1])) and on the falling one by (M(F[k+1]) - mel(j)) / (M(F[k+1]) - M(F[k])), mel, numerator and quotient in
+ * double, and the quotient is rounded to single. Filter nLinear rises in the same way; on its falling side a mel value
+ * is taken from a bin number: (c[k+1] - mel(j)), rounded to single, over c[k+1] - c[k]. This is how these banks are; on
+ * usual scales it leaves nothing of that side. Filters above nLinear are straight lines. Weights below 0 become 0; a
+ * not-a-number, which only edges at one frequency give, stays one. The `16s` forms multiply each numerator by 16384
+ * and truncate the quotient (what no integer holds, and not-a-numbers, give 0); straight lines are integer quotients.
+ *
+ * Empty banks hold zeros for weights and no centres: they are evaluated once `SetCenters` has given them some. Of flags
+ * only `vornFBankSamples` is looked at: the transform is made, but the bank always takes spectra.
  *
  * Evaluation, `32f`. dst[k] = the sum over the filter of weight times value, in single. The bins are walked once. The
  * bin of the left edge comes first; then each stretch between two neighbouring c takes eight bins a round in two
@@ -41,19 +58,53 @@ VORN_BEGIN_DECLS
  * saturated. With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and
  * `vornsMagnitude_32sc_Sfs` with scale factor -3 each, and the shift is 6 more.
  *
+ * Integer banks, `32s`: straight lines, weights in Q30, melMul and melDiv in Q15, other arguments in hertz; fftLen from
+ * 32 to 8192, flags `vornFBankWeightFreq`. Centres are those of the mel scale, rounded, from a logarithm found bit by
+ * bit and an exponential of factors 1 + 2^-n and 1 - 2^-n (Q22, no float anywhere); exp(m/melMul) is limited to 512, so
+ * that a scale whose melDiv is below 1/511 of highFreq ends early. There is no status for centres behind N/2; a
+ * side that rises from bin 0 holds N/2 weights and its last bin, if that is N/2, counts nothing. Evaluation shifts each
+ * 64-bit product right by 8, arithmetically, and adds in 64 bits, which wraps; the sum is shifted right by scale
+ * (left if negative; a sum of 2^(63+scale) or more becomes 2^63 - 1 then), and dst is this shifted right by 22, with
+ * the first bit that drops out rounded up, not above 2^31 - 1; below, the low 32 bits remain.
+ *
+ * Access. `GetCenters` and `SetCenters` copy the nFilter + 2 edges if c[0] is not negative, c[0] to c[nFilter] do not
+ * fall (nothing is asked of them where nFilter is 1) and the last edge is at most N/2; Set makes a bank ready. Where
+ * the last edge stands beside c[nFilter] is not asked. `GetCoeffs` and `SetCoeffs` copy the weights of filter filterIdx
+ * (from 1), with c counted around it: c[f] - c[f-1] + 1 of the rising side, c[f+1] - c[f] of the falling one behind
+ * them, none where that is negative, and no more than N/2 + 1 and N/2. `16s`: Get gives weights times 2^-14, rounded to
+ * single; Set takes 16384 times the single, truncated, and -2^31 for what no integer holds and for not-a-numbers.
+ * `GetCoeffs` takes nFilter + 1 as well, where a rising side without meaning is read and no falling one.
+ *
+ * `vornsLinearToMel_32f`: dst = melMul ln(src (1/melDiv) + 1), `vornsMelToLinear_32f`: dst = melDiv (exp(src
+ * (1/melMul)) - 1), in double, the reciprocal once, rounded to single; dst may be src. For src from 0 on they are
+ * within 0.501 ulp + 3.4e-16 melMul and 0.501 ulp + 1.2e-16 melDiv of the exact value. Special values follow the
+ * formula: -infinity at src = -melDiv, not a number below; there are no warnings.
+ *
+ * `vornsCopyWithPadding_*`: srcLen elements, bit by bit, and zeros behind them up to dstLen; src and dst may overlap.
+ *
  * Bits are the same on every processor, whatever the alignment. Bins outside 0 to N/2, which only odd arguments give,
  * are neither read nor weighted.
  *
  * Contexts. `GetSize` reports the bytes that `Init` needs, at any address; such a bank goes with its memory.
  * `InitAlloc` allocates a bank, `Free` releases it. If memory is short the status is `vornStsMemAllocErr`, nothing
- * stays allocated and the bank's pointer is null. Evaluation only reads the bank, so threads may share it, but with
- * `vornFBankSamples` it works in the bank's memory: then a bank serves one thread at a time.
+ * stays allocated and the bank's pointer is null; only of an empty bank whose record could be had the pointer is set,
+ * for `Free` and nothing else. Evaluation only reads the bank, so threads may share it, but with `vornFBankSamples` it
+ * works in the bank's memory: then a bank serves one thread at a time.
  *
  * Checks, in this order. `GetSize`: null; size (fftLen or nFilter below 1); flags (`vornStsMelFlagErr`); size (more
  * than an int can say). `Init`, `InitAlloc`: null; size (fftLen, nFilter, sampleFreq or lowFreq not above 0); lowFreq
  * above highFreq or highFreq above half of sampleFreq (`vornStsMelFreqErr`); flags; size (as before). *pOrder is
- * written before anything is allocated. Evaluation: null, the bank's own pointer to its centres included; a bank that
- * is not ready (`vornStsNotInitErr`). `Free`: null.
+ * written before anything is allocated. `MelLin`: no null check; size (the same and nLinear not above 0, nLinear above
+ * nFilter); lowFreq, highLinFreq, highFreq, half of sampleFreq not in this order (`vornStsMelFreqErr`); flags; size.
+ * `Empty`: no null check; size. `32s`, GetSize: null; size (nFilter, fftLen); flags; size (nFilter above N/2). `32s`,
+ * Init: null; size (nFilter or highFreq below 1, fftLen); flags; size (sampleFreq outside 1 to 48000, lowFreq below 0);
+ * highFreq not above lowFreq or above 24000 (`vornStsMelFreqErr`); melDiv outside 524289 to 268435455, melMul outside
+ * 524289 to 1073741823 (`vornStsBadArgErr`); size (nFilter above N/2 + 1: one filter more than GetSize takes).
+ * Evaluation: null, the bank's own pointer to its centres included; a bank that is not ready (`vornStsNotInitErr`);
+ * `32s`: null; scale outside -31 to 31 (`vornStsBadArgErr`). Access to centres: null; for Get a bank that is not ready;
+ * centres that are not allowed (`vornStsNotInitErr`). Access to weights: null; not ready; size (filterIdx below 1 or
+ * above nFilter, for Get above nFilter + 1). Scale: null; size (len, melMul or melDiv not above 0). Padding: null; size
+ * (a length below 1, dstLen below srcLen). `Free`: null.
  * @{
  */
 

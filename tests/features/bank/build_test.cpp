@@ -278,9 +278,9 @@ TYPED_TEST(FilterBank, GetSizeChecksInOrder) {
     EXPECT_TRUE(a.out.untouched());
     typename TypeParam::State* bank = nullptr;
     int order = -1;
-    EXPECT_EQ(
-        TypeParam::initAlloc(&bank, &order, {256, 256, 8, INT_MAX, 8000, 64, 4000, 1127, 700}, vornFBankWeightMel),
-        vornStsMemAllocErr);
+    EXPECT_EQ(TypeParam::initAlloc(&bank, &order, Setting{256, 256, 8, INT_MAX, 8000, 64, 4000, 1127, 700},
+                                   vornFBankWeightMel),
+              vornStsMemAllocErr);
     EXPECT_EQ(bank, nullptr);
 }
 

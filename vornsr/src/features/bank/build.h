@@ -2,16 +2,22 @@
 #pragma once
 
 #include "features/bank/filter_bank.h"
+#include "features/bank/sides.h"
 
 namespace vorn {
 
-struct MelScale {
-    Vorn32f melMul, melDiv;
-};
-
-// A bank as its initialisers describe it.
+// Banks as their initialisers describe them.
 struct MelBank {
     Vorn32f sampleFreq, lowFreq, highFreq;
+    MelScale scale;
+    int flags;
+};
+
+// The edges 0 to nLinear are equally spaced in hertz from lowFreq to highLinFreq, those from nLinear on in mel up to
+// highFreq. Where nLinear is the number of filters, all edges lie between lowFreq and highLinFreq.
+struct MixedBank {
+    Vorn32f sampleFreq, lowFreq, highFreq, highLinFreq;
+    int nLinear;
     MelScale scale;
     int flags;
 };
@@ -28,8 +34,12 @@ template <class Form>
 VornStatus initMelBank(void* block, const BankShape& shape, const MelBank& mel);
 
 // On failure nothing stays allocated and *out is null.
+template <class Form, class Description>
+VornStatus allocateBank(typename Form::State** out, const BankShape& shape, const Description& bank);
+
+// On failure behind the allocation of the record, *out is the bare record, which freeBank() takes.
 template <class Form>
-VornStatus allocateMelBank(typename Form::State** out, const BankShape& shape, const MelBank& mel);
+VornStatus allocateEmptyBank(typename Form::State** out, const BankShape& shape, bool forSamples);
 
 // Releases a bank that the library allocated, as far as it was made.
 template <class Form>

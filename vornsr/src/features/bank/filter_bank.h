@@ -1,4 +1,4 @@
-// The filter bank context: its records, the layout of its pieces, and what differs between its two element forms.
+// The filter bank context: its records, the layout of its pieces, and what differs between its element forms.
 #pragma once
 
 #include <cstddef>
@@ -44,6 +44,16 @@ struct VornFBankState_16s {
     int weightShift;  // 14
 };
 
+// Weights in Q30, and nothing that a transform would need.
+struct VornFBankState_32s {
+    Vorn32s* pCenters;
+    Vorn32s** ppRise;
+    Vorn32s** ppFall;
+    int flags;
+    int nFilter;
+    int nBins;
+};
+
 namespace vorn {
 
 // The record of a bank. A caller's block may begin at any address, so it is copied byte by byte.
@@ -71,7 +81,29 @@ struct BankShape {
     std::int64_t spectrumLen() const { return roundUp(std::int64_t{fftLen} + 2, 8); }
 };
 
-// The two element forms.
+// The same of the integer bank: rows of N/2 elements, which hold every weight but one, that of the last bin on a side
+// that rises from bin 0.
+struct IntegerBankShape {
+    int nBins, nFilter;
+
+    std::int64_t rows() const { return std::int64_t{nFilter} + 2; }
+    std::int64_t lastBin() const { return nBins - 1; }
+    static constexpr std::int64_t riseAdvance = 0;
+    std::int64_t riseStride() const { return nBins - 1; }
+    std::int64_t fallStride() const { return nBins - 1; }
+    std::int64_t riseCapacity() const { return riseStride(); }
+    std::int64_t fallCapacity() const { return fallStride(); }
+};
+
+// The element forms.
+
+// What a form says of weights: fractions() makes (part + slope i) / whole, which is 0 to 1; unit is the factor of other
+// quotients before their division, and weights() stores those.
+
+// Integer quotients with so many fraction bits, truncated.
+void fixedFractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, int bits, Vorn32s* weight);
+// Truncated; what no integer holds, and not-a-numbers, become the smallest one.
+void truncatedWeights(const double* quotient, int count, Vorn32s* weight);
 
 struct FBankForm_32f {
     using State = VornFBankState_32f;
@@ -89,10 +121,9 @@ struct FBankForm_32f {
     static void freeTransform(Spec* spec) { vornsFFTFree_R_32f(spec); }
 
     static void fixRecord(State&) {}
-    static Weight fraction(std::int64_t part, std::int64_t whole) {
-        return static_cast<Weight>(part) / static_cast<Weight>(whole);
-    }
-    static Weight quotient(Vorn32f part, Vorn32f whole) { return part / whole; }
+    static constexpr Vorn32f unit = 1.0f;
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight);
+    static void weights(const double* quotient, int count, Weight* weight);
 };
 
 struct FBankForm_16s {
@@ -114,11 +145,24 @@ struct FBankForm_16s {
     static void freeTransform(Spec* spec) { vornsFFTFree_R_16s32s(spec); }
 
     static void fixRecord(State& bank) { bank.weightShift = weightShift; }
-    static Weight fraction(std::int64_t part, std::int64_t whole) {
-        return static_cast<Weight>(part * (1 << weightShift) / whole);
+    static constexpr Vorn32f unit = 1 << weightShift;
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight) {
+        fixedFractions(part, slope, whole, count, weightShift, weight);
     }
-    // Truncated; the factor goes in before the division.
-    static Weight quotient(Vorn32f part, Vorn32f whole);
+    static void weights(const double* quotient, int count, Weight* weight) {
+        truncatedWeights(quotient, count, weight);
+    }
+};
+
+// The integer bank knows straight sides alone.
+struct FBankForm_32s {
+    using State = VornFBankState_32s;
+    using Weight = Vorn32s;
+    static constexpr int weightShift = 30;
+
+    static void fractions(std::int64_t part, std::int64_t slope, std::int64_t whole, int count, Weight* weight) {
+        fixedFractions(part, slope, whole, count, weightShift, weight);
+    }
 };
 
 }  // namespace vorn

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <type_traits>
 
 #include "features/bank/filter_bank.h"
@@ -129,14 +131,26 @@ inline void evalFilters(const Vorn32f* spectrum, Vorn32f* dst, const VornFBankSt
     }
 }
 
+// How values and weights make the terms of a sum in 64 bits, which wraps: one, and four a step.
+struct WrappedProducts {
+    using Sum = ProductSum;
+    static VORN_INLINE std::int64_t one(std::int32_t value, std::int32_t weight) { return wrapMul(value, weight); }
+};
+struct ShiftedProducts {
+    using Sum = ShiftedProductSum;
+    static VORN_INLINE std::int64_t one(std::int32_t value, std::int32_t weight) {
+        return (std::int64_t{value} * weight) >> 8;
+    }
+};
+
 // The part of a row of weights that lies on the bins first, first + 1, ... up to last, in the spectrum and in the row.
-template <class Value>
+template <class Products, class Value>
 std::int64_t sideSum(const Value* spectrum, const Vorn32s* weight, std::int64_t first, std::int64_t last,
                      std::int64_t lastBin, std::int64_t capacity) {
     const std::int64_t end = std::min({last, lastBin, first + capacity - 1});
     std::int64_t sum = 0;
     for (std::int64_t bin = std::max<std::int64_t>(first, 0); bin <= end; ++bin) {
-        sum += wrapMul(std::int32_t{spectrum[bin]}, weight[bin - first]);
+        sum = wrapAdd(sum, Products::one(spectrum[bin], weight[bin - first]));
     }
     return sum;
 }
@@ -169,39 +183,39 @@ VORN_INLINE std::int64_t addShortRounds(const Vorn16s* x, const Vorn32s* fall, c
 }
 
 // The bins behind first, up to last, on a falling and a rising row, and first itself on the rising one.
-template <bool falls, bool rises, class Value>
+template <class Products, bool falls, bool rises, class Value, class Shape>
 VORN_INLINE SideSums stretchSums(const Value* spectrum, const Vorn32s* fall, const Vorn32s* rise, std::int64_t first,
-                                 std::int64_t last, const BankShape& shape) {
+                                 std::int64_t last, const Shape& shape) {
     SideSums sums{0, 0};
-    if (first < 0) {
+    const std::int64_t count = std::min(last, shape.lastBin()) - first;
+    if (first < 0 || count >= shape.riseCapacity()) {
         if constexpr (falls)
-            sums.falling = sideSum(spectrum, fall, first + 1, last, shape.lastBin(), shape.fallCapacity());
-        if constexpr (rises) sums.rising = sideSum(spectrum, rise, first, last, shape.lastBin(), shape.riseCapacity());
+            sums.falling = sideSum<Products>(spectrum, fall, first + 1, last, shape.lastBin(), shape.fallCapacity());
+        if constexpr (rises)
+            sums.rising = sideSum<Products>(spectrum, rise, first, last, shape.lastBin(), shape.riseCapacity());
         return sums;
     }
-    // From bin 0 on, the rows reach as far as the spectrum.
-    const std::int64_t count = std::min(last, shape.lastBin()) - first;
     if (count < 0) return sums;
     const Value* x = spectrum + first;
-    if constexpr (rises) sums.rising = wrapMul(std::int32_t{x[0]}, rise[0]);
+    if constexpr (rises) sums.rising = Products::one(x[0], rise[0]);
     ++x;
     ++rise;
     const std::int64_t whole = count & ~std::int64_t{3};
     std::int64_t done = 0;
     if constexpr (std::is_same_v<Value, Vorn16s>) done = addShortRounds<falls, rises>(x, fall, rise, count, sums);
     if (done < whole) {
-        ProductSum falling, rising;
+        typename Products::Sum falling, rising;
         for (std::int64_t i = done; i < whole; i += 4) {
             const i32x4 value = loadFour(x + i);
             if constexpr (falls) falling.add(value, load<i32x4>(fall + i));
             if constexpr (rises) rising.add(value, load<i32x4>(rise + i));
         }
-        if constexpr (falls) sums.falling += falling.total();
-        if constexpr (rises) sums.rising += rising.total();
+        if constexpr (falls) sums.falling = wrapAdd(sums.falling, falling.total());
+        if constexpr (rises) sums.rising = wrapAdd(sums.rising, rising.total());
     }
     const auto single = [&](std::int64_t i) {
-        if constexpr (falls) sums.falling += wrapMul(std::int32_t{x[i]}, fall[i]);
-        if constexpr (rises) sums.rising += wrapMul(std::int32_t{x[i]}, rise[i]);
+        if constexpr (falls) sums.falling = wrapAdd(sums.falling, Products::one(x[i], fall[i]));
+        if constexpr (rises) sums.rising = wrapAdd(sums.rising, Products::one(x[i], rise[i]));
     };
     switch (count - whole) {
         case 3:
@@ -216,23 +230,46 @@ VORN_INLINE SideSums stretchSums(const Value* spectrum, const Vorn32s* fall, con
     return sums;
 }
 
+// The sum of each filter k goes to store(k, sum). Each stretch of bins between two edges is walked once.
+template <class Products, class Value, class State, class Shape, class Store>
+VORN_INLINE void sumFilters(const Value* spectrum, const State& bank, const Shape& shape, const Store& store) {
+    const Vorn32s* edge = bank.pCenters;
+    std::int64_t rising =
+        stretchSums<Products, false, true>(spectrum, bank.ppFall[0], bank.ppRise[0], edge[0], edge[1], shape).rising;
+    for (int k = 0; k < bank.nFilter; ++k) {
+        const bool last = k + 1 == bank.nFilter;
+        const SideSums sums = last ? stretchSums<Products, true, false>(spectrum, bank.ppFall[k], bank.ppRise[k],
+                                                                        edge[k + 1], edge[k + 2], shape)
+                                   : stretchSums<Products, true, true>(spectrum, bank.ppFall[k], bank.ppRise[k + 1],
+                                                                       edge[k + 1], edge[k + 2], shape);
+        store(k, wrapAdd(rising, sums.falling));
+        rising = sums.rising;
+    }
+}
+
 // Each product wraps at 32 bits; the sums are exact. The shift truncates, to the left it drops what passes 64 bits.
 template <class Value, class Result>
 void evalFilters(const Value* spectrum, Result* dst, const VornFBankState_16s& bank, int shift) {
     const BankShape shape{bank.fftLen, bank.fftOrder, bank.nFilter};
-    const Vorn32s* edge = bank.pCenters;
-    std::int64_t rising =
-        stretchSums<false, true>(spectrum, bank.ppFall[0], bank.ppRise[0], edge[0], edge[1], shape).rising;
-    for (int k = 0; k < bank.nFilter; ++k) {
-        const bool last = k + 1 == bank.nFilter;
-        const SideSums sums =
-            last ? stretchSums<true, false>(spectrum, bank.ppFall[k], bank.ppRise[k], edge[k + 1], edge[k + 2], shape)
-                 : stretchSums<true, true>(spectrum, bank.ppFall[k], bank.ppRise[k + 1], edge[k + 1], edge[k + 2],
-                                           shape);
-        const std::int64_t sum = rising + sums.falling;
-        rising = sums.rising;
+    sumFilters<WrappedProducts>(spectrum, bank, shape, [=](int k, std::int64_t sum) {
         dst[k] = saturate<Result>(shift >= 0 ? shiftRight64(sum, shift) : shiftLeft64(sum, -shift));
+    });
+}
+
+// A sum times 2^-scale without its last 22 bits, the first of them rounded up; limited from above alone.
+constexpr Vorn32s withoutFraction(std::int64_t sum, int scale) {
+    constexpr std::int64_t largest = std::numeric_limits<std::int64_t>::max(), highest = INT32_MAX;
+    if (scale >= 0) {
+        sum >>= scale;
+    } else {
+        sum = sum < (std::int64_t{1} << (63 + scale)) ? shiftLeft64(sum, -scale) : largest;
     }
+    return static_cast<Vorn32s>(std::min((sum >> 22) + ((sum >> 21) & 1), highest));
+}
+
+inline void evalFilters(const Vorn32s* spectrum, Vorn32s* dst, const VornFBankState_32s& bank, int scale) {
+    sumFilters<ShiftedProducts>(spectrum, bank, IntegerBankShape{bank.nBins, bank.nFilter},
+                                [=](int k, std::int64_t sum) { dst[k] = withoutFraction(sum, scale); });
 }
 
 }  // namespace vorn

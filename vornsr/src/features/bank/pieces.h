@@ -1,0 +1,76 @@
+// The memory that filter banks are made in: pieces of a caller's block, or blocks of the library's own.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <type_traits>
+
+#include "features/bank/filter_bank.h"
+#include "frame/align.h"
+#include "frame/memory.h"
+
+namespace vorn {
+
+// Both sources of memory hand out pieces on 32-byte addresses. A piece that cannot be had is null.
+
+// A caller's block, which has room for all pieces of the reported size.
+class BlockPieces {
+public:
+    explicit BlockPieces(char* first) : next_(first) {}
+
+    template <class T>
+    T* take(std::int64_t len) {
+        char* piece = alignedUp(next_, 32);
+        next_ = piece + len * static_cast<std::int64_t>(sizeof(T));
+        return reinterpret_cast<T*>(piece);
+    }
+    template <class Form>
+    VornStatus makeTransform(typename Form::Spec** spec, int order, int specSize, int initSize) {
+        auto* specMem = take<Vorn8u>(specSize);
+        return Form::initTransform(spec, order, specMem, take<Vorn8u>(initSize));
+    }
+
+private:
+    char* next_;
+};
+
+// Blocks of the library's own, one a piece: freeBank() knows them by the record.
+class AllocatedPieces {
+public:
+    template <class T>
+    T* take(std::int64_t len) {
+        return Scratch<T>(len).release();
+    }
+    template <class Form>
+    VornStatus makeTransform(typename Form::Spec** spec, int order, int, int) {
+        return Form::allocateTransform(spec, order);
+    }
+};
+
+// A row pointer array with its rows behind it in one piece, all zero; each pointer stands advance elements into its
+// row.
+template <class Weight, class Pieces>
+Weight** makeRows(Pieces& pieces, std::int64_t rows, std::int64_t stride, std::int64_t advance) {
+    constexpr std::int64_t pointer = sizeof(Weight*);
+    const std::int64_t pointersLen = roundUp(rows * pointer, 32) / static_cast<std::int64_t>(sizeof(Weight));
+    auto* piece = pieces.template take<Weight>(pointersLen + rows * stride);
+    if (piece == nullptr) return nullptr;
+    auto** pointers = reinterpret_cast<Weight**>(piece);
+    Weight* row = piece + pointersLen;
+    std::fill_n(row, rows * stride, Weight(0));
+    for (std::int64_t k = 0; k < rows; ++k, row += stride) pointers[k] = row + advance;
+    return pointers;
+}
+
+// Centres and rows of a bank whose shape says how many there are and how long.
+template <class State, class Shape, class Pieces>
+VornStatus makeTables(State& bank, const Shape& shape, Pieces& pieces) {
+    using Weight = std::remove_reference_t<decltype(**bank.ppRise)>;
+    bank.pCenters = pieces.template take<Vorn32s>(shape.rows());
+    bank.ppRise = makeRows<Weight>(pieces, shape.rows(), shape.riseStride(), Shape::riseAdvance);
+    bank.ppFall = makeRows<Weight>(pieces, shape.rows(), shape.fallStride(), 0);
+    const bool made = bank.pCenters != nullptr && bank.ppRise != nullptr && bank.ppFall != nullptr;
+    return made ? vornStsNoErr : vornStsMemAllocErr;
+}
+
+}  // namespace vorn
