@@ -16,7 +16,16 @@
 namespace vorn::prediction {
 namespace {
 
-using V = f32xN;
+// Rounds are short, and read in pieces what the one before has stored: registers of up to eight singles serve them best.
+template <class Wide>
+constexpr auto upToEight() {
+    if constexpr (Wide::lanes > 8) {
+        return lowHalf(Wide{});
+    } else {
+        return Wide{};
+    }
+}
+using V = decltype(upToEight<f32xN>());
 
 // One round of Durbin's recursion: what it makes of the i - 1 coefficients so far. The sum has one order, term by term.
 struct DurbinRound {
@@ -89,24 +98,32 @@ private:
     ShortScratch<Vorn32f, arrays*(onStack + V::lanes)> block_;
 };
 
-// Round i of Schur's recursion needs g and h from i on. Both begin at the start of their arrays, g one place further
-// down in every round; then an element takes its neighbours as they were, and none has to move. Returns the energy of
-// the error.
+// Round i of Schur's recursion needs g and h from i on. h(j) lies at place j - i, so that h(j+1) comes into the place of
+// h(j), whose pair with g(j) it comes from, and nothing has to move. Returns the energy of the error.
+//
+// Loads of registers wait where they reach over two of the stores just before; short rounds go one by one.
+constexpr int shortRest = 24;
+
 Vorn32f schur(Vorn32f* g, Vorn32f* h, Vorn32f* k, int order) {
-    Vorn32f firstG = g[0], firstH = h[0];
-    for (int rest = order - 1;; --rest) {
-        const Vorn32f reflection = (0.0f - firstG) / firstH;
+    for (int rest = order - 1;; --rest, ++g) {
+        Vorn32f reflection = (0.0f - *g) / *h;
         *k++ = reflection;
-        if (rest == 0) return firstG * reflection + firstH;
-        // The way from one quotient to the next goes through these two alone.
-        const Vorn32f nextG = reflection * h[1] + g[1], nextH = reflection * firstG + firstH;
-        for (int m = 0; m < rest; m += V::lanes) {
-            const V factor = splat<V>(reflection), gHere = load<V>(g + m), hHere = load<V>(h + m);
-            store(g + m, factor * load<V>(h + m + 1) + load<V>(g + m + 1));
-            store(h + m, factor * gHere + hHere);
+        if (rest == 0) return *g * reflection + *h;
+        if (rest < shortRest) {
+            for (int m = 0; m <= rest; ++m) {
+                asm("" : "+x"(reflection));  // else the compiler makes registers of it
+                const Vorn32f gHere = g[m], hHere = h[m];
+                g[m] = reflection * hHere + gHere;
+                h[m] = reflection * gHere + hHere;
+            }
+        } else {
+            const V factor = splat<V>(reflection);
+            for (int m = 0; m <= rest; m += V::lanes) {
+                const V gHere = load<V>(g + m), hHere = load<V>(h + m);
+                store(g + m, factor * hHere + gHere);
+                store(h + m, factor * gHere + hHere);
+            }
         }
-        firstG = nextG;
-        firstH = nextH;
     }
 }
 
