@@ -1,6 +1,7 @@
 // The autocorrelation method of linear prediction.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>

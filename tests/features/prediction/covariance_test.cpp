@@ -1,6 +1,7 @@
 // The covariance method of linear prediction.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <vector>

@@ -1,6 +1,7 @@
 // Durbin's recursion on autocorrelations.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <limits>
@@ -283,6 +284,24 @@ TEST(DurbinFixed, Literal) {
     ASSERT_EQ(vornsDurbin_16s_Sfs(tone, untouched, 3, &error, -12), vornStsDurbinErr);
     EXPECT_EQ(untouched[0], 77) << "the first round was completed, but nothing is stored";
     EXPECT_EQ(error, 5.0f);
+}
+
+TEST(Durbin, MayWorkInPlace) {
+    Random random(8);
+    for (int order : {1, 3, 12, 13, 63, 64, 100}) {
+        for (const Singles& r : autocorrelations(random, order)) {
+            const auto expected = model::durbin(r, order);
+            Singles left = r, right(r.size() + 1);
+            std::copy(expected.found.begin(), expected.found.end(), left.begin());
+            std::copy(r.begin(), r.end(), right.begin() + 1);  // dst begins an element before src
+            Singles srcDst = r;
+            float error;
+            ASSERT_EQ(vornsDurbin_32f(srcDst.data(), srcDst.data(), order, &error), expected.status);
+            EXPECT_TRUE(sameBits(srcDst, left)) << order;
+            ASSERT_EQ(vornsDurbin_32f(right.data() + 1, right.data(), order, &error), expected.status);
+            EXPECT_TRUE(sameBits(right.data(), expected.found.data(), expected.found.size())) << order;
+        }
+    }
 }
 
 TEST(DurbinFixed, MayWorkInPlace) {

@@ -1,6 +1,7 @@
 // Schur's recursion: reflection coefficients of autocorrelations.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <limits>

@@ -16,7 +16,8 @@
 namespace vorn::prediction {
 namespace {
 
-// Rounds are short, and read in pieces what the one before has stored: registers of up to eight singles serve them best.
+// Rounds are short, and read in pieces what the one before has stored: registers of up to eight singles serve them
+// best.
 template <class Wide>
 constexpr auto upToEight() {
     if constexpr (Wide::lanes > 8) {
@@ -50,7 +51,8 @@ VORN_INLINE int durbinShort(const Vorn32f* r, Vorn32f* a, int order, Vorn32f& en
     const DurbinRound round(r, a, i, energy);
     if (!round.stable) return i - 1;
     for (int low = 0, high = i - 2; low <= high; ++low, --high) {
-        const Vorn32f first = a[low], second = a[high];
+        Vorn32f first = a[low], second = a[high];
+        asm("" : "+x"(first), "+x"(second));  // else the compiler gathers them in registers, which takes longer
         a[low] = first - second * round.k;
         a[high] = second - first * round.k;
     }
@@ -98,31 +100,38 @@ private:
     ShortScratch<Vorn32f, arrays*(onStack + V::lanes)> block_;
 };
 
-// Round i of Schur's recursion needs g and h from i on. h(j) lies at place j - i, so that h(j+1) comes into the place of
-// h(j), whose pair with g(j) it comes from, and nothing has to move. Returns the energy of the error.
+// Round i of Schur's recursion needs g and h from i on, and makes g(j) and h(j+1) of g(j) and h(j). h(j) lies i places
+// before its own, so that h(j+1) comes into the place of h(j). Returns the energy of the error.
 //
-// Loads of registers wait where they reach over two of the stores just before; short rounds go one by one.
-constexpr int shortRest = 24;
+// Registers read across what the round before has stored, and wait for it. So short rounds go element by element; long
+// ones go in twos, for which the first two pairs give both coefficients, and g moves down by one place.
+constexpr int shortRest = 16;
 
 Vorn32f schur(Vorn32f* g, Vorn32f* h, Vorn32f* k, int order) {
-    for (int rest = order - 1;; --rest, ++g) {
-        Vorn32f reflection = (0.0f - *g) / *h;
-        *k++ = reflection;
-        if (rest == 0) return *g * reflection + *h;
+    for (int rest = order - 1;; ++g) {
+        Vorn32f first = (0.0f - g[0]) / h[0];
+        *k++ = first;
+        if (rest == 0) return g[0] * first + h[0];
         if (rest < shortRest) {
             for (int m = 0; m <= rest; ++m) {
-                asm("" : "+x"(reflection));  // else the compiler makes registers of it
-                const Vorn32f gHere = g[m], hHere = h[m];
-                g[m] = reflection * hHere + gHere;
-                h[m] = reflection * gHere + hHere;
+                asm("" : "+x"(first));  // else the compiler takes registers after all
+                const Vorn32f onceG = first * h[m] + g[m], onceH = first * g[m] + h[m];
+                g[m] = onceG;
+                h[m] = onceH;
             }
+            rest -= 1;
         } else {
-            const V factor = splat<V>(reflection);
-            for (int m = 0; m <= rest; m += V::lanes) {
-                const V gHere = load<V>(g + m), hHere = load<V>(h + m);
-                store(g + m, factor * hHere + gHere);
-                store(h + m, factor * gHere + hHere);
+            const Vorn32f nextG = first * h[1] + g[1], nextH = first * g[0] + h[0];
+            const Vorn32f second = (0.0f - nextG) / nextH;
+            *k++ = second;
+            const V one = splat<V>(first), two = splat<V>(second);
+            for (int m = 0; m < rest; m += V::lanes) {
+                const V onceG = one * load<V>(h + m + 1) + load<V>(g + m + 1);
+                const V onceH = one * load<V>(g + m) + load<V>(h + m);
+                store(g + m, two * onceH + onceG);
+                store(h + m, two * onceG + onceH);
             }
+            rest -= 2;
         }
     }
 }
