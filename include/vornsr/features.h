@@ -401,8 +401,9 @@ VornStatus vornsZeroMean_16s(Vorn16s* srcDst, int len);
  * instance. On `vornStsDurbinErr` nothing is stored, also not by the Neg form.
  *
  * Exactness. Every operation is rounded by itself, in single where nothing else is said, in the caller's mode, and the
- * bits are the same on every processor. On autocorrelations of r(0)/E = c, `vornsDurbin_32f` of orders up to 32 solves
- * the normal equations to 64 c 2^-24 of the largest coefficient, or of 1.
+ * bits are the same on every processor. The filter that `vornsDurbin_32f` finds of the autocorrelations of a signal, up
+ * to order 32, satisfies each normal equation, r(i) plus the sum of r(|i-j|) a(j) = 0, to 6e-8 p r(0) (1 + the sum of
+ * |a(j)|).
  *
  * dst may overlap src. Scratch is taken from memory by the Durbin forms from order 64 on, by the Schur forms from order
  * 1024, by the Auto forms from order 63 and their 16-bit forms from len 64 on, by the Cov forms always.

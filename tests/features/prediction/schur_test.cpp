@@ -142,7 +142,6 @@ TEST(Schur, GivesTheLastCoefficientOfEveryOrder) {
         EXPECT_NEAR(error / r[0], filterError / r[0], 30 * 0x1p-24);
     }
     EXPECT_LT(worst, 30) << "worst " << worst;
-    RecordProperty("worst", std::to_string(worst));
 }
 
 // ---- 16 bits.

@@ -64,12 +64,16 @@ struct LagSums {
         }
     }
 
-    // One sample more, for fewer lags.
+    // One sample more, for the first lags at least: whole registers of sums change.
     void add(std::ptrdiff_t t, int lags) const {
-        const Vorn64f wideHere = wide[t];
-        const Vorn32f here = x[t];
-        for (int d = 0; d < lags; ++d) lag[d] += wideHere * wide[t + d];
-        for (int d = 0; d < lags; ++d) next[d] += here * x[t + d + 1];
+        const f64xN wideHere = splat<f64xN>(wide[t]);
+        const f32xN here = splat<f32xN>(x[t]);
+        for (int d = 0; d < lags; d += f64xN::lanes) {
+            store(lag + d, load<f64xN>(lag + d) + wideHere * load<f64xN>(wide + t + d));
+        }
+        for (int d = 0; d < lags; d += lanes) {
+            store(next + d, load<f32xN>(next + d) + here * load<f32xN>(x + t + d + 1));
+        }
     }
 };
 
@@ -81,12 +85,14 @@ struct Triangle {
     Vorn32f* column(std::ptrdiff_t j) const { return columns + j * stride; }
 };
 
-// The right side psi(k), which is sums.next, and the matrix T(i,j), the sum of x(t) x(t+i-j) over the first len - i
-// samples: one sum a lag runs through the elements of its diagonal, from the last row up.
-void sumProducts(const LagSums& sums, int len, int order, Triangle matrix) {
+// The right side psi(k), the sum of x(t) x(t+k), and the matrix T(i,j), the sum of x(t) x(t+i-j) over the first len - i
+// samples: one sum a lag runs through the elements of its diagonal, from the last row up. Row i takes the last of lag
+// i - 1 and leaves that of psi(i).
+void sumProducts(const LagSums& sums, int len, int order, Triangle matrix, Vorn32f* psi) {
     sums.sum(len - order, order);
     for (int i = order;; --i) {
         for (int d = 0; d < i; ++d) matrix.column(i - 1 - d)[i - 1] = static_cast<Vorn32f>(sums.lag[d]);
+        psi[i - 1] = sums.next[i - 1];
         if (i == 1) break;
         sums.add(len - i, i - 1);
     }
@@ -153,20 +159,20 @@ void substituteBack(Triangle matrix, const Vorn32f* d, const Vorn32f* y, Vorn32f
 VornStatus covariance(const Vorn32f* src, int len, Vorn32f* dst, int order) {
     const std::int64_t samples = std::int64_t{len} + lanes;
     const std::int64_t stride = (std::int64_t{order} + lanes - 1) / lanes * lanes;
+    const std::int64_t rows = stride * (std::int64_t{order} + 7);
     const Scratch<Vorn64f> doubles(samples + stride);
-    const Scratch<Vorn32f> singles(samples + stride * (std::int64_t{order} + 6));
+    const Scratch<Vorn32f> singles(samples + rows);
     if (!doubles || !singles) return vornStsMemAllocErr;
-    Vorn32f* const afterFrame = singles.get() + samples;
-    std::fill(afterFrame, singles.get() + samples + stride * (std::int64_t{order} + 6), 0.0f);
-    std::copy_n(src, len, singles.get());
-    std::fill_n(singles.get() + len, lanes, 0.0f);
-    convert(singles.get(), doubles.get(), samples);
+    Vorn32f* const frame = singles.get();
+    std::copy_n(src, len, frame);
+    std::fill(frame + len, frame + samples + rows, 0.0f);
+    convert(frame, doubles.get(), samples);
 
-    const auto row = [=](int i) { return afterFrame + i * stride; };
+    const auto row = [=](int i) { return frame + samples + i * stride; };
     Vorn32f *const psi = row(0), *const d = row(1);
-    const Triangle matrix{row(6), stride};
-    sumProducts({singles.get(), doubles.get(), doubles.get() + samples, psi}, len, order, matrix);
-    factor(matrix, {row(2), row(3), row(4), row(5)}, d, psi, order);
+    const Triangle matrix{row(7), stride};
+    sumProducts({frame, doubles.get(), doubles.get() + samples, row(2)}, len, order, matrix, psi);
+    factor(matrix, {row(3), row(4), row(5), row(6)}, d, psi, order);
     substituteBack(matrix, d, psi, dst, order);
     return vornStsNoErr;
 }
