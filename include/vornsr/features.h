@@ -422,6 +422,62 @@ VornStatus vornsZeroMean_16s(Vorn16s* srcDst, int len);
 /**
  * @defgroup vornsr_linear_prediction Linear prediction
  * @brief Prediction coefficients and reflection coefficients of a frame or of its autocorrelation.
+ *
+ * With p = order, dst[0..p-1] receives
+ * - from `vornsDurbin` and `vornsLinearPrediction_Auto` the error filter 1 + a(1) z^-1 + ... + a(p) z^-p, a(k) in
+ *   dst[k-1]: the prediction of x(n) is minus the sum of a(k) x(n-k);
+ * - from `vornsLinearPredictionNeg_Auto` and `vornsLinearPrediction_Cov` the predictor: the sum of dst[k-1] x(n-k);
+ * - from `vornsSchur` the reflection coefficients k(1..p), k(i) being the last coefficient of the error filter of
+ *   order i.
+ *
+ * **Durbin's recursion** (Levinson 1947; Durbin 1960) on autocorrelations src = r(0..p), p + 1 of them. E = r(0). For
+ * i from 1 to p: acc = r(i), then plus r(i-j) a(j) for j = 1, 2 ... i-1, in this order; k = acc / E; E becomes E (1 -
+ * k k); a(j) becomes a(j) - a(i-j) k for all j below i at once; a(i) = 0 - k. *pErr receives E, the energy of the
+ * prediction error, which does not grow with the order. Where E is not above 0, at the start or after a round, a
+ * not-a-number included, the status is `vornStsDurbinErr`: so for silence, for autocorrelations of no signal, or where
+ * rounding has used up what a nearly predictable frame leaves. dst then holds the coefficients of the rounds
+ * completed, which are none if the first one fails; the elements behind them and *pErr are untouched. There is no
+ * other test.
+ *
+ * **Schur's recursion** (Schur 1917; Le Roux and Gueguen 1977) on the same src. h(1) = r(0); h(i+1) = r(i) and g(i) =
+ * r(i). For i from 1 to p: k(i) = (0 - g(i)) / h(i); for all j above i at once, g(j) becomes k(i) h(j) + g(j) and h(j)
+ * becomes k(i) g(j-1) + h(j-1). *pErr = g(p) k(p) + h(p). Nothing is tested: a zero h gives infinities or
+ * not-a-numbers, with `vornStsNoErr`.
+ *
+ * **Autocorrelation method**, of len samples: `vornsAutoCorr_32f` for p + 1 lags, then Durbin's recursion, whose
+ * status is returned; order may be len. `vornsLinearPredictionNeg_Auto_32f` gives 0.0 minus each of the p elements of
+ * dst, after a failure of the recursion too: that negates what was completed and what the caller had behind it.
+ *
+ * **Covariance method.** psi(k) = the sum over t from 0 to len-k-1 of x(t) x(t+k), in single; T(i,j), j up to i, = the
+ * sum over t from 0 to len-i-1 of x(t) x(t+i-j), in double, rounded to single at the end. A sum without terms is 0. T
+ * is taken as L D L' with the unit lower triangle L, row by row, and the predictor a solves the system with psi:
+ * - for i from 1 to p: for j from 1 to i-1, L(i,j) = (T(i,j) - the sum over m below j of w(m) P(m)) / D(j) and w(j) =
+ *   L(i,j) D(j); then D(i) = T(i,i) - the sum over m below i of w(m) L(i,m). P is L below its diagonal, packed by rows
+ *   from its very start: L(2,1), L(3,1), L(3,2), L(4,1) and so on, where exact factors would have row j of L. Up to
+ *   order 3 these are the same; from order 4 on the factors, and with them the predictor, differ from those of T;
+ * - y(i) = psi(i) - the sum over m below i of L(i,m) y(m);
+ * - a(p) = y(p) / D(p); a(i) = y(i) / D(i) - the sum over m above i of L(m,i) a(m).
+ *
+ * In single but for T; all sums start from 0 and go by rising t or m, that of a(i) alone by falling m. Nothing is
+ * tested: a zero D gives infinities, 0 / 0 not-a-numbers, with `vornStsNoErr`; so for silence.
+ *
+ * **16 bits.** The `16s_Sfs` forms convert src to single, work as above and store 2^-scale times the singles, rounded
+ * to the nearest integer, ties to even, whatever the caller's mode, and saturated; not-a-numbers store 32767. *pErr is
+ * that of the singles, without a scale. A coefficient above 1 keeps a fraction only with a negative scale, -12 for
+ * instance. On `vornStsDurbinErr` nothing is stored, also not by the Neg form.
+ *
+ * Exactness. Every operation is rounded by itself, in single where nothing else is said, in the caller's mode, and the
+ * bits are the same on every processor. The filter that `vornsDurbin_32f` finds of the autocorrelations of a signal, up
+ * to order 32, satisfies each normal equation, r(i) plus the sum of r(|i-j|) a(j) = 0, to 6e-8 p r(0) (1 + the sum of
+ * |a(j)|).
+ *
+ * dst may overlap src. Scratch is taken from memory by the Durbin forms from order 64 on, by the Schur forms from order
+ * 1024, by the Auto forms from order 63 and their 16-bit forms from len 64 on, by the Cov forms always.
+ *
+ * Checks, in this order. `vornsDurbin`, `vornsSchur`: src or dst null (`vornStsNullPtrErr`); order below 1
+ * (`vornStsSizeErr`); pErr null. `vornsLinearPrediction`: src or dst null; len or order below 1 or order above len
+ * (`vornStsSizeErr`). Then `vornStsMemAllocErr` where memory is short, or an int cannot count the scratch; dst is
+ * untouched.
  * @{
  */
 VornStatus vornsDurbin_32f(const Vorn32f* src, Vorn32f* dst, int order, Vorn32f* pErr);

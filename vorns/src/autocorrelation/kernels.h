@@ -158,6 +158,10 @@ void correlate(const typename Terms::Element* src, std::ptrdiff_t srcLen, typena
     using V = Wide<typename Terms::Number>;
     using Narrow = NarrowLags<Terms>;
     if (lags >= V::lanes) return correlateLanes<Terms, V>(src, srcLen, dst, lags);
+    if constexpr (V::lanes > 2 * Narrow::lanes) {
+        using Half = decltype(lowHalf(V{}));
+        if (lags >= Half::lanes) return correlateLanes<Terms, Half>(src, srcLen, dst, lags);
+    }
     if (lags >= Narrow::lanes) return correlateLanes<Terms, Narrow>(src, srcLen, dst, lags);
     for (std::ptrdiff_t lag = 0; lag < lags; ++lag) dst[lag] = finishedLag<Terms>({}, src, 0, srcLen, lag);
 }
