@@ -1,36 +1,72 @@
 // Prediction coefficients and cepstrum: the recursions and the exported functions.
 #include "features/prediction/cepstrum.h"
 
+#include <algorithm>
+#include <cstdint>
+
 #include "features/prediction/through_singles.h"
 #include "frame/checks.h"
+#include "simd/simd.h"
 #include "vornsr/features.h"
 
 namespace vorn::conversion {
 namespace {
 
-// product(weight, i, j) is term j of element i.
-template <class Product>
-inline std::ptrdiff_t recursion(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n, Product product) {
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-        Vorn32f acc = 0;
-        for (std::ptrdiff_t j = 0; j < i; ++j) acc += product(static_cast<Vorn32f>(i - j), i, j);
-        dst[i] = 0.0f - (acc / static_cast<Vorn32f>(i + 1) + src[i]);
-    }
-    return 0;
+inline Vorn32f element(Vorn32f acc, std::ptrdiff_t i, Vorn32f src) {
+    return 0.0f - (acc / static_cast<Vorn32f>(i + 1) + src);
+}
+
+// i, i + step, i + 2 step, i + 3 step
+inline i32x4 indices(std::ptrdiff_t i, std::int32_t step) {
+    const std::int32_t steps[4] = {0, step, 2 * step, 3 * step};
+    return splat<i32x4>(static_cast<std::int32_t>(i)) + load<i32x4>(steps);
 }
 
 }  // namespace
 
+// The first term of each sum is the element right before it, so that all sums are one chain of additions: what can be
+// done is to keep the products out of it. Elements of a moment ago are loaded one by one.
 std::ptrdiff_t toCepstrum(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n) {
-    return recursion(src, dst, n, [=](Vorn32f weight, std::ptrdiff_t i, std::ptrdiff_t j) {
-        return weight * src[j] * dst[i - 1 - j];
-    });
+    constexpr std::ptrdiff_t recent = 4;
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+        Vorn32f acc = 0;
+        std::ptrdiff_t j = 0;
+        const auto addUpTo = [&](std::ptrdiff_t end) __attribute__((always_inline)) {
+            for (; j < end; ++j) acc += static_cast<Vorn32f>(i - j) * src[j] * dst[i - 1 - j];
+        };
+        addUpTo(std::min(i, recent));
+        for (; j + 4 <= i; j += 4) {
+            alignas(f32x4) Vorn32f products[4];
+            store(products, toFloat(indices(i - j, -1)) * load<f32x4>(src + j) * reverse(load<f32x4>(dst + i - 4 - j)));
+            for (const Vorn32f product : products) acc += product;
+        }
+        addUpTo(i);
+        dst[i] = element(acc, i, src[i]);
+    }
+    return 0;
 }
 
+// Here it is the last one. So four sums take in together what lies before the first of them, in the order of the sums,
+// and then each the few elements that are left.
 std::ptrdiff_t fromCepstrum(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n) {
-    return recursion(src, dst, n, [=](Vorn32f weight, std::ptrdiff_t i, std::ptrdiff_t j) {
-        return weight * src[i - 1 - j] * dst[j];
-    });
+    for (std::ptrdiff_t block = 0; block < n; block += 4) {
+        alignas(f32x4) Vorn32f before[4] = {};
+        std::ptrdiff_t taken = 0;
+        if (block + 4 <= n) {
+            f32x4 acc = splat<f32x4>(0);
+            i32x4 weights = indices(block, 1);
+            for (; taken < block; ++taken, weights = weights - splat<i32x4>(1)) {
+                acc = acc + toFloat(weights) * load<f32x4>(src + block - 1 - taken) * splat<f32x4>(dst[taken]);
+            }
+            store(before, acc);
+        }
+        for (std::ptrdiff_t i = block; i < std::min(block + 4, n); ++i) {
+            Vorn32f acc = before[i - block];
+            for (std::ptrdiff_t j = taken; j < i; ++j) acc += static_cast<Vorn32f>(i - j) * src[i - 1 - j] * dst[j];
+            dst[i] = element(acc, i, src[i]);
+        }
+    }
+    return 0;
 }
 
 }  // namespace vorn::conversion
