@@ -5,10 +5,18 @@
 
 #include "features/prediction/line_spectrum.h"
 #include "simd/neighbours.h"
+#include "simd/pairs.h"
 #include "simd/simd.h"
 
 namespace vorn::conversion {
 namespace {
+
+// Multiples of a step, each rounded once. The compiler must not know the factors: it would subtract their products by
+// adding those of the opposite factors, which round to the other side in the caller's directed modes.
+VORN_INLINE f32x4 multiplesOf(Vorn32f step, Vorn32f fourth) {
+    const Vorn32f factors[4] = {1, 2, 3, fourth};
+    return inRegister(load<f32x4>(factors)) * splat<f32x4>(step);
+}
 
 // c[0] to c[degree], of which c[0] is 1, as a series of Chebyshev polynomials by Clenshaw's recurrence.
 struct ChebyshevSeries {
@@ -101,8 +109,7 @@ public:
 private:
     // In groups of four from a base, the last point of the group before; the multiples of the step are rounded once.
     void fillPoints() {
-        const Vorn32f units[4] = {1, 2, 3, 4};
-        const f32x4 multiples = load<f32x4>(units) * splat<f32x4>(step_);
+        const f32x4 multiples = multiplesOf(step_, 4);
         const Vorn32f four = 4.0f * step_;
         for (int i = 0; i < steps; i += 4) {
             store(x_ + i, splat<f32x4>(base_) - multiples);
@@ -146,9 +153,8 @@ struct Bracket {
     // From xa in steps that start at a quarter of the grid's, three at once, each time a quarter as long: a round is
     // worth two bisections.
     void quarter(const ChebyshevSeries& series, Vorn32f step, int nDiv) {
-        const Vorn32f units[4] = {1, 2, 3, 3};
         for (step = step * 0.25f; nDiv > 0; nDiv -= 2, step = step * 0.25f) {
-            const f32x4 points = splat<f32x4>(xa) - load<f32x4>(units) * splat<f32x4>(step), values = series.at(points);
+            const f32x4 points = splat<f32x4>(xa) - multiplesOf(step, 3), values = series.at(points);
             const f32x4 before = fromLast(splat<f32x4>(fa), values);
             // So many points keep the sign; what follows the last of them ends the bracket.
             const int kept = std::countr_one(laneBits(before * values > splat<f32x4>(0)) & 7u);

@@ -23,8 +23,8 @@ int linesFromCoefficients(const Vorn32f* a, Vorn32f* dst, std::ptrdiff_t order, 
                           Vorn32f* polynomials);
 
 // The coefficients from the lines x; dst may be x.
-constexpr std::int64_t coefficientScratch(std::int64_t order) { return 2 * (degreeOfP(order) + 1); }
-void coefficientsFromLines(const Vorn32f* x, Vorn32f* dst, std::ptrdiff_t order, Vorn32f* polynomials);
+constexpr std::int64_t coefficientScratch(std::int64_t order) { return degreeOfP(order) / 2 * 4 + 4; }
+void coefficientsFromLines(const Vorn32f* x, Vorn32f* dst, std::ptrdiff_t order, Vorn32f* pairs);
 
 // What needs no memory: up to order 254, and 58.
 using LineScratch = ShortScratch<Vorn32f, 256>;
