@@ -87,10 +87,10 @@ void addLines() {
                           }}});
             }
         }
-        compare("vornsLSPToLP_32f", std::to_string(order), frames, dst,
-                {{bench::ours,
-                  [=] { eachFrame([&](int f) { vornsLSPToLP_32f(&x[f * order], dst.get(), order); }); }},
-                 {"plain", [=] { eachFrame([&](int f) { plain::predictionOfLines(&x[f * order], dst.get(), order); }); }}});
+        compare(
+            "vornsLSPToLP_32f", std::to_string(order), frames, dst,
+            {{bench::ours, [=] { eachFrame([&](int f) { vornsLSPToLP_32f(&x[f * order], dst.get(), order); }); }},
+             {"plain", [=] { eachFrame([&](int f) { plain::predictionOfLines(&x[f * order], dst.get(), order); }); }}});
     }
 }
 
@@ -123,12 +123,12 @@ void addSpectra() {
             z[0] += 1.0f;
             for (int i = 0; i < n; ++i) dst[i] = 1 / std::sqrt(z[2 * i] * z[2 * i] + z[2 * i + 1] * z[2 * i + 1]);
         };
-        const fftwf_plan kept = fftwf_plan_dft_r2c_1d(2 * n, x.get(), reinterpret_cast<fftwf_complex*>(spectrum.get()),
-                                           FFTW_ESTIMATE);
+        const fftwf_plan kept =
+            fftwf_plan_dft_r2c_1d(2 * n, x.get(), reinterpret_cast<fftwf_complex*>(spectrum.get()), FFTW_ESTIMATE);
         calls.push_back({"FFTW, plan kept", [=] { finish(kept); }});
         calls.push_back({"FFTW", [=] {
-                             const fftwf_plan plan = fftwf_plan_dft_r2c_1d(2 * n, x.get(), reinterpret_cast<fftwf_complex*>(spectrum.get()),
-                                           FFTW_ESTIMATE);
+                             const fftwf_plan plan = fftwf_plan_dft_r2c_1d(
+                                 2 * n, x.get(), reinterpret_cast<fftwf_complex*>(spectrum.get()), FFTW_ESTIMATE);
                              finish(plan);
                              fftwf_destroy_plan(plan);
                          }});

@@ -112,7 +112,8 @@ TEST(PredictionSpectrum, IsOneOverTheFilter) {
             const auto a = random.floats(std::min<std::size_t>(12, 2 * n - 1), -1, 1);
             const float val = -1.0f;
             std::vector<float> dst(n);
-            ASSERT_EQ(vornsLPToSpectrum_32f(a.data(), static_cast<int>(a.size()), dst.data(), order, val), vornStsNoErr);
+            ASSERT_EQ(vornsLPToSpectrum_32f(a.data(), static_cast<int>(a.size()), dst.data(), order, val),
+                      vornStsNoErr);
             for (std::size_t i = 0; i < n; ++i) {
                 long double re = i == 0 ? -static_cast<long double>(val) : 0, im = 0;
                 for (std::size_t k = 1; k <= a.size(); ++k) {
@@ -151,7 +152,8 @@ TEST(PredictionSpectrum, ZerosGiveInfinitiesAndAWarning) {
         EXPECT_EQ(vornsLPToSpectrum_32f(zeros.data(), static_cast<int>(2 * n - 1), dst, order, 0.0f), vornStsDivByZero);
         EXPECT_EQ(dst.values(), std::vector<float>(n, inf));
         // All but bin 0.
-        EXPECT_EQ(vornsLPToSpectrum_32f(zeros.data(), 1, dst, order, -4.0f), order == 0 ? vornStsNoErr : vornStsDivByZero);
+        EXPECT_EQ(vornsLPToSpectrum_32f(zeros.data(), 1, dst, order, -4.0f),
+                  order == 0 ? vornStsNoErr : vornStsDivByZero);
         std::vector<float> expected(n, inf);
         expected[0] = 0.25f;
         EXPECT_EQ(dst.values(), expected);

@@ -47,23 +47,30 @@ std::ptrdiff_t toCepstrum(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n) {
 }
 
 // Here it is the last one. So four sums take in together what lies before the first of them, in the order of the sums,
-// and then each the few elements that are left.
+// and then each the few elements that are left. Where there are no four sums any more, the first loads would end behind
+// the source: so many elements are taken in one by one.
 std::ptrdiff_t fromCepstrum(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n) {
     for (std::ptrdiff_t block = 0; block < n; block += 4) {
-        alignas(f32x4) Vorn32f before[4] = {};
+        const std::ptrdiff_t end = std::min(block + 4, n), behind = block + 4 - end;
+        alignas(f32x4) Vorn32f acc[4] = {};
+        const auto take = [&](std::ptrdiff_t i, std::ptrdiff_t j) __attribute__((always_inline)) {
+            acc[i - block] += static_cast<Vorn32f>(i - j) * src[i - 1 - j] * dst[j];
+        };
         std::ptrdiff_t taken = 0;
-        if (block + 4 <= n) {
-            f32x4 acc = splat<f32x4>(0);
-            i32x4 weights = indices(block, 1);
-            for (; taken < block; ++taken, weights = weights - splat<i32x4>(1)) {
-                acc = acc + toFloat(weights) * load<f32x4>(src + block - 1 - taken) * splat<f32x4>(dst[taken]);
-            }
-            store(before, acc);
+        for (; taken < std::min(behind, block); ++taken) {
+            for (std::ptrdiff_t i = block; i < end; ++i) take(i, taken);
         }
-        for (std::ptrdiff_t i = block; i < std::min(block + 4, n); ++i) {
-            Vorn32f acc = before[i - block];
-            for (std::ptrdiff_t j = taken; j < i; ++j) acc += static_cast<Vorn32f>(i - j) * src[i - 1 - j] * dst[j];
-            dst[i] = element(acc, i, src[i]);
+        if (taken < block) {
+            f32x4 sums = load<f32x4>(acc);
+            i32x4 weights = indices(block - taken, 1);
+            for (; taken < block; ++taken, weights = weights - splat<i32x4>(1)) {
+                sums = sums + toFloat(weights) * load<f32x4>(src + block - 1 - taken) * splat<f32x4>(dst[taken]);
+            }
+            store(acc, sums);
+        }
+        for (std::ptrdiff_t i = block; i < end; ++i) {
+            for (std::ptrdiff_t j = block; j < i; ++j) take(i, j);
+            dst[i] = element(acc[i - block], i, src[i]);
         }
     }
     return 0;

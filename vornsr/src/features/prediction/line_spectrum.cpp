@@ -21,8 +21,8 @@ inline Vorn32f opaque(Vorn32f x) {
 }
 
 // The products of the factors 1 - 2 x z + z^2 over the lines x of P and of Q, of which the first half of the
-// coefficients says all, as pairs of one of P and one of Q, two pairs a register. A new factor makes of each coefficient
-// the sum of three: the one itself, g times the one below it, and the one below that.
+// coefficients says all, as pairs of one of P and one of Q, two pairs a register. A new factor makes of each
+// coefficient the sum of three: the one itself, g times the one below it, and the one below that.
 void expand(const Vorn32f* x, std::ptrdiff_t order, Vorn32f* pairs) {
     const std::ptrdiff_t nP = degreeOfP(order);
     const f32x4 minusTwo = splat<f32x4>(opaque(-2.0f));
@@ -43,7 +43,8 @@ void expand(const Vorn32f* x, std::ptrdiff_t order, Vorn32f* pairs) {
         // The register of coefficient m, which had none before: twice the one below the next comes in its place.
         std::ptrdiff_t at = m / 2 * 4;
         f32x4 old = m % 2 == 0 ? splat<f32x4>(0) : load<f32x4>(pairs + at), below = load<f32x4>(pairs + at - 4);
-        const f32x4 product = g * fromThird(below, old), inner = product + old + below, outer = product + (below + below);
+        const f32x4 product = g * fromThird(below, old), inner = product + old + below,
+                    outer = product + (below + below);
         put(at, old, m % 2 == 0 ? outer : select(only(lowPair), inner, outer));
         for (at -= 4; at > 0; at -= 4) {
             old = below;

@@ -17,8 +17,13 @@ namespace {
 // register of each next row, so that nothing is ever reversed, nor loaded across two stores.
 struct Lattice {
     Vorn32f *forward, *backward;
-    Lattice(Vorn32f* scratch, std::ptrdiff_t n) : forward(scratch), backward(scratch + stepRow(n)) {
-        std::fill_n(scratch, 2 * stepRow(n), 0.0f);
+    Lattice(Vorn32f* scratch, std::ptrdiff_t n) : forward(scratch), backward(scratch + stepRow(n)) {}
+    // The registers of n coefficients, zeros.
+    void clear(std::ptrdiff_t n) const {
+        for (std::ptrdiff_t i = 0; i < n; i += 4) {
+            store(forward + i, splat<f32x4>(0));
+            store(backward + i, splat<f32x4>(0));
+        }
     }
 };
 
@@ -28,8 +33,9 @@ constexpr std::int32_t laneNumbers[4] = {0, 1, 2, 3};
 
 std::ptrdiff_t stepDown(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n, Vorn32f* scratch) {
     const Lattice w(scratch, n);
-    std::copy_n(src, n, w.forward);
-    std::reverse_copy(src, src + n - 1, w.backward);
+    w.clear(n);
+    for (std::ptrdiff_t i = 0; i < n; ++i) w.forward[i] = src[i];
+    for (std::ptrdiff_t i = 0; i < n - 1; ++i) w.backward[i] = src[n - 2 - i];
     Vorn32f last = src[n - 1];
     for (std::ptrdiff_t m = n - 1;; --m) {
         const Vorn32f k = 0.0f - last, d = 1.0f / (1.0f - k * k);
@@ -56,6 +62,7 @@ std::ptrdiff_t stepDown(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n, Vorn
 
 void stepUp(const Vorn32f* src, Vorn32f* dst, std::ptrdiff_t n, Vorn32f* scratch) {
     const Lattice w(scratch, n);
+    w.clear(n);
     for (std::ptrdiff_t m = 0; m < n; ++m) {
         const f32x4 k = splat<f32x4>(src[m]), joining = splat<f32x4>(0) - k;
         f32x4 before = joining;
@@ -108,10 +115,9 @@ VornStatus vornsLPToReflection_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, 
     VORN_CHECK(positive(n));
     const StepScratch scratch(2 * stepRow(n));
     if (!scratch) return vornStsMemAllocErr;
-    return conversion::throughSingles(src, dst, n, oppositeScale(scale), WrappedStore{scale},
-                                      [&](const Vorn32f* x, Vorn32f* y, std::ptrdiff_t) {
-                                          return conversion::stepDown(x, y, n, scratch.get());
-                                      });
+    return conversion::throughSingles(
+        src, dst, n, oppositeScale(scale), WrappedStore{scale},
+        [&](const Vorn32f* x, Vorn32f* y, std::ptrdiff_t) { return conversion::stepDown(x, y, n, scratch.get()); });
 }
 
 VornStatus vornsReflectionToLP_16s_Sfs(const Vorn16s* src, Vorn16s* dst, int n, int scale) {
