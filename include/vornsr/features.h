@@ -412,9 +412,9 @@ VornStatus vornsLinearPrediction_Cov_16s_Sfs(const Vorn16s* src, int len, Vorn16
  *   xb. Otherwise (an exact zero, an underflow or a not-a-number too) a root lies in between. Behind point i it is
  *   refined, where nGrid is at least 4 and i below nGrid - 5, in half as many rounds as nDiv says, rounded up, with
  *   s = g/4, g/16, ...: of xa - s, xa - 2s, xa - 3s the first whose value times the one before it is not above 0
- *   becomes xb, the one before it (or the third) xa; elsewhere by nDiv bisections: mid = (xb + xa) / 2 becomes xb if the
- *   product of its value and fb is above 0, else xa. Then root = xb - (fb (xa - xb)) / (fa - fb) is stored, the other polynomial
- *   becomes active at xa = root, and the same next point is tried again. It ends with order roots or at the end of
+ *   becomes xb, the one before it (or the third) xa; elsewhere by nDiv bisections: mid = (xb + xa) / 2 becomes xb if
+ *   the product of its value and fb is above 0, else xa. Then root = xb - (fb (xa - xb)) / (fa - fb) is stored, the
+ *   other polynomial becomes active at xa = root, and the same next point is tried again. It ends with order roots or at the end of
  *   the grid: *pNRoots says how many there are, `vornStsNoRootErr` that there are too few (an unstable filter, or
  *   lines closer than the grid); the rest of dst is left alone. Coefficients that are not numbers give roots that are
  *   not. Time grows with nGrid; memory is taken above order 254 alone.
@@ -424,8 +424,8 @@ VornStatus vornsLinearPrediction_Cov_16s_Sfs(const Vorn16s* src, int len, Vorn16
  *   q[i] = q[i] - q[i-1]; dst[i-1] = (p[i] + q[i]) / 2, dst[order-i] = (p[i] - q[i]) / 2. Odd order, for i up to nQ,
  *   from the left: dst[i-1] = -(p[i] + q[i] - q[i-2]) / 2, dst[order-i] = -(p[i] - q[i] + q[i-2]) / 2, without q[i-2]
  *   where i is 1, and with it before q[i] in the second where i is 2; dst[nP-1] = -p[nP] / 2.
- * Lines from a grid of 128 steps with 4 divisions are within 1e-5 of the truth, and coefficients of spread lines
- * return within 1e-5 at order 10, 5e-5 at order 12 and 5e-3 at order 20.
+ * Of lines that are spread over all frequencies, up to order 20, a grid of 128 steps with 4 divisions finds each within
+ * 1e-5; coefficients return from them within 1e-5 at order 10, 5e-5 at order 12 and 5e-3 at order 20.
  *
  * **Envelope.** `vornsLPToSpectrum_*` transforms N = 2^(order+1) singles, 0, src[0..len-1] and zeros
  * (`vornsFFTFwd_RToCCS_32f`, flag 8, hint 2), subtracts val from the real part of bin 0 and of no other, and gives
