@@ -414,10 +414,10 @@ VornStatus vornsLinearPrediction_Cov_16s_Sfs(const Vorn16s* src, int len, Vorn16
  *   s = g/4, g/16, ...: of xa - s, xa - 2s, xa - 3s the first whose value times the one before it is not above 0
  *   becomes xb, the one before it (or the third) xa; elsewhere by nDiv bisections: mid = (xb + xa) / 2 becomes xb if
  *   the product of its value and fb is above 0, else xa. Then root = xb - (fb (xa - xb)) / (fa - fb) is stored, the
- *   other polynomial becomes active at xa = root, and the same next point is tried again. It ends with order roots or at the end of
- *   the grid: *pNRoots says how many there are, `vornStsNoRootErr` that there are too few (an unstable filter, or
- *   lines closer than the grid); the rest of dst is left alone. Coefficients that are not numbers give roots that are
- *   not. Time grows with nGrid; memory is taken above order 254 alone.
+ *   other polynomial becomes active at xa = root, and the same next point is tried again. It ends with order roots or
+ *   at the end of the grid: *pNRoots says how many there are, `vornStsNoRootErr` that there are too few (an unstable
+ *   filter, or lines closer than the grid); the rest of dst is left alone. Coefficients that are not numbers give roots
+ *   that are not. Time grows with nGrid; memory is taken above order 254 alone.
  * - `vornsLSPToLP_*`: P from x = src[0], src[2], ... and Q from src[1], src[3], ...: c[0] = 1, c[1] = -2 x of the
  *   first; the m-th one, with g = -2 x, makes c[m] = g c[m-1] + 2 c[m-2], c[j] = (g c[j-1] + c[j]) + c[j-2] for j
  *   from m - 1 down to 2, and c[1] = c[1] + g. Even order: for i from nP down to 1, p[i] = p[i] + p[i-1] and

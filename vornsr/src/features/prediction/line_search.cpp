@@ -191,6 +191,74 @@ private:
     }
 };
 
+// The same for four brackets, each in a lane of its own: of P and Q in turn.
+struct FourBrackets {
+    // Two series that take turns in the lanes.
+    struct InTurn {
+        ChebyshevSeries first, second;
+
+        template <int count>
+        VORN_INLINE void at(const f32x4 (&x)[count], f32x4 (&y)[count]) const {
+            const auto coefficients = [this](std::ptrdiff_t k) __attribute__((always_inline)) {
+                return interleaveLow(splat<f32x4>(first.c[k]), splat<f32x4>(second.c[k]));
+            };
+            const std::ptrdiff_t degree = std::min(first.degree, second.degree);
+            f32x4 twice[count], b1[count], b2[count];
+            for (int v = 0; v < count; ++v) {
+                twice[v] = x[v] + x[v];
+                b1[v] = coefficients(1) + twice[v];
+                b2[v] = splat<f32x4>(1);
+            }
+            for (std::ptrdiff_t k = 2; k < degree; ++k) {
+                const f32x4 ck = coefficients(k);
+                for (int v = 0; v < count; ++v) {
+                    const f32x4 t = twice[v] * b1[v] - b2[v];
+                    b2[v] = b1[v];
+                    b1[v] = t + ck;
+                }
+            }
+            const f32x4 half = splat<f32x4>(0.5f) * coefficients(degree);
+            for (int v = 0; v < count; ++v) y[v] = half - b2[v] + b1[v] * x[v];
+            if (first.degree == second.degree) return;
+
+            // One is a step ahead of the other.
+            const bool firstIsLonger = first.degree > degree;
+            const Vorn32f* c = firstIsLonger ? first.c : second.c;
+            const Vorn32f no = 0, yes = 1,
+                          lanes[4] = {firstIsLonger ? yes : no, firstIsLonger ? no : yes, firstIsLonger ? yes : no,
+                                      firstIsLonger ? no : yes};
+            const mask32x4 longer = load<f32x4>(lanes) > splat<f32x4>(0);
+            for (int v = 0; v < count; ++v) {
+                const f32x4 t = twice[v] * b1[v] - b2[v], next = t + splat<f32x4>(c[degree]);
+                y[v] = select(longer, splat<f32x4>(0.5f * c[degree + 1]) - b1[v] + next * x[v], y[v]);
+            }
+        }
+    };
+
+    f32x4 xa, fa, xb, fb;
+
+    void quarter(const InTurn& series, Vorn32f step, int nDiv) {
+        const Vorn32f factors[4] = {1, 2, 3, 4};
+        const f32x4 multiples = inRegister(load<f32x4>(factors));
+        for (step = step * 0.25f; nDiv > 0; nDiv -= 2, step = step * 0.25f) {
+            const f32x4 s = multiples * splat<f32x4>(step);
+            const f32x4 x[3] = {xa - splat<f32x4>(step), xa - splatSecond(s), xa - splatSecond(fromSecond(s, s))};
+            f32x4 f[3];
+            series.at(x, f);
+            const f32x4 zero = splat<f32x4>(0);
+            const mask32x4 one = fa * f[0] > zero, two = one & (f[0] * f[1] > zero), three = two & (f[1] * f[2] > zero);
+            const bool moves = any(x[2] < xa);
+            xb = select(three, xb, select(two, x[2], select(one, x[1], x[0])));
+            fb = select(three, fb, select(two, f[2], select(one, f[1], f[0])));
+            xa = select(three, x[2], select(two, x[1], select(one, x[0], xa)));
+            fa = select(three, f[2], select(two, f[1], select(one, f[0], fa)));
+            if (!moves) return;
+        }
+    }
+
+    f32x4 secant() const { return xb - fb * (xa - xb) / (fa - fb); }
+};
+
 }  // namespace
 
 int linesFromCoefficients(const Vorn32f* a, Vorn32f* dst, std::ptrdiff_t order, std::ptrdiff_t nGrid, int nDiv,
@@ -202,14 +270,50 @@ int linesFromCoefficients(const Vorn32f* a, Vorn32f* dst, std::ptrdiff_t order, 
     Grid grid(series[0], series[1], nGrid);
     std::ptrdiff_t roots = 0, before = 0;  // steps of the grid before this run
     int active = 0;
+    const auto quarters = [&](int i) { return nGrid >= 4 && before + i < nGrid - 5; };
+
+    // Four roots from step i on, of which each is looked for where it is if the root before leaves the sign of the
+    // other polynomial as the next point has it. That is nearly always so, and the roots come out together. Returns how
+    // many are right; the bracket then begins at the last of them, in step i.
+    const auto fourRoots = [&](int& i, Bracket& bracket) {
+        int at[4];
+        Vorn32f xa[4], fa[4], xb[4], fb[4], ahead[4];
+        for (int l = 0; l < 4; ++l) {
+            const int line = active ^ (l & 1);
+            at[l] = l == 0 ? i : grid.stepOfChange(line, at[l - 1] + 1);
+            if (at[l] >= grid.count() || !quarters(at[l])) return 0;
+            xa[l] = grid.x(at[l]), fa[l] = grid.y(line, at[l]);
+            xb[l] = grid.x(at[l] + 1), fb[l] = grid.y(line, at[l] + 1);
+            ahead[l] = grid.y(1 - line, at[l] + 1);
+        }
+        FourBrackets four = {load<f32x4>(xa), load<f32x4>(fa), load<f32x4>(xb), load<f32x4>(fb)};
+        four.quarter({series[active], series[1 - active]}, grid.step(), nDiv);
+        const f32x4 x[1] = {four.secant()};
+        f32x4 f[1];
+        FourBrackets::InTurn{series[1 - active], series[active]}.at(x, f);
+        const int kept = std::countr_one(laneBits(f[0] * load<f32x4>(ahead) > splat<f32x4>(0)));
+        const int right = std::min(kept + 1, 4);
+        store(xa, x[0]);
+        store(fa, f[0]);
+        std::copy_n(xa, right, dst + roots);
+        roots += right;
+        active ^= right & 1;
+        i = at[right - 1];
+        bracket = {xa[right - 1], fa[right - 1], 0, 0};
+        return right;
+    };
     do {
         for (int i = 0; (i = grid.stepOfChange(active, i)) < grid.count(); ++i) {
             Bracket bracket = {grid.x(i), grid.y(active, i), 0, 0};
+            if (order >= 4 && order - roots >= 4 && fourRoots(i, bracket) > 0) {
+                if (roots == order) return static_cast<int>(roots);
+                if (bracket.fa * grid.y(active, i + 1) > 0) continue;
+            }
             // All roots in this step of the grid: behind one the other polynomial starts from it.
             do {
                 bracket.xb = grid.x(i + 1);
                 bracket.fb = grid.y(active, i + 1);
-                if (nGrid >= 4 && before + i < nGrid - 5) {
+                if (quarters(i)) {
                     bracket.quarter(series[active], grid.step(), nDiv);
                 } else {
                     bracket.bisect(series[active], nDiv);
