@@ -496,6 +496,86 @@ VornStatus vornsLinearPrediction_Cov_16s_Sfs(const Vorn16s* src, int len, Vorn16
  * @defgroup vornsr_prediction_conversions Representations of a prediction filter
  * @brief Prediction coefficients as cepstrum, reflection coefficients, line spectral frequencies and spectrum envelope,
  * and back.
+ *
+ * A filter of order n is given by a(1) to a(n) of the error filter 1 + a(1) z^-1 + ... + a(n) z^-n, as
+ * @ref vornsr_linear_prediction makes them; element i of an array holds coefficient i + 1. Line spectra of odd order
+ * alone take and give the predictor, -a. All arithmetic is in single, in the order that is written here, in the
+ * caller's rounding mode; with it the bits of every result are fixed. Alignment changes nothing. dst may be src,
+ * except in `vornsLPToCepstrum_32f` and `vornsCepstrumToLP_32f`, where they must not overlap; `vornsLPToSpectrum_*`
+ * may work in place where 2^order results fit.
+ *
+ * **Cepstrum** (that of 1/A, without c(0); Atal 1974). For i from 0 to n - 1, dst[i] = 0 - (acc / (i + 1) + src[i]),
+ * a true division, where acc is the sum, for j from 0 to i - 1 in this order, of ((i - j) src[j]) dst[i-1-j] in
+ * `vornsLPToCepstrum_*`, and of ((i - j) src[i-1-j]) dst[j] in `vornsCepstrumToLP_*`: the index of the cepstrum
+ * multiplies first.
+ *
+ * **Reflection coefficients** (Makhoul 1975), k(i) = -a(i) of the filter of order i.
+ * - `vornsLPToReflection_*`: with w = src, for m from n - 1 down to 0: k = 0 - w[m] and d = 1 / (1 - k k); dst[m] =
+ *   k; then all w[i] below m become (w[m-1-i] k + w[i]) d. A k of exactly 1 or -1, or not a number, ends it before
+ *   dst[m] is written with `vornStsUnstableErr`: dst holds the coefficients above m, and the elements from m down are
+ *   as they were. Any other magnitude above one passes.
+ * - `vornsReflectionToLP_*`: with w empty, for i from 0 to n - 1: all w[j] below i become w[j] - w[i-1-j] src[i], and
+ *   w[i] = 0 - src[i]; dst = w. Every filter passes.
+ * There and back, coefficients below 0.5 in magnitude return within 1e-4 up to order 22.
+ *
+ * **Line spectral frequencies**, as cosines x of the angle, from near 1 down to near -1: roots of P and Q in turn, P
+ * first (Itakura 1975; Kabal and Ramachandran 1986). With p[0] = q[0] = 1, and nP and nQ half the order, rounded up and
+ * down:
+ * - even order, for i from 0 to nP - 1: p[i+1] = (src[i] - p[i]) + src[order-1-i], q[i+1] = (src[i] + q[i]) -
+ *   src[order-1-i];
+ * - odd order: q[1] = src[order-1] - src[0], q[i] = (q[i-2] + src[order-i]) - src[i-1] for i from 2 to nQ; p[i] =
+ *   (0 - src[i-1]) - src[order-i] for i from 1 to nP - 1, and p[nP] = -2 src[nP-1].
+ *
+ * A polynomial c[0..m] has at x the value (c[1] + x) + x for m = 1, and 0 for m = 0; else, from b2 = 1, b1 = c[1] +
+ * 2x and for k from 2 to m - 1: t = 2x b1 - b2, b2 = b1, b1 = t + c[k], the value (c[m] / 2 - b2) + b1 x.
+ * - `vornsLPToLSP_*` goes down a grid: with g = 2 / nGrid, points 4m to 4m + 3 are b - g, b - 2g, b - 3g, b - 4g, b
+ *   being 1 + g at first and then the last point of the four before; point nGrid is -1. From xa = point 0 on, where
+ *   the product of the active polynomial's values fa at xa and fb at xb, the next point, is above 0, xa goes on to
+ *   xb. Otherwise (an exact zero, an underflow or a not-a-number too) a root lies in between. Behind point i it is
+ *   refined, where nGrid is at least 4 and i below nGrid - 5, in half as many rounds as nDiv says, rounded up, with
+ *   s = g/4, g/16, ...: of xa - s, xa - 2s, xa - 3s the first whose value times the one before it is not above 0
+ *   becomes xb, the one before it (or the third) xa; elsewhere by nDiv bisections: mid = (xb + xa) / 2 becomes xb if
+ *   the product of its value and fb is above 0, else xa. Then root = xb - (fb (xa - xb)) / (fa - fb) is stored, the
+ *   other polynomial becomes active at xa = root, and the same next point is tried again. It ends with order roots or
+ *   at the end of the grid: *pNRoots says how many there are, `vornStsNoRootErr` that there are too few (an unstable
+ *   filter, or lines closer than the grid); the rest of dst is left alone. Coefficients that are not numbers give roots
+ *   that are not. Time grows with nGrid; memory is taken above order 254 alone.
+ * - `vornsLSPToLP_*`: P from x = src[0], src[2], ... and Q from src[1], src[3], ...: c[0] = 1, c[1] = -2 x of the
+ *   first; the m-th one, with g = -2 x, makes c[m] = g c[m-1] + 2 c[m-2], c[j] = (g c[j-1] + c[j]) + c[j-2] for j
+ *   from m - 1 down to 2, and c[1] = c[1] + g. Even order: for i from nP down to 1, p[i] = p[i] + p[i-1] and
+ *   q[i] = q[i] - q[i-1]; dst[i-1] = (p[i] + q[i]) / 2, dst[order-i] = (p[i] - q[i]) / 2. Odd order, for i up to nQ,
+ *   from the left: dst[i-1] = -(p[i] + q[i] - q[i-2]) / 2, dst[order-i] = -(p[i] - q[i] + q[i-2]) / 2, without q[i-2]
+ *   where i is 1, and with it before q[i] in the second where i is 2; dst[nP-1] = -p[nP] / 2.
+ * Of lines that are spread over all frequencies, up to order 20, a grid of 128 steps with 4 divisions finds each within
+ * 1e-5; coefficients return from them within 1e-5 at order 10, 5e-5 at order 12 and 5e-3 at order 20.
+ *
+ * **Envelope.** `vornsLPToSpectrum_*` transforms N = 2^(order+1) singles, 0, src[0..len-1] and zeros
+ * (`vornsFFTFwd_RToCCS_32f`, flag 8, hint 2), subtracts val from the real part of bin 0 and of no other, and gives
+ * dst[i] = 1 / sqrt(re re + im im) for the first 2^order bins. A magnitude of 0 gives +infinity and the warning
+ * `vornStsDivByZero`; all other quotients are those of IEEE, without a warning.
+ *
+ * **16-bit forms** work through these. In: x 2^scale, in the line spectra x 2^-scaleIn, in the envelope x and val as
+ * they are. Out, y 2^-scale or y 2^-scaleOut is stored:
+ * - `vornsLPToCepstrum_16s_Sfs`, `vornsLPToReflection_16s_Sfs`, `vornsLPToLSP_16s_Sfs`: 0.5 with the sign of y (+0.5
+ *   for both zeros) added in single, truncated, the low 16 bits; 0 for what leaves 32 bits or is not a number;
+ * - `vornsReflectionToLP_16s_Sfs`: rounded to nearest in any rounding mode, saturated; -32768 for what leaves 32 bits
+ *   on either side or is not a number;
+ * - the others: as `vornsConvert_32f16s_Sfs` with `vornRndNear`.
+ *
+ * Powers of two are those of singles: infinite above 2^127, 0 below 2^-149; a scale of -2147483648 counts as
+ * -2147483647. `vornsLPToReflection_16s_Sfs` returns 0 for an unstable filter too, with the elements below the stop
+ * left as they were. `vornsLPToLSP_16s_Sfs` clears *pNRoots behind the checks, stores the roots that were found and
+ * returns the status.
+ *
+ * Checks, in this order: null; size (n, order, len, nGrid, nDiv below 1; order above nGrid; in the envelope order
+ * below 0, len from 2^(order+1) on). Then:
+ * - `vornsLSPToLP_*`: `vornStsLspOrderErr` if src[0] is 1 or above, an element below the next one, or src[order-1]
+ *   not above -1; the `16s` form asks the integers, for src[0] above 2^scaleIn and src[order-1] below -(2^scaleIn):
+ *   here the limits pass. Equal neighbours pass in both.
+ * - `vornsLPToSpectrum_*`: `vornStsFftOrderErr` for an order above 29; later an error of the transform.
+ * - `vornStsMemAllocErr`, with nothing written but *pNRoots: in `32f` forms from n = 16 on (reflection coefficients),
+ *   above order 254 and above 58 (to and from lines), in the envelope at any order; in `16s` forms above 64
+ *   coefficients as well. The cepstrum in `32f` takes no memory.
  * @{
  */
 VornStatus vornsLPToCepstrum_32f(const Vorn32f* src, Vorn32f* dst, int n);

@@ -78,7 +78,7 @@
 // (moves and fills of a few bytes), fold.h (the lanes of a register joined), exact_sum.h and count.h (sums of products
 // and of yes and no), tile.h (four rows at once), groups.h (runs of 16 bytes), pairs.h and complex.h (complex numbers),
 // rounded_shift.h (shifts that round or saturate), unsigned.h (the order of integers without a sign), half.h (halves),
-// divide.h, gather.h.
+// divide.h, gather.h, neighbours.h (two registers as neighbours in a run of elements).
 #pragma once
 
 #include <cstddef>
