@@ -34,8 +34,8 @@ struct Gaps {
     }
 
     std::string told(const char* reason) const {
-        return format("Gaps: %d of %d frames (%d in which nothing can be predicted, as in silence; %d %s).",
-                      without + lacking, frames, without, lacking, reason);
+        return format("Gaps: %d of %d frames (%d without a filter, as in silence; %d %s).", without + lacking, frames,
+                      without, lacking, reason);
     }
 };
 
@@ -162,7 +162,8 @@ std::string areasFigure(const Specimen& specimen, const Prediction& prediction) 
         int end = t + 1;
         while (end < panels.frames() && !(prediction[end] && prediction[end]->logAreas)) ++end;
         const double left = panels.time()(frameStart(t)), right = panels.time()(frameStart(end));
-        panels.sheet().box(left, top, right - left, panels.bottom() - top, "gap", format("%d frames without", end - t));
+        panels.sheet().box(left, top, right - left, panels.bottom() - top, "gap",
+                           format("no values: %d of the frames", end - t));
         t = end;
     }
     std::vector<double> ratios;
@@ -174,7 +175,7 @@ std::string areasFigure(const Specimen& specimen, const Prediction& prediction) 
 std::string envelopePart(const Specimen& specimen, const Prediction& prediction) {
     const std::optional<int> loudest = loudestFrame(prediction);
     if (!loudest) {
-        return "<p class='note'>There is no frame with an envelope to show: nothing can be predicted in any.</p>\n";
+        return "<p class='note'>There is no envelope to show: no frame has a filter, as in silence.</p>\n";
     }
     const PredictedFrame& frame = *prediction[*loudest];
     const std::vector<Vorn32f> magnitudes = envelope(frame);
