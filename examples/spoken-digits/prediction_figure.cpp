@@ -202,9 +202,8 @@ std::string predictionSection(const Specimen& specimen, const FrontEnd& frontEnd
     return "<section><h2>Linear prediction</h2><p class='lead'>The same frames of <code>" +
            escaped(specimen.outcome->path.filename().string()) +
            "</code>, seen in another way, which has no part in the decision: each sample is guessed from the ten "
-           "before "
-           "it, and the ten weights that guess best describe the frame. Below, three ways to look at "
-           "them.</p>\n" +
+           "before it, and the ten weights that guess best describe the frame. Below, three ways to look at them."
+           "</p>\n" +
            envelopePart(specimen, prediction) + linesFigure(specimen, prediction) +
            "<p class='note'>The dashed lines of the picture above, for every frame. There are ten in each, they never "
            "cross, and white and blue take turns. Follow the bright bands: a white and a blue line run close together "
@@ -216,8 +215,7 @@ std::string predictionSection(const Specimen& specimen, const FrontEnd& frontEnd
            "row is one place where two pieces meet, and tells by which factor the areas differ, as a logarithm: near "
            "white there is hardly a step, red and blue are steps one way and the other. The first row also "
            "follows the slope of the spectrum, and sets vowels (blue, most energy at low frequencies) apart from "
-           "hissing "
-           "sounds (red). Columns that look alike are the same sound. Grey: no values. " +
+           "hissing sounds (red). Columns that look alike are the same sound. Grey: no values. " +
            Gaps(prediction, lacksAreas).told("whose filter is at the edge of stability") +
            " Functions: <code>vornsLPToReflection_32f</code>, <code>vornsReflectionToLAR_32f</code>.</p></section>\n";
 }
