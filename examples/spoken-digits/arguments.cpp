@@ -119,8 +119,8 @@ const char* const kHelp =
     "      DIR/large.model and DIR/report.html, with all arithmetics, methods and shortlists compared.\n"
     "  spoken-digits --help\n"
     "\n"
-    "Recordings are mono 16-bit WAV files of 8000 samples a second. A name like 7_anna_3.wav tells the spoken digit\n"
-    "and the speaker.\n"
+    "Recordings are mono 16-bit WAV files of 8000, 11025, 16000, 22050, 32000, 44100 or 48000 samples a second, of\n"
+    "which all but the first are brought to 8000. A name like 7_anna_3.wav tells the spoken digit and the speaker.\n"
     "Exit status: 0 all done, 1 some file could not be used (the others are still done), 2 wrong use.\n";
 
 Arguments parse(const std::vector<std::string>& words) {

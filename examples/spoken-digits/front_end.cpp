@@ -57,17 +57,20 @@ FrontEnd::FrontEnd() : window_(hammingWindow()) {
     lifter_.reset(lifter);
 }
 
-Analysis FrontEnd::analyse(std::span<const Vorn16s> samples) const {
+std::vector<Vorn32f> FrontEnd::centred(std::span<const Vorn16s> samples) {
     const int length = static_cast<int>(samples.size());
-    std::vector<Vorn16s> centred(samples.size());
+    std::vector<Vorn16s> filtered(samples.size());
     Vorn16s last = samples[0];
-    DIGITS_CALL(vornsCompensateOffset_16s, samples.data(), centred.data(), length, &last, 0, kOffsetPole);
+    DIGITS_CALL(vornsCompensateOffset_16s, samples.data(), filtered.data(), length, &last, 0, kOffsetPole);
     std::vector<Vorn32f> wave(samples.size());
-    DIGITS_CALL(vornsConvert_16s32f, centred.data(), wave.data(), length);
+    DIGITS_CALL(vornsConvert_16s32f, filtered.data(), wave.data(), length);
+    return wave;
+}
 
+Analysis FrontEnd::analyse(std::span<const Vorn16s> samples) const {
     Analysis analysis;
-    analysis.frames = 1 + (length - kFrameLength) / kFrameStep;
-    energiesOfFrames(wave, analysis);
+    analysis.frames = framesIn(samples.size());
+    energiesOfFrames(centred(samples), analysis);
     featuresOfFrames(analysis);
     return analysis;
 }

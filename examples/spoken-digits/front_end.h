@@ -25,6 +25,9 @@ inline constexpr int kRowStep = 40;            // elements from frame to frame: 
 inline constexpr int kMinFrames = 6;           // what the accelerations need
 inline constexpr int kMinSamples = kFrameLength + (kMinFrames - 1) * kFrameStep;
 
+// How many frames there are in so many samples, of which there are enough for one.
+constexpr int framesIn(std::size_t samples) { return 1 + (static_cast<int>(samples) - kFrameLength) / kFrameStep; }
+
 // Everything that becomes of one recording. Matrices are row-major, one row a frame.
 struct Analysis {
     int frames = 0;
@@ -41,6 +44,12 @@ public:
 
     // Needs at least kMinSamples samples.
     Analysis analyse(std::span<const Vorn16s> samples) const;
+
+    // The first step of it: the samples without their constant offset.
+    static std::vector<Vorn32f> centred(std::span<const Vorn16s> samples);
+
+    // kFrameLength weights.
+    const std::vector<Vorn32f>& window() const { return window_; }
 
 private:
     using Transform = std::unique_ptr<VornsFFTSpec, VornStatus (*)(VornsFFTSpec*)>;

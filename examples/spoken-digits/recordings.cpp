@@ -13,8 +13,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostSeconds = 60;
-
 bool isWav(const fs::path& path) {
     std::string extension = path.extension().string();
     std::transform(extension.begin(), extension.end(), extension.begin(),
@@ -55,11 +53,9 @@ std::string speaker(const fs::path& path) {
 Analysis analyse(const FrontEnd& frontEnd, const fs::path& path, const std::vector<Vorn16s>& samples, int minFrames) {
     const std::size_t needed = kFrameLength + (std::max(minFrames, kMinFrames) - 1) * std::size_t{kFrameStep};
     if (samples.size() < needed) {
-        throw InputError(path, "is too short: " + std::to_string(samples.size()) + " samples, where a word needs " +
+        throw InputError(path, "is too short: " + std::to_string(samples.size()) + " samples at " +
+                                   std::to_string(kSampleRate / 1000) + " kHz, where a word needs " +
                                    std::to_string(needed));
-    }
-    if (samples.size() > kMostSeconds * std::size_t{kSampleRate}) {
-        throw InputError(path, "is longer than " + std::to_string(kMostSeconds) + " seconds, which no digit is");
     }
     return frontEnd.analyse(samples);
 }

@@ -17,7 +17,7 @@ std::vector<std::filesystem::path> recordingsIn(const std::filesystem::path& dir
 std::optional<int> spokenDigit(const std::filesystem::path& path);
 std::string speaker(const std::filesystem::path& path);
 
-// Throws InputError when the samples are too few for minFrames frames, or too many for a word.
+// Throws InputError when the samples are too few for minFrames frames.
 Analysis analyse(const FrontEnd& frontEnd, const std::filesystem::path& path, const std::vector<Vorn16s>& samples,
                  int minFrames);
 

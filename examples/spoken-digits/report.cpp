@@ -13,6 +13,7 @@
 #include "figures.h"
 #include "input_error.h"
 #include "picture.h"
+#include "prediction_figure.h"
 #include "recordings.h"
 #include "svg.h"
 #include "wav.h"
@@ -67,6 +68,10 @@ svg .wave { fill: var(--wave); } svg .odd { fill: var(--odd); } svg .even { fill
 svg .curve { fill: none; stroke-width: 2; stroke-linejoin: round; } svg .key { stroke-width: 3; }
 svg .curve.first, svg .key.first { stroke: var(--first); } svg .curve.second, svg .key.second { stroke: var(--second); }
 svg .curve.third, svg .key.third { stroke: var(--third); }
+svg .curve.thin, svg .key.thin { stroke: var(--soft); stroke-width: 1.2; } svg .key.second.dashed { stroke-dasharray: 3 3; }
+svg .spectral-line { stroke: var(--second); stroke-width: 1.4; stroke-dasharray: 3 4; opacity: .85; } svg .gap { fill: #8e97a4; }
+svg .track { fill: none; stroke-linejoin: round; } svg .track.under { stroke: #10151c; stroke-width: 3.6; opacity: .65; }
+svg .track.odd-line { stroke: #ffffff; stroke-width: 1.7; } svg .track.even-line { stroke: #6fd3ff; stroke-width: 1.7; }
 svg .dot { fill: var(--first); } svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
 svg .road.under { stroke: #10151c; stroke-width: 4; opacity: .6; } svg .road.over { stroke: #ffffff; stroke-width: 2; }
 svg .bar { fill: var(--bar); } svg .bar.first { fill: var(--first); } svg .bar.second { fill: var(--second); } svg .bar.third { fill: var(--third); }
@@ -170,9 +175,14 @@ std::string hardestTable(const std::vector<const Outcome*>& order) {
            "log-likelihood a frame. It is negative for a mistake.</p>\n";
 }
 
-std::string specimenSection(const char* title, const Outcome& outcome, const FrontEnd& frontEnd) {
+Specimen specimenOf(const Outcome& outcome, const FrontEnd& frontEnd) {
     Specimen specimen{&outcome, readWav(outcome.path, kSampleRate), {}};
     specimen.analysis = frontEnd.analyse(specimen.samples);
+    return specimen;
+}
+
+std::string specimenSection(const char* title, const Specimen& specimen) {
+    const Outcome& outcome = *specimen.outcome;
     const Decision& decision = outcome.decision;
     const std::string verdict =
         outcome.wrong()
@@ -266,10 +276,12 @@ void writeReport(const fs::path& path, const Run& run, const Recogniser& recogni
     html += arithmeticSection(run);
     html += methodsSection(run, recogniser, static_cast<int>(&first - run.outcomes.data()));
     html += selectionSection(run);
-    html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", first, frontEnd);
+    const Specimen shown = specimenOf(first, frontEnd);
+    html += specimenSection(show.empty() ? "A typical decision" : "The chosen recording", shown);
+    html += predictionSection(shown, frontEnd);
     if (order.front() != &first) {
-        html += specimenSection(order.front()->wrong() ? "The worst mistake" : "The closest call", *order.front(),
-                                frontEnd);
+        html += specimenSection(order.front()->wrong() ? "The worst mistake" : "The closest call",
+                                specimenOf(*order.front(), frontEnd));
     }
     html +=
         "<footer>Scores are natural logarithms of likelihoods. Colours of the cepstra, deltas and accelerations end at "

@@ -3,19 +3,25 @@
 
 #include <sndfile.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "input_error.h"
+#include "resample.h"
 
 namespace digits {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr int kMostSeconds = 60;
 
 std::uint32_t number(const unsigned char* bytes, bool bigEndian) {
     std::uint32_t value = 0;
@@ -54,16 +60,25 @@ void refuseUnlessReadable(const fs::path& path) {
     if (fs::file_size(path) == 0) throw InputError(path, "is empty");
 }
 
-void refuseUnlessExpected(const fs::path& path, const SF_INFO& info, int sampleRate) {
+// "8000, 11025 or 16000"
+std::string listedRates() {
+    std::string text;
+    for (std::size_t i = 0; i < std::size(kRates); ++i) {
+        text += (i == 0 ? "" : i + 1 == std::size(kRates) ? " or " : ", ") + std::to_string(kRates[i]);
+    }
+    return text;
+}
+
+void refuseUnlessExpected(const fs::path& path, const SF_INFO& info) {
     const int container = info.format & SF_FORMAT_TYPEMASK;
     if (container != SF_FORMAT_WAV && container != SF_FORMAT_WAVEX) throw InputError(path, "is not a WAV file");
     if (info.channels != 1) {
         throw InputError(path, "has " + std::to_string(info.channels) + " channels; a mono recording is needed");
     }
     if ((info.format & SF_FORMAT_SUBMASK) != SF_FORMAT_PCM_16) throw InputError(path, "does not hold 16-bit samples");
-    if (info.samplerate != sampleRate) {
-        throw InputError(path, "has " + std::to_string(info.samplerate) + " samples a second; " +
-                                   std::to_string(sampleRate) + " are needed");
+    if (std::find(std::begin(kRates), std::end(kRates), info.samplerate) == std::end(kRates)) {
+        throw InputError(path,
+                         "has " + std::to_string(info.samplerate) + " samples a second; it may have " + listedRates());
     }
 }
 
@@ -75,17 +90,20 @@ std::vector<Vorn16s> readWav(const fs::path& path, int sampleRate) {
     SF_INFO info{};
     const std::unique_ptr<SNDFILE, int (*)(SNDFILE*)> file(sf_open(path.c_str(), SFM_READ, &info), sf_close);
     if (!file) throw InputError(path, std::string("is not a readable WAV file (") + sf_strerror(nullptr) + ")");
-    refuseUnlessExpected(path, info, sampleRate);
+    refuseUnlessExpected(path, info);
     if (const auto missing = missingBytes(path)) {
         throw InputError(path, "is cut short: " + std::to_string(*missing) + " bytes of its samples are missing");
     }
     if (info.frames == 0) throw InputError(path, "holds no samples");
+    if (info.frames > sf_count_t{kMostSeconds} * info.samplerate) {
+        throw InputError(path, "is longer than " + std::to_string(kMostSeconds) + " seconds, which no digit is");
+    }
 
     std::vector<Vorn16s> samples(static_cast<std::size_t>(info.frames));
     if (sf_read_short(file.get(), samples.data(), info.frames) != info.frames) {
         throw InputError(path, "could not be read to its end");
     }
-    return samples;
+    return resampled(samples, info.samplerate, sampleRate);
 }
 
 }  // namespace digits

@@ -1,4 +1,4 @@
-// Reads a recording: 16-bit mono WAV at the rate of the front end, and nothing else.
+// Reads a recording: 16-bit mono WAV at one of several rates, and nothing else.
 #pragma once
 
 #include <filesystem>
@@ -8,7 +8,7 @@
 
 namespace digits {
 
-// The samples of the file. Throws InputError with a message for the user.
+// The samples of the file, brought to the rate. Throws InputError with a message for the user.
 std::vector<Vorn16s> readWav(const std::filesystem::path& path, int sampleRate);
 
 }  // namespace digits

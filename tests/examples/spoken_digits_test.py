@@ -2,6 +2,9 @@
 
 import argparse
 import base64
+import cmath
+import math
+import operator
 import os
 import pathlib
 import pty
@@ -89,15 +92,95 @@ def shortlists(text):
 
 
 def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
-    """The bytes of a WAV file with a tone-like pattern."""
+    """The bytes of a WAV file with the samples of a list, or as many of a tone-like pattern."""
     width = bits // 8
-    if bits == 16:
+    if isinstance(samples, list):
+        data = struct.pack(f"<{len(samples)}h", *samples)
+    elif bits == 16:
         data = b"".join(struct.pack("<h", (i * 37 % 400 - 200) * 40) for i in range(samples * channels))
     else:
         data = bytes(i * 37 % 256 for i in range(samples * channels * width))
     head = struct.pack("<HHIIHH", format_tag, channels, rate, rate * channels * width, channels * width, bits)
     return (b"RIFF" + struct.pack("<I", 36 + len(data)) + b"WAVEfmt " + struct.pack("<I", 16) + head + b"data" +
             struct.pack("<I", len(data)) + data)
+
+
+def samples_of(path):
+    data = path.read_bytes()
+    return list(struct.unpack(f"<{(len(data) - 44) // 2}h", data[44:]))
+
+
+def interpolated(samples, rate, reach=32):
+    """The recording of 8000 samples a second at a higher rate: a sinc under a squared cosine."""
+    common = math.gcd(rate, 8000)
+    up, down = rate // common, 8000 // common
+    rows = []
+    for phase in range(up):
+        distances = [phase / up - 1 - k for k in range(-reach, reach)]
+        rows.append([(math.sin(math.pi * d) / (math.pi * d) if d else 1) * math.cos(math.pi * d / 2 / (reach + 1)) ** 2
+                     for d in distances])
+    padded = [0] * reach + samples + [0] * reach
+    values = []
+    for n in range(len(samples) * up // down):
+        at, phase = divmod(n * down, up)
+        values.append(sum(map(operator.mul, rows[phase], padded[at + 1:at + 1 + 2 * reach])))
+    return [max(-32768, min(32767, round(value))) for value in values]
+
+
+class Predicted:
+    """Linear prediction of the frames of a recording, in plain arithmetic."""
+
+    def __init__(self, samples):
+        last, value, self.wave = samples[0], 0, []
+        for sample in samples:  # the high pass as its header tells it
+            value = self.saturated((value * 4014 >> 12) + self.saturated(sample - last))
+            last = sample
+            self.wave.append(value)
+        self.frames = 1 + (len(samples) - 200) // 80
+        self.window = [0.54 - 0.46 * math.cos(2 * math.pi * n / 199) for n in range(200)]
+
+    @staticmethod
+    def saturated(value):
+        return max(-32768, min(32767, value))
+
+    def is_silent(self, frame):
+        return not any(self.wave[frame * 80:frame * 80 + 200])
+
+    def weighted(self, frame):
+        return list(map(operator.mul, self.wave[frame * 80:frame * 80 + 200], self.window))
+
+    def filter(self, frame, order=10):
+        """The error's filter, 1 in front, its reflections, and the energy of the error: Levinson's recursion."""
+        x = self.weighted(frame)
+        r = [sum(map(operator.mul, x, x[lag:])) for lag in range(order + 1)]
+        a, error, reflections = [1.0], r[0], []
+        for i in range(1, order + 1):
+            k = sum(a[j] * r[i - j] for j in range(i)) / error
+            mirrored = [0.0, *a[::-1]]
+            a = [before - k * after for before, after in zip([*a, 0.0], mirrored)]
+            error *= 1 - k * k
+            reflections.append(k)
+        return a, reflections, error
+
+    @staticmethod
+    def response(coefficients, hertz):
+        return sum(c * cmath.exp(-2j * math.pi * hertz / 8000 * n) for n, c in enumerate(coefficients))
+
+    @classmethod
+    def lines(cls, a):
+        """Where the filter's response, turned by half its length, is purely real or purely imaginary."""
+        def turned(hertz):
+            return cls.response(a, hertz) * cmath.exp(2j * math.pi * hertz / 8000 * len(a) / 2)
+
+        found, step, before = [], 10, turned(0.01)
+        for low in range(0, 4000, step):
+            after = turned(low + step - 0.01)
+            for part in ("real", "imag"):
+                start, end = getattr(before, part), getattr(after, part)
+                if start * end < 0:
+                    found.append(low + step * start / (start - end))
+            before = after
+        return sorted(found)
 
 
 class Folder(unittest.TestCase):
@@ -426,11 +509,13 @@ class Report(Folder):
 
     def test_every_picture_is_well_formed(self):
         drawings = re.findall(r"<svg.*?</svg>", self.page, re.S)
-        self.assertEqual(len(drawings), 3 + 2 * 3)  # the matrix, the plane, the warping; three for each of two recordings
+        # The matrix, the plane, the warping; three for each of two recordings; three of linear prediction.
+        self.assertEqual(len(drawings), 3 + 2 * 3 + 3)
         for drawing in drawings:
             xml.etree.ElementTree.fromstring(drawing)
         pictures = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", self.page)
-        self.assertEqual(len(pictures), 2 * 5 * 2 + 3)  # five matrices with colour bars; two of warping, with one bar
+        # Five matrices with colour bars, twice; two of warping, with one bar; two of linear prediction, with bars.
+        self.assertEqual(len(pictures), 2 * 5 * 2 + 3 + 2 * 2)
         for picture in pictures:
             self.check_png(base64.b64decode(picture, validate=True))
 
@@ -502,6 +587,261 @@ class Report(Folder):
         self.assertIn("accuracy:", out)
 
 
+class Prediction(Folder):
+    """The section on linear prediction."""
+
+    FIGURES = ("Spectrum of one frame", "Line spectral frequencies", "Log area ratios")
+
+    def section_of(self, page):
+        text = page.read_text(encoding="utf-8")
+        section, = re.findall(r"<section><h2>Linear prediction</h2>.*?</section>", text, re.S)
+        for figure in re.findall(r"<svg.*?</svg>", section, re.S):
+            xml.etree.ElementTree.fromstring(figure)
+            self.assertNotRegex(figure, r"[=, '](-?nan|-?inf)[,' ]")
+        return section
+
+    def section(self, path):
+        page = self.folder / "report.html"
+        status, out, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report", page)
+        self.assertEqual(status, 0, out + err)
+        return self.section_of(page)
+
+    def section_of_samples(self, samples):
+        path = self.folder / "0_nobody_0.wav"
+        path.write_bytes(wav(samples=samples))
+        return self.section(path)
+
+    def figure(self, section, title):
+        figure, = re.findall(rf"<svg[^>]*aria-label='{title}.*?</svg>", section, re.S)
+        return figure
+
+    def gaps(self, section):
+        """What the captions of lines and ratios tell: gaps, frames, those without a filter, and the rest."""
+        told = re.findall(r"Gaps: (\d+) of (\d+) frames \((\d+) without a filter, as in silence; (\d+) ", section)
+        self.assertEqual(len(told), 2)
+        counts = [tuple(map(int, each)) for each in told]
+        for gaps, _, without, lacking in counts:
+            self.assertEqual(gaps, without + lacking)
+        return counts
+
+    def upward(self, figure):
+        """The scale of the axis on the left: a function from places to values."""
+        labels = re.findall(r"<text x='76.0' y='([\d.]+)' class='label' text-anchor='end'>([^<]+)<", figure)
+        ticks = [(float(y) - 4, float(value.replace("\u2212", "-"))) for y, value in labels]
+        (y1, value1), (y2, value2) = ticks[0], ticks[-1]
+        return lambda y: value1 + (y - y1) / (y2 - y1) * (value2 - value1)
+
+    def curves(self, figure, style):
+        return [[tuple(map(float, point.split(","))) for point in points.split()]
+                for points in re.findall(rf"<polyline class='{style}' points='([^']*)'", figure)]
+
+    def tracks(self, figure):
+        """The lines' frequencies in each frame that has them."""
+        value = self.upward(figure)
+        frames = {}
+        for style in ("track odd-line", "track even-line"):
+            for curve in self.curves(figure, style):
+                for x, y in curve:
+                    frames.setdefault(x, []).append(1000 * value(y))
+        return [sorted(frames[x]) for x in sorted(frames)]
+
+    def test_it_is_about_the_recording_that_is_shown(self):
+        page = self.folder / "report.html"
+        paths = [self.recording(f"{name}.wav") for name in ("7_theo_0", "1_theo_0", "3_lucas_2")]
+        status, _, _ = run("recognise", *paths, "--model", self.shared / f"{processor}.model", "--report", page,
+                           "--show", "3_lucas_2")
+        self.assertEqual(status, 0)
+        section = self.section_of(page)
+        self.assertIn("<code>3_lucas_2.wav</code>", section)
+        for title in self.FIGURES:
+            self.figure(section, title)
+        for function in ("LinearPrediction_Auto_32f", "LPToSpectrum_32f", "LPToLSP_32f", "LPToReflection_32f",
+                         "ReflectionToLAR_32f"):
+            self.assertIn(f"<code>vorns{function}</code>", section)
+
+    @unittest.skipIf(processor == "m7", "the baseline is what the other builds are compared with")
+    def test_it_is_that_of_the_baseline(self):
+        self.assertEqual(self.section_of(self.shared / f"{processor}.html"), self.section_of(self.shared / "m7.html"))
+
+    def test_the_envelope_is_that_of_the_loudest_frame(self):
+        for name in ("6_jackson_1", "0_george_3", "9_theo_4"):
+            path = self.recording(f"{name}.wav")
+            section, wanted = self.section(path), Predicted(samples_of(path))
+            figure = self.figure(section, "Spectrum of one frame")
+            told, = re.findall(r"The loudest voiced frame, the 25 ms around ([\d.]+) ms", section)
+            frame = round((float(told) - 12.5) / 10)
+            loudness = [sum(x * x for x in wanted.weighted(t)) for t in range(wanted.frames)]
+            self.assertEqual(frame, loudness.index(max(loudness)))  # in these words it is a vowel
+            self.assertIn(f">Frame at {told} ms<", figure)
+
+            a, _, error = wanted.filter(frame)
+            value = self.upward(figure)
+            (thin,), (thick,) = self.curves(figure, "curve thin"), self.curves(figure, "curve first")
+            self.assertEqual((len(thin), len(thick)), (129, 256))
+            least = min(value(y) for _, y in thin + thick)
+            weighted = wanted.weighted(frame)
+            spectrum = [20 * math.log10(abs(wanted.response(weighted, 31.25 * i))) for i in range(128)]
+            for i in range(128):
+                envelope = 20 * math.log10(math.sqrt(error) / abs(wanted.response(a, 31.25 * i)))
+                self.assertEqual(thin[i][0], thick[2 * i][0])
+                if spectrum[i] > max(spectrum) - 40 and value(thin[i][1]) > least + 1:
+                    above = value(thick[2 * i][1]) - value(thin[i][1])
+                    self.assertAlmostEqual(above, envelope - spectrum[i], delta=0.15)
+
+            lines = [float(x) for x in re.findall(r"<line x1='([\d.]+)'[^>]*class='spectral-line'", figure)]
+            self.assertEqual(len(lines), 10)
+            for x, hertz in zip(lines, wanted.lines(a)):
+                self.assertAlmostEqual((x - thin[0][0]) / (thin[-1][0] - thin[0][0]) * 4000, hertz, delta=5)
+
+    def test_the_tracks_are_the_lines_of_each_frame(self):
+        path = self.recording("3_lucas_2.wav")
+        section, wanted = self.section(path), Predicted(samples_of(path))
+        tracks = self.tracks(self.figure(section, "Line spectral frequencies"))
+        self.assertEqual(len(tracks), wanted.frames)
+        self.assertEqual({len(lines) for lines in tracks}, {10})
+        off = [abs(line - hertz) for frame, lines in enumerate(tracks)
+               for line, hertz in zip(lines, wanted.lines(wanted.filter(frame)[0]))]
+        self.assertLess(sum(off) / len(off), 1)
+        self.assertLess(max(off), 20)  # in single precision, where a frame's loud and soft frequencies are far apart
+        self.assertEqual(self.gaps(section), [(0, wanted.frames, 0, 0)] * 2)
+
+    def test_colours_show_the_log_area_ratios(self):
+        path = self.recording("6_jackson_1.wav")
+        figure = self.figure(self.section(path), "Log area ratios")
+        wanted = Predicted(samples_of(path))
+        picture = re.findall(r"data:image/png;base64,([A-Za-z0-9+/=]+)", figure)[0]
+        data = base64.b64decode(picture)
+        width, height = struct.unpack(">II", data[16:24])
+        self.assertEqual((width, height), (wanted.frames, 10))
+        rows = zlib.decompress(data[41:])
+        blue = red = 0
+        for ratio in range(10):
+            for frame in range(width):
+                k = wanted.filter(frame)[1][ratio]
+                area = math.log((1 - k) / (1 + k))
+                at = (height - 1 - ratio) * (1 + 3 * width) + 1 + 3 * frame
+                balance = rows[at] - rows[at + 2]  # red less blue
+                if abs(area) > 0.3:
+                    self.assertEqual(balance > 0, area > 0, (ratio, frame, area))
+                    blue += area < 0
+                    red += area > 0
+        self.assertGreater(min(blue, red), 50)
+
+    def test_silence_leaves_gaps(self):
+        speech = samples_of(self.recording("6_nicolas_1.wav"))
+        samples = [0] * 2000 + speech[:1500] + [0] * 1200 + speech[1500:] + [0] * 2000
+        wanted = Predicted(samples)
+        silent = [frame for frame in range(wanted.frames) if wanted.is_silent(frame)]
+        self.assertEqual(silent[:23], list(range(23)))  # those that end before the speech begins
+        self.assertNotIn(23, silent)
+        section = self.section_of_samples(samples)
+        self.assertEqual(self.gaps(section), [(len(silent), wanted.frames, len(silent), 0)] * 2)
+        figure = self.figure(section, "Line spectral frequencies")
+        runs = sum(t in silent and t + 1 not in silent for t in range(wanted.frames - 1))
+        self.assertGreaterEqual(runs, 2)
+        self.assertEqual(len(self.curves(figure, "track odd-line")), 5 * runs)
+        self.assertEqual(len(self.tracks(figure)), wanted.frames - len(silent))
+        boxes = re.findall(r"class='gap'[^>]*><title>no values: (\d+) of the frames<",
+                           self.figure(section, "Log area ratios"))
+        self.assertEqual(sum(map(int, boxes)), len(silent))
+
+    def test_a_recording_of_silence_alone(self):
+        for sample in (0, 32767):
+            section = self.section_of_samples([sample] * 4000)
+            self.assertEqual(self.gaps(section), [(48, 48, 48, 0)] * 2)
+            self.assertIn("There is no envelope to show", section)
+            self.assertNotIn("<polyline", section)
+            self.assertNotIn("Spectrum of one frame", section)
+
+    def test_lines_too_close_together_leave_gaps(self):
+        # A tone near half the rate, where frequencies are far apart on the grid of cosines.
+        chance, parts = random.Random(1), ((10000, 3940), (1000, 181), (500, 216))
+        samples = [round(sum(size * math.sin(2 * math.pi * hertz * i / 8000) for size, hertz in parts) +
+                         chance.uniform(-1, 1)) for i in range(16000)]
+        section = self.section_of_samples(samples)
+        (gaps, frames, _, lacking), ratios = self.gaps(section)
+        self.assertGreater(lacking, 0)
+        self.assertLess(ratios[0], gaps)
+        tracks = self.tracks(self.figure(section, "Line spectral frequencies"))
+        self.assertEqual({len(lines) for lines in tracks}, {10})
+        self.assertEqual(len(tracks), frames - gaps)
+
+    def test_noise_has_no_voice(self):
+        chance = random.Random(2)
+        section = self.section_of_samples([chance.randrange(-3000, 3001) for _ in range(4000)])
+        self.assertIn("The loudest frame, since none is voiced, the 25 ms around", section)
+        self.assertEqual(self.gaps(section), [(0, 48, 0, 0)] * 2)
+
+
+class OtherRates(Folder):
+    """Recordings that have more samples a second than the models."""
+
+    NAMES = ("0_george_3", "3_lucas_2", "6_jackson_1", "7_theo_0", "8_yweweler_1")
+
+    def test_the_digit_stays_the_same(self):
+        words = ["recognise", "--model", self.shared / f"{processor}.model"]
+        for rate in (11025, 16000, 22050, 32000, 44100, 48000):
+            for name in self.NAMES if rate in (16000, 44100) else self.NAMES[:1]:
+                with self.subTest(rate=rate, name=name):
+                    plain = self.recording(f"{name}.wav")
+                    path = self.folder / f"{name}.wav"
+                    path.write_bytes(wav(samples=interpolated(samples_of(plain), rate), rate=rate))
+                    status, out, err = run(*words, path)
+                    self.assertEqual(status, 0, err)
+                    self.assertIn(f"{path}: {WORDS[int(name[0])]}, ahead of ", out)
+                    self.assertIn("(1 of 1)", out)
+                    frames = r"recordings: 1 recognised, 0 unusable, (\d+) frames"
+                    self.assertAlmostEqual(int(re.search(frames, out)[1]),
+                                           int(re.search(frames, run(*words, plain)[1])[1]), delta=1)
+
+    def test_frequencies_stay_where_they_are(self):
+        # A tone and its harmonic keep their places in the spectrogram, and one above 4000 Hz does not fold back.
+        for rate in (16000, 44100):
+            with self.subTest(rate):
+                path = self.folder / "tones.wav"
+                path.write_bytes(wav(rate=rate, samples=[
+                    round(sum(6000 * math.sin(2 * math.pi * hertz * i / rate) for hertz in (1000, 3000, 5500)))
+                    for i in range(rate // 2)]))
+                page = self.folder / "report.html"
+                status, _, err = run("recognise", path, "--model", self.shared / f"{processor}.model", "--report", page)
+                self.assertEqual(status, 0, err)
+                curve, = re.findall(r"<polyline class='curve thin' points='([^']*)'", page.read_text(encoding="utf-8"))
+                heights = [-float(point.split(",")[1]) for point in curve.split()]
+                # The tones begin at once, which the high pass takes for an offset: that is below 250 Hz.
+                loud = [i for i in range(8, 129) if heights[i] > max(heights) - 60]  # a fifth of the picture's height
+                self.assertEqual({round(i / 32) for i in loud}, {1, 3})
+                for i in loud:
+                    self.assertAlmostEqual(31.25 * i, 1000 * round(i / 32), delta=100)
+
+    def test_training_takes_them(self):
+        folder = self.folder / "train"
+        folder.mkdir()
+        for digit in range(10):
+            for index in (5, 6):
+                name = f"{digit}_theo_{index}.wav"
+                plain = samples_of(arguments.data / "train" / name)
+                (folder / name).write_bytes(wav(samples=interpolated(plain, 16000), rate=16000))
+        model = self.folder / "digits.model"
+        status, out, err = run("train", folder, "--model", model)
+        self.assertEqual(status, 0, err)
+        self.assertIn("recordings: 20 used, 0 unusable", out)
+        self.assertIn("(1 of 1)", run("recognise", arguments.data / "train/7_theo_5.wav", "--model", model)[1])
+
+    def test_lengths_count_in_time(self):
+        words = ["recognise", "--model", self.shared / f"{processor}.model"]
+        path = self.folder / "length.wav"
+        for rate, samples, message in ((16000, 1518, "is too short: 759 samples at 8 kHz, where a word needs 760"),
+                                       (48000, 60 * 48000 + 1, "is longer than 60 seconds")):
+            path.write_bytes(wav(samples=samples, rate=rate))
+            status, _, err = run(*words, path)
+            self.assertEqual(status, 1)
+            self.assertIn(f"{path}: {message}", err)
+        path.write_bytes(wav(samples=1519, rate=16000))
+        status, out, _ = run(*words, path)
+        self.assertEqual(status, 0)
+        self.assertIn("recordings: 1 recognised, 0 unusable, 8 frames", out)
+
+
 class Progress(Folder):
     def test_a_log_gets_whole_lines(self):
         _, out, err = run("recognise", arguments.data / "test", "--model", self.shared / f"{processor}.model")
@@ -534,13 +874,18 @@ class BrokenRecordings(Folder):
         "stereo.wav": (wav(channels=2), "has 2 channels"),
         "eight_bits.wav": (wav(bits=8), "does not hold 16-bit samples"),
         "float.wav": (wav(bits=32, format_tag=3), "does not hold 16-bit samples"),
-        "wide_band.wav": (wav(rate=16000), "has 16000 samples a second; 8000 are needed"),
+        "odd_rate.wav": (wav(rate=12000), "has 12000 samples a second; it may have 8000, 11025, 16000, 22050, 32000, "
+                         "44100 or 48000"),
+        "narrow_band.wav": (wav(rate=6000), "has 6000 samples a second; it may have 8000, "),
+        "wide_band.wav": (wav(rate=96000), "has 96000 samples a second; it may have 8000, "),
+        "wide_stereo.wav": (wav(rate=44100, channels=2), "has 2 channels"),
+        "wide_cut_short.wav": (wav(rate=44100)[:-3], "is cut short: 3 bytes of its samples are missing"),
         "header_only.wav": (wav(samples=0), "holds no samples"),
         "half_a_header.wav": (wav()[:30], "is not a readable WAV file"),
         "cut_short.wav": (wav()[:-1001], "is cut short: 1001 bytes of its samples are missing"),
         "cut_behind_the_header.wav": (wav()[:44], "is cut short: 8000 bytes of its samples are missing"),
         "long.wav": (wav(samples=60 * 8000 + 1), "is longer than 60 seconds"),
-        "brief.wav": (wav(samples=759), "is too short: 759 samples, where a word needs 760"),
+        "brief.wav": (wav(samples=759), "is too short: 759 samples at 8 kHz, where a word needs 760"),
     }
 
     def test_each_is_named_and_the_others_are_still_done(self):
