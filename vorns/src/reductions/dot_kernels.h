@@ -55,20 +55,34 @@ struct Quarters {
 // Single precision in its stated order. Below 16 elements two lanes over pairs, the odd last one in the first lane.
 // From 16 on four four-lane sums, sixteen elements a step; the pairs and the last one that remain go to the first lanes
 // of the first sum; the sums fold as (0 + 1) + (2 + 3), then the lanes likewise.
-VORN_INLINE Vorn32f dotInSingle(const Vorn32f* src1, const Vorn32f* src2, std::ptrdiff_t len) {
-    f32x4 first = splat<f32x4>(0.0f), second = first, thirdAndFourth = first;
-    std::ptrdiff_t i = 0;
-    if (len >= 16) {
-        Sixteen<Vorn32f> sums = Sixteen<Vorn32f>::zero();
-        for (; i + 16 <= len; i += 16) addProduct(sums, load16<Vorn32f>(src1 + i), load16<Vorn32f>(src2 + i));
-        const auto quarters = std::bit_cast<Quarters>(sums);
-        first = quarters.sum[0];
-        second = quarters.sum[1];
-        thirdAndFourth = quarters.sum[2] + quarters.sum[3];
+
+// The steps of sixteen, of `count` vectors with one other.
+template <int count>
+VORN_INLINE void addSixteens(const Vorn32f* const (&src)[count], const Vorn32f* other, std::ptrdiff_t len,
+                             Sixteen<Vorn32f> (&sums)[count]) {
+    for (std::ptrdiff_t i = 0; i + 16 <= len; i += 16) {
+        const auto x = load16<Vorn32f>(other + i);
+        for (int j = 0; j < count; ++j) addProduct(sums[j], load16<Vorn32f>(src[j] + i), x);
     }
+}
+// The four lanes, from the sums of the steps.
+VORN_INLINE f32x4 lanesInSingle(const Sixteen<Vorn32f>& sums, const Vorn32f* src1, const Vorn32f* src2,
+                                std::ptrdiff_t len) {
+    const auto quarters = std::bit_cast<Quarters>(sums);
+    f32x4 first = quarters.sum[0];
+    std::ptrdiff_t i = len & -16;
     for (; i + 2 <= len; i += 2) first = first + loadFirst<f32x4, 2>(src1 + i) * loadFirst<f32x4, 2>(src2 + i);
     if (i < len) first = first + loadFirst<f32x4, 1>(src1 + i) * loadFirst<f32x4, 1>(src2 + i);
-    return sumNeighbours((first + second) + thirdAndFourth);
+    return (first + quarters.sum[1]) + (quarters.sum[2] + quarters.sum[3]);
+}
+VORN_INLINE f32x4 lanesInSingle(const Vorn32f* src1, const Vorn32f* src2, std::ptrdiff_t len) {
+    const Vorn32f* const src[] = {src1};
+    Sixteen<Vorn32f> sums[] = {Sixteen<Vorn32f>::zero()};
+    addSixteens(src, src2, len, sums);
+    return lanesInSingle(sums[0], src1, src2, len);
+}
+VORN_INLINE Vorn32f dotInSingle(const Vorn32f* src1, const Vorn32f* src2, std::ptrdiff_t len) {
+    return sumNeighbours(lanesInSingle(src1, src2, len));
 }
 
 // Exact dot products of 16-bit numbers: 32-bit lanes hold two products each, shifted so that none is negative; their

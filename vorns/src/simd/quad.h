@@ -1,6 +1,6 @@
 // The SIMD vocabulary: four doubles in every build, for sums whose four lanes are promised.
 //
-//   splat, load, + - *                          as in simd.h
+//   splat, load, store, storeNarrowed, + - *    as in simd.h
 //   loadQuad(p), loadQuadBackwards(p)           four singles or 16-bit integers, p[0] to p[3] or p[0] to p[-3]
 //   quadOfLanes(a, b, c, d)                     four numbers
 //   pairOf(a, b)                                two numbers
@@ -68,6 +68,14 @@ VORN_INLINE f64x4 firstLanes(f64x4 a, std::int64_t n) {
             {_mm_and_pd(a.high.v, _mm_castsi128_pd(_mm_cmpgt_epi32(count, _mm_setr_epi32(2, 2, 3, 3))))}};
 }
 VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(a.low + a.high); }
+VORN_INLINE void store(double* p, f64x4 a) {
+    store(p, a.low);
+    store(p + 2, a.high);
+}
+VORN_INLINE void storeNarrowed(float* p, f64x4 a) {
+    storeNarrowed(p, a.low);
+    storeNarrowed(p + 2, a.high);
+}
 #endif
 
 template <class Narrow>

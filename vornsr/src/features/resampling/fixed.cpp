@@ -11,35 +11,98 @@
 #include "frame/wrap.h"
 #include "move/convert_kernels.h"
 #include "reductions/dot_kernels.h"
+#include "simd/quad.h"
 
 namespace vorn::resampling {
 namespace {
 
-// How a window of samples and a row are multiplied. A row may stand at any address.
+// How windows of samples and rows are multiplied. A row may stand at any address.
 
+template <class Tap>
+VORN_INLINE Tap tapAt(const Tap* row, std::ptrdiff_t i) {
+    Tap tap;
+    std::memcpy(&tap, reinterpret_cast<const char*>(row) + i * static_cast<std::ptrdiff_t>(sizeof tap), sizeof tap);
+    return tap;
+}
+
+// Sums that end in one register each, and four of them at once in one.
 struct InSingle {
     using Sample = Vorn32f;
     using Tap = Vorn32f;
-    static VORN_INLINE double dot(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
-        return dots::dotInSingle(src, taps, len);
+    using Lanes = f32x4;
+    // Of as many windows as one step over a row in common has registers for.
+    static constexpr int together = f32xN::lanes == 4 ? 2 : 4;
+    static VORN_INLINE Lanes lanes(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
+        return dots::lanesInSingle(src, taps, len);
+    }
+    static VORN_INLINE f64x4 folded(Lanes a, Lanes b, Lanes c, Lanes d) { return toQuad(sumNeighbours(a, b, c, d)); }
+    static VORN_INLINE void lanesOfFour(const Sample* const (&src)[4], const Tap* taps, std::ptrdiff_t len,
+                                        Lanes (&sums)[4]) {
+        for (int first = 0; first < 4; first += together) {
+            const Sample* windows[together];
+            Sixteen<float> steps[together];
+            for (int j = 0; j < together; ++j) {
+                windows[j] = src[first + j];
+                steps[j] = Sixteen<float>::zero();
+            }
+            dots::addSixteens<together>(windows, taps, len, steps);
+            for (int j = 0; j < together; ++j) {
+                sums[first + j] = dots::lanesInSingle(steps[j], windows[j], taps, len);
+            }
+        }
     }
 };
-struct InDouble {
+// Other sums end in one number.
+template <class Product>
+struct OneByOne {
+    using Lanes = double;
+    static VORN_INLINE f64x4 folded(double a, double b, double c, double d) { return quadOfLanes(a, b, c, d); }
+    template <class Sample, class Tap>
+    static VORN_INLINE void lanesOfFour(const Sample* const (&src)[4], const Tap* taps, std::ptrdiff_t len,
+                                        double (&sums)[4]) {
+        for (int j = 0; j < 4; ++j) sums[j] = Product::lanes(src[j], taps, len);
+    }
+};
+struct InDouble : OneByOne<InDouble> {
     using Sample = Vorn32f;
     using Tap = Vorn32f;
-    static VORN_INLINE double dot(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
+    static VORN_INLINE double lanes(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
         return dots::realDot<double>(src, taps, len);
     }
 };
-struct Exact {
+struct Exact : OneByOne<Exact> {
     using Sample = Vorn16s;
     using Tap = Vorn16s;
-    static VORN_INLINE double dot(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
+    static VORN_INLINE double lanes(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
         return static_cast<double>(dots::exactDot(src, taps, len));
     }
 };
+// The same where taps are so small that products can be added in 32 bits: no lane of a 16-byte register, which takes two
+// taps of each eight, may leave them. The steps of wider registers add to the same lanes.
+struct ExactInLanes : OneByOne<ExactInLanes> {
+    using Sample = Vorn16s;
+    using Tap = Vorn16s;
+    static constexpr int taps = 8, lanesOf32 = 4;
+    static constexpr int mostOfLane = 65535;  // magnitudes of the taps of a lane, whose samples reach 32768
+    static VORN_INLINE double lanes(const Sample* src, const Tap* row, std::ptrdiff_t len) {
+        i32xN wide = splat<i32xN>(0);
+        std::ptrdiff_t i = 0;
+        for (; i + i16xN::lanes <= len; i += i16xN::lanes) {
+            wide = wide + mulAddPairs(load<i16xN>(src + i), load<i16xN>(row + i));
+        }
+        i32x4 sum = foldedTo<16>(wide, [](auto a, auto b) __attribute__((always_inline)) { return a + b; });
+        for (; i + taps <= len; i += taps) sum = sum + mulAddPairs(load<i16x8>(src + i), load<i16x8>(row + i));
+        if (i + 4 <= len) {
+            sum = sum + mulAddPairs(loadFirst<i16x8, 4>(src + i), loadFirst<i16x8, 4>(row + i));
+            i += 4;
+        }
+        double total = sumLanes(toDoubleLow(sum) + toDoubleHigh(sum));
+        for (; i < len; ++i) total += src[i] * tapAt(row, i);
+        return total;
+    }
+};
 // Each product rounded to single, their sum in double, in the sixteen lanes of the dot products, and rounded to single.
-struct RoundedProducts {
+struct RoundedProducts : OneByOne<RoundedProducts> {
     using Sample = Vorn16s;
     using Tap = Vorn32f;
     static VORN_INLINE void add(Sixteen<double>& sum, const Sample* src, const Tap* taps) {
@@ -50,7 +113,7 @@ struct RoundedProducts {
             part[1] = part[1] + widenHigh(products);
         }
     }
-    static VORN_INLINE double dot(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
+    static VORN_INLINE double lanes(const Sample* src, const Tap* taps, std::ptrdiff_t len) {
         auto sum = Sixteen<double>::zero();
         std::ptrdiff_t i = 0;
         for (; i + 16 <= len; i += 16) add(sum, src + i, taps + i);
@@ -67,36 +130,71 @@ struct RoundedProducts {
 
 constexpr std::int64_t floorDivide(std::int64_t a, std::int64_t b) { return a / b - (a % b < 0); }
 
+// Four results at once.
+VORN_INLINE void storeFour(f64x4 values, Vorn32f* dst) { storeNarrowed(dst, values); }
+VORN_INLINE void storeFour(f64x4 values, Vorn16s* dst) {
+    double each[4];
+    vorn::store(each, values);
+    for (int j = 0; j < 4; ++j) store(each[j], dst + j);
+}
+
 // Positions count in steps of 1/outRate of a sample from the whole part of the time on. The window of position p lies
 // H samples to either side of p/outRate, and holds the sample in the middle as well where that is one.
 template <class Product>
 std::int64_t overPhases(const Fixed& state, const typename Product::Sample* src, int len, typename Product::Sample* dst,
                         double norm, double& time) {
+    using Sample = typename Product::Sample;
+    using Tap = typename Product::Tap;
     const std::int64_t in = state.inRate, out = state.outRate, halfLen = state.halfLen;
     const auto base = static_cast<std::int64_t>(time);
     const double fraction = time - static_cast<double>(base);
     const auto start = static_cast<std::int64_t>(static_cast<double>(out) * fraction + 0.5);
     const double gain = std::min(static_cast<double>(out) / static_cast<double>(in), 1.0) * state.filterNorm * norm;
+    const f64x4 gains = splat<f64x4>(gain);
 
     const std::int64_t samples = in / out, phases = in % out, end = len * out;
     const char* rows = rowAt(state, 0);
-    const std::int64_t bytes = rowBytes(state), most = bytes / static_cast<std::int64_t>(sizeof(typename Product::Tap));
-    std::int64_t position = start, made = 0;
-    std::int64_t sample = floorDivide(start, out), phase = start - sample * out;
-    sample += base;
-    for (; position < end; position += in) {
-        const bool centred = phase == 0;
-        const auto* window = src + (sample + 1 - halfLen - centred);
-        const auto* row = reinterpret_cast<const typename Product::Tap*>(rows + phase * bytes);
-        store(Product::dot(window, row, std::min(2 * halfLen + centred, most)) * gain, dst + made);
-        ++made;
-        sample += samples;
+    const std::int64_t bytes = rowBytes(state), most = bytes / static_cast<std::int64_t>(sizeof(Tap));
+    std::int64_t position = start, phase = start - floorDivide(start, out) * out;
+    src += base + floorDivide(start, out) + 1 - halfLen;
+    const auto window = [&]() __attribute__((always_inline)) { return src - (phase == 0); };
+    const auto row = [&]() __attribute__((always_inline)) {
+        return reinterpret_cast<const Tap*>(rows + phase * bytes);
+    };
+    const auto taps = [&]() __attribute__((always_inline)) { return std::min(2 * halfLen + (phase == 0), most); };
+    const auto advance = [&]() __attribute__((always_inline)) {
+        src += samples;
         phase += phases;
         if (phase >= out) {
             phase -= out;
-            ++sample;
+            ++src;
         }
+    };
+
+    std::int64_t count = position < end ? (end - 1 - position) / in + 1 : 0;
+    const std::int64_t made = count;
+    for (; count >= 4; count -= 4, dst += 4) {
+        typename Product::Lanes sums[4];
+        if (out == 1) {
+            const Sample* const windows[] = {src - 1, src - 1 + in, src - 1 + 2 * in, src - 1 + 3 * in};
+            Product::lanesOfFour(windows, row(), taps(), sums);
+            src += 4 * in;
+        } else {
+            for (int j = 0; j < 4; ++j) {
+                sums[j] = Product::lanes(window(), row(), taps());
+                advance();
+            }
+        }
+        storeFour(Product::folded(sums[0], sums[1], sums[2], sums[3]) * gains, dst);
     }
+    for (; count > 0; --count, ++dst) {
+        const auto sum = Product::lanes(window(), row(), taps());
+        Sample four[4];
+        storeFour(Product::folded(sum, sum, sum, sum) * gains, four);
+        *dst = four[0];
+        advance();
+    }
+    position += made * in;
     std::int64_t steps;  // from the time's whole part, where its product with the rate is a number
     if (!__builtin_mul_overflow(base, out, &steps) && !__builtin_add_overflow(steps, position - start, &steps)) {
         time = fraction + static_cast<double>(steps) / static_cast<double>(out);
@@ -140,6 +238,27 @@ void storeRows(const Fixed& state, const WindowedSinc& filter) {
             left[-k] = right[k];
         }
     }
+}
+
+// Whether the rows are for ExactInLanes.
+bool haveSmallTaps(const Fixed& state) {
+    const std::int64_t taps = std::min(2 * std::int64_t{state.halfLen} + 1, rowBytes(state) / 2);
+    for (std::int64_t phase = 0; phase < state.outRate; ++phase) {
+        std::int64_t most[ExactInLanes::lanesOf32] = {};
+        for (std::int64_t m = 0; m < taps; ++m) {
+            const int tap = tapAt(reinterpret_cast<const Vorn16s*>(rowAt(state, phase)), m);
+            most[m % ExactInLanes::taps / 2] += tap < 0 ? -tap : tap;
+        }
+        for (const std::int64_t lane : most) {
+            if (lane > ExactInLanes::mostOfLane) return false;
+        }
+    }
+    return true;
+}
+void noteSmallTaps(void* state) {
+    Fixed record = recordAt(state);
+    record.smallTaps = haveSmallTaps(record);
+    std::memcpy(state, &record, sizeof record);
 }
 
 // Points of the filter up to its edge, in the wider spacing of the two rates.
@@ -204,13 +323,14 @@ void layOutFixed(void* block, std::int64_t bytes, const FixedShape& shape, std::
     if (rows + out * rowSize + out * 2 > start + bytes)
         rows = pointers + (out + 1) * static_cast<std::int64_t>(sizeof(void*));
     char* steps = rows + out * rowSize;
-    const Fixed record = {shape.inRate,
-                          shape.outRate,
-                          filterNorm,
-                          static_cast<int>(shape.halfLen),
-                          flags,
-                          reinterpret_cast<Vorn16s*>(steps),
-                          reinterpret_cast<void**>(pointers)};
+    const Fixed record = {.inRate = shape.inRate,
+                          .outRate = shape.outRate,
+                          .filterNorm = filterNorm,
+                          .halfLen = static_cast<int>(shape.halfLen),
+                          .flags = flags,
+                          .smallTaps = 1,
+                          .pStep = reinterpret_cast<Vorn16s*>(steps),
+                          .ppFilter = reinterpret_cast<void**>(pointers)};
     std::memcpy(start, &record, sizeof record);
     for (std::int64_t phase = 0; phase <= out; ++phase) {
         const void* row = rows + phase * rowSize;
@@ -220,12 +340,14 @@ void layOutFixed(void* block, std::int64_t bytes, const FixedShape& shape, std::
     storeSteps(shape, steps);
 }
 
-void fillFixed(const Fixed& state, Vorn32f cutOff, Vorn32f alpha) {
-    const WindowedSinc filter(std::max(state.inRate, state.outRate), pointsOf(state), cutOff, alpha);
-    if (hasSingleRows(state)) {
-        storeRows<Vorn32f>(state, filter);
+void fillFixed(void* state, Vorn32f cutOff, Vorn32f alpha) {
+    const Fixed record = recordAt(state);
+    const WindowedSinc filter(std::max(record.inRate, record.outRate), pointsOf(record), cutOff, alpha);
+    if (hasSingleRows(record)) {
+        storeRows<Vorn32f>(record, filter);
     } else {
-        storeRows<Vorn16s>(state, filter);
+        storeRows<Vorn16s>(record, filter);
+        noteSmallTaps(state);
     }
 }
 
@@ -234,7 +356,8 @@ std::int64_t resampleFixed(const Fixed& state, const Vorn32f* src, int len, Vorn
                             : overPhases<InSingle>(state, src, len, dst, norm, time);
 }
 std::int64_t resampleFixed(const Fixed& state, const Vorn16s* src, int len, Vorn16s* dst, double norm, double& time) {
-    return hasSingleRows(state) ? overPhases<RoundedProducts>(state, src, len, dst, norm, time)
+    if (hasSingleRows(state)) return overPhases<RoundedProducts>(state, src, len, dst, norm, time);
+    return state.smallTaps != 0 ? overPhases<ExactInLanes>(state, src, len, dst, norm, time)
                                 : overPhases<Exact>(state, src, len, dst, norm, time);
 }
 
@@ -247,12 +370,16 @@ void takeRows(const Fixed& state, Vorn16s* dst, std::int64_t step, std::int64_t 
         convert(reinterpret_cast<const Vorn32f*>(row), dst + at, len, vornRndNear, q14);
     });
 }
-void putRows(const Fixed& state, const Vorn32f* src, std::int64_t step, std::int64_t height) {
-    copyRowsBack(state, src, step, height);
+void putRows(void* state, const Vorn32f* src, std::int64_t step, std::int64_t height) {
+    copyRowsBack(recordAt(state), src, step, height);
 }
-void putRows(const Fixed& state, const Vorn16s* src, std::int64_t step, std::int64_t height) {
-    if (!hasSingleRows(state)) return copyRowsBack(state, src, step, height);
-    overRows<Vorn32f>(state, step, height, sizeof(Vorn32f), [=](char* row, std::int64_t at, std::int64_t len) {
+void putRows(void* state, const Vorn16s* src, std::int64_t step, std::int64_t height) {
+    const Fixed record = recordAt(state);
+    if (!hasSingleRows(record)) {
+        copyRowsBack(record, src, step, height);
+        return noteSmallTaps(state);
+    }
+    overRows<Vorn32f>(record, step, height, sizeof(Vorn32f), [=](char* row, std::int64_t at, std::int64_t len) {
         convert(src + at, reinterpret_cast<Vorn32f*>(row), len, -q14);
     });
 }

@@ -15,6 +15,7 @@ struct Fixed {
     Vorn32f filterNorm;   // 1 for rows of singles, 1/16384 for rows in Q14
     int halfLen;          // H: taps on either side
     int flags;            // 1 accurate, 2 otherwise
+    int smallTaps;        // in room that the compiler leaves: rows in Q14 whose sums fit lanes of 32 bits
     Vorn16s* pStep;       // the input samples from the window of a phase to that of the next one made, in 16 bits
     void** ppFilter;
 };
@@ -50,7 +51,7 @@ void layOutFixed(void* block, std::int64_t bytes, const FixedShape& shape, std::
                  std::int64_t elementBytes, Vorn32f filterNorm, int flags);
 
 // Makes the rows.
-void fillFixed(const Fixed& state, Vorn32f cutOff, Vorn32f alpha);
+void fillFixed(void* state, Vorn32f cutOff, Vorn32f alpha);
 
 // As for the variable form.
 std::int64_t resampleFixed(const Fixed& state, const Vorn32f* src, int len, Vorn32f* dst, double norm, double& time);
@@ -59,8 +60,8 @@ std::int64_t resampleFixed(const Fixed& state, const Vorn16s* src, int len, Vorn
 // The first elements of the first rows, to and from a matrix; rows of singles count as Q14 in 16 bits.
 void takeRows(const Fixed& state, Vorn32f* dst, std::int64_t step, std::int64_t height);
 void takeRows(const Fixed& state, Vorn16s* dst, std::int64_t step, std::int64_t height);
-void putRows(const Fixed& state, const Vorn32f* src, std::int64_t step, std::int64_t height);
-void putRows(const Fixed& state, const Vorn16s* src, std::int64_t step, std::int64_t height);
+void putRows(void* state, const Vorn32f* src, std::int64_t step, std::int64_t height);
+void putRows(void* state, const Vorn16s* src, std::int64_t step, std::int64_t height);
 
 }  // namespace vorn::resampling
 

@@ -54,7 +54,7 @@ VORN_NOINLINE VornStatus makeFixedState(State** ppState, const FixedShape& shape
     VORN_CHECK(require(bool(block), vornStsMemAllocErr));
     layOutFixed(block.get(), bytes, shape, shape.ownRow(), sizeof(Tap),
                 sizeof(Tap) == sizeof(Vorn32f) ? ofSingles : ofQ14, flagsOf(hint));
-    fillFixed(recordAt(block.get()), rollf, alpha);
+    fillFixed(block.get(), rollf, alpha);
     *ppState = reinterpret_cast<State*>(block.release());
     return vornStsNoErr;
 }
@@ -232,13 +232,13 @@ VornStatus vornsResamplePolyphaseSetFixedFilter_32f(VornResampleFixedState_32f* 
                                                     int height) {
     VORN_CHECK(notNull(pState, pSrc));
     VORN_CHECK(positive(step, height));
-    resampling::putRows(resampling::recordAt(pState), pSrc, step, height);
+    resampling::putRows(pState, pSrc, step, height);
     return vornStsNoErr;
 }
 VornStatus vornsResamplePolyphaseSetFixedFilter_16s(VornResampleFixedState_16s* pState, const Vorn16s* pSrc, int step,
                                                     int height) {
     VORN_CHECK(notNull(pState, pSrc));
     VORN_CHECK(positive(step, height));
-    resampling::putRows(resampling::recordAt(pState), pSrc, step, height);
+    resampling::putRows(pState, pSrc, step, height);
     return vornStsNoErr;
 }
