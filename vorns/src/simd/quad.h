@@ -4,9 +4,9 @@
 //   loadQuad(p), loadQuadBackwards(p)           four singles or 16-bit integers, p[0] to p[3] or p[0] to p[-3]
 //   quadOfLanes(a, b, c, d)                     four numbers
 //   pairOf(a, b)                                two numbers
-//   quadOfFirsts, quadOfSeconds (a, b, c, d)    of four pairs the first, the second numbers
+//   transposed(a, b, c, d, firsts, seconds)     of four pairs the first, the second numbers
 //   truncToInt(a), toQuad(q)                    to 32-bit integers; of those or of singles
-//   loadNeighbours(table, q, here, next)        table[q] and table[q + 1]
+//   loadNeighbours(table, q, here, next)        table[q] and table[q + 1]; no index is below 0
 //   firstLanes(a, n)                            the first n lanes, 0 (without a sign) in the others
 //   sumLanes(a)                                 (0 + 2) + (1 + 3)
 #pragma once
@@ -36,6 +36,11 @@ VORN_INLINE f64x4 firstLanes(f64x4 a, std::int64_t n) {
     return a & floatOf(i64x4{_mm256_cmpgt_epi64(_mm256_set1_epi64x(n), _mm256_setr_epi64x(0, 1, 2, 3))});
 }
 VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(lowHalf(a) + highHalf(a)); }
+VORN_INLINE void transposed(f64x2 a, f64x2 b, f64x2 c, f64x2 d, f64x4& firsts, f64x4& seconds) {
+    const f64x4 even = join(a, c), odd = join(b, d);
+    firsts = interleaveLow(even, odd);
+    seconds = interleaveHigh(even, odd);
+}
 #else
 struct f64x4 {
     static constexpr int lanes = 4;
@@ -68,6 +73,10 @@ VORN_INLINE f64x4 firstLanes(f64x4 a, std::int64_t n) {
             {_mm_and_pd(a.high.v, _mm_castsi128_pd(_mm_cmpgt_epi32(count, _mm_setr_epi32(2, 2, 3, 3))))}};
 }
 VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(a.low + a.high); }
+VORN_INLINE void transposed(f64x2 a, f64x2 b, f64x2 c, f64x2 d, f64x4& firsts, f64x4& seconds) {
+    firsts = {interleaveLow(a, b), interleaveLow(c, d)};
+    seconds = {interleaveHigh(a, b), interleaveHigh(c, d)};
+}
 VORN_INLINE void store(double* p, f64x4 a) {
     store(p, a.low);
     store(p + 2, a.high);
@@ -82,22 +91,15 @@ template <class Narrow>
 VORN_INLINE f64x4 loadQuadBackwards(const Narrow* p) {
     return toQuad(loadBackwards(p));
 }
-VORN_INLINE f64x4 quadOfFirsts(f64x2 a, f64x2 b, f64x2 c, f64x2 d) {
-    return join(interleaveLow(a, b), interleaveLow(c, d));
-}
-VORN_INLINE f64x4 quadOfSeconds(f64x2 a, f64x2 b, f64x2 c, f64x2 d) {
-    return join(interleaveHigh(a, b), interleaveHigh(c, d));
-}
 VORN_INLINE f64x2 pairOf(double a, double b) { return {_mm_setr_pd(a, b)}; }
 VORN_INLINE f64x4 quadOfLanes(double a, double b, double c, double d) { return join(pairOf(a, b), pairOf(c, d)); }
 
 VORN_INLINE void loadNeighbours(const double* table, i32x4 q, f64x4& here, f64x4& next) {
-    alignas(16) std::int32_t at[4];
-    store(at, q);
-    const f64x2 a = load<f64x2>(table + at[0]), b = load<f64x2>(table + at[1]);
-    const f64x2 c = load<f64x2>(table + at[2]), d = load<f64x2>(table + at[3]);
-    here = quadOfFirsts(a, b, c, d);
-    next = quadOfSeconds(a, b, c, d);
+    // Two indices a general register: fewer moves between the units than one by one.
+    const auto low = static_cast<std::uint64_t>(_mm_cvtsi128_si64(q.v));
+    const auto high = static_cast<std::uint64_t>(_mm_cvtsi128_si64(_mm_unpackhi_epi64(q.v, q.v)));
+    const auto at = [&](std::uint64_t i) __attribute__((always_inline)) { return load<f64x2>(table + i); };
+    transposed(at(low & 0xFFFFFFFF), at(low >> 32), at(high & 0xFFFFFFFF), at(high >> 32), here, next);
 }
 
 }  // namespace vorn

@@ -124,6 +124,7 @@ public:
           factor_(factor),
           steps_(state.nStep),
           h_(factor * steps_),
+          perH_((1 - 1e-9) / h_),
           end_(state.tableLen - 1e-5) {}
 
     // Both parts at once, since what one waits for is its position.
@@ -131,24 +132,30 @@ public:
     VORN_INLINE void addTo(Left& left, Right& right, double fraction) const {
         const f64x2 h = splat<f64x2>(h_), end = splat<f64x2>(end_);
         f64x2 p = pairOf(factor_ * fraction * steps_, (1 - fraction) * factor_ * steps_);
-        for (std::int64_t k = 0;; k += 4) {
-            const f64x2 p1 = p + h, p2 = p1 + h, p3 = p2 + h;
-            const unsigned inside = laneBits(p3 < end);
-            if (inside == 3) {
-                left.add(k, weights(quadOfFirsts(p, p1, p2, p3)));
-                right.add(k, weights(quadOfSeconds(p, p1, p2, p3)));
-            } else {
-                const auto taps = [&](unsigned side) __attribute__((always_inline)) {
-                    const auto in = [&](f64x2 x) __attribute__((always_inline)) {
-                        return laneBits(x < end) >> side & 1;
-                    };
-                    return in(p) + in(p1) + in(p2) + in(p3);
-                };
-                const unsigned leftTaps = taps(0), rightTaps = taps(1);
-                if (leftTaps > 0) left.addFirst(k, firstWeights(quadOfFirsts(p, p1, p2, p3), leftTaps), leftTaps);
-                if (rightTaps > 0) right.addFirst(k, firstWeights(quadOfSeconds(p, p1, p2, p3), rightTaps), rightTaps);
-                if (leftTaps < 4 && rightTaps < 4) return;
+        // How many taps there are in any case can be told early, so that the next sample need not wait for the last
+        // position of this one.
+        const double least = (end_ - std::max(factor_ * fraction, (1 - fraction) * factor_) * steps_) * perH_;
+        std::int64_t k = 0;
+        if (least < taps16) {
+            for (const auto whole = static_cast<std::int64_t>(least) - 2; k < whole; k += 4) {
+                const f64x2 p1 = p + h, p2 = p1 + h, p3 = p2 + h;
+                f64x4 leftAt, rightAt;
+                transposed(p, p1, p2, p3, leftAt, rightAt);
+                left.add(k, weights(leftAt));
+                right.add(k, weights(rightAt));
+                p = p3 + h;
             }
+        }
+        for (;; k += 4) {
+            const f64x2 p1 = p + h, p2 = p1 + h, p3 = p2 + h;
+            const unsigned in[] = {laneBits(p < end), laneBits(p1 < end), laneBits(p2 < end), laneBits(p3 < end)};
+            const std::int64_t leftTaps = (in[0] & 1) + (in[1] & 1) + (in[2] & 1) + (in[3] & 1);
+            const std::int64_t rightTaps = in[0] / 2 + in[1] / 2 + in[2] / 2 + in[3] / 2;
+            f64x4 leftAt, rightAt;
+            transposed(p, p1, p2, p3, leftAt, rightAt);
+            if (leftTaps > 0) left.addFirst(k, firstWeights(leftAt, leftTaps), leftTaps);
+            if (rightTaps > 0) right.addFirst(k, firstWeights(rightAt, rightTaps), rightTaps);
+            if (leftTaps < 4 && rightTaps < 4) return;
             p = p3 + h;
         }
     }
@@ -162,10 +169,13 @@ private:
         return between(here, next, splat<f64x4>(1.0) - r, r);
     }
     // Positions behind the end read at 0 instead.
-    VORN_INLINE f64x4 firstWeights(f64x4 p, unsigned taps) const { return weights(firstLanes(p, taps)); }
+    VORN_INLINE f64x4 firstWeights(f64x4 p, std::int64_t taps) const { return weights(firstLanes(p, taps)); }
 
     const double* points_;
-    double factor_, steps_, h_, end_;
+    double factor_, steps_, h_;
+    double perH_;  // less than 1/h by more than roundings can make of so few taps
+    double end_;
+    static constexpr double taps16 = 65536;
 };
 
 // The next whole number downwards.
