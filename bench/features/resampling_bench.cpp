@@ -61,9 +61,9 @@ std::vector<Call> peers(const Signal<T>& x, int in, int out, std::initializer_li
 #endif
 #if defined(VORNSR_HAVE_SAMPLERATE)
     if constexpr (std::is_same_v<T, float>) {
-        for (const auto& [name, kind] : {std::pair("src fastest", SRC_SINC_FASTEST),
-                                         std::pair("src medium", SRC_SINC_MEDIUM_QUALITY),
-                                         std::pair("src best", SRC_SINC_BEST_QUALITY)}) {
+        for (const auto& [name, kind] :
+             {std::pair("src fastest", SRC_SINC_FASTEST), std::pair("src medium", SRC_SINC_MEDIUM_QUALITY),
+              std::pair("src best", SRC_SINC_BEST_QUALITY)}) {
             int error = 0;
             const std::shared_ptr<SRC_STATE> state(src_new(kind, 1, &error), src_delete);
             calls.push_back({name, [=] {
@@ -112,17 +112,17 @@ void addFixed(int in, int out, int taps, int hint, std::initializer_list<int> sp
         const auto rows = bench::buffer<float>(static_cast<std::size_t>(rowLen) * static_cast<std::size_t>(height));
         vornsResamplePolyphaseGetFixedFilter_32f(made, rows.get(), rowLen, height);
         const int whole = in / (out / height);
-        std::vector<Call> calls = {
-            {bench::ours,
-             [=] {
-                 double time = 0;
-                 int n;
-                 vornsResamplePolyphaseFixed_32f(state.get(), x.src, x.len, x.result.get(), 1.0f, &time, &n);
-             }},
-            {"plain", [=] {
-                 plain::resampleFixed(rows.get(), rowLen, whole, height, (taps + 3) / 4 * 2, x.src, x.len,
-                                      x.result.get(), 0.5f);
-             }}};
+        std::vector<Call> calls = {{bench::ours,
+                                    [=] {
+                                        double time = 0;
+                                        int n;
+                                        vornsResamplePolyphaseFixed_32f(state.get(), x.src, x.len, x.result.get(), 1.0f,
+                                                                        &time, &n);
+                                    }},
+                                   {"plain", [=] {
+                                        plain::resampleFixed(rows.get(), rowLen, whole, height, (taps + 3) / 4 * 2,
+                                                             x.src, x.len, x.result.get(), 0.5f);
+                                    }}};
         for (const Call& call : peers(x, in, out, speexQualities)) calls.push_back(call);
         compare("vornsResamplePolyphaseFixed_32f " + std::to_string(in) + " to " + std::to_string(out) + ", " +
                     std::to_string(taps) + (hint == 2 ? " taps, accurate" : " taps"),
@@ -143,22 +143,22 @@ void addFixed16(int in, int out, int taps, int hint, std::initializer_list<int> 
         const auto singles = bench::buffer<float>(static_cast<std::size_t>(rowLen) * static_cast<std::size_t>(height));
         std::copy_n(rows.get(), rowLen * height, singles.get());
         const int whole = in / (out / height), halfLen = (taps + 3) / 4 * 2;
-        std::vector<Call> calls = {
-            {bench::ours,
-             [=] {
-                 double time = 0;
-                 int n;
-                 vornsResamplePolyphaseFixed_16s(state.get(), x.src, x.len, x.result.get(), 1.0f, &time, &n);
-             }},
-            {"plain", [=] {
-                 if (hint == 2) {
-                     plain::resampleFixed(singles.get(), rowLen, whole, height, halfLen, x.src, x.len, x.result.get(),
-                                          0.5f / 16384);
-                 } else {
-                     plain::resampleFixed(rows.get(), rowLen, whole, height, halfLen, x.src, x.len, x.result.get(),
-                                          0.5f / 16384);
-                 }
-             }}};
+        std::vector<Call> calls = {{bench::ours,
+                                    [=] {
+                                        double time = 0;
+                                        int n;
+                                        vornsResamplePolyphaseFixed_16s(state.get(), x.src, x.len, x.result.get(), 1.0f,
+                                                                        &time, &n);
+                                    }},
+                                   {"plain", [=] {
+                                        if (hint == 2) {
+                                            plain::resampleFixed(singles.get(), rowLen, whole, height, halfLen, x.src,
+                                                                 x.len, x.result.get(), 0.5f / 16384);
+                                        } else {
+                                            plain::resampleFixed(rows.get(), rowLen, whole, height, halfLen, x.src,
+                                                                 x.len, x.result.get(), 0.5f / 16384);
+                                        }
+                                    }}};
         for (const Call& call : peers(x, in, out, speexQualities)) calls.push_back(call);
         compare("vornsResamplePolyphaseFixed_16s " + std::to_string(in) + " to " + std::to_string(out) + ", " +
                     std::to_string(taps) + (hint == 2 ? " taps, accurate" : " taps"),

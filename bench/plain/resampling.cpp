@@ -7,7 +7,9 @@ namespace plain {
 namespace {
 
 void store(double y, float* dst) { *dst = static_cast<float>(y); }
-void store(double y, std::int16_t* dst) { *dst = static_cast<std::int16_t>(std::lrint(std::clamp(y, -32768.0, 32767.0))); }
+void store(double y, std::int16_t* dst) {
+    *dst = static_cast<std::int16_t>(std::lrint(std::clamp(y, -32768.0, 32767.0)));
+}
 
 template <class Sum, class Sample, class Tap>
 int overPhases(const Tap* rows, int stride, int in, int out, int halfLen, const Sample* src, int len, Sample* dst,
@@ -18,7 +20,8 @@ int overPhases(const Tap* rows, int stride, int in, int out, int halfLen, const 
         const Sample* window = src + position / out + 1 - halfLen - (phase == 0);
         const Tap* row = rows + static_cast<long>(phase) * stride;
         Sum sum = 0;
-        for (int m = 0; m < 2 * halfLen + (phase == 0); ++m) sum += static_cast<Sum>(window[m]) * static_cast<Sum>(row[m]);
+        for (int m = 0; m < 2 * halfLen + (phase == 0); ++m)
+            sum += static_cast<Sum>(window[m]) * static_cast<Sum>(row[m]);
         store(static_cast<double>(sum) * static_cast<double>(gain), dst + made++);
     }
     return made;

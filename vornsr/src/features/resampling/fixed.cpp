@@ -77,8 +77,8 @@ struct Exact : OneByOne<Exact> {
         return static_cast<double>(dots::exactDot(src, taps, len));
     }
 };
-// The same where taps are so small that products can be added in 32 bits: no lane of a 16-byte register, which takes two
-// taps of each eight, may leave them. The steps of wider registers add to the same lanes.
+// The same where taps are so small that products can be added in 32 bits: no lane of a 16-byte register, which takes
+// two taps of each eight, may leave them. The steps of wider registers add to the same lanes.
 struct ExactInLanes : OneByOne<ExactInLanes> {
     using Sample = Vorn16s;
     using Tap = Vorn16s;
@@ -90,7 +90,8 @@ struct ExactInLanes : OneByOne<ExactInLanes> {
         for (; i + i16xN::lanes <= len; i += i16xN::lanes) {
             wide = wide + mulAddPairs(load<i16xN>(src + i), load<i16xN>(row + i));
         }
-        i32x4 sum = foldedTo<16>(wide, [](auto a, auto b) __attribute__((always_inline)) { return a + b; });
+        i32x4 sum = foldedTo<16>(
+            wide, [](auto a, auto b) __attribute__((always_inline)) { return a + b; });
         for (; i + taps <= len; i += taps) sum = sum + mulAddPairs(load<i16x8>(src + i), load<i16x8>(row + i));
         if (i + 4 <= len) {
             sum = sum + mulAddPairs(loadFirst<i16x8, 4>(src + i), loadFirst<i16x8, 4>(row + i));
