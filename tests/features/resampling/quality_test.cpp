@@ -129,8 +129,8 @@ struct Filter {
     float rollf, alpha;
     double pass, stop, ripple, images, aliases;
 };
-const Filter filters[] = {{32, 0.86f, 6.0f, 0.70, 1.02, 0.006, -79, -70},
-                          {64, 0.92f, 9.0f, 0.80, 1.03, 0.0004, -104, -89},
+const Filter filters[] = {{32, 0.86f, 6.0f, 0.70, 1.02, 0.006, -79, -68},
+                          {64, 0.92f, 9.0f, 0.80, 1.03, 0.0004, -104, -88.5},
                           {128, 0.95f, 10.0f, 0.89, 1.01, 0.0003, -110, -100},
                           {256, 0.97f, 12.0f, 0.93, 1.01, 0.0003, -130, -122}};
 struct Conversion {
