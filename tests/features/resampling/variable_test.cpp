@@ -426,6 +426,9 @@ TYPED_TEST(VariableForm, OrderOfChecks) {
 
 // A time so late that steps are lost ends the run, and does not write on.
 TEST(ResampleVariable, StepsThatAreLostEnd) {
+#ifdef VORNSR_SANITIZED
+    GTEST_SKIP() << "no buffer reaches so far, and the sanitizer refuses a pointer that goes around the address space";
+#endif
     const Variable<Vorn32f> state(Design{1, 1, 2.0f, 1.0f, 1.0f});
     const std::vector<float> samples(64);
     std::vector<float> dst(64);
