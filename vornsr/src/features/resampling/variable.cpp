@@ -205,6 +205,25 @@ VORN_INLINE std::int64_t overTime(const Sample* src, int len, Sample* dst, doubl
     return made;
 }
 
+template <class Sample>
+std::int64_t resampleSamples(const Variable& state, const Sample* src, int len, Sample* dst, double factor, double norm,
+                             double& time) {
+    const double step = 1 / factor;
+    if (factor < 1) {
+        const Stretched stretched(state, factor);
+        const auto add = [&](auto& left, auto& right, double f) __attribute__((always_inline)) {
+            stretched.addTo(left, right, f);
+        };
+        return overTime(src, len, dst, step, norm * factor * state.tableNorm, time, add);
+    }
+    const Comb comb(state);
+    const auto add = [&](auto& left, auto& right, double f) __attribute__((always_inline)) {
+        comb.addTo(left, f);
+        comb.addTo(right, 1 - f);
+    };
+    return overTime(src, len, dst, step, norm * state.tableNorm, time, add);
+}
+
 }  // namespace
 
 std::int64_t tableLength(int nStep, Vorn32f window) {
@@ -238,27 +257,13 @@ void* makeVariable(int nStep, std::int64_t tableLen, Vorn32f cutOff, Vorn32f alp
     return block.release();
 }
 
-template <class Sample>
-std::int64_t resample(const Variable& state, const Sample* src, int len, Sample* dst, double factor, double norm,
+std::int64_t resample(const Variable& state, const Vorn32f* src, int len, Vorn32f* dst, double factor, double norm,
                       double& time) {
-    const double step = 1 / factor;
-    if (factor < 1) {
-        const Stretched stretched(state, factor);
-        const auto add = [&](auto& left, auto& right, double f) __attribute__((always_inline)) {
-            stretched.addTo(left, right, f);
-        };
-        return overTime(src, len, dst, step, norm * factor * state.tableNorm, time, add);
-    }
-    const Comb comb(state);
-    const auto add = [&](auto& left, auto& right, double f) __attribute__((always_inline)) {
-        comb.addTo(left, f);
-        comb.addTo(right, 1 - f);
-    };
-    return overTime(src, len, dst, step, norm * state.tableNorm, time, add);
+    return resampleSamples(state, src, len, dst, factor, norm, time);
 }
-template std::int64_t resample(const Variable& state, const Vorn32f* src, int len, Vorn32f* dst, double factor,
-                               double norm, double& time);
-template std::int64_t resample(const Variable& state, const Vorn16s* src, int len, Vorn16s* dst, double factor,
-                               double norm, double& time);
+std::int64_t resample(const Variable& state, const Vorn16s* src, int len, Vorn16s* dst, double factor, double norm,
+                      double& time) {
+    return resampleSamples(state, src, len, dst, factor, norm, time);
+}
 
 }  // namespace vorn::resampling

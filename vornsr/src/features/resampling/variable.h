@@ -32,8 +32,9 @@ enum class Table { single, sixteenBits };
 void* makeVariable(int nStep, std::int64_t tableLen, Vorn32f cutOff, Vorn32f alpha, Table table, int flags);
 
 // time is that of the first sample, and becomes that of the first one which is not made.
-template <class Sample>
-std::int64_t resample(const Variable& state, const Sample* src, int len, Sample* dst, double factor, double norm,
+std::int64_t resample(const Variable& state, const Vorn32f* src, int len, Vorn32f* dst, double factor, double norm,
+                      double& time);
+std::int64_t resample(const Variable& state, const Vorn16s* src, int len, Vorn16s* dst, double factor, double norm,
                       double& time);
 
 }  // namespace vorn::resampling
