@@ -643,7 +643,81 @@ VornStatus vornsReflectionToAbsTilt_16s_Sfs(const Vorn16s* src1, const Vorn16s* 
 
 /**
  * @defgroup vornsr_resampling Resampling
- * @brief Changes of the sampling rate by a windowed sinc, at any factor or at a rational one.
+ * @brief Changes of the sampling rate by a sinc under a Kaiser window (Kaiser 1974; Smith and Gossett 1984), at any
+ * factor or at a rational one.
+ *
+ * The variable form (`vornsResamplePolyphase_*`) has one filter, sampled finely, and reads it between its points: the
+ * factor, output rate by input rate, is any positive number and may change from call to call. The fixed form
+ * (`vornsResamplePolyphaseFixed_*`) has a row of taps for each phase of a ratio in lowest terms; a sample is one dot
+ * product. Where the ratio is known, take the fixed form: it is some ten times as fast.
+ *
+ * Streams. *pTime is the position of the next output in samples from src on, a fraction included; the call moves it on
+ * to the first output that it does not make. A call starts at base = trunc(*pTime) and makes all outputs in front of
+ * base + len. It reads in front of src and behind it:
+ * - variable: src[base - W + 1] to src[base + len - 1 + W], W = ceil(L / (nStep min(factor, 1))), where the filter has
+ *   L = trunc(window 0.5 nStep) + 1 points (the product in single);
+ * - fixed: src[base - H] to src[base + len - 1 + H], H = 2 trunc((filter len + 3) / 4).
+ *
+ * dst has room for trunc(len factor) + 2 samples and lies apart from what is read. Blocks of N samples, with that many
+ * samples in front of each and behind it (zeros in front of the first and behind the last):
+ *
+ * @code
+ * double time = 0;                  // once, in front of the first block
+ * int base = (int)time, made = 0;
+ * if (base < N) {                   // else no output falls into this block
+ *     vornsResamplePolyphaseFixed_32f(state, src, N - base, dst, 1.0f, &time, &made);
+ * }
+ * time -= N;                        // src moves by N samples; exact, as are all whole numbers up to the time
+ * @endcode
+ *
+ * So cut, the fixed form gives the bits and the number of samples of one call, for hours: it takes the time to the
+ * nearest phase, trunc(out (*pTime - base) + 0.5) (a time down to -0.5/out is 0), so that roundings of the time never
+ * add up. The variable form adds 1/factor for each output, rounded; the outputs are those of one call bit for bit if
+ * src stays and the time goes on, or if the steps are exact in both (such as 3 or 0.625). Otherwise positions differ by
+ * at most 2^-53 of the largest time with each output: in blocks of a second at 44100 Hz less than 0.01 of a sample in a
+ * day.
+ *
+ * Design. nStep: points of the filter per input sample; the linear interpolation between them leaves images at -71 dB
+ * with 32 points, -95 dB with 128 and -100 dB with 512. window: width of the filter in input samples, or in output
+ * samples for factors below 1. len: the fixed form's taps, in input samples; for inRate above outRate multiply by their
+ * quotient to keep the slope of the band's edge. rollf: the band's edge (-6 dB) by half the lower rate, above 0 and up
+ * to 1. alpha: the window's parameter, from 1 to some 700. At 64 taps, rollf 0.92 and alpha 9 tones up to 0.8 of half
+ * the lower rate keep their level within 0.0004 dB, and from 1.03 on they fall below -88.5 dB; more in docs/numerics.md.
+ * In double: t(0) = rollf, t(i) = sin(rollf w i) / (i w) I0(alpha sqrt(1 - u u)) / I0(alpha) with w = pi/n, u =
+ * i/(L-1); all times 1 / (t(0) + 2 (t(n) + t(2n) + ...)), so that a constant keeps its value. n is nStep, or the larger
+ * of the reduced rates, where L reaches just to the outermost tap. Rounding modes do not matter here.
+ *
+ * The hint 2 (accurate): filters in single also in the `16s` forms, products of the fixed form summed in double. Other
+ * hints: `16s` filters in 16 bits (fixed: Q14, to nearest, saturated; variable: 16383 is the largest), sums of the
+ * fixed `32f` form in single. The variable `32f` form only keeps it.
+ *
+ * Samples. norm multiplies all of them.
+ * - Variable: with i = trunc(t), f = t - i, the sum of a left part over src[i - k] and a right part over src[i + 1 +
+ *   k], each in double in four sums (tap k in sum k mod 4) joined as (0 + 2) + (1 + 3); times norm factor tableNorm
+ *   below a factor of 1, else norm tableNorm, in double. The taps are table[q] (1 - r) + table[q+1] r in double, q + r
+ *   the position in the table. Factor below 1: p = factor f nStep, on the right (1 - f) factor nStep, growing by factor
+ *   nStep while p is below L - 1e-5; q = trunc(p). Otherwise q = trunc(1e-5 + nStep f), nStep (1 - f) on the right,
+ *   growing by nStep while below L; r = nStep f - q.
+ * - Fixed: position p of the phase s = p mod out takes 2H taps from src[trunc(p/out) + 1 - H] on, phase 0 one more in
+ *   front. The dot product is that of @ref vornsDotProd_32f (of @ref vornsDotProd_32f64f where accurate), bit for bit;
+ *   `16s` exact in 64 bits or, accurate, of products in single, summed in double in sixteen lanes like
+ *   `vornsDotProd_32f64f` and rounded to single. Then times min(out/in, 1) filterNorm norm, in double.
+ * - Results: `32f` rounded once, in the caller's mode; `16s`: above 32767.0 is 32767, below -32768.0 is -32768,
+ *   otherwise 0.5 is added with the sign and the sum truncated; not-a-numbers give 0.
+ *
+ * Contexts. The `InitAlloc` forms allocate, `Free` releases (all four are one function). `FixedInit` makes a context in
+ * a block of the caller, of the size that `FixedGetSize` reports, at any address, and leaves its rows 0 for
+ * `SetFixedFilter`; its rows have pLen = 4 trunc((len + 4) / 4) elements (2H + 4 in allocated contexts), and the last
+ * tap of phase 0 counts as 0 where there are but 2H. `16s` rows there are in Q14 whatever the hint. `GetFixedFilter`
+ * and `SetFixedFilter` move the first min(step, row) elements of the first height rows (no more than there are); rows
+ * of singles behind a `16s` form are converted, times 16384, to nearest and saturated, and back. Such a block holds
+ * addresses of its own: do not copy it. A context in use is only read, so threads may share it.
+ *
+ * Checks, in this order: null (of a Free too); `vornStsSizeErr` for nStep, rates, len, step or height below 1, a factor
+ * that is not above 0 or so large that *pTime + 1/factor is *pTime, a *pTime that is no number or from 2^53 on, a block
+ * above 0x7FFFFFFE bytes; `vornStsBadArgErr` for a window below 2/nStep (in single) or of more than 0xFFFFFFE points,
+ * rollf not above 0 or above 1, alpha below 1 or with an infinite I0, an allocated fixed context of 2^31 bytes;
+ * `vornStsMemAllocErr`, but `vornStsNullPtrErr` for the first block of @ref vornsResamplePolyphaseInitAlloc_16s.
  * @{
  */
 

@@ -19,7 +19,7 @@ class Record {
 public:
     explicit Record(const State* bank) : bank_(bank) {
         if (!isAligned(bank, alignof(State))) {
-            copy_ = recordAt<State>(bank);
+            copy_ = context::recordAt(bank);
             bank_ = &copy_;
         }
     }

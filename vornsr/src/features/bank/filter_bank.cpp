@@ -123,7 +123,7 @@ Vorn8u* transformBuffer(const State& bank) {
 template <class Result>
 VornStatus evalFixed(const Vorn16s* src, Result* dst, const VornFBankState_16s* pFBank, int scale) {
     VORN_CHECK(notNull(src, dst, pFBank));
-    const auto bank = recordAt<VornFBankState_16s>(pFBank);
+    const auto bank = context::recordAt(pFBank);
     VORN_CHECK(checkFilled(bank));
     const int shift = wrapAdd(scale, bank.weightShift);
     if ((bank.flags & vornFBankSamples) == 0) {
@@ -250,7 +250,7 @@ VornStatus vornsFBankFree_16s(VornFBankState_16s* pFBank) {
 
 VornStatus vornsEvalFBank_32f(const Vorn32f* src, Vorn32f* dst, const VornFBankState_32f* pFBank) {
     VORN_CHECK(notNull(src, dst, pFBank));
-    const auto bank = recordAt<VornFBankState_32f>(pFBank);
+    const auto bank = context::recordAt(pFBank);
     VORN_CHECK(bank::checkFilled(bank));
     if ((bank.flags & vornFBankSamples) == 0) {
         evalFilters(src, dst, bank);
@@ -273,6 +273,6 @@ VornStatus vornsEvalFBank_16s32s_Sfs(const Vorn16s* src, Vorn32s* dst, const Vor
 VornStatus vornsEvalFBank_32s_Sfs(const Vorn32s* src, Vorn32s* dst, const VornFBankState_32s* pFBank, int scale) {
     VORN_CHECK(notNull(src, dst, pFBank));
     VORN_CHECK(bank::within(scale, -31, 31, vornStsBadArgErr));
-    evalFilters(src, dst, recordAt<VornFBankState_32s>(pFBank), scale);
+    evalFilters(src, dst, context::recordAt(pFBank), scale);
     return vornStsNoErr;
 }

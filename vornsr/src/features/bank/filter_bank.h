@@ -56,14 +56,6 @@ struct VornFBankState_32s {
 
 namespace vorn {
 
-// The record of a bank. A caller's block may begin at any address, so it is copied byte by byte.
-template <class State>
-State recordAt(const void* bank) {
-    State record;
-    std::memcpy(&record, bank, sizeof record);
-    return record;
-}
-
 // The sizes that follow from the transform length N and the number of filters.
 struct BankShape {
     int fftLen, fftOrder, nFilter;

@@ -6,41 +6,23 @@
 #include <type_traits>
 
 #include "features/bank/filter_bank.h"
+#include "features/pieces.h"
 #include "frame/align.h"
-#include "frame/memory.h"
 
 namespace vorn {
 
-// Both sources of memory hand out pieces on 32-byte addresses. A piece that cannot be had is null.
-
-// A caller's block, which has room for all pieces of the reported size.
-class BlockPieces {
+// The pieces of a context, and the context of a transform, which is one more of them.
+class BlockPieces : public context::BlockPieces {
 public:
-    explicit BlockPieces(char* first) : next_(first) {}
-
-    template <class T>
-    T* take(std::int64_t len) {
-        char* piece = alignedUp(next_, 32);
-        next_ = piece + len * static_cast<std::int64_t>(sizeof(T));
-        return reinterpret_cast<T*>(piece);
-    }
+    using context::BlockPieces::BlockPieces;
     template <class Form>
     VornStatus makeTransform(typename Form::Spec** spec, int order, int specSize, int initSize) {
         auto* specMem = take<Vorn8u>(specSize);
         return Form::initTransform(spec, order, specMem, take<Vorn8u>(initSize));
     }
-
-private:
-    char* next_;
 };
-
-// Blocks of the library's own, one a piece: freeBank() knows them by the record.
-class AllocatedPieces {
+class AllocatedPieces : public context::AllocatedPieces {
 public:
-    template <class T>
-    T* take(std::int64_t len) {
-        return Scratch<T>(len).release();
-    }
     template <class Form>
     VornStatus makeTransform(typename Form::Spec** spec, int order, int, int) {
         return Form::allocateTransform(spec, order);
