@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "features/bank/filter_bank.h"
+#include "features/pieces.h"
 #include "frame/checks.h"
 #include "simd/short_block.h"
 

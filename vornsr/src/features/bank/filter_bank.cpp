@@ -4,6 +4,7 @@
 #include "features/bank/build.h"
 #include "features/bank/integer_bank.h"
 #include "features/bank/kernels.h"
+#include "features/pieces.h"
 #include "frame/checks.h"
 
 using namespace vorn;
