@@ -80,15 +80,17 @@ struct WrappedDifferences {
 
     template <int lag, class V>
     VORN_INLINE auto differences(V factor) const {
-        const auto twice = zip(factor, factor);
-        return [ factor, twice, shift = shift ](const V(&past)[2 * lag], V newest) __attribute__((always_inline)) {
-            const V far = newest - past[0];
-            if constexpr (lag == 1) {
-                return shift.saturated(products(far, factor));
-            } else {
+        if constexpr (lag == 1) {
+            return [ factor, shift = shift ](const V(&past)[2], V newest) __attribute__((always_inline)) {
+                return shift.saturated(products(newest - past[0], factor));
+            };
+        } else {
+            const auto twice = zip(factor, factor);
+            return [ factor, twice, shift = shift ](const V(&past)[4], V newest) __attribute__((always_inline)) {
+                const V far = newest - past[0];
                 return shift.saturated(twoProducts(past[3] - past[1], far, twice) + products(far, factor));
-            }
-        };
+            };
+        }
     }
     template <int lag>
     VORN_INLINE auto differences(std::int16_t factor) const {

@@ -159,22 +159,32 @@ VORN_INLINE RowsAround<T, 2 * lag + 1> rowsFrom(RowAt rowAt) {
     (std::make_integer_sequence<int, 2 * lag + 1>());
 }
 
-// One row of results. takes: the newest row is a frame as it comes, and goes to copy as it is stored.
-template <int result, bool takes, class T, int count, class Rule>
-VORN_INLINE void differencesRow(RowsAround<T, count> rows, std::ptrdiff_t width, T* to, T* copy, const Rule& rule) {
+// What the newest row of a window is: a frame as it comes, which may still have to be stored.
+enum class Newest { stored, incoming, incomingToStore };
+
+// One row of results; an incoming frame goes to frame as it is stored.
+template <int result, Newest kind, class T, int count, class Rule>
+VORN_INLINE void differencesRow(RowsAround<T, count> rows, std::ptrdiff_t width, T* to, T* frame, const Rule& rule) {
     overVectors<T>(
         width, [=](auto stripe, std::ptrdiff_t column) __attribute__((always_inline)) {
             [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
                 using Value = typename decltype(stripe)::Value;
                 const Value past[count - 1] = {stripe.load(rows.row[i] + column)...};
                 Value newest = stripe.load(rows.row[count - 1] + column);
-                if constexpr (takes) {
-                    newest = rule.frame(stripe, column)(newest);
-                    stripe.store(copy + column, newest);
-                }
+                if constexpr (kind != Newest::stored) newest = rule.frame(stripe, column)(newest);
+                if constexpr (kind == Newest::incomingToStore) stripe.store(frame + column, newest);
                 stripe.store(to + column, rule.template differences<count / 2, result>(stripe, column)(past, newest));
             }
             (std::make_integer_sequence<int, count - 1>());
+        });
+}
+
+// A frame as it is stored.
+template <class T, class Rule>
+VORN_INLINE void frameRow(const T* in, std::ptrdiff_t width, T* to, const Rule& rule) {
+    overVectors<T>(
+        width, [=](auto stripe, std::ptrdiff_t column) __attribute__((always_inline)) {
+            stripe.store(to + column, rule.frame(stripe, column)(stripe.load(in + column)));
         });
 }
 
@@ -185,6 +195,11 @@ void streamByRows(const Block<T>& call, const Rule& rule) {
     constexpr int lag = Form::lag;
     const std::ptrdiff_t begin = call.mode & vornDeltaFirst ? 0 : Form::lookback, end = begin + call.height;
     const std::ptrdiff_t pending = call.mode & vornDeltaLast ? (Form::accelerates ? 2 * lag : lag) : 0;
+    // In the first-level cache a frame is stored while its values are at hand. What does not fit there is written
+    // faster one row after the other. Integers have enough to do in between.
+    constexpr std::ptrdiff_t firstLevelBytes = 48 << 10;
+    const bool atOnce = sizeof(T) < 4 || call.height * (call.width + call.step) <=
+                                             firstLevelBytes / static_cast<std::ptrdiff_t>(sizeof(T));
 
     const auto existing = [=](std::ptrdiff_t t) { return std::clamp<std::ptrdiff_t>(t, 0, end - 1); };
     const auto storedAround = [=](const T* columns, std::ptrdiff_t t) {
@@ -197,11 +212,7 @@ void streamByRows(const Block<T>& call, const Rule& rule) {
     // The frames of this call are read where they come from, not where they have just been stored; if they are stored
     // as they come.
     const auto framesAround = [=](std::ptrdiff_t t) {
-        if constexpr (Rule::scalesFrames) {
-            auto rows = storedAround(call.dst, t);
-            if (t + lag < end) rows.row[2 * lag] = call.src + (t + lag - begin) * call.width;
-            return rows;
-        }
+        if constexpr (Rule::scalesFrames) return storedAround(call.dst, t);
         if (t - lag >= begin && t + lag < end) {
             const T* first = call.src + (t - lag - begin) * call.width;
             return rowsFrom<T, lag>([=](int i) { return first + i * call.width; });
@@ -216,24 +227,26 @@ void streamByRows(const Block<T>& call, const Rule& rule) {
         const std::ptrdiff_t t = newest - lag;
         const T* in = call.src + (newest - begin) * call.width;
         T* frame = call.dst + newest * call.step;
-        if (t < 0) {
-            overVectors<T>(
-                call.width, [=](auto stripe, std::ptrdiff_t column) __attribute__((always_inline)) {
-                    stripe.store(frame + column, rule.frame(stripe, column)(stripe.load(in + column)));
-                });
-        } else if (t < end) {
-            T* delta = call.dst + t * call.step + call.width;
-            if (newest < end) {
-                differencesRow<1, true>(framesAround(t), call.width, delta, frame, rule);
+        T* delta = call.dst + t * call.step + call.width;
+        if (newest < end && (t < 0 || !atOnce)) frameRow(in, call.width, frame, rule);
+        if (t >= 0 && t < end) {
+            auto rows = framesAround(t);
+            if (newest >= end) {
+                differencesRow<1, Newest::stored>(rows, call.width, delta, frame, rule);
             } else {
-                differencesRow<1, false>(framesAround(t), call.width, delta, delta, rule);
+                rows.row[2 * lag] = in;
+                if (atOnce) {
+                    differencesRow<1, Newest::incomingToStore>(rows, call.width, delta, frame, rule);
+                } else {
+                    differencesRow<1, Newest::incoming>(rows, call.width, delta, frame, rule);
+                }
             }
         }
         if constexpr (Form::accelerates) {
             if (t < lag) continue;
             T* acceleration = call.dst + (t - lag) * call.step + 2 * call.width;
-            differencesRow<2, false>(storedAround(call.dst + call.width, t - lag), call.width, acceleration,
-                                     acceleration, rule);
+            differencesRow<2, Newest::stored>(storedAround(call.dst + call.width, t - lag), call.width, acceleration,
+                                              acceleration, rule);
         }
     }
 }
