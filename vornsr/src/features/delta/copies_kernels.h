@@ -36,17 +36,10 @@ bool pickFirstRow(const T* src, std::ptrdiff_t srcLen, T* dst, const std::int32_
     return true;
 }
 
-// count rows at once, so that each index is read once for all of them.
-template <int count, class T, class From, class To>
-VORN_INLINE void pickRows(From from, To to, const std::int32_t* index, std::ptrdiff_t dstLen) {
-    const T* src[count];
-    T* dst[count];
-    for (int r = 0; r < count; ++r) src[r] = from[r], dst[r] = to[r];
-    for (std::ptrdiff_t j = 0; j < dstLen; ++j) {
-        const std::ptrdiff_t column = index[j];
-#pragma GCC unroll 8
-        for (int r = 0; r < count; ++r) dst[r][j] = src[r][column];
-    }
+// Nothing is tested here, so that compilers may fetch several elements at once where the processor can.
+template <class T>
+void pickRow(const T* __restrict src, T* __restrict dst, const std::int32_t* __restrict index, std::ptrdiff_t dstLen) {
+    for (std::ptrdiff_t j = 0; j < dstLen; ++j) dst[j] = src[index[j]];
 }
 
 // dst[i][j] = src[i][index[j]]. Indices that have served in the first row serve in all.
@@ -54,9 +47,7 @@ template <class T, template <class> class Layout>
 bool pickColumns(Layout<const T> src, std::ptrdiff_t srcLen, Layout<T> dst, const std::int32_t* index,
                  std::ptrdiff_t dstLen, std::ptrdiff_t height) {
     if (!pickFirstRow(src[0], srcLen, dst[0], index, dstLen)) return false;
-    std::ptrdiff_t row = 1;
-    for (; row + 4 <= height; row += 4) pickRows<4, T>(src.from(row), dst.from(row), index, dstLen);
-    for (; row < height; ++row) pickRows<1, T>(src.from(row), dst.from(row), index, dstLen);
+    for (std::ptrdiff_t row = 1; row < height; ++row) pickRow(src[row], dst[row], index, dstLen);
     return true;
 }
 
