@@ -129,35 +129,6 @@ float gaussConstant(const float* var, int len) {
     return sum;
 }
 
-namespace {
-
-// One operator over the whole utterance, from the columns at x to the columns at d of the same rows.
-void operator2(float* x, float* __restrict d, int width, int step, int height, float val) {
-    for (int t = 0; t < height; ++t) {
-        const auto row = [&](int at) { return x + static_cast<std::ptrdiff_t>(std::clamp(at, 0, height - 1)) * step; };
-        const float *x1 = row(t + 1), *x2 = row(t + 2), *y1 = row(t - 1), *y2 = row(t - 2);
-        float* out = d + static_cast<std::ptrdiff_t>(t) * step;
-        for (int c = 0; c < width; ++c) {
-            const float a = x1[c] - y1[c], b = x2[c] - y2[c];
-            out[c] = (a + b + b) * val;
-        }
-    }
-}
-
-}  // namespace
-
-void delta2(const float* src, int width, float* dst, int step, int height, float val) {
-    for (int t = 0; t < height; ++t) {
-        std::copy_n(src + static_cast<std::ptrdiff_t>(t) * width, width, dst + static_cast<std::ptrdiff_t>(t) * step);
-    }
-    operator2(dst, dst + width, width, step, height, val);
-}
-
-void deltaDelta2(const float* src, int width, float* dst, int step, int height, float val1, float val2) {
-    delta2(src, width, dst, step, height, val1);
-    operator2(dst + width, dst + 2 * width, width, step, height, val2);
-}
-
 void dctLifter(const float* x, float* dst, const float* rows, int stride, const float* weight, int lenDCT, int lenCep) {
     for (int i = 0; i < lenCep; ++i) {
         float sum = 0;

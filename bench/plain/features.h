@@ -24,8 +24,6 @@ void normEnergy(std::int16_t* x, int step, int height, float minDb, float top, f
 void normEnergy(std::int16_t* x, int step, int height, float minDb, float maxE, float top, float val);
 void zeroMean(std::int16_t* x, int len);
 float gaussConstant(const float* var, int len);
-void delta2(const float* src, int width, float* dst, int step, int height, float val);
-void deltaDelta2(const float* src, int width, float* dst, int step, int height, float val1, float val2);
 // rows: lenCep rows of lenDCT cosines, stride elements apart.
 void dctLifter(const float* x, float* dst, const float* rows, int stride, const float* weight, int lenDCT, int lenCep);
 // Its table and weights, row 0 first.

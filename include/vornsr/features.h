@@ -259,32 +259,75 @@ VornStatus vornsDCTLifter_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const Vor
 
 /**
  * @defgroup vornsr_deltas Deltas and accelerations
- * @brief First and second differences of feature vectors along time, for utterances that arrive in blocks.
+ * @brief First and second differences of feature vectors along time: for utterances that arrive in blocks, and in place
+ * for a matrix that is there.
  *
- * Shapes. src holds height new frames of width columns, packed. A row of dst is dstStep elements apart from the next
- * and holds, side by side, the frame (columns 0 to width - 1), its delta (from width) and, in the `DeltaDelta` forms,
- * its acceleration (from 2 width).
+ * **Streaming forms**, `vornsDelta*` and `vornsDeltaDelta*`. src holds height new frames of width columns, packed. A
+ * row of dst is dstStep elements apart from the next and holds, side by side, the frame (columns 0 to width - 1), its
+ * delta (from width) and, in the `DeltaDelta` forms, its acceleration (from 2 width).
  *
- * Formula, for an utterance x(0) to x(T-1), with x(t) read as x(0) before it and as x(T-1) behind it. Window 2: with
- * a = x(t+1) - x(t-1) and b = x(t+2) - x(t-2), delta(t) = ((a + b) + b) val, in single and in this order. The
- * acceleration is the same operator on the deltas, with val2, the deltas likewise repeated beyond both ends.
+ * Formula, for an utterance x(0) to x(T-1), with x(t) read as x(0) before it and as x(T-1) behind it, in this order:
+ * - `Win1`: delta(t) = (x(t+1) - x(t-1)) val.
+ * - `Win2`: with a = x(t+1) - x(t-1) and b = x(t+2) - x(t-2): delta(t) = ((a + b) + b) val.
+ *
+ * The acceleration is the same operator on the deltas, with val2 (and val1 for the deltas); the deltas likewise repeat
+ * beyond both ends. In the `Mul` forms each column has factors of its own: the frame is stored as x pVal[c] for column
+ * c and all differences are taken of what is stored; pVal[width + c] stands for val, pVal[2 width + c] for val2.
  *
  * Blocks. mode is 0 or a sum of `vornDeltaFirst` (this block starts the utterance) and `vornDeltaLast` (this block ends
  * it); its other bits are ignored. A first call writes frame 0 to row 0 of dst. Any other call expects dst to point L
  * rows back: rows 0 to L-1 hold the last L rows of the call before, with all that it wrote there, and the new frames
  * go to row L and on. So behind a first call the caller advances dst by height - L rows, behind any later call by
- * height rows. With frames up to row r written, deltas stand complete up to row r - 2 and accelerations up to row r -
- * 4; `vornDeltaLast` completes them all, also in a call of its own with height 0. Both flags together make one call of
- * a whole utterance.
+ * height rows:
  *
- * L, which is the least height of a first call too, is 4 in `vornsDelta_Win2_*` and 6 in `vornsDeltaDelta_Win2_*`.
+ * @code
+ * const int L = 4;
+ * Vorn32f* dst = out;
+ * for (int i = 0; i < n; ++i) {
+ *     int mode = i == 0 ? vornDeltaFirst : 0;
+ *     vornsDelta_Win2_32f_D2(src[i], width, dst, step, height[i], val, mode);
+ *     dst += (i == 0 ? height[i] - L : height[i]) * step;
+ * }
+ * vornsDelta_Win2_32f_D2(src[0], width, dst, step, 0, val, vornDeltaLast);
+ * @endcode
  *
- * Exactness. Each result is the formula with its roundings, so any cut into blocks gives the same bits as one call;
- * width and alignment change nothing. Infinities and not-a-numbers follow the arithmetic. There is no state beside the
- * rows of dst: leave the last L of them as they are between calls. src and dst must not overlap.
+ * The last call has no frames (src is not read, but must not be null). Where the last block is known to be the last,
+ * give that call `vornDeltaLast` instead; both flags together make one call of a whole utterance. With frames up to
+ * row r written, deltas stand complete up to row r - 1 (`Win2`: r - 2) and accelerations up to row r - 2 (r - 4); what
+ * is not complete has not been written. L, which is the least height of a first call too:
  *
- * Checks, in this order: null; size (width below 1, height negative, height 0 without `vornDeltaLast`); stride (dstStep
- * below 2 width, 3 width with acceleration); size (`vornDeltaFirst` with height below L).
+ * | | `Win1` | `Win2` |
+ * |---|---|---|
+ * | `vornsDelta*`, `vornsDeltaMul*` | 2 | 4 |
+ * | `vornsDeltaDelta*`, `vornsDeltaDeltaMul*` | 3 | 6 |
+ *
+ * **Form in place**, `vornsEvalDelta*`. Rows of srcDst are frames, step elements apart: their features stand in columns
+ * offset to offset + width - 1, and the deltas go to the width columns behind them. With W = winSize, in row r:
+ * - W to height - W - 1: the sum over k = 1 to W of k (x(r+k) - x(r-k)).
+ * - 0 to W - 1: the sum of k (x(r+k) - x(0)): row 0 stands on the left for every k, not only where r - k lies before
+ *   the matrix. From W = 2 on this is not the repetition of the streaming forms.
+ * - height - W to height - 1: likewise the sum of k (x(height-1) - x(r-k)).
+ *
+ * The terms are added in the order of k, and the sum is multiplied by val, in the `Mul` forms by pVal[width + c]; the
+ * first width entries of pVal are not read.
+ *
+ * **16 bits** (`Sfs`). A product is formed and wraps in 32 bits, and so do the sums before it; it is shifted right by
+ * scale without rounding (downward), for a negative scale left by -scale, losing what leaves the 32 bits; then it is
+ * saturated. The count is taken modulo 32: 33 shifts like 1, -32 like 0. The frames of the `Mul` forms are such results
+ * as well. Accelerations read deltas as they are stored. Each difference is
+ * - whole, in 32 bits, in `vornsDelta_Win1`, `vornsDelta_Win2` and `vornsDeltaDelta_Win1`: from -30000 to 30000 it is
+ *   60000;
+ * - wrapped to 16 bits, there to -5536, in `vornsDeltaDelta_Win2`, all `Mul` forms and `vornsEvalDelta*`.
+ *
+ * Exactness. Singles: each result is the formula with its roundings, in the caller's rounding mode; infinities and
+ * not-a-numbers follow the arithmetic. Any cut into blocks gives the same bits as one call; width and alignment change
+ * nothing. There is no state beside the rows of dst: leave the last L of them as they are between calls. src and dst
+ * must not overlap.
+ *
+ * Checks, in this order. Streaming: null; size (width below 1, height negative, height 0 without `vornDeltaLast`);
+ * stride (dstStep below 2 width, 3 width with acceleration); size (`vornDeltaFirst` with height below L). In place:
+ * null; size (height, width or winSize below 1, offset negative, height below 2 winSize); stride (step below
+ * offset + 2 width).
  * @{
  */
 
@@ -339,6 +382,21 @@ VornStatus vornsDeltaDeltaMul_Win2_16s_D2Sfs(const Vorn16s* src, const Vorn16s* 
 /**
  * @defgroup vornsr_column_copies Copies of columns
  * @brief Frames moved into wider rows, and columns chosen by a list of indices.
+ *
+ * Elements are copied bit for bit.
+ * - `vornsCopyColumn_32f_D2`, `_16s_D2`: src holds height rows of width elements, packed; they go to rows of dst that
+ *   stand dstStep elements apart. What lies between the rows of dst is not touched.
+ * - `vornsCopyColumn_Indirect_*`: column j of each of the height rows of dst takes column pIndex[j] of the same row of
+ *   src, for j from 0 to dstLen - 1. Columns may be taken in any order, more than once or not at all. In the `D2` forms
+ *   rows are srcStep and dstStep elements apart, in the `D2L` forms each has a pointer.
+ *
+ * Indices are tested while the first row is copied, in the order of j: one outside of 0 to srcLen - 1 ends the call
+ * with `vornStsSizeErr`, the elements before it written and nothing else. src, dst and pIndex must not overlap.
+ *
+ * Checks, in this order. `vornsCopyColumn_32f_D2`, `_16s_D2`: null; size (height, width below 1); stride (dstStep below
+ * width). `Indirect_*_D2`: null; srcLen below 1 (size); srcStep below srcLen (stride); dstLen below 1 (size); dstStep
+ * below dstLen (stride); height below 1 (size); an index (size). `Indirect_*_D2L`: null; size (srcLen, dstLen, height
+ * below 1); an index (size).
  * @{
  */
 VornStatus vornsCopyColumn_32f_D2(const Vorn32f* src, int width, Vorn32f* dst, int dstStep, int height);

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <utility>
 
+#include "simd/part.h"
 #include "simd/simd.h"
 
 namespace vorn {
@@ -68,6 +69,17 @@ private:
     std::ptrdiff_t last_;
 };
 
+// One whole vector.
+template <class V>
+class WholeStripe {
+public:
+    using Element = typename V::Element;
+    using Value = V;
+    VORN_INLINE Value load(const Element* p) const { return vorn::load<V>(p); }
+    VORN_INLINE void store(Element* p, Value x) const { vorn::store(p, x); }
+    VORN_INLINE static Value all(Element x) { return splat<V>(x); }
+};
+
 // The first lanes of one vector.
 template <class V>
 class PartStripe {
@@ -103,6 +115,12 @@ struct NarrowerOf {
 template <>
 struct NarrowerOf<f32x16> {
     using type = f32x8;
+};
+#endif
+#if defined(VORN_SIMD_AVX2)
+template <>
+struct NarrowerOf<i16x16> {
+    using type = i16x8;
 };
 #endif
 
@@ -167,14 +185,27 @@ VORN_INLINE void overStripes(std::ptrdiff_t width, Body body) {
 
 // The same with stripes of one vector, for bodies that hold much of a stripe at once. Here the last stripe may begin
 // early and share columns with the one before it: a second run over a column must leave the same result.
+template <class V, class Body>
+VORN_INLINE void overVectorsOf(std::ptrdiff_t width, Body body) {
+    using Narrower = typename NarrowerOf<V>::type;
+    constexpr std::ptrdiff_t lanes = V::lanes;
+    if (width < lanes) {
+        if constexpr (Narrower::lanes < V::lanes && !hasMaskedLanes<typename V::Element>) {
+            overVectorsOf<Narrower>(width, body);
+        } else {
+            overPart<V>(width, body);
+        }
+        return;
+    }
+    std::ptrdiff_t column = 0;
+    for (; column + lanes <= width; column += lanes) body(WholeStripe<V>(), column);
+    if (column < width) body(WholeStripe<V>(), width - lanes);
+}
+
+// The same with the widest vectors of the build.
 template <class T, class Body>
 VORN_INLINE void overVectors(std::ptrdiff_t width, Body body) {
-    using V = Wide<T>;
-    constexpr std::ptrdiff_t lanes = V::lanes;
-    if (width < lanes) return overPart<V>(width, body);
-    std::ptrdiff_t column = 0;
-    for (; column + lanes <= width; column += lanes) body(VectorStripe<V, 1>(0), column);
-    if (column < width) body(VectorStripe<V, 1>(0), width - lanes);
+    overVectorsOf<Wide<T>>(width, body);
 }
 
 }  // namespace vorn

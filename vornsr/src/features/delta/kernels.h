@@ -5,40 +5,18 @@
 #include <cstddef>
 #include <utility>
 
+#include "features/delta/arithmetic.h"
 #include "loops/stripes.h"
 #include "vornsr/features.h"
 
-namespace vorn {
-
-// Factors shared by all columns.
-template <class T>
-struct SharedFactors {
-    T val[2];  // of the delta, of the acceleration
-
-    template <int result, class Stripe>
-    VORN_INLINE auto scale(const Stripe& stripe, std::ptrdiff_t) const {
-        return [factor = stripe.all(val[result])](auto sum) { return sum * factor; };
-    }
-};
-
-// The difference operator over the rows t - lag to t + lag: past holds the rows t - lag to t + lag - 1.
-template <class Value>
-VORN_INLINE Value differences(const Value (&past)[2], Value newest) {
-    return newest - past[0];
-}
-template <class Value>
-VORN_INLINE Value differences(const Value (&past)[4], Value newest) {
-    const Value near = past[3] - past[1];
-    const Value far = newest - past[0];
-    return near + far + far;
-}
+namespace vorn::delta {
 
 // One operator with the rows that it remembers: each new row gives the result of the row lag before it. The loops must
 // be unrolled before anything else, or the rows live on the stack.
-template <int lag, class Value, class Scale>
-class DeltaStage {
+template <int lag, class Value, class Differences>
+class Stage {
 public:
-    VORN_INLINE explicit DeltaStage(Scale scale) : scale_(scale) {}
+    VORN_INLINE explicit Stage(Differences differences) : differences_(differences) {}
 
     // As if the row x had always stood before the first one.
     VORN_INLINE void repeat(Value x) {
@@ -53,7 +31,7 @@ public:
     }
     VORN_INLINE Value newest() const { return past_[2 * lag - 1]; }
     VORN_INLINE Value push(Value x) {
-        const Value result = scale_(differences(past_, x));
+        const Value result = differences_(past_, x);
 #pragma GCC unroll 8
         for (int i = 0; i + 1 < 2 * lag; ++i) past_[i] = past_[i + 1];
         past_[2 * lag - 1] = x;
@@ -62,13 +40,13 @@ public:
 
 private:
     Value past_[2 * lag];
-    Scale scale_;
+    Differences differences_;
 };
 
 // What the streaming forms have in common: a call with vornDeltaFirst begins at row 0 of dst, any other one finds the
 // last lookback rows there. The newest row stands complete lag rows later, its acceleration twice as many.
 template <int lag_, bool accelerates_>
-struct DeltaForm {
+struct Form {
     static constexpr int lag = lag_;
     static constexpr bool accelerates = accelerates_;
     static constexpr int lookback = (accelerates ? 3 : 2) * lag;
@@ -76,7 +54,7 @@ struct DeltaForm {
 };
 
 template <class T>
-struct DeltaStream {
+struct Block {
     const T* src;
     std::ptrdiff_t width;
     T* dst;
@@ -86,26 +64,26 @@ struct DeltaStream {
 };
 
 // One block, one stripe of columns: the rows that the operators look at stay in registers.
-template <class Form, class T, class Factors, class Stripe>
-VORN_INLINE void deltaStripe(const DeltaStream<T>& block, const Factors& factors, Stripe stripe,
-                             std::ptrdiff_t column) {
+template <class Form, class T, class Rule, class Stripe>
+VORN_INLINE void blockStripe(const Block<T>& block, const Rule& rule, Stripe stripe, std::ptrdiff_t column) {
     using Value = typename Stripe::Value;
     constexpr int lag = Form::lag;
     const std::ptrdiff_t step = block.step;
     const bool first = block.mode & vornDeltaFirst;
     const bool last = block.mode & vornDeltaLast;
 
-    const auto deltaScale = factors.template scale<0>(stripe, column);
-    const auto accelerationScale = factors.template scale<1>(stripe, column);
-    DeltaStage<lag, Value, decltype(deltaScale)> frames(deltaScale);
-    DeltaStage<lag, Value, decltype(accelerationScale)> deltas(accelerationScale);
+    const auto stored = rule.frame(stripe, column);
+    const auto frameDifferences = rule.template differences<lag, 1>(stripe, column);
+    const auto deltaDifferences = rule.template differences < lag, Form::accelerates ? 2 : 1 > (stripe, column);
+    Stage<lag, Value, decltype(frameDifferences)> frames(frameDifferences);
+    Stage<lag, Value, decltype(deltaDifferences)> deltas(deltaDifferences);
 
     const T* in = block.src + column;
     T* frame = block.dst + column + (first ? 0 : Form::lookback * step);  // where the next frame goes
     const auto deltaAt = [&] { return frame - lag * step + block.width; };
     const auto accelerationAt = [&] { return frame - 2 * lag * step + 2 * block.width; };
     const auto takeFrame = [&] {
-        const Value x = stripe.load(in);
+        const Value x = stored(stripe.load(in));
         stripe.store(frame, x);
         in += block.width;
         return x;
@@ -123,7 +101,7 @@ VORN_INLINE void deltaStripe(const DeltaStream<T>& block, const Factors& factors
 
     std::ptrdiff_t rows = block.height;
     if (first) {
-        frames.repeat(stripe.load(in));
+        frames.repeat(stored(stripe.load(in)));
         for (int i = 0; i < lag; ++i, --rows, frame += step) frames.push(takeFrame());
         if constexpr (Form::accelerates) {
             for (int i = 0; i < lag; ++i, --rows, frame += step) {
@@ -149,19 +127,19 @@ VORN_INLINE void deltaStripe(const DeltaStream<T>& block, const Factors& factors
 
 // Stripe by stripe. The same frames in any blocks give the same rows, so a long call runs as calls that fit the
 // first-level cache.
-template <class Form, class T, class Factors>
-void deltaStripes(DeltaStream<T> call, const Factors& factors) {
+template <class Form, class T, class Rule>
+void streamByStripes(Block<T> call, const Rule& rule) {
     constexpr std::ptrdiff_t blockBytes = 24 << 10;
     const std::ptrdiff_t blockRows =
         std::max<std::ptrdiff_t>(16, blockBytes / static_cast<std::ptrdiff_t>(sizeof(T)) / call.step);
     std::ptrdiff_t left = call.height;
     do {
-        DeltaStream<T> block = call;
+        Block<T> block = call;
         block.height = std::min(left, blockRows);
         left -= block.height;
         if (left > 0) block.mode &= ~vornDeltaLast;
         overVectors<T>(call.width,
-                       [&](auto stripe, std::ptrdiff_t column) { deltaStripe<Form>(block, factors, stripe, column); });
+                       [&](auto stripe, std::ptrdiff_t column) { blockStripe<Form>(block, rule, stripe, column); });
         call.src += block.height * call.width;
         call.dst += (call.mode & vornDeltaFirst ? block.height - Form::lookback : block.height) * call.step;
         call.mode &= ~vornDeltaFirst;
@@ -181,32 +159,60 @@ VORN_INLINE RowsAround<T, 2 * lag + 1> rowsFrom(RowAt rowAt) {
     (std::make_integer_sequence<int, 2 * lag + 1>());
 }
 
-// One row of differences, times the factor; copies: the newest row also goes to copy.
-template <bool copies, class T, int count, class Scaling>
-VORN_INLINE void differencesRow(RowsAround<T, count> rows, std::ptrdiff_t width, T* result, T* copy, Scaling scaling) {
-    overVectors<T>(width, [=](auto stripe, std::ptrdiff_t column) {
-        [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
-            using Value = typename decltype(stripe)::Value;
-            const Value past[count - 1] = {stripe.load(rows.row[i] + column)...};
-            const Value newest = stripe.load(rows.row[count - 1] + column);
-            if constexpr (copies) stripe.store(copy + column, newest);
-            stripe.store(result + column, scaling(stripe, column)(differences(past, newest)));
-        }
-        (std::make_integer_sequence<int, count - 1>());
-    });
+// What the newest row of a window is: a frame as it comes, which may still have to be stored.
+enum class Newest { stored, incoming, incomingToStore };
+
+// One row of results; an incoming frame goes to frame as it is stored.
+template <int result, Newest kind, class T, int count, class Rule>
+VORN_INLINE void differencesRow(RowsAround<T, count> rows, std::ptrdiff_t width, T* to, T* frame, const Rule& rule) {
+    overVectors<T>(
+        width, [=](auto stripe, std::ptrdiff_t column) __attribute__((always_inline)) {
+            [&]<int... i>(std::integer_sequence<int, i...>) __attribute__((always_inline)) {
+                using Value = typename decltype(stripe)::Value;
+                const Value past[count - 1] = {stripe.load(rows.row[i] + column)...};
+                Value newest = stripe.load(rows.row[count - 1] + column);
+                if constexpr (kind != Newest::stored) newest = rule.frame(stripe, column)(newest);
+                if constexpr (kind == Newest::incomingToStore) stripe.store(frame + column, newest);
+                stripe.store(to + column, rule.template differences<count / 2, result>(stripe, column)(past, newest));
+            }
+            (std::make_integer_sequence<int, count - 1>());
+        });
+}
+
+// A frame as it is stored.
+template <class T, class Rule>
+VORN_INLINE void frameRow(const T* in, std::ptrdiff_t width, T* to, const Rule& rule) {
+    overVectors<T>(
+        width, [=](auto stripe, std::ptrdiff_t column) __attribute__((always_inline)) {
+            stripe.store(to + column, rule.frame(stripe, column)(stripe.load(in + column)));
+        });
 }
 
 // Row by row: memory is read and written in its order. Rows are counted in dst; beyond the ends of the utterance the
 // rows at the ends stand for themselves.
-template <class Form, class T, class Factors>
-void deltaRows(const DeltaStream<T>& call, const Factors& factors) {
+template <class Form, class T, class Rule>
+void streamByRows(const Block<T>& call, const Rule& rule) {
     constexpr int lag = Form::lag;
     const std::ptrdiff_t begin = call.mode & vornDeltaFirst ? 0 : Form::lookback, end = begin + call.height;
     const std::ptrdiff_t pending = call.mode & vornDeltaLast ? (Form::accelerates ? 2 * lag : lag) : 0;
+    // In the first-level cache a frame is stored while its values are at hand. What does not fit there is written
+    // faster one row after the other. Integers have enough to do in between.
+    constexpr std::ptrdiff_t firstLevelBytes = 48 << 10;
+    const bool atOnce = sizeof(T) < 4 || call.height * (call.width + call.step) <=
+                                             firstLevelBytes / static_cast<std::ptrdiff_t>(sizeof(T));
 
     const auto existing = [=](std::ptrdiff_t t) { return std::clamp<std::ptrdiff_t>(t, 0, end - 1); };
-    // The frames of this call are read where they come from, not where they have just been stored.
+    const auto storedAround = [=](const T* columns, std::ptrdiff_t t) {
+        if (t >= lag && t + lag < end) {
+            const T* first = columns + (t - lag) * call.step;
+            return rowsFrom<T, lag>([=](int i) { return first + i * call.step; });
+        }
+        return rowsFrom<T, lag>([=](int i) { return columns + existing(t + i - lag) * call.step; });
+    };
+    // The frames of this call are read where they come from, not where they have just been stored; if they are stored
+    // as they come.
     const auto framesAround = [=](std::ptrdiff_t t) {
+        if constexpr (Rule::scalesFrames) return storedAround(call.dst, t);
         if (t - lag >= begin && t + lag < end) {
             const T* first = call.src + (t - lag - begin) * call.width;
             return rowsFrom<T, lag>([=](int i) { return first + i * call.width; });
@@ -216,48 +222,46 @@ void deltaRows(const DeltaStream<T>& call, const Factors& factors) {
             return at < begin ? call.dst + at * call.step : call.src + (at - begin) * call.width;
         });
     };
-    const auto deltasAround = [=, deltas = call.dst + call.width](std::ptrdiff_t t) {
-        if (t >= lag && t + lag < end) {
-            const T* first = deltas + (t - lag) * call.step;
-            return rowsFrom<T, lag>([=](int i) { return first + i * call.step; });
-        }
-        return rowsFrom<T, lag>([=](int i) { return deltas + existing(t + i - lag) * call.step; });
-    };
-    const auto deltaScaling = [factors](auto stripe, auto column) { return factors.template scale<0>(stripe, column); };
-    const auto accelerationScaling = [factors](auto stripe, auto column) {
-        return factors.template scale<1>(stripe, column);
-    };
 
     for (std::ptrdiff_t newest = begin; newest < end + pending; ++newest) {
         const std::ptrdiff_t t = newest - lag;
-        if (t < 0) {
-            std::copy_n(call.src + newest * call.width, call.width, call.dst + newest * call.step);
-        } else if (t < end) {
-            T* delta = call.dst + t * call.step + call.width;
-            if (newest < end) {
-                differencesRow<true>(framesAround(t), call.width, delta, call.dst + newest * call.step, deltaScaling);
+        const T* in = call.src + (newest - begin) * call.width;
+        T* frame = call.dst + newest * call.step;
+        T* delta = call.dst + t * call.step + call.width;
+        if (newest < end && (t < 0 || !atOnce)) frameRow(in, call.width, frame, rule);
+        if (t >= 0 && t < end) {
+            auto rows = framesAround(t);
+            if (newest >= end) {
+                differencesRow<1, Newest::stored>(rows, call.width, delta, frame, rule);
             } else {
-                differencesRow<false>(framesAround(t), call.width, delta, delta, deltaScaling);
+                rows.row[2 * lag] = in;
+                if (atOnce) {
+                    differencesRow<1, Newest::incomingToStore>(rows, call.width, delta, frame, rule);
+                } else {
+                    differencesRow<1, Newest::incoming>(rows, call.width, delta, frame, rule);
+                }
             }
         }
-        if (Form::accelerates && t >= lag) {
+        if constexpr (Form::accelerates) {
+            if (t < lag) continue;
             T* acceleration = call.dst + (t - lag) * call.step + 2 * call.width;
-            differencesRow<false>(deltasAround(t - lag), call.width, acceleration, acceleration, accelerationScaling);
+            differencesRow<2, Newest::stored>(storedAround(call.dst + call.width, t - lag), call.width, acceleration,
+                                              acceleration, rule);
         }
     }
 }
 
-template <class Form, class T, class Factors>
-void deltaStream(const DeltaStream<T>& call, const Factors& factors) {
+template <class Form, class T, class Rule>
+void stream(const Block<T>& call, const Rule& rule) {
     // Such rows stay in registers. The accelerations of narrow ones would also wait for deltas on their way to the
     // cache.
     constexpr std::ptrdiff_t lanes = Wide<T>::lanes;
     constexpr std::ptrdiff_t narrow = Form::accelerates ? std::max<std::ptrdiff_t>(16, 2 * lanes) : lanes;
     if (call.width <= narrow) {
-        deltaStripes<Form>(call, factors);
+        streamByStripes<Form>(call, rule);
     } else {
-        deltaRows<Form>(call, factors);
+        streamByRows<Form>(call, rule);
     }
 }
 
-}  // namespace vorn
+}  // namespace vorn::delta
