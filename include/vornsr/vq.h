@@ -78,7 +78,33 @@ VornStatus vornsVQDistSingle_Thresh_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstI
 
 /**
  * @defgroup vornsr_forming Vectors from indices
- * @brief Rows put together from codewords or from entries of tables.
+ * @brief The way back from indices to vectors: rows put together from the words of codebooks or from entries of tables
+ * (split vector quantisation: Paliwal and Atal 1993).
+ *
+ * In the names, the first code is the type of the indices (`8u`, `16s`, or `1u`: a stream of bits) and the second that
+ * of the elements.
+ *
+ * **From codebooks.** `vornsFormVectorVQ_*(src, srcStep, dst, dstStep, height, ppCdbks, nStream)` undoes
+ * `vornsSplitVQ_*`: row r of dst is, for the streams s = 0 to nStream - 1 side by side, the word of ppCdbks[s] whose
+ * index stands at src[r srcStep + s]. Rows of dst begin dstStep elements apart. In the `1u` forms the index of stream s
+ * has as many bits as the largest index of its codebook needs, the most significant one first; bit 0 of the stream is
+ * the top bit of its first byte, row r begins at bit r srcBitStep, and the streams follow without a gap. Every codebook
+ * must be one of the elements' type. An index that its codebook does not have is no error and forms zeros.
+ *
+ * **From tables.** `vornsFormVector_2i_*` and `_4i_*(srcIndex, tables, sizes, dst, len)`: pieces of two, of four
+ * elements, dst[2g + j] = tables[g][2 srcIndex[g] + j] for g below len/2 (likewise with 4). What of len fills no piece
+ * is left out: it is neither checked nor written. `vornsFormVector_*(srcIndex, tables, sizes, lens, strides, nStream,
+ * dst)`: lens[s] elements from tables[s] + srcIndex[s] strides[s], for one stream s behind the other. An index must not
+ * be negative and must be below sizes[g]; `vornsFormVector_2i_16s32f` alone also takes an index of sizes[g], so that
+ * its tables must have an entry more. Every index is checked before anything is stored.
+ *
+ * Copies of bits; alignment changes nothing. src and dst must not overlap.
+ *
+ * Checks, in this order. From codebooks: null; size (nStream, a step or height below 1); size (nStream above srcStep,
+ * not in the `1u` forms); stream by stream, null for a codebook and, in the `8u` forms, size for one of more than 256
+ * words; size (the words of a row longer than dstStep); in the `1u` forms, size (the indices of a row longer than
+ * srcBitStep). From tables: null; size (len or nStream below 1); size (lens[s] or strides[s] below 1, an index out of
+ * range).
  * @{
  */
 VornStatus vornsFormVectorVQ_16s32f(const Vorn16s* src, int srcStep, Vorn32f* dst, int dstStep, int height,
