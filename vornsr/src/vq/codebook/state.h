@@ -3,6 +3,7 @@
 
 #include <cstddef>
 
+#include "frame/align.h"
 #include "vornsr/vq.h"
 
 namespace vorn::vq {
@@ -10,7 +11,7 @@ namespace vorn::vq {
 // A node of the tree of clusters.
 struct Cluster {
     Vorn32f radius;  // twice the largest squared distance of a member from the centroid
-    void* centroid;  // vecLen elements
+    void* centroid;  // vecLen elements; a leaf's is its word
     int index;       // of the codeword, in a leaf
     int count;       // members; in an inner node, those that it had when it was split
     int isLeaf;
@@ -58,3 +59,11 @@ struct VornCdbkState {
     int indexBits;     // of the largest index
     Vorn32f* scratch;  // cdbkSize distances
 };
+
+namespace vorn::vq {
+
+// The record behind a caller's pointer. A block may start at any address; the record stands on the first suitable one.
+inline VornCdbkState* recordAt(VornCdbkState* pCdbk) { return alignedUp(pCdbk, alignof(VornCdbkState)); }
+inline const VornCdbkState* recordAt(const VornCdbkState* pCdbk) { return alignedUp(pCdbk, alignof(VornCdbkState)); }
+
+}  // namespace vorn::vq
