@@ -4,20 +4,10 @@
 #include <cstdint>
 
 #include "frame/checks.h"
+#include "vq/forming/streams.h"
 
 namespace vorn::vq {
 namespace {
-
-struct Streams {
-    const VornCdbkState* const* codebooks;
-    int count;
-
-    std::int64_t sumOf(int VornCdbkState::*field) const {
-        std::int64_t sum = 0;
-        for (int s = 0; s < count; ++s) sum += codebooks[s]->*field;
-        return sum;
-    }
-};
 
 // Stream by stream: a codebook, and of no more words than its indices can name.
 VornStatus checkCodebooks(const Streams& streams, std::int64_t mostWords) {
