@@ -39,7 +39,57 @@ VornStatus vornsGetCodebook_16s(const VornCdbkState* pCdbk, Vorn16s* dst, int ds
 
 /**
  * @defgroup vornsr_quantisation Quantisation of vectors
- * @brief The nearest codeword of each vector, by one codebook or by several, and the nearest ones of a vector in order.
+ * @brief The nearest codeword of each vector, by one codebook or by one for each part of the vector, and the nearest
+ * ones of a vector in order (Linde, Buzo and Gray 1980; split vector quantisation: Paliwal and Atal 1993).
+ *
+ * Distances are squared and weighted, D = the sum over i of ((x[i] - word[i]) (x[i] - word[i])) w[i], in single and in
+ * the order of the elements, with the weights w of the codebook; 16-bit elements become singles first. A word takes the
+ * place of the best so far only if its D times 1.000001 (in double) is below, the best starting at 3.4028235e38: the
+ * first of near-equals stays. Where no word qualifies (not-a-numbers, infinite distances, a cell of a grid without
+ * candidates) the index is -1 and D counts as 3.4028235e38. Distances that are handed out are roots of D, taken in
+ * double and rounded to single; in the `16s32s` forms times 2^-scaleFactor, as `vornsConvert_32f32s_Sfs` does in mode
+ * `vornRndNear`.
+ *
+ * **Blocks.** `vornsVQ_*(src, srcStep, dstIndex, height, pCdbk)` and `vornsVQDist_*` with dstDist as well: the word of
+ * each row of src. What is searched follows from the codebook:
+ * - hint 1: all words in rising index or, where the codebook has a grid, those that the cell of the vector lists. A
+ *   quotient below the grid, or not a number, takes the entry before the first cell, one beyond it that behind the
+ *   last; in the `16s` forms 0.001 is added to a quotient. A grid names every word that can be the nearest, so both
+ *   find it;
+ * - hints 2 and 3: from the root, the grandchildren decide on the way: left if one of the left two is nearer (times
+ *   1.000001) than both right ones, else right; a child without children stands for both of its places. Behind it the
+ *   walk: the first near leaf of the present one that is clearly nearer (times 1.000001, and not within 0.0001 of it)
+ *   becomes the present one, until there is none. It may end at a word that is near, but not the nearest;
+ *   docs/numerics.md says how often. If the weights are not all 1, the scores of `vornsLogGauss_32f_D2L` or
+ *   `vornsLogGauss_16s32s_D2LSfs` (the first leaf's: of the functions for one frame) with inverse variances w take the
+ *   place of distances, with the rules turned round: larger is nearer; the way is left if both right scores, times
+ *   1.000001, are below one of the left ones. The scale factor of the integer scores is the whole part of
+ *   log2(vector length), plus 1. The distance that is handed out is D of the word.
+ *
+ * **Streams.** `vornsSplitVQ_*(src, srcStep, dst, dstStep, height, ppCdbks, nStream)`: the parts of a row, one behind
+ * the other, each as long as the vectors of its codebook; dst[r dstStep + s] receives the low bits of the index of
+ * stream s. In the `1u` forms each index has as many bits as the largest of its codebook needs, the most significant
+ * one first; bit 0 is the top bit of the first byte, row r begins at bit r dstBitStep, streams follow without a gap and
+ * all other bits of the dstBitStep height bits, rounded up to bytes, become 0. `vornsFormVectorVQ_*` is the way back.
+ *
+ * **In order.** `vornsVQSingle_Sort_*`, `vornsVQDistSingle_Sort_*`: the count nearest words of one vector, all words
+ * being scanned whatever the hint: ascending in D; those within a relative 1e-06 of the one before count as equal to it
+ * and follow in rising index, with its distance; none twice. Infinite distances never qualify: -1.
+ * `vornsVQSingle_Thresh_*`, `vornsVQDistSingle_Thresh_*`: the words in this order as long as D is at most
+ * ((d d) val) val times 1.000001 (in single in the `16s` forms, otherwise that product in double), where d is the root
+ * that `vornsVQDist_*` finds; *pCount receives how many. dstIndex and dstDist need room for all words.
+ * `vornsVQDistSingle_Thresh_16s32s_Sfs` keeps of these only the words whose scaled distance is at most the scaled d
+ * times val, truncated. All of them work in the codebook's own room for distances: one thread at a time. The blocks and
+ * streams only read the codebook.
+ *
+ * A codebook must be of the elements' type. One of a hint that is none of the three is passed over: nothing is written
+ * for it, the status is `vornStsNoErr`, and *pCount is 0.
+ *
+ * Checks, in this order. Blocks: null; size (srcStep or height below 1, srcStep below the vector length: a size error
+ * here). Streams: null; size (a step, height or nStream below 1); size (nStream above dstStep, not in the `1u` forms);
+ * null for a codebook; size (the vectors of a row longer than srcStep); in the `1u` forms, size (the indices of a row
+ * longer than dstBitStep). `Sort`: null; size (count below 1 or above the number of words). `Thresh`: null;
+ * `vornStsBadArgErr` for val below 1. Then `vornStsMemAllocErr`, of 16-bit vectors of more than 128 elements alone.
  * @{
  */
 VornStatus vornsVQ_32f(const Vorn32f* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* pCdbk);
