@@ -10,5 +10,6 @@
 #include "vornsr/scoring.h"
 #include "vornsr/signal.h"
 #include "vornsr/types.h"
+#include "vornsr/vq.h"
 
 #endif

@@ -46,6 +46,9 @@ Family singularValueWorkloads();
 Family productWorkloads();
 Family rowReductionWorkloads();
 Family curveWorkloads();
+Family codebookWorkloads();
+Family quantisationWorkloads();
+Family formingWorkloads();
 
 // In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
@@ -57,7 +60,8 @@ inline const Family families[] = {
     convertWorkloads(),      arithmeticWorkloads(),      reductionWorkloads(),     logarithmWorkloads(),
     sumLogarithmWorkloads(), squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),
     fftWorkloads(),          autocorrelationWorkloads(), singularValueWorkloads(), productWorkloads(),
-    rowReductionWorkloads(), curveWorkloads(),
+    rowReductionWorkloads(), curveWorkloads(),           codebookWorkloads(),      quantisationWorkloads(),
+    formingWorkloads(),
 };
 
 }  // namespace verify

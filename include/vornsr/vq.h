@@ -1,0 +1,200 @@
+/* Vector quantisation: codebooks, their search, and vectors formed from indices. */
+#ifndef VORNSR_VQ_H
+#define VORNSR_VQ_H
+
+#include "types.h"
+
+VORN_BEGIN_DECLS
+
+/**
+ * @defgroup vornsr_codebooks Codebooks
+ * @brief Codewords for vectors of one length, with the structure that makes the nearest one quick to find.
+ * @{
+ */
+
+/** A codebook: codewords of singles or of 16-bit integers, and a grid or a tree over them. */
+typedef struct VornCdbkState VornCdbkState;
+
+VornStatus vornsCdbkGetSize_32f(int width, int step, int height, int nCluster, int hint, int* pSize);
+VornStatus vornsCdbkInit_L2_32f(VornCdbkState* pCdbk, const Vorn32f* src, int width, int step, int height, int nCluster,
+                                int hint);
+VornStatus vornsCdbkInitAlloc_L2_32f(VornCdbkState** ppCdbk, const Vorn32f* src, int width, int step, int height,
+                                     int nCluster, int hint);
+VornStatus vornsCdbkInitAlloc_WgtL2_32f(VornCdbkState** ppCdbk, const Vorn32f* src, const Vorn32f* weights, int width,
+                                        int step, int height, int nCluster, int hint);
+VornStatus vornsCdbkFree_32f(VornCdbkState* pCdbk);
+VornStatus vornsGetCdbkSize_32f(const VornCdbkState* pCdbk, int* pSize);
+VornStatus vornsGetCodebook_32f(const VornCdbkState* pCdbk, Vorn32f* dst, int dstStep);
+VornStatus vornsCdbkGetSize_16s(int width, int step, int height, int nCluster, int hint, int* pSize);
+VornStatus vornsCdbkInit_L2_16s(VornCdbkState* pCdbk, const Vorn16s* src, int width, int step, int height, int nCluster,
+                                int hint);
+VornStatus vornsCdbkInitAlloc_L2_16s(VornCdbkState** ppCdbk, const Vorn16s* src, int width, int step, int height,
+                                     int nCluster, int hint);
+VornStatus vornsCdbkInitAlloc_WgtL2_16s(VornCdbkState** ppCdbk, const Vorn16s* src, const Vorn16s* weights, int width,
+                                        int step, int height, int nCluster, int hint);
+VornStatus vornsCdbkFree_16s(VornCdbkState* pCdbk);
+VornStatus vornsGetCdbkSize_16s(const VornCdbkState* pCdbk, int* pSize);
+VornStatus vornsGetCodebook_16s(const VornCdbkState* pCdbk, Vorn16s* dst, int dstStep);
+/** @} */
+
+/**
+ * @defgroup vornsr_quantisation Quantisation of vectors
+ * @brief The nearest codeword of each vector, by one codebook or by one for each part of the vector, and the nearest
+ * ones of a vector in order (Linde, Buzo and Gray 1980; split vector quantisation: Paliwal and Atal 1993).
+ *
+ * Distances are squared and weighted, D = the sum over i of ((x[i] - word[i]) (x[i] - word[i])) w[i], in single and in
+ * the order of the elements, with the weights w of the codebook; 16-bit elements become singles first. A word takes the
+ * place of the best so far only if its D times 1.000001 (in double) is below, the best starting at 3.4028235e38: the
+ * first of near-equals stays. Where no word qualifies (not-a-numbers, infinite distances, a cell of a grid without
+ * candidates) the index is -1 and D counts as 3.4028235e38. Distances that are handed out are roots of D, taken in
+ * double and rounded to single; in the `16s32s` forms times 2^-scaleFactor, as `vornsConvert_32f32s_Sfs` does in mode
+ * `vornRndNear`.
+ *
+ * **Blocks.** `vornsVQ_*(src, srcStep, dstIndex, height, pCdbk)` and `vornsVQDist_*` with dstDist as well: the word of
+ * each row of src. What is searched follows from the codebook:
+ * - hint 1: all words in rising index or, where the codebook has a grid, those that the cell of the vector lists. A
+ *   quotient below the grid, or not a number, takes the entry before the first cell, one beyond it that behind the
+ *   last; in the `16s` forms 0.001 is added to a quotient. A grid names every word that can be the nearest, so both
+ *   find it;
+ * - hints 2 and 3: from the root, the grandchildren decide on the way: left if one of the left two is nearer (times
+ *   1.000001) than both right ones, else right; a child without children stands for both of its places. Behind it the
+ *   walk: the first near leaf of the present one that is clearly nearer (times 1.000001, and not within 0.0001 of it)
+ *   becomes the present one, until there is none. It may end at a word that is near, but not the nearest;
+ *   docs/numerics.md says how often. If the weights are not all 1, the scores of `vornsLogGauss_32f_D2L` or
+ *   `vornsLogGauss_16s32s_D2LSfs` (the first leaf's: of the functions for one frame) with inverse variances w take the
+ *   place of distances, with the rules turned round: larger is nearer; the way is left if both right scores, times
+ *   1.000001, are below one of the left ones. The scale factor of the integer scores is the whole part of
+ *   log2(vector length), plus 1. The distance that is handed out is D of the word.
+ *
+ * **Streams.** `vornsSplitVQ_*(src, srcStep, dst, dstStep, height, ppCdbks, nStream)`: the parts of a row, one behind
+ * the other, each as long as the vectors of its codebook; dst[r dstStep + s] receives the low bits of the index of
+ * stream s. In the `1u` forms each index has as many bits as the largest of its codebook needs, the most significant
+ * one first; bit 0 is the top bit of the first byte, row r begins at bit r dstBitStep, streams follow without a gap and
+ * all other bits of the dstBitStep height bits, rounded up to bytes, become 0. `vornsFormVectorVQ_*` is the way back.
+ *
+ * **In order.** `vornsVQSingle_Sort_*`, `vornsVQDistSingle_Sort_*`: the count nearest words of one vector, all words
+ * being scanned whatever the hint: ascending in D; those within a relative 1e-06 of the one before count as equal to it
+ * and follow in rising index, with its distance; none twice. Infinite distances never qualify: -1.
+ * `vornsVQSingle_Thresh_*`, `vornsVQDistSingle_Thresh_*`: the words in this order as long as D is at most
+ * ((d d) val) val times 1.000001 (in single in the `16s` forms, otherwise that product in double), where d is the root
+ * that `vornsVQDist_*` finds; *pCount receives how many. dstIndex and dstDist need room for all words.
+ * `vornsVQDistSingle_Thresh_16s32s_Sfs` keeps of these only the words whose scaled distance is at most the scaled d
+ * times val, truncated. All of them work in the codebook's own room for distances: one thread at a time. The blocks and
+ * streams only read the codebook.
+ *
+ * A codebook must be of the elements' type. One of a hint that is none of the three is passed over: nothing is written
+ * for it, the status is `vornStsNoErr`, and *pCount is 0.
+ *
+ * Checks, in this order. Blocks: null; size (srcStep or height below 1, srcStep below the vector length: a size error
+ * here). Streams: null; size (a step, height or nStream below 1); size (nStream above dstStep, not in the `1u` forms);
+ * null for a codebook; size (the vectors of a row longer than srcStep); in the `1u` forms, size (the indices of a row
+ * longer than dstBitStep). `Sort`: null; size (count below 1 or above the number of words). `Thresh`: null;
+ * `vornStsBadArgErr` for val below 1. Then `vornStsMemAllocErr`, of 16-bit vectors of more than 128 elements alone.
+ * @{
+ */
+VornStatus vornsVQ_32f(const Vorn32f* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* pCdbk);
+VornStatus vornsVQ_16s(const Vorn16s* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* pCdbk);
+VornStatus vornsVQDist_32f(const Vorn32f* src, int srcStep, Vorn32s* dstIndex, Vorn32f* dstDist, int height,
+                           const VornCdbkState* pCdbk);
+VornStatus vornsVQDist_16s32s_Sfs(const Vorn16s* src, int srcStep, Vorn32s* dstIndex, Vorn32s* dstDist, int height,
+                                  const VornCdbkState* pCdbk, int scaleFactor);
+VornStatus vornsSplitVQ_32f16s(const Vorn32f* src, int srcStep, Vorn16s* dst, int dstStep, int height,
+                               const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsSplitVQ_32f8u(const Vorn32f* src, int srcStep, Vorn8u* dst, int dstStep, int height,
+                              const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsSplitVQ_16s16s(const Vorn16s* src, int srcStep, Vorn16s* dst, int dstStep, int height,
+                               const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsSplitVQ_16s8u(const Vorn16s* src, int srcStep, Vorn8u* dst, int dstStep, int height,
+                              const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsSplitVQ_32f1u(const Vorn32f* src, int srcStep, Vorn8u* dst, int dstBitStep, int height,
+                              const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsSplitVQ_16s1u(const Vorn16s* src, int srcStep, Vorn8u* dst, int dstBitStep, int height,
+                              const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsVQSingle_Sort_32f(const Vorn32f* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int count);
+VornStatus vornsVQSingle_Sort_16s(const Vorn16s* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int count);
+VornStatus vornsVQDistSingle_Sort_32f(const Vorn32f* src, Vorn32s* dstIndex, Vorn32f* dstDist, VornCdbkState* pCdbk,
+                                      int count);
+VornStatus vornsVQDistSingle_Sort_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstIndex, Vorn32s* dstDist,
+                                             VornCdbkState* pCdbk, int count, int scaleFactor);
+VornStatus vornsVQSingle_Thresh_32f(const Vorn32f* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int* pCount,
+                                    Vorn32f val);
+VornStatus vornsVQSingle_Thresh_16s(const Vorn16s* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int* pCount,
+                                    Vorn32f val);
+VornStatus vornsVQDistSingle_Thresh_32f(const Vorn32f* src, Vorn32s* dstIndex, Vorn32f* dstDist, VornCdbkState* pCdbk,
+                                        int* pCount, Vorn32f val);
+VornStatus vornsVQDistSingle_Thresh_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstIndex, Vorn32s* dstDist,
+                                               VornCdbkState* pCdbk, int* pCount, int scaleFactor, Vorn32f val);
+/** @} */
+
+/**
+ * @defgroup vornsr_forming Vectors from indices
+ * @brief The way back from indices to vectors: rows put together from the words of codebooks or from entries of tables
+ * (split vector quantisation: Paliwal and Atal 1993).
+ *
+ * In the names, the first code is the type of the indices (`8u`, `16s`, or `1u`: a stream of bits) and the second that
+ * of the elements.
+ *
+ * **From codebooks.** `vornsFormVectorVQ_*(src, srcStep, dst, dstStep, height, ppCdbks, nStream)` undoes
+ * `vornsSplitVQ_*`: row r of dst is, for the streams s = 0 to nStream - 1 side by side, the word of ppCdbks[s] whose
+ * index stands at src[r srcStep + s]. Rows of dst begin dstStep elements apart. In the `1u` forms the index of stream s
+ * has as many bits as the largest index of its codebook needs, the most significant one first; bit 0 of the stream is
+ * the top bit of its first byte, row r begins at bit r srcBitStep, and the streams follow without a gap. Every codebook
+ * must be one of the elements' type. An index that its codebook does not have is no error and forms zeros.
+ *
+ * **From tables.** `vornsFormVector_2i_*` and `_4i_*(srcIndex, tables, sizes, dst, len)`: pieces of two, of four
+ * elements, dst[2g + j] = tables[g][2 srcIndex[g] + j] for g below len/2 (likewise with 4). What of len fills no piece
+ * is left out: it is neither checked nor written. `vornsFormVector_*(srcIndex, tables, sizes, lens, strides, nStream,
+ * dst)`: lens[s] elements from tables[s] + srcIndex[s] strides[s], for one stream s behind the other. An index must not
+ * be negative and must be below sizes[g]; `vornsFormVector_2i_16s32f` alone also takes an index of sizes[g], so that
+ * its tables must have an entry more. Every index is checked before anything is stored.
+ *
+ * Copies of bits; alignment changes nothing. src and dst must not overlap.
+ *
+ * Checks, in this order. From codebooks: null; size (nStream, a step or height below 1); size (nStream above srcStep,
+ * not in the `1u` forms); stream by stream, null for a codebook and, in the `8u` forms, size for one of more than 256
+ * words; size (the words of a row longer than dstStep); in the `1u` forms, size (the indices of a row longer than
+ * srcBitStep). From tables: null; size (len or nStream below 1); size (lens[s] or strides[s] below 1, an index out of
+ * range).
+ * @{
+ */
+VornStatus vornsFormVectorVQ_16s32f(const Vorn16s* src, int srcStep, Vorn32f* dst, int dstStep, int height,
+                                    const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVectorVQ_8u32f(const Vorn8u* src, int srcStep, Vorn32f* dst, int dstStep, int height,
+                                   const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVectorVQ_16s16s(const Vorn16s* src, int srcStep, Vorn16s* dst, int dstStep, int height,
+                                    const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVectorVQ_8u16s(const Vorn8u* src, int srcStep, Vorn16s* dst, int dstStep, int height,
+                                   const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVectorVQ_1u32f(const Vorn8u* src, int srcBitStep, Vorn32f* dst, int dstStep, int height,
+                                   const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVectorVQ_1u16s(const Vorn8u* src, int srcBitStep, Vorn16s* dst, int dstStep, int height,
+                                   const VornCdbkState* const* ppCdbks, int nStream);
+VornStatus vornsFormVector_2i_8u16s(const Vorn8u* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                    Vorn16s* dst, int len);
+VornStatus vornsFormVector_2i_16s16s(const Vorn16s* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                     Vorn16s* dst, int len);
+VornStatus vornsFormVector_2i_8u32f(const Vorn8u* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                    Vorn32f* dst, int len);
+VornStatus vornsFormVector_2i_16s32f(const Vorn16s* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                     Vorn32f* dst, int len);
+VornStatus vornsFormVector_4i_8u16s(const Vorn8u* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                    Vorn16s* dst, int len);
+VornStatus vornsFormVector_4i_16s16s(const Vorn16s* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                     Vorn16s* dst, int len);
+VornStatus vornsFormVector_4i_8u32f(const Vorn8u* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                    Vorn32f* dst, int len);
+VornStatus vornsFormVector_4i_16s32f(const Vorn16s* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                     Vorn32f* dst, int len);
+VornStatus vornsFormVector_8u16s(const Vorn8u* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                 const int* lens, const int* strides, int nStream, Vorn16s* dst);
+VornStatus vornsFormVector_16s16s(const Vorn16s* srcIndex, const Vorn16s* const* tables, const int* sizes,
+                                  const int* lens, const int* strides, int nStream, Vorn16s* dst);
+VornStatus vornsFormVector_8u32f(const Vorn8u* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                 const int* lens, const int* strides, int nStream, Vorn32f* dst);
+VornStatus vornsFormVector_16s32f(const Vorn16s* srcIndex, const Vorn32f* const* tables, const int* sizes,
+                                  const int* lens, const int* strides, int nStream, Vorn32f* dst);
+/** @} */
+
+VORN_END_DECLS
+
+#endif

@@ -1,0 +1,26 @@
+// The codebooks of vectors that are cut into several streams.
+#pragma once
+
+#include <cstdint>
+
+#include "frame/checks.h"
+#include "vq/codebook/state.h"
+
+namespace vorn::vq {
+
+struct Streams {
+    const VornCdbkState* const* codebooks;
+    int count;
+
+    VornStatus allThere() const {
+        for (int s = 0; s < count; ++s) VORN_CHECK(notNull(codebooks[s]));
+        return vornStsNoErr;
+    }
+    std::int64_t sumOf(int VornCdbkState::*field) const {
+        std::int64_t sum = 0;
+        for (int s = 0; s < count; ++s) sum += codebooks[s]->*field;
+        return sum;
+    }
+};
+
+}  // namespace vorn::vq
