@@ -101,14 +101,15 @@ public:
           leaves_(clusters),
           assignment_(vectors.count),
           member_(vectors.count),
+          moved_(clusters),
           distance_(vectors.count),
           weights_(vectors.width),
           tournament_(vectors.count),
           panels_(vectors.count, vectors.width),
           centres_(book, clusters) {}
     explicit operator bool() const {
-        return tree_ && leaves_ && assignment_ && member_ && distance_ && weights_ && tournament_ && panels_ &&
-               centres_;
+        return tree_ && leaves_ && assignment_ && member_ && moved_ && distance_ && weights_ && tournament_ &&
+               panels_ && centres_;
     }
 
     // The tree with at most so many leaves becomes the context's.
@@ -190,6 +191,7 @@ private:
         parent->isLeaf = 0;
         parent->left = leaves_[k] = tree_.newLeaf(parent->depth + 1);
         parent->right = leaves_[c] = tree_.newLeaf(parent->depth + 1);
+        leaves_[c]->count = parent->count;
         VORN_CHECK(seed(c, k, parent->count / 2));
         Vorn32f former = 0;
         for (int round = 1; round <= mostRounds; ++round) {
@@ -215,20 +217,26 @@ private:
             const int picked = tournament_.pick();
             if (picked < 0) return vornStsBadArgErr;
             assignment_[member_[picked]] = k;
+            --leaves_[c]->count;
+            ++leaves_[k]->count;
         }
+        moved_[c] = moved_[k] = 1;
         return vornStsNoErr;
     }
 
+    // The means of the clusters, their vectors added in rising number. The sum of a cluster that has kept its vectors
+    // would be the one that it has.
     void recentre(int n) {
         for (int j = 0; j < n; ++j) {
-            centres_.clear(j);
-            leaves_[j]->count = 0;
+            if (moved_[j]) centres_.clear(j);
         }
         for (int v = 0; v < vectors_.count; ++v) {
-            centres_.add(assignment_[v], vectors_[v]);
-            ++leaves_[assignment_[v]]->count;
+            if (moved_[assignment_[v]]) centres_.add(assignment_[v], vectors_[v]);
         }
-        for (int j = 0; j < n; ++j) centres_.divide(j, leaves_[j]->count);
+        for (int j = 0; j < n; ++j) {
+            if (moved_[j]) centres_.divide(j, leaves_[j]->count);
+            moved_[j] = 0;
+        }
     }
 
     // Two clusters with one centre: k's moves towards one of their vectors, by a hundredth more at each step, until the
@@ -240,6 +248,7 @@ private:
             while (v < vectors_.count && !(isMember(v) && !centres_.reached(distanceFrom(v, k)))) ++v;
             if (v == vectors_.count) return vornStsBadArgErr;
             centres_.moveTowards(k, vectors_[v], s);
+            moved_[k] = 1;
             Vorn32f spread = 0;
             for (int u = 0; u < vectors_.count; ++u) {
                 if (!isMember(u)) continue;
@@ -278,6 +287,7 @@ private:
         if (winner < 0 || leaves_[own]->count < 2) return distanceFrom(v, own);
         --leaves_[own]->count;
         ++leaves_[winner]->count;
+        moved_[own] = moved_[winner] = 1;
         own = winner;
         return distance;
     }
@@ -323,6 +333,7 @@ private:
     Tree<T> tree_;
     Scratch<Cluster*> leaves_;
     Scratch<int> assignment_, member_;
+    Scratch<Vorn8u> moved_;  // whether a cluster has gained or lost a vector since its centre was made
     Scratch<Vorn32f> distance_, weights_;
     Tournament tournament_;
     Panels panels_;
