@@ -81,16 +81,6 @@ inline void centreOfChildren(const Cluster& node, Vorn16s* centre, int width) {
     }
 }
 
-// The training vectors.
-template <class T>
-struct Vectors {
-    const T* base;
-    int width;
-    std::ptrdiff_t step;
-    int count;
-    const T* operator[](int v) const { return base + v * step; }
-};
-
 template <class T>
 class Clustering {
 public:
@@ -101,6 +91,7 @@ public:
           leaves_(clusters),
           assignment_(vectors.count),
           member_(vectors.count),
+          place_(clusters),
           moved_(clusters),
           distance_(vectors.count),
           weights_(vectors.width),
@@ -108,7 +99,7 @@ public:
           panels_(vectors.count, vectors.width),
           centres_(book, clusters) {}
     explicit operator bool() const {
-        return tree_ && leaves_ && assignment_ && member_ && moved_ && distance_ && weights_ && tournament_ &&
+        return tree_ && leaves_ && assignment_ && member_ && place_ && moved_ && distance_ && weights_ && tournament_ &&
                panels_ && centres_;
     }
 
@@ -150,15 +141,15 @@ private:
             centres_.takeOnly(vectors_[0]);
             return;
         }
-        centres_.clear(0);
-        for (int v = 0; v < vectors_.count; ++v) centres_.add(0, vectors_[v]);
+        for (int v = 0; v < vectors_.count; ++v) assignment_[v] = 0;
+        sortMembers(1);
+        centres_.sum(0, vectors_, member_.get(), vectors_.count);
         centres_.divideAll(vectors_.count);
         const Vorn64f nothing = centres_.nothing();
         Vorn32f most = 0;
         for (int v = 0; v < vectors_.count; ++v) {
             const Vorn32f d = distanceFrom(v, 0);
             const bool counts = !(d <= nothing);
-            assignment_[v] = 0;
             distance_[v] = counts ? d : 0;
             if (counts && clearlyGreater(d, most)) most = d;
         }
@@ -227,16 +218,26 @@ private:
     // The means of the clusters, their vectors added in rising number. The sum of a cluster that has kept its vectors
     // would be the one that it has.
     void recentre(int n) {
+        sortMembers(n);
+        const int* members = member_.get();
         for (int j = 0; j < n; ++j) {
-            if (moved_[j]) centres_.clear(j);
-        }
-        for (int v = 0; v < vectors_.count; ++v) {
-            if (moved_[assignment_[v]]) centres_.add(assignment_[v], vectors_[v]);
-        }
-        for (int j = 0; j < n; ++j) {
-            if (moved_[j]) centres_.divide(j, leaves_[j]->count);
+            const int count = leaves_[j]->count;
+            if (moved_[j]) {
+                centres_.sum(j, vectors_, members, count);
+                centres_.divide(j, count);
+            }
             moved_[j] = 0;
+            members += count;
         }
+    }
+    // The numbers of the first cluster's vectors, then those of the second, and so on.
+    void sortMembers(int n) {
+        int next = 0;
+        for (int j = 0; j < n; ++j) {
+            place_[j] = next;
+            next += leaves_[j]->count;
+        }
+        for (int v = 0; v < vectors_.count; ++v) member_[place_[assignment_[v]]++] = v;
     }
 
     // Two clusters with one centre: k's moves towards one of their vectors, by a hundredth more at each step, until the
@@ -332,7 +333,7 @@ private:
     Vectors<T> vectors_;
     Tree<T> tree_;
     Scratch<Cluster*> leaves_;
-    Scratch<int> assignment_, member_;
+    Scratch<int> assignment_, member_, place_;
     Scratch<Vorn8u> moved_;  // whether a cluster has gained or lost a vector since its centre was made
     Scratch<Vorn32f> distance_, weights_;
     Tournament tournament_;
