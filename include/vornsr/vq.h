@@ -8,7 +8,85 @@ VORN_BEGIN_DECLS
 
 /**
  * @defgroup vornsr_codebooks Codebooks
- * @brief Codewords for vectors of one length, with the structure that makes the nearest one quick to find.
+ * @brief Codewords for vectors of one length, with the structure that makes the nearest codeword quick to find.
+ *
+ * `vornsCdbkInitAlloc_L2_*(ppCdbk, src, width, step, height, nCluster, hint)` and
+ * `vornsCdbkInitAlloc_WgtL2_*(ppCdbk, src, weights, width, step, height, nCluster, hint)` make a codebook of nCluster
+ * words out of height training vectors of width elements, step elements apart, in memory of its own, and store it at
+ * *ppCdbk. `vornsCdbkFree_*(pCdbk)` gives it back. Nothing is read behind a vector's width elements.
+ * - hint 1: each training vector is a word, all of them, whatever nCluster. Words of one or two elements get a grid of
+ *   search lists where it pays.
+ * - hint 2: a tree of clusters, of which the one with the largest radius is split next;
+ * - hint 3: the same, and the one with the most vectors of those that have a radius is split next.
+ *
+ * `vornsGetCdbkSize_*(pCdbk, pSize)` stores the number of words, `vornsGetCodebook_*(pCdbk, dst, dstStep)` copies them
+ * to rows of dst, dstStep elements apart.
+ *
+ * `vornsCdbkInit_L2_*(pCdbk, src, width, step, height, nCluster, hint)` puts the vectors as they are, with weights of
+ * one and without a grid, into a block of the caller's, of so many bytes as `vornsCdbkGetSize_*(width, step, height,
+ * nCluster, hint, pSize)` stores: with s = width for the widths 1, 2 and 4, otherwise step rounded up to a multiple of
+ * 8, these are 4 (nCluster + width + nCluster s) + 176 (32f) or 2 width + 4 nCluster + 2 nCluster s + 208 (16s). The
+ * block may start at any address, must not move, and must not be given to `vornsCdbkFree_*`. nCluster must equal
+ * height.
+ *
+ * Distance: the sum over the elements of (a - b)^2 times the weight, in singles, one term after the other from 0 on;
+ * 16-bit elements are widened first. All decisions go through a tolerance, so that rounding alone decides nothing: a
+ * candidate replaces the best so far only if 1.000001 times its distance, in double, is below the best's, the best
+ * starting at 3.4028235e38; so the first of near-equals stays. An infinite distance and a not-a-number never qualify.
+ *
+ * The tree (Linde, Buzo, Gray, IEEE Trans. Communications 28, 1980). The first cluster has all vectors, and their mean
+ * as its centre; distances from it that rounding explains (up to 1.000001e-6 times its largest element) count as 0. A
+ * cluster's radius is twice its farthest vector's distance. A cluster is split in two: the half of its vectors
+ * (rounded down) closest to its centre make a new cluster. Then rounds of k-means follow over all the clusters so far:
+ * each centre is the mean of its vectors, summed in their order; each vector goes to the nearest centre, save that no
+ * cluster loses its last one. A split ends when the total of the distances (a single, in vector order) changes by at
+ * most 0.0001 of itself, or with the twentieth round. Two new clusters with one centre (a distance of at most 1e-6,
+ * exactly 0 in 16s) are parted: the one centre moves by s hundredths of half its way to a vector of theirs, s = 1, 2
+ * and so on up to 1000, until the vectors' distances from the two centres differ (relatively by 1e-6 a vector, at all
+ * in 16s); a vector that has been reached (nearer than 1e-5, exactly 0 in 16s) gives way to the next. Word i is the
+ * centre of cluster i as the last round found it, clusters in the order of their making.
+ * - 32f: sums in singles, times the reciprocal of the count, as `vornsDivC_32f_I` divides.
+ * - 16s: sums and quotients in doubles. The first centre is rounded to singles and then to the nearest integer, the
+ *   others at once, ties to even, in every rounding mode. A centre that is moved, or that stands for an inner node, is
+ *   truncated towards zero, and saturates.
+ *
+ * Of n words (n at least 3) each leaf knows its t nearest ones, t = 4 up to 16 words and the smallest t with 2^t at
+ * least n above; inner nodes have the mean of their children, weighted by the vectors that each had when it was split
+ * or at the end.
+ *
+ * Grids. For words of one element: the range of the words, times 1.1, is divided into equal cells; each lists the words
+ * in it and the nearest one on either side. For more than ten words of two elements: rectangles, each with the words
+ * that are nearer to some point of it than any word can be to all of it; a ring around them serves what lies outside.
+ * Cells are added, from 4 (by 4) on, as long as that makes the mean list shorter by more than a twentieth. A grid is
+ * kept if a list then has no more than height / 10 words (of one element: twice height / cells at most height / 5, and
+ * no empty cell). A few values that many words share, and values far from zero beside their range, make none.
+ *
+ * Time and memory. Growing a tree compares all vectors with all clusters, at most twenty times a split: at most
+ * 10 height nCluster^2 distances of width terms each, in practice a quarter to a half of that. 100,000 vectors of 13
+ * elements to 1,024 words are at most 1.4e13 terms; a core with registers of eight singles sums some 5e9 a second.
+ * While it grows, the vectors stand once more in memory as singles, with some 30 bytes a vector beside them (16s: and
+ * 12 bytes an element of a word); afterwards a codebook has its words, an inner node's centre a word, and some 150 + 8
+ * t bytes a word. Every pass ends on any data, infinities and not-a-numbers included.
+ *
+ * Statuses. `vornStsCdbkSizeReduced`, a warning: the codebook is complete, but has another number of words than was
+ * asked for: hint 1 with nCluster below height, or no cluster with a radius was left to split. `vornStsBadArgErr`: two
+ * clusters of one centre could not be parted, or all vectors of a cluster are infinitely far from its centre.
+ * `vornStsSizeErr`: a cluster of one vector was to be split. `vornStsMemAllocErr`: memory is short, or height rows of
+ * words have more elements than an int can say. After an error nothing is stored and all memory is given back.
+ *
+ * Checks, in this order.
+ * - `vornsCdbkGetSize_*`, `vornsCdbkInit_L2_*`: hint 2 or 3 `vornStsCdbkFlagErr`; null; size (width, step, height,
+ *   nCluster at least 1, width at most step, nCluster at most 16383 and equal to height; a size beyond an int).
+ * - `vornsCdbkInitAlloc_WgtL2_*`: null (src, weights); size (width, step, height, nCluster at least 1, width at most
+ *   step, nCluster at most 16383 and at most height); `vornStsBadArgErr` for a weight below zero (zero and a
+ *   not-a-number are taken); memory; `vornStsCdbkFlagErr` for any other hint. `vornsCdbkInitAlloc_L2_*` tests width
+ *   first of all, and takes memory for width ones before the rest. ppCdbk is not tested.
+ * - `vornsGetCdbkSize_*`, `vornsGetCodebook_*`: null; dstStep below 1 or the width of a word `vornStsSizeErr`.
+ * - `vornsCdbkFree_*`: null, also for a context without words; a context of another hint `vornStsCdbkModeErr`, and
+ *   nothing is freed.
+ *
+ * Any alignment of the vectors gives the same bits. Calls on separate codebooks may run at once; so may calls that only
+ * read one codebook, which those that sort its words do not: they write distances into it.
  * @{
  */
 

@@ -9,11 +9,42 @@
 #include "frame/memory.h"
 #include "frame/wrap.h"
 #include "move/convert_kernels.h"
+#include "simd/simd.h"
 #include "vornsr/signal.h"
 #include "vq/codebook/context.h"
 #include "vq/codebook/tolerance.h"
 
 namespace vorn::vq {
+
+// The training vectors.
+template <class T>
+struct Vectors {
+    const T* base;
+    int width;
+    std::ptrdiff_t step;
+    int count;
+    const T* operator[](int v) const { return base + v * step; }
+};
+
+// The sum of the numbered vectors, in their order, each element for itself. The last registers may overlap those before
+// them, and then sum the same elements once more.
+template <class V>
+void sumWithin(const Vectors<Vorn32f>& vectors, const int* numbers, int count, Vorn32f* sum) {
+    const int last = vectors.width - V::lanes;
+    for (int i = 0; i < vectors.width; i += 4 * V::lanes) {
+        const int at0 = std::min(i, last), at1 = std::min(i + V::lanes, last), at2 = std::min(i + 2 * V::lanes, last),
+                  at3 = std::min(i + 3 * V::lanes, last);
+        V s0 = splat<V>(0.0f), s1 = s0, s2 = s0, s3 = s0;
+        for (int m = 0; m < count; ++m) {
+            const Vorn32f* vector = vectors[numbers[m]];
+            s0 = s0 + load<V>(vector + at0);
+            s1 = s1 + load<V>(vector + at1);
+            s2 = s2 + load<V>(vector + at2);
+            s3 = s3 + load<V>(vector + at3);
+        }
+        store(sum + at0, s0), store(sum + at1, s1), store(sum + at2, s2), store(sum + at3, s3);
+    }
+}
 
 template <class Sum, class T>
 inline void addVector(Sum* __restrict sums, const T* __restrict vector, int width) {
@@ -58,8 +89,16 @@ public:
     void takeOnly(const Vorn32f* vector) {
         std::memcpy(row(0), vector, sizeof *vector * static_cast<std::size_t>(width_));
     }
-    void clear(int j) { std::memset(row(j), 0, sizeof(Vorn32f) * static_cast<std::size_t>(step_)); }
-    void add(int j, const Vorn32f* vector) { addVector(row(j), vector, width_); }
+    void sum(int j, const Vectors<Vorn32f>& vectors, const int* numbers, int count) {
+        if (width_ >= f32xN::lanes) {
+            sumWithin<f32xN>(vectors, numbers, count, row(j));
+        } else if (width_ >= f32x4::lanes) {
+            sumWithin<f32x4>(vectors, numbers, count, row(j));
+        } else {
+            std::fill_n(row(j), width_, 0.0f);
+            for (int m = 0; m < count; ++m) addVector(row(j), vectors[numbers[m]], width_);
+        }
+    }
     void divide(int j, int count) { vornsDivC_32f_I(static_cast<Vorn32f>(count), row(j), width_); }
     void divideAll(int height) { divide(0, height); }
     void moveTowards(int j, const Vorn32f* vector, int s) { stepTowards(row(j), vector, width_, s); }
@@ -102,8 +141,10 @@ public:
         std::memcpy(words_, vector, sizeof *vector * static_cast<std::size_t>(width_));
         widen(0);
     }
-    void clear(int j) { std::memset(shadow(j), 0, sizeof(Vorn64f) * static_cast<std::size_t>(width_)); }
-    void add(int j, const Vorn16s* vector) { addVector(shadow(j), vector, width_); }
+    void sum(int j, const Vectors<Vorn16s>& vectors, const int* numbers, int count) {
+        std::fill_n(shadow(j), width_, 0.0);
+        for (int m = 0; m < count; ++m) addVector(shadow(j), vectors[numbers[m]], width_);
+    }
     void divide(int j, int count) {
         vornsDivC_64f_I(count, shadow(j), width_);
         convert(shadow(j), rounded_.get(), width_, vornRndNear, 0);

@@ -81,16 +81,6 @@ inline void centreOfChildren(const Cluster& node, Vorn16s* centre, int width) {
     }
 }
 
-// The training vectors.
-template <class T>
-struct Vectors {
-    const T* base;
-    int width;
-    std::ptrdiff_t step;
-    int count;
-    const T* operator[](int v) const { return base + v * step; }
-};
-
 template <class T>
 class Clustering {
 public:
@@ -101,14 +91,16 @@ public:
           leaves_(clusters),
           assignment_(vectors.count),
           member_(vectors.count),
+          place_(clusters),
+          moved_(clusters),
           distance_(vectors.count),
           weights_(vectors.width),
           tournament_(vectors.count),
           panels_(vectors.count, vectors.width),
           centres_(book, clusters) {}
     explicit operator bool() const {
-        return tree_ && leaves_ && assignment_ && member_ && distance_ && weights_ && tournament_ && panels_ &&
-               centres_;
+        return tree_ && leaves_ && assignment_ && member_ && place_ && moved_ && distance_ && weights_ && tournament_ &&
+               panels_ && centres_;
     }
 
     // The tree with at most so many leaves becomes the context's.
@@ -149,15 +141,15 @@ private:
             centres_.takeOnly(vectors_[0]);
             return;
         }
-        centres_.clear(0);
-        for (int v = 0; v < vectors_.count; ++v) centres_.add(0, vectors_[v]);
+        for (int v = 0; v < vectors_.count; ++v) assignment_[v] = 0;
+        sortMembers(1);
+        centres_.sum(0, vectors_, member_.get(), vectors_.count);
         centres_.divideAll(vectors_.count);
         const Vorn64f nothing = centres_.nothing();
         Vorn32f most = 0;
         for (int v = 0; v < vectors_.count; ++v) {
             const Vorn32f d = distanceFrom(v, 0);
             const bool counts = !(d <= nothing);
-            assignment_[v] = 0;
             distance_[v] = counts ? d : 0;
             if (counts && clearlyGreater(d, most)) most = d;
         }
@@ -190,6 +182,7 @@ private:
         parent->isLeaf = 0;
         parent->left = leaves_[k] = tree_.newLeaf(parent->depth + 1);
         parent->right = leaves_[c] = tree_.newLeaf(parent->depth + 1);
+        leaves_[c]->count = parent->count;
         VORN_CHECK(seed(c, k, parent->count / 2));
         Vorn32f former = 0;
         for (int round = 1; round <= mostRounds; ++round) {
@@ -215,20 +208,36 @@ private:
             const int picked = tournament_.pick();
             if (picked < 0) return vornStsBadArgErr;
             assignment_[member_[picked]] = k;
+            --leaves_[c]->count;
+            ++leaves_[k]->count;
         }
+        moved_[c] = moved_[k] = 1;
         return vornStsNoErr;
     }
 
+    // The means of the clusters, their vectors added in rising number. The sum of a cluster that has kept its vectors
+    // would be the one that it has.
     void recentre(int n) {
+        sortMembers(n);
+        const int* members = member_.get();
         for (int j = 0; j < n; ++j) {
-            centres_.clear(j);
-            leaves_[j]->count = 0;
+            const int count = leaves_[j]->count;
+            if (moved_[j]) {
+                centres_.sum(j, vectors_, members, count);
+                centres_.divide(j, count);
+            }
+            moved_[j] = 0;
+            members += count;
         }
-        for (int v = 0; v < vectors_.count; ++v) {
-            centres_.add(assignment_[v], vectors_[v]);
-            ++leaves_[assignment_[v]]->count;
+    }
+    // The numbers of the first cluster's vectors, then those of the second, and so on.
+    void sortMembers(int n) {
+        int next = 0;
+        for (int j = 0; j < n; ++j) {
+            place_[j] = next;
+            next += leaves_[j]->count;
         }
-        for (int j = 0; j < n; ++j) centres_.divide(j, leaves_[j]->count);
+        for (int v = 0; v < vectors_.count; ++v) member_[place_[assignment_[v]]++] = v;
     }
 
     // Two clusters with one centre: k's moves towards one of their vectors, by a hundredth more at each step, until the
@@ -240,6 +249,7 @@ private:
             while (v < vectors_.count && !(isMember(v) && !centres_.reached(distanceFrom(v, k)))) ++v;
             if (v == vectors_.count) return vornStsBadArgErr;
             centres_.moveTowards(k, vectors_[v], s);
+            moved_[k] = 1;
             Vorn32f spread = 0;
             for (int u = 0; u < vectors_.count; ++u) {
                 if (!isMember(u)) continue;
@@ -278,6 +288,7 @@ private:
         if (winner < 0 || leaves_[own]->count < 2) return distanceFrom(v, own);
         --leaves_[own]->count;
         ++leaves_[winner]->count;
+        moved_[own] = moved_[winner] = 1;
         own = winner;
         return distance;
     }
@@ -322,7 +333,8 @@ private:
     Vectors<T> vectors_;
     Tree<T> tree_;
     Scratch<Cluster*> leaves_;
-    Scratch<int> assignment_, member_;
+    Scratch<int> assignment_, member_, place_;
+    Scratch<Vorn8u> moved_;  // whether a cluster has gained or lost a vector since its centre was made
     Scratch<Vorn32f> distance_, weights_;
     Tournament tournament_;
     Panels panels_;
