@@ -305,7 +305,7 @@ VornStatus vornsDCTLifter_32s16s_Sfs(const Vorn32s* src, Vorn16s* dst, const Vor
  * offset to offset + width - 1, and the deltas go to the width columns behind them. With W = winSize, in row r:
  * - W to height - W - 1: the sum over k = 1 to W of k (x(r+k) - x(r-k)).
  * - 0 to W - 1: the sum of k (x(r+k) - x(0)): row 0 stands on the left for every k, not only where r - k lies before
- *   the matrix. From W = 2 on this is not the repetition of the streaming forms.
+ *   the matrix. From W = 3 on this is not the repetition of the streaming forms.
  * - height - W to height - 1: likewise the sum of k (x(height-1) - x(r-k)).
  *
  * The terms are added in the order of k, and the sum is multiplied by val, in the `Mul` forms by pVal[width + c]; the
