@@ -530,6 +530,12 @@ TEST(Codebook, PartsClustersOfOneCentre) {
     const Rows<Vorn32f> cross = {{1, 0}, {-1, 0}, {0, 2}, {0, -2}};
     expectLikeModel(cross, ones<Vorn32f>(2), 2, 2, 2);
     expectLikeModel(cross, ones<Vorn32f>(2), 2, 3, 3);
+    // Here the step moves no vector, so that the next round starts from the same two means and takes the same step.
+    const Rows<Vorn32f> still = {{0.00095f, 0.008f}, {0.00095f, -0.008f}, {0, 0.0105f}, {0, -0.0105f}};
+    expectLikeModel(still, ones<Vorn32f>(2), 2, 2, 2);
+    const Built<Vorn32f> once(still, ones<Vorn32f>(2), 2, 2, 2);
+    ASSERT_EQ(once.status, vornStsNoErr);
+    EXPECT_NEAR(static_cast<const Vorn32f*>(once.book->words)[once.book->rowStep + 1], 0.008 / 200, 1e-9);
     const Rows<Vorn16s> shorts = {{100, 0}, {-100, 0}, {0, 200}, {0, -200}};
     expectLikeModel(shorts, ones<Vorn16s>(2), 2, 2, 2);
     expectLikeModel(shorts, ones<Vorn16s>(2), 2, 4, 3);
