@@ -501,6 +501,16 @@ TEST(Codebook, OfOneWordIsTheMean) {
     EXPECT_EQ(static_cast<Vorn16s*>(third.book->words)[0], 2);  // of 1.5
 }
 
+// The first centre of integers passes through singles: 16384.5005 is 16384.5 there, and that rounds to even.
+TEST(Codebook, RoundsTheFirstIntegerCentreTwice) {
+    Rows<Vorn16s> rows(1000, {16384});
+    rows.insert(rows.end(), 999, {16385});
+    rows.push_back({16386});
+    const Built<Vorn16s> built(rows, ones<Vorn16s>(1), 1, 1, 2);
+    ASSERT_EQ(built.status, vornStsNoErr);
+    EXPECT_EQ(static_cast<Vorn16s*>(built.book->words)[0], 16384);
+}
+
 TEST(Codebook, CanGiveEveryVectorItsOwnWord) {
     Rows<Vorn32f> rows;
     for (int v = 0; v < 16; ++v) rows.push_back({static_cast<Vorn32f>(v * v * 10), static_cast<Vorn32f>(v * 7 % 16)});
@@ -520,6 +530,12 @@ TEST(Codebook, PartsClustersOfOneCentre) {
     const Rows<Vorn32f> cross = {{1, 0}, {-1, 0}, {0, 2}, {0, -2}};
     expectLikeModel(cross, ones<Vorn32f>(2), 2, 2, 2);
     expectLikeModel(cross, ones<Vorn32f>(2), 2, 3, 3);
+    // Here the step moves no vector, so that the next round starts from the same two means and takes the same step.
+    const Rows<Vorn32f> still = {{0.00095f, 0.008f}, {0.00095f, -0.008f}, {0, 0.0105f}, {0, -0.0105f}};
+    expectLikeModel(still, ones<Vorn32f>(2), 2, 2, 2);
+    const Built<Vorn32f> once(still, ones<Vorn32f>(2), 2, 2, 2);
+    ASSERT_EQ(once.status, vornStsNoErr);
+    EXPECT_NEAR(static_cast<const Vorn32f*>(once.book->words)[once.book->rowStep + 1], 0.008 / 200, 1e-9);
     const Rows<Vorn16s> shorts = {{100, 0}, {-100, 0}, {0, 200}, {0, -200}};
     expectLikeModel(shorts, ones<Vorn16s>(2), 2, 2, 2);
     expectLikeModel(shorts, ones<Vorn16s>(2), 2, 4, 3);
@@ -577,6 +593,16 @@ TEST(Codebook, MakesNoGridThatDoesNotPay) {
     EXPECT_EQ(line.low, 0.0f);
     EXPECT_EQ(line.high, 199.0f * 1.1f);
     EXPECT_GE(line.cells, 10);
+    // Ten cells whose range ends before the largest words do: those are in no list as members, and the last cell has
+    // none of them as a neighbour. With an eleventh cell the first would be empty.
+    Rows<Vorn32f> shifted;
+    for (int v = 0; v < 201; ++v) shifted.push_back({static_cast<Vorn32f>(1050 + 5 * v)});
+    expectLikeModel(shifted, ones<Vorn32f>(1), 1, 201, 1);
+    const Built<Vorn32f> d(shifted, ones<Vorn32f>(1), 1, 201, 1);
+    ASSERT_NE(d.book->grid, nullptr);
+    const Line& ten = *static_cast<const Line*>(d.book->grid);
+    EXPECT_EQ(ten.cells, 10);
+    EXPECT_EQ(listOf(ten.lists, ten.sizes, 11).back(), 176);  // 1930, the nearest below the cell from 1935 on
     // Ten pairs are too few for a grid of squares.
     test::Random random(8);
     const Built<Vorn32f> c(drawn<Vorn32f>(random, Kind::Uniform, 10, 2), ones<Vorn32f>(2), 2, 10, 1);

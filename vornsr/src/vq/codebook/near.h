@@ -9,6 +9,7 @@
 #include "frame/checks.h"
 #include "frame/memory.h"
 #include "vq/codebook/panels.h"
+#include "vq/codebook/state.h"
 #include "vq/codebook/tolerance.h"
 
 namespace vorn::vq {
