@@ -299,6 +299,44 @@ TEST(VQ, PassesOverACodebookOfAnUnknownHint) {
     book->hint = 1;
 }
 
+// A caller's block may begin at any address.
+TEST(VQ, FindsTheRecordOfACodebookInABlock) {
+    Random random(9);
+    const auto vectors = vectorsAround<float>(random, 3, 20, 1);
+    const Book own = makeBook<float>(vectors, {}, 3, 20, 1);
+    int size = 0;
+    ASSERT_EQ(vornsCdbkGetSize_32f(3, 3, 20, 20, 1, &size), vornStsNoErr);
+    const auto queries = vectorsAround<float>(random, 3, 40, 1.3);
+    std::vector<Vorn32s> expected(40), index(40);
+    ASSERT_EQ(vornsVQ_32f(queries.data(), 3, expected.data(), 40, own.get()), vornStsNoErr);
+    for (const std::size_t offset : {0, 1, 4, 7, 13}) {
+        test::Offset<Vorn8u> block(static_cast<std::size_t>(size), offset);
+        auto* book = reinterpret_cast<VornCdbkState*>(block.data());
+        ASSERT_EQ(vornsCdbkInit_L2_32f(book, vectors.data(), 3, 3, 20, 20, 1), vornStsNoErr);
+        std::fill(index.begin(), index.end(), -7);
+        ASSERT_EQ(vornsVQ_32f(queries.data(), 3, index.data(), 40, book), vornStsNoErr);
+        EXPECT_EQ(index, expected) << offset;
+        std::vector<Vorn32s> order(20), expectedOrder(20);
+        ASSERT_EQ(vornsVQSingle_Sort_32f(queries.data(), order.data(), book, 20), vornStsNoErr);
+        ASSERT_EQ(vornsVQSingle_Sort_32f(queries.data(), expectedOrder.data(), own.get(), 20), vornStsNoErr);
+        EXPECT_EQ(order, expectedOrder) << offset;
+        int count = 0;
+        EXPECT_EQ(vornsVQSingle_Thresh_32f(queries.data(), order.data(), book, &count, 2), vornStsNoErr);
+        EXPECT_GE(count, 1);
+        // In streams, and on the way back.
+        const VornCdbkState* const streams[] = {book};
+        Vorn8u bits[25];
+        ASSERT_EQ(vornsSplitVQ_32f1u(queries.data(), 3, bits, 5, 40, streams, 1), vornStsNoErr);
+        std::vector<float> words(120), expectedWords(120);
+        ASSERT_EQ(vornsFormVectorVQ_1u32f(bits, 5, words.data(), 3, 40, streams, 1), vornStsNoErr);
+        for (int r = 0; r < 40; ++r) {
+            std::copy_n(vectors.begin() + 3 * expected[static_cast<std::size_t>(r)], 3, expectedWords.begin() + 3 * r);
+        }
+        EXPECT_EQ(words, expectedWords) << offset;
+        EXPECT_TRUE(block.surroundingsUntouched()) << offset;
+    }
+}
+
 // ---- Streams.
 
 template <class T>

@@ -12,13 +12,15 @@ struct Streams {
     const VornCdbkState* const* codebooks;
     int count;
 
+    const VornCdbkState& operator[](int s) const { return *recordAt(codebooks[s]); }
+
     VornStatus allThere() const {
         for (int s = 0; s < count; ++s) VORN_CHECK(notNull(codebooks[s]));
         return vornStsNoErr;
     }
     std::int64_t sumOf(int VornCdbkState::*field) const {
         std::int64_t sum = 0;
-        for (int s = 0; s < count; ++s) sum += codebooks[s]->*field;
+        for (int s = 0; s < count; ++s) sum += (*this)[s].*field;
         return sum;
     }
 };

@@ -13,7 +13,7 @@ namespace {
 VornStatus checkCodebooks(const Streams& streams, std::int64_t mostWords) {
     for (int s = 0; s < streams.count; ++s) {
         VORN_CHECK(notNull(streams.codebooks[s]));
-        VORN_CHECK(require(streams.codebooks[s]->cdbkSize <= mostWords, vornStsSizeErr));
+        VORN_CHECK(require(streams[s].cdbkSize <= mostWords, vornStsSizeErr));
     }
     return vornStsNoErr;
 }
@@ -27,7 +27,7 @@ VornStatus formOfIndices(const Index* src, int srcStep, T* dst, int dstStep, int
     VORN_CHECK(require(streams.count <= srcStep, vornStsSizeErr));
     VORN_CHECK(checkCodebooks(streams, sizeof(Index) == 1 ? 256 : anyNumber));
     VORN_CHECK(require(streams.sumOf(&VornCdbkState::vecLen) <= dstStep, vornStsSizeErr));
-    formRows(IndexRows<Index>{src, srcStep}, dst, dstStep, height, streams.codebooks, streams.count);
+    formRows(IndexRows<Index>{src, srcStep}, dst, dstStep, height, streams);
     return vornStsNoErr;
 }
 
@@ -38,7 +38,7 @@ VornStatus formOfBits(const Vorn8u* src, int srcBitStep, T* dst, int dstStep, in
     VORN_CHECK(checkCodebooks(streams, anyNumber));
     VORN_CHECK(require(streams.sumOf(&VornCdbkState::vecLen) <= dstStep, vornStsSizeErr));
     VORN_CHECK(require(streams.sumOf(&VornCdbkState::indexBits) <= srcBitStep, vornStsSizeErr));
-    formRows(PackedRows{src, srcBitStep}, dst, dstStep, height, streams.codebooks, streams.count);
+    formRows(PackedRows{src, srcBitStep}, dst, dstStep, height, streams);
     return vornStsNoErr;
 }
 

@@ -8,6 +8,7 @@
 #include "vq/codebook/state.h"
 #include "vq/forming/bits.h"
 #include "vq/forming/copy.h"
+#include "vq/forming/streams.h"
 
 namespace vorn::vq {
 
@@ -58,13 +59,12 @@ VORN_INLINE void copyWord(const VornCdbkState& codebook, std::int64_t index, T* 
 }
 
 template <class T, class Indices>
-void formRows(const Indices& indices, T* dst, std::ptrdiff_t dstStep, std::ptrdiff_t height,
-              const VornCdbkState* const* codebooks, int nStream) {
+void formRows(const Indices& indices, T* dst, std::ptrdiff_t dstStep, std::ptrdiff_t height, const Streams& streams) {
     for (std::ptrdiff_t r = 0; r < height; ++r) {
         auto row = indices.row(r);
         T* to = dst + r * dstStep;
-        for (int s = 0; s < nStream; ++s) {
-            const VornCdbkState& codebook = *codebooks[s];
+        for (int s = 0; s < streams.count; ++s) {
+            const VornCdbkState& codebook = streams[s];
             copyWord(codebook, row.take(codebook), to);
             to += codebook.vecLen;
         }

@@ -43,25 +43,25 @@ VornStatus indicesOnly(const T* src, int srcStep, Vorn32s* dstIndex, int height,
 using namespace vorn;
 
 VornStatus vornsVQ_32f(const Vorn32f* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* pCdbk) {
-    return vq::indicesOnly(src, srcStep, dstIndex, height, pCdbk);
+    return vq::indicesOnly(src, srcStep, dstIndex, height, vq::recordAt(pCdbk));
 }
 
 VornStatus vornsVQ_16s(const Vorn16s* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* pCdbk) {
-    return vq::indicesOnly(src, srcStep, dstIndex, height, pCdbk);
+    return vq::indicesOnly(src, srcStep, dstIndex, height, vq::recordAt(pCdbk));
 }
 
 VornStatus vornsVQDist_32f(const Vorn32f* src, int srcStep, Vorn32s* dstIndex, Vorn32f* dstDist, int height,
                            const VornCdbkState* pCdbk) {
-    VORN_CHECK(vq::checkRows(src, srcStep, dstIndex, dstDist, height, pCdbk));
-    return vq::withDistances(src, srcStep, dstIndex, dstDist, height, *pCdbk);
+    VORN_CHECK(vq::checkRows(src, srcStep, dstIndex, dstDist, height, vq::recordAt(pCdbk)));
+    return vq::withDistances(src, srcStep, dstIndex, dstDist, height, *vq::recordAt(pCdbk));
 }
 
 // The distances stand as singles where the integers are to stand.
 VornStatus vornsVQDist_16s32s_Sfs(const Vorn16s* src, int srcStep, Vorn32s* dstIndex, Vorn32s* dstDist, int height,
                                   const VornCdbkState* pCdbk, int scaleFactor) {
-    VORN_CHECK(vq::checkRows(src, srcStep, dstIndex, dstDist, height, pCdbk));
+    VORN_CHECK(vq::checkRows(src, srcStep, dstIndex, dstDist, height, vq::recordAt(pCdbk)));
     auto* singles = reinterpret_cast<Vorn32f*>(dstDist);
-    VORN_CHECK(vq::withDistances(src, srcStep, dstIndex, singles, height, *pCdbk));
-    if (vq::isSearched(*pCdbk)) convert(singles, dstDist, height, vornRndNear, scaleFactor);
+    VORN_CHECK(vq::withDistances(src, srcStep, dstIndex, singles, height, *vq::recordAt(pCdbk)));
+    if (vq::isSearched(*vq::recordAt(pCdbk))) convert(singles, dstDist, height, vornRndNear, scaleFactor);
     return vornStsNoErr;
 }

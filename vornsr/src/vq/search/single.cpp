@@ -125,18 +125,18 @@ VornStatus thresholdedIndices(const T* src, Vorn32s* dstIndex, VornCdbkState* bo
 using namespace vorn;
 
 VornStatus vornsVQSingle_Sort_32f(const Vorn32f* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int count) {
-    return vq::sortedIndices(src, dstIndex, pCdbk, count);
+    return vq::sortedIndices(src, dstIndex, vq::recordAt(pCdbk), count);
 }
 
 VornStatus vornsVQSingle_Sort_16s(const Vorn16s* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int count) {
-    return vq::sortedIndices(src, dstIndex, pCdbk, count);
+    return vq::sortedIndices(src, dstIndex, vq::recordAt(pCdbk), count);
 }
 
 VornStatus vornsVQDistSingle_Sort_32f(const Vorn32f* src, Vorn32s* dstIndex, Vorn32f* dstDist, VornCdbkState* pCdbk,
                                       int count) {
     VORN_CHECK(notNull(src, dstIndex, dstDist, pCdbk));
-    VORN_CHECK(vq::checkCount(count, *pCdbk));
-    return vq::inOrder(src, *pCdbk, count, [=](int rank, const vq::Found& found) {
+    VORN_CHECK(vq::checkCount(count, *vq::recordAt(pCdbk)));
+    return vq::inOrder(src, *vq::recordAt(pCdbk), count, [=](int rank, const vq::Found& found) {
         dstIndex[rank] = found.index;
         dstDist[rank] = found.root();
     });
@@ -145,9 +145,9 @@ VornStatus vornsVQDistSingle_Sort_32f(const Vorn32f* src, Vorn32s* dstIndex, Vor
 VornStatus vornsVQDistSingle_Sort_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstIndex, Vorn32s* dstDist,
                                              VornCdbkState* pCdbk, int count, int scaleFactor) {
     VORN_CHECK(notNull(src, dstIndex, dstDist, pCdbk));
-    VORN_CHECK(vq::checkCount(count, *pCdbk));
+    VORN_CHECK(vq::checkCount(count, *vq::recordAt(pCdbk)));
     auto* singles = reinterpret_cast<Vorn32f*>(dstDist);  // until they are converted
-    VORN_CHECK(vq::inOrder(src, *pCdbk, count, [=](int rank, const vq::Found& found) {
+    VORN_CHECK(vq::inOrder(src, *vq::recordAt(pCdbk), count, [=](int rank, const vq::Found& found) {
         dstIndex[rank] = found.index;
         singles[rank] = found.root();
     }));
@@ -157,19 +157,19 @@ VornStatus vornsVQDistSingle_Sort_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstInd
 
 VornStatus vornsVQSingle_Thresh_32f(const Vorn32f* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int* pCount,
                                     Vorn32f val) {
-    return vq::thresholdedIndices(src, dstIndex, pCdbk, pCount, val);
+    return vq::thresholdedIndices(src, dstIndex, vq::recordAt(pCdbk), pCount, val);
 }
 
 VornStatus vornsVQSingle_Thresh_16s(const Vorn16s* src, Vorn32s* dstIndex, VornCdbkState* pCdbk, int* pCount,
                                     Vorn32f val) {
-    return vq::thresholdedIndices(src, dstIndex, pCdbk, pCount, val);
+    return vq::thresholdedIndices(src, dstIndex, vq::recordAt(pCdbk), pCount, val);
 }
 
 VornStatus vornsVQDistSingle_Thresh_32f(const Vorn32f* src, Vorn32s* dstIndex, Vorn32f* dstDist, VornCdbkState* pCdbk,
                                         int* pCount, Vorn32f val) {
     VORN_CHECK(notNull(src, dstIndex, dstDist, pCdbk, pCount));
     VORN_CHECK(vq::checkFactor(val));
-    return vq::thresholded(src, *pCdbk, pCount, val, [=](Vorn32f) {
+    return vq::thresholded(src, *vq::recordAt(pCdbk), pCount, val, [=](Vorn32f) {
         return [=](int n, const vq::Found& found) {
             dstIndex[n] = found.index;
             dstDist[n] = found.root();
@@ -183,7 +183,7 @@ VornStatus vornsVQDistSingle_Thresh_16s32s_Sfs(const Vorn16s* src, Vorn32s* dstI
                                                VornCdbkState* pCdbk, int* pCount, int scaleFactor, Vorn32f val) {
     VORN_CHECK(notNull(src, dstIndex, dstDist, pCdbk, pCount));
     VORN_CHECK(vq::checkFactor(val));
-    return vq::thresholded(src, *pCdbk, pCount, val, [=](Vorn32f root) {
+    return vq::thresholded(src, *vq::recordAt(pCdbk), pCount, val, [=](Vorn32f root) {
         const Vorn32f scaled = static_cast<Vorn32f>(vq::scaledInteger(root, scaleFactor)) * val;
         const Vorn32s most = firstLane(truncToInt(splat<f32x4>(scaled)));
         return [=](int n, const vq::Found& found) {

@@ -34,7 +34,7 @@ template <class T, class ColumnOf>
 VornStatus quantise(const T* src, std::ptrdiff_t srcStep, std::ptrdiff_t height, const Streams& streams,
                     ColumnOf columnOf) {
     for (int s = 0; s < streams.count; ++s) {
-        const VornCdbkState& book = *streams.codebooks[s];
+        const VornCdbkState& book = streams[s];
         const Search<T> search(book);
         if (!search) return vornStsMemAllocErr;
         const auto column = columnOf(s, book);
