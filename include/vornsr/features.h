@@ -740,7 +740,8 @@ VornStatus vornsReflectionToAbsTilt_16s_Sfs(const Vorn16s* src1, const Vorn16s* 
  * samples for factors below 1. len: the fixed form's taps, in input samples; for inRate above outRate multiply by their
  * quotient to keep the slope of the band's edge. rollf: the band's edge (-6 dB) by half the lower rate, above 0 and up
  * to 1. alpha: the window's parameter, from 1 to some 700. At 64 taps, rollf 0.92 and alpha 9 tones up to 0.8 of half
- * the lower rate keep their level within 0.0004 dB, and from 1.03 on they fall below -88.5 dB; more in docs/numerics.md.
+ * the lower rate keep their level within 0.0004 dB, and from 1.03 on they fall below -88.5 dB; docs/numerics.md has
+ * more.
  * In double: t(0) = rollf, t(i) = sin(rollf w i) / (i w) I0(alpha sqrt(1 - u u)) / I0(alpha) with w = pi/n, u =
  * i/(L-1); all times 1 / (t(0) + 2 (t(n) + t(2n) + ...)), so that a constant keeps its value. n is nStep, or the larger
  * of the reduced rates, where L reaches just to the outermost tap. Rounding modes do not matter here.

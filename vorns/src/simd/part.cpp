@@ -52,8 +52,7 @@ void storeBytes(void* to, i8xN x, std::int64_t count) {
     putWord(room, x);
     if (count > 0) moveFew(room, static_cast<Vorn8u*>(to), count);
 #if defined(VORN_SIMD_AVX2)
-    // GCC does not where a whole register came in, and callers may end with this call.
-    _mm256_zeroupper();
+    clearUpperHalves();
 #endif
 }
 

@@ -13,6 +13,12 @@ namespace vorn {
 template <class Element>
 inline constexpr bool hasMaskedLanes = i8xN::lanes == 64 || (i8xN::lanes == 32 && sizeof(Element) >= 4);
 
+#if defined(VORN_SIMD_AVX2)
+// For a function that takes a whole register: GCC does not clear the upper halves behind it, and its callers may end
+// with the call.
+inline void clearUpperHalves() { _mm256_zeroupper(); }
+#endif
+
 // The first bytes of a register with zeros behind them, and their store; from none to all. For lanes without masks.
 i8xN loadBytes(const void* p, std::int64_t count);
 void storeBytes(void* p, i8xN x, std::int64_t count);

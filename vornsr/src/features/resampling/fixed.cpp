@@ -218,7 +218,10 @@ void storeSteps(const FixedShape& shape, char* steps) {
 }
 
 void storeTap(double value, Vorn32f* tap) { *tap = static_cast<Vorn32f>(value); }
-void storeTap(double value, Vorn16s* tap) { *tap = saturate<Vorn16s>(std::llrint(value * 16384)); }
+void storeTap(double value, Vorn16s* tap) {
+    const f64x2 limited = splat<f64x2>(std::clamp(value * 16384, -32768.0, 32767.0));
+    *tap = saturate<Vorn16s>(firstLane(roundToInt(limited, limited)));
+}
 
 // Row 0 has the centre in the middle and whole samples on both sides. The points of phase j are the right half of row
 // outRate - j and, mirrored, the left half of row j.

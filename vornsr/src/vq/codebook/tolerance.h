@@ -11,7 +11,7 @@ namespace vorn::vq {
 
 inline constexpr Vorn64f tolerance = 1.000001;
 inline constexpr Vorn64f equality = 0.0001;
-inline constexpr Vorn32f farthest = 3.4028235e+38f;  // the best distance before any candidate
+inline constexpr Vorn32f farthest = 3.4028235e38f;  // the best distance before any candidate
 
 // A candidate takes the place of the best so far: the first of near-equals keeps it.
 inline bool isBelow(Vorn32f candidate, Vorn32f best) { return candidate * tolerance < best; }
