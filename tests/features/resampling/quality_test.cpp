@@ -1,80 +1,19 @@
-// How clean resampled signals are: sines through the usual conversions, with bounds in decibels. Nothing here looks at
-// taps.
-#include <algorithm>
+// How clean resampled signals are: sines through the usual conversions, with bounds in decibels.
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <functional>
+#include <iterator>
 #include <memory>
 #include <numbers>
 #include <string>
 #include <vector>
 
 #include "features/resampling/contexts.h"
+#include "features/resampling/tones.h"
 
 namespace {
 
 using namespace resampling;
-
-// Takes samples from position `around` on, with as many around them, and gives what it makes of len of them.
-using Converter = std::function<std::vector<float>(const std::vector<float>& x, int len)>;
-constexpr int around = 3000;
-
-double decibels(double ratio) { return 20 * std::log10(std::max(ratio, 1e-12)); }
-
-struct Tone {
-    double gain, rest;  // of the sine itself, and the root of the mean square of all else, by that of the sine
-};
-// A sine of amplitude 1, of `cycles` per input sample.
-Tone toneThrough(const Converter& convert, double cycles, double factor, bool survives) {
-    const int len = static_cast<int>(1000 / std::min(factor, 1.0));
-    std::vector<float> x(static_cast<std::size_t>(len + 2 * around));
-    const double w = 2 * std::numbers::pi * cycles;
-    for (std::size_t i = 0; i < x.size(); ++i) {
-        x[i] = static_cast<float>(std::sin(w * (static_cast<double>(i) - around) + 0.3));
-    }
-    const auto y = convert(x, len);
-    // Least squares: c cos + s sin.
-    double cc = 0, cs = 0, ss = 0, yc = 0, ys = 0, yy = 0;
-    for (std::size_t n = 0; n < y.size(); ++n) {
-        const double at = w * static_cast<double>(n) / factor, c = std::cos(at), s = std::sin(at), v = y[n];
-        cc += c * c;
-        cs += c * s;
-        ss += s * s;
-        yc += v * c;
-        ys += v * s;
-        yy += v * v;
-    }
-    if (!survives) return {0, std::sqrt(2 * yy / static_cast<double>(y.size()))};
-    const double d = cc * ss - cs * cs, a = (yc * ss - ys * cs) / d, b = (ys * cc - yc * cs) / d;
-    double left = 0;
-    for (std::size_t n = 0; n < y.size(); ++n) {
-        const double at = w * static_cast<double>(n) / factor, v = y[n] - a * std::cos(at) - b * std::sin(at);
-        left += v * v;
-    }
-    return {std::hypot(a, b), std::sqrt(2 * left / static_cast<double>(y.size()))};
-}
-
-struct Quality {
-    double ripple = 0;      // largest |gain in dB| in the pass band
-    double images = -400;   // loudest rest of a tone of the pass band, in dB
-    double aliases = -400;  // loudest tone of the stop band, in dB
-};
-// Bands by half the lower of the two rates: what lies up to `pass` is kept, what lies from `stop` on is not.
-Quality measure(const Converter& convert, double factor, double pass, double stop) {
-    Quality q;
-    const double lower = 0.5 * std::min(factor, 1.0);
-    for (int i = 1; i <= 8; ++i) {
-        const Tone tone = toneThrough(convert, lower * pass * i / 8.013, factor, true);
-        q.ripple = std::max(q.ripple, std::fabs(decibels(tone.gain)));
-        q.images = std::max(q.images, decibels(tone.rest));
-    }
-    for (int i = 0; i < 16 && lower * stop < 0.5; ++i) {
-        const double cycles = lower * stop + (0.499 - lower * stop) * i / 15.0;
-        q.aliases = std::max(q.aliases, decibels(toneThrough(convert, cycles, factor, false).rest));
-    }
-    return q;
-}
 
 Converter fixedForm(int in, int out, int taps, int hint, float rollf, float alpha) {
     const auto state = std::make_shared<Fixed<Vorn32f>>(Ratio{in, out, taps, hint, rollf, alpha});
@@ -123,34 +62,25 @@ void expectQuality(const std::string& name, const Quality& q, double ripple, dou
     EXPECT_LT(q.aliases, aliases) << name;
 }
 
-// Taps at the lower rate, edge and window, and the bands that they separate, by half the lower rate.
-struct Filter {
-    int taps;
-    float rollf, alpha;
-    double pass, stop, ripple, images, aliases;
-};
-const Filter filters[] = {{32, 0.86f, 6.0f, 0.70, 1.02, 0.006, -79, -68},
-                          {64, 0.92f, 9.0f, 0.80, 1.03, 0.0004, -104, -88.5},
-                          {128, 0.95f, 10.0f, 0.89, 1.01, 0.0003, -110, -100},
-                          {256, 0.97f, 12.0f, 0.93, 1.01, 0.0003, -130, -122}};
-struct Conversion {
-    int in, out;
-};
-const Conversion conversions[] = {{48000, 16000}, {44100, 16000}, {8000, 16000}, {16000, 8000}};
+// What each of the filters keeps.
+const Quality bounds[] = {{0.006, -79, -68}, {0.0004, -104, -88.5}, {0.0003, -110, -100}, {0.0003, -130, -122}};
+static_assert(std::size(bounds) == std::size(filters));
 
 TEST(ResampleQuality, FixedForm) {
     for (const Conversion& c : conversions) {
-        const double factor = static_cast<double>(c.out) / c.in;
-        for (const Filter& f : filters) {
+        const double factor = c.factor();
+        for (std::size_t i = 0; i < std::size(filters); ++i) {
+            const Filter& f = filters[i];
+            const Quality& bound = bounds[i];
             const int taps = static_cast<int>(std::lround(f.taps / std::min(factor, 1.0)));
             const std::string name =
                 std::to_string(c.in) + " to " + std::to_string(c.out) + ", " + std::to_string(f.taps);
             expectQuality(name, measure(fixedForm(c.in, c.out, taps, 1, f.rollf, f.alpha), factor, f.pass, f.stop),
-                          f.ripple, f.images, f.aliases);
+                          bound.ripple, bound.images, bound.aliases);
             if (f.taps != 64) continue;
             expectQuality(name + ", accurate",
-                          measure(fixedForm(c.in, c.out, taps, 2, f.rollf, f.alpha), factor, f.pass, f.stop), f.ripple,
-                          f.images, f.aliases);
+                          measure(fixedForm(c.in, c.out, taps, 2, f.rollf, f.alpha), factor, f.pass, f.stop),
+                          bound.ripple, bound.images, bound.aliases);
             expectQuality(name + ", 16 bits",
                           measure(fixedForm16(c.in, c.out, taps, 1, f.rollf, f.alpha), factor, f.pass, f.stop), 0.003,
                           -72, -71);
