@@ -139,6 +139,32 @@ class Reference(unittest.TestCase):
                 self.assertLessEqual(len(line), self.WIDEST_LINE, f"{header}:{number}")
 
 
+class Snippets(unittest.TestCase):
+    """The code that headers show compiles, given what its caller would have."""
+    # By the function that the code is about.
+    GIVEN = {
+        "vornsDelta_Win2_32f_D2": "const Vorn32f* const* src, const int* height, int n, Vorn32f* out, int width, int step,"
+                                  " Vorn32f val",
+        "vornsResamplePolyphaseFixed_32f": "const VornResampleFixedState_32f* state, const Vorn32f* src, Vorn32f* dst, int N",
+    }
+
+    def test_they_compile(self):
+        seen = 0
+        for header in env.public_headers():
+            for block in re.findall(r"@code\n(.*?)@endcode", env.text("include", "vornsr", header), re.S):
+                lines = [re.sub(r"^ \* ?", "", line) for line in block.splitlines()]
+                about = [name for name in self.GIVEN if any(name in line for line in lines)]
+                with self.subTest(header=header, code=lines[0]):
+                    self.assertEqual(len(about), 1, "what the code needs is told here")
+                    program = "\n".join(["#include <vornsr.h>", f"void example({self.GIVEN[about[0]]}) {{", *lines, "}"])
+                    command = [os.environ["VORNSR_CC"], "-std=c99", "-pedantic", "-Wall", "-Wextra", "-Werror", "-fsyntax-only",
+                               "-I", os.path.join(env.SOURCE, "include"), "-x", "c", "-"]
+                    result = env.subprocess.run(command, input=program, capture_output=True, text=True)
+                    self.assertEqual(result.returncode, 0, result.stderr)
+                seen += 1
+        self.assertGreater(seen, 1, "the headers were read")
+
+
 class Bounds(unittest.TestCase):
     """An accuracy is one number: in the table of docs/numerics.md, in the header that promises it, in the test."""
 
