@@ -156,7 +156,7 @@ class Snippets(unittest.TestCase):
                 about = [name for name in self.GIVEN if any(name in line for line in lines)]
                 with self.subTest(header=header, code=lines[0]):
                     self.assertEqual(len(about), 1, "what the code needs is told here")
-                    program = "\n".join(["#include <vornsr.h>", f"void example({self.GIVEN[about[0]]}) {{", *lines, "}"])
+                    program = "\n".join(["#include <vornsr.h>", f"void example({self.GIVEN[about[0]]}) {{", *lines, "}", ""])
                     command = [os.environ["VORNSR_CC"], "-std=c99", "-pedantic", "-Wall", "-Wextra", "-Werror", "-fsyntax-only",
                                "-I", os.path.join(env.SOURCE, "include"), "-x", "c", "-"]
                     result = env.subprocess.run(command, input=program, capture_output=True, text=True)
