@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <set>
@@ -258,6 +259,22 @@ TEST(VQ, BeyondALineTakesItsEnds) {
     ASSERT_EQ(vornsVQ_32f(ends, 1, index, 2, book.get()), vornStsNoErr);
     EXPECT_EQ(index[0], 0);
     EXPECT_EQ(index[1], 99);
+}
+
+// From 100 to 195 the range is stretched to 90, and the cells end at 90 + 1.1 x 95: the last word is in none of them.
+TEST(VQ, BeyondTheCellsOfALineTheLastWordMayBeMissed) {
+    std::vector<float> vectors;
+    for (int i = 0; i <= 190; ++i) vectors.push_back(100 + 0.5f * static_cast<float>(i));
+    const Book book = makeBook<float>(vectors, {}, 1, 191, 1);
+    ASSERT_EQ(book->mode & 1, 1);
+    EXPECT_EQ(static_cast<vorn::vq::Line*>(book->grid)->cells, 10);
+    const float queries[] = {195, 150.1f};
+    Vorn32s index[2];
+    ASSERT_EQ(vornsVQ_32f(queries, 1, index, 2, book.get()), vornStsNoErr);
+    EXPECT_EQ(model::byScan(*book, queries).index, 190);
+    EXPECT_LT(index[0], 190);
+    EXPECT_GE(index[0], 188);
+    EXPECT_EQ(index[1], 100);
 }
 
 TEST(VQ, ACellWithoutCandidatesGivesNoWord) {
@@ -739,6 +756,46 @@ TEST(VQSingle, ChecksInOrder) {
     }
     EXPECT_EQ(count, 77);
     EXPECT_TRUE(index.untouched() && dist.untouched() && distance.untouched());
+}
+
+// Vectors of more than 128 integers become singles in memory; nothing is written where there is none, and none is lost.
+TEST(VQ, EveryAllocationMayFail) {
+    if (!test::FailAllocation::available()) GTEST_SKIP() << "the sanitizer has an allocator of its own";
+    Random random(10);
+    const Book book =
+        makeBook<Vorn16s>(vectorsAround<Vorn16s>(random, 130, 8, 300), someWeights<Vorn16s>(random, 130), 130, 8, 1);
+    const auto x = vectorsAround<Vorn16s>(random, 130, 1, 300);
+    const VornCdbkState* const streams[] = {book.get()};
+    Guarded<Vorn32s> index(8), distance(8);
+    Guarded<Vorn16s> indices(1);
+    int count = 77;
+    const std::function<VornStatus()> calls[] = {
+        [&] { return vornsVQ_16s(x.data(), 130, index, 1, book.get()); },
+        [&] { return vornsVQDist_16s32s_Sfs(x.data(), 130, index, distance, 1, book.get(), 0); },
+        [&] { return vornsSplitVQ_16s16s(x.data(), 130, indices, 1, 1, streams, 1); },
+        [&] { return vornsVQSingle_Sort_16s(x.data(), index, book.get(), 8); },
+        [&] { return vornsVQDistSingle_Sort_16s32s_Sfs(x.data(), index, distance, book.get(), 8, 0); },
+    };
+    for (const auto& call : calls) {
+        int allocations = 0;
+        {
+            const test::FailAllocation counted(0);
+            ASSERT_EQ(call(), vornStsNoErr);
+            allocations = counted.calls();
+            EXPECT_EQ(counted.outstanding(), 0);
+        }
+        ASSERT_GT(allocations, 0);
+        for (int n = 1; n <= allocations; ++n) {
+            index.fillPattern(), distance.fillPattern(), indices.fillPattern();
+            const test::FailAllocation failing(n);
+            EXPECT_EQ(call(), vornStsMemAllocErr) << n;
+            EXPECT_EQ(failing.outstanding(), 0) << n;
+            EXPECT_TRUE(index.untouched() && distance.untouched() && indices.untouched()) << n;
+        }
+    }
+    const test::FailAllocation failing(1);
+    EXPECT_EQ(vornsVQSingle_Thresh_16s(x.data(), index, book.get(), &count, 2), vornStsMemAllocErr);
+    EXPECT_EQ(count, 77);
 }
 
 }  // namespace
