@@ -133,9 +133,9 @@ VornStatus vornsGetCodebook_16s(const VornCdbkState* pCdbk, Vorn16s* dst, int ds
  * each row of src. What is searched follows from the codebook:
  * - hint 1: all words in rising index or, where the codebook has a grid, those that the cell of the vector lists. A
  *   quotient below the grid, or not a number, takes the entry before the first cell, one beyond it that behind the
- *   last; in the `16s` forms 0.001 is added to a quotient. Within its cells a grid names every word that can be the
- *   nearest. It may end before the last words where all values have one sign; what lies beyond takes the nearest of its
- *   border's candidates, which may be another word than that of the scan;
+ *   last; in the `16s` forms 0.001 is added to a quotient. Where its cells hold all words, a grid names
+ *   every one that can be the nearest. Where all values have one sign it may end before the last words: then vectors at
+ *   its border and beyond may get another word than by the scan;
  * - hints 2 and 3: from the root, the grandchildren decide on the way: left if one of the left two is nearer (times
  *   1.000001) than both right ones, else right; a child without children stands for both of its places. Behind it the
  *   walk: the first near leaf of the present one that is clearly nearer (times 1.000001, and not within 0.0001 of it)
