@@ -2,11 +2,13 @@
 #ifndef VORNSR_H
 #define VORNSR_H
 
+#include "vornsr/aurora.h"
 #include "vornsr/estimation.h"
 #include "vornsr/features.h"
 #include "vornsr/fft.h"
 #include "vornsr/frame.h"
 #include "vornsr/linalg.h"
+#include "vornsr/noise.h"
 #include "vornsr/scoring.h"
 #include "vornsr/signal.h"
 #include "vornsr/types.h"

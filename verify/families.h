@@ -49,6 +49,15 @@ Family curveWorkloads();
 Family codebookWorkloads();
 Family quantisationWorkloads();
 Family formingWorkloads();
+Family noiseReductionWorkloads();
+Family auroraBankWorkloads();
+Family waveformWorkloads();
+Family detectionWorkloads();
+Family equalisationWorkloads();
+Family auroraDeltaWorkloads();
+Family trackingWorkloads();
+Family suppressionWorkloads();
+Family pitchWorkloads();
 
 // In the order of digests.txt: the digest of all depends on it.
 inline const Family families[] = {
@@ -61,7 +70,9 @@ inline const Family families[] = {
     sumLogarithmWorkloads(), squareRootWorkloads(),      magnitudeWorkloads(),     absoluteWorkloads(),
     fftWorkloads(),          autocorrelationWorkloads(), singularValueWorkloads(), productWorkloads(),
     rowReductionWorkloads(), curveWorkloads(),           codebookWorkloads(),      quantisationWorkloads(),
-    formingWorkloads(),
+    formingWorkloads(),      noiseReductionWorkloads(),  auroraBankWorkloads(),    waveformWorkloads(),
+    detectionWorkloads(),    equalisationWorkloads(),    auroraDeltaWorkloads(),   trackingWorkloads(),
+    suppressionWorkloads(),  pitchWorkloads(),
 };
 
 }  // namespace verify

@@ -494,7 +494,7 @@ class Selection(Folder):
             self.assertIn(f"{each}: {message}", err)
         status, _, err = run(*words, folder, "--large", self.recording())
         self.assertEqual(status, 1)
-        self.assertIn(f"{self.recording()}: is not a model file of spoken-digits", err)
+        self.assertIn(f"{self.recording()}: is not a model file of spoken digits", err)
 
 
 class Report(Folder):
@@ -1076,9 +1076,9 @@ class BrokenModels(Folder):
         huge[32:40] = b"\xff" * 8
         sizes = f"has {len(whole) - 1} bytes where its header asks for {len(whole)}"
         for name, content, message in (
-                ("empty", b"", "is not a model file of spoken-digits"),
-                ("text", b"digits\n" * 100, "is not a model file of spoken-digits"),
-                ("recording", self.recording().read_bytes(), "is not a model file of spoken-digits"),
+                ("empty", b"", "is not a model file of spoken digits"),
+                ("text", b"digits\n" * 100, "is not a model file of spoken digits"),
+                ("recording", self.recording().read_bytes(), "is not a model file of spoken digits"),
                 ("version", version, "is a model file of version 9; version 1 is needed"),
                 ("shape", shape, "holds a model of another shape"),
                 ("huge", huge, "holds a model of another shape"),

@@ -57,7 +57,7 @@ void visitNumbers(AnyState& state, Visit visit) {
 Header checkedHeader(const fs::path& path, const std::string& bytes) {
     Header header;
     if (bytes.size() < sizeof header || std::memcmp(bytes.data(), kMagic.data(), kMagic.size()) != 0) {
-        throw InputError(path, "is not a model file of spoken-digits");
+        throw InputError(path, "is not a model file of spoken digits");
     }
     std::memcpy(&header, bytes.data(), sizeof header);
     if (header.version != kVersion) {

@@ -1,6 +1,7 @@
 // Progress on the error stream, for a terminal and for a log.
 #include "progress.h"
 
+#include <errno.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -8,7 +9,7 @@
 
 namespace digits {
 
-void complain(const std::exception& error) { std::fprintf(stderr, "spoken-digits: %s\n", error.what()); }
+void complain(const std::exception& error) { std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what()); }
 
 Progress::Progress(std::string label, int total)
     : label_(std::move(label)), total_(total), terminal_(isatty(STDERR_FILENO) != 0) {

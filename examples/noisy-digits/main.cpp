@@ -1,0 +1,2 @@
+// Spoken digits in noise.
+int main() {}

@@ -1,0 +1,2 @@
+// Who speaks: a codebook a speaker.
+int main() {}
