@@ -527,6 +527,46 @@ void compareOrder() {
 TEST(VQSingleSort, EqualsTheModel_32f) { compareOrder<float>(); }
 TEST(VQSingleSort, EqualsTheModel_16s) { compareOrder<Vorn16s>(); }
 
+// Many words, so that sorting pays: distances that are clearly apart, chains of near-equals, many that are equal, and
+// some that do not qualify.
+template <class T>
+void compareLongOrder(int words, const std::function<T(Random&)>& firstElement) {
+    Random random(7);
+    std::vector<T> vectors;
+    for (int j = 0; j < words; ++j) vectors.insert(vectors.end(), {firstElement(random), T(0), T(0)});
+    const Book book = makeBook<T>(vectors, {}, 3, words, 1);
+    ASSERT_NE(book, nullptr);
+    const T x[] = {T(0), T(0), T(0)};
+    for (const int count : {3, 4, 5, 20, words / 2, words}) {
+        const auto expected = model::ranked(*book, x, count);
+        Guarded<Vorn32s> index(static_cast<std::size_t>(count));
+        ASSERT_EQ(sorted(x, index, book.get(), count), vornStsNoErr);
+        for (std::size_t k = 0; k < expected.size(); ++k) {
+            ASSERT_EQ(index[k], expected[k].index) << "rank " << k << " of " << count;
+        }
+    }
+}
+TEST(VQSingleSort, OfManyWordsEqualsTheModel) {
+    constexpr float ulp = 0x1p-23f;
+    const auto apart = [](Random& random) { return static_cast<float>(random.uniform(-10, 10)); };
+    const auto chained = [](Random& random) { return 1.0f + ulp * static_cast<float>(random.integer(0, 60)); };
+    const auto grouped = [](Random& random) {
+        return static_cast<float>(random.integer(1, 300)) * (1.0f + 3 * ulp * static_cast<float>(random.integer(0, 3)));
+    };
+    const auto mixed = [=](Random& random) {
+        constexpr float hard[] = {0.0f, -0.0f, 1e-30f, 1e-22f, 3e19f, infinity, nan, 1.8e19f, 2e-20f};
+        return random.integer(0, 3) ? grouped(random) : hard[random.integer(0, 8)];
+    };
+    compareLongOrder<float>(3000, apart);
+    compareLongOrder<float>(700, chained);
+    compareLongOrder<float>(90, chained);
+    compareLongOrder<float>(3000, grouped);
+    compareLongOrder<float>(3000, mixed);
+    compareLongOrder<float>(600, [](Random&) { return 2.0f; });
+    compareLongOrder<Vorn16s>(3000, [](Random& random) { return static_cast<Vorn16s>(random.integer(-32768, 32767)); });
+    compareLongOrder<Vorn16s>(3000, [](Random& random) { return static_cast<Vorn16s>(random.integer(-200, 200)); });
+}
+
 TEST(VQSingleSort, OfEqualDistancesRisesInIndex) {
     // Distances 4, 0, 1, 1, 0, 4, 1 from 0.
     const Book book = makeBook<float>({2, 0, 0, 0, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0, 0, -2, 0, 0, 0, 0, -1}, {}, 3, 7, 1);
