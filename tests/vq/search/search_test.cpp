@@ -18,6 +18,7 @@
 #include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
+#include "vq/search/grids.h"
 
 namespace {
 
@@ -485,6 +486,24 @@ TEST(SplitVQ, PutsTheFirstStreamIntoTheTopBits) {
     const float none[] = {nan, 0, 0, 0, 0, 0};
     ASSERT_EQ(vornsSplitVQ_32f1u(none, 6, dst, 8, 1, streams, 2), vornStsNoErr);
     EXPECT_EQ(dst[0], 0xE0);
+}
+
+// Lists of neighbouring cells overlap so far that no search shows on which side of a border a number falls.
+TEST(GridCells, BeginAtTheirQuotient) {
+    EXPECT_EQ(vorn::vq::cellOf<float>(3.9999f, 10), 3);
+    EXPECT_EQ(vorn::vq::cellOf<float>(4.0f, 10), 4);
+    EXPECT_EQ(vorn::vq::cellOf<float>(0.0f, 10), 0);
+    EXPECT_EQ(vorn::vq::cellOf<float>(-1e-30f, 10), -1);
+    EXPECT_EQ(vorn::vq::cellOf<float>(9.99f, 10), 9);
+    EXPECT_EQ(vorn::vq::cellOf<float>(10.0f, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<float>(infinity, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<float>(nan, 10), -1);
+    // Integers move up by a thousandth, but not those in front of the first cell.
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(3.99905f, 10), 4);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(3.99895f, 10), 3);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(9.99905f, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(-0.0005f, 10), -1);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(nan, 10), -1);
 }
 
 // ---- Words in order.
