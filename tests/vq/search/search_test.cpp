@@ -506,6 +506,57 @@ TEST(GridCells, BeginAtTheirQuotient) {
     EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(nan, 10), -1);
 }
 
+// Between two words, by a share of the distance that the tolerances of the way down and of the walk take for equal, or
+// just do not.
+TEST(VQ, DecidesNearTiesAsTheModel) {
+    int changed = 0;
+    overBooks<float>([&](Random& random, VornCdbkState& book) {
+        if (book.hint == 1 || book.cdbkSize < 4) return;
+        const auto width = static_cast<std::size_t>(book.vecLen);
+        const auto* weights = static_cast<const float*>(book.weights);
+        for (int n = 0; n < 400; ++n) {
+            const float* a = model::wordOf<float>(book, static_cast<int>(random.integer(0, book.cdbkSize - 1)));
+            // The word that is nearest to it.
+            const float* b = nullptr;
+            float least = model::largest;
+            for (int j = 0; j < book.cdbkSize; ++j) {
+                const float* word = model::wordOf<float>(book, j);
+                const float d = model::squares(a, word, weights, book.vecLen);
+                if (d > 0 && d < least) least = d, b = word;
+            }
+            if (b == nullptr) continue;
+            constexpr double shares[] = {3e-7, 6e-7, 2e-6, 5e-5, 8e-5, 2e-4, -6e-7, -5e-5};
+            const double at = 0.5 + shares[n % 8] / 8;
+            Guarded<float> x(width);
+            for (std::size_t i = 0; i < width; ++i) x[i] = static_cast<float>(a[i] + at * (double{b[i]} - a[i]));
+            Vorn32s index;
+            ASSERT_EQ(vornsVQ_32f(x, book.vecLen, &index, 1, &book), vornStsNoErr);
+            ASSERT_EQ(index, model::nearest(book, x.data()).index);
+            changed += index != model::byScan(book, x.data()).index;
+        }
+    });
+    EXPECT_GT(changed, 0) << "the tolerances decide on some";
+}
+
+// Queries that no word is near to have index -1, among many that have one too.
+TEST(VQ, OfNoNumberHasNoIndexAmongManyQueries) {
+    Random random(3);
+    const auto vectors = vectorsAround<float>(random, 5, 50, 4.0);
+    const Book book = makeBook<float>(vectors, {}, 5, 50, 1);
+    auto queries = vectorsAround<float>(random, 5, 70, 4.0);
+    for (const int row : {0, 7, 31, 64, 69}) queries[static_cast<std::size_t>(row) * 5 + 2] = row % 2 ? nan : infinity;
+    Guarded<Vorn32s> index(70);
+    Guarded<float> distance(70);
+    ASSERT_EQ(vornsVQDist_32f(queries.data(), 5, index, distance, 70, book.get()), vornStsNoErr);
+    for (int row = 0; row < 70; ++row) {
+        const bool none = row == 0 || row == 7 || row == 31 || row == 64 || row == 69;
+        EXPECT_EQ(index[static_cast<std::size_t>(row)] == -1, none) << row;
+        if (none) {
+            EXPECT_EQ(distance[static_cast<std::size_t>(row)], model::rootOf(model::largest)) << row;
+        }
+    }
+}
+
 // ---- Words in order.
 
 template <class T>
