@@ -176,7 +176,7 @@ TEST(Tiles, EightSingles) {
 }
 
 TEST(Tiles, FourDoubles) {
-    using V = f64x4of4;
+    using V = f64x4;
     constexpr Payload any = Payload::any;
     test::checkPairs<V, any>(
         "+", [](V a, V b) { return a + b; }, [](double a, double b) { return a + b; });
@@ -257,7 +257,7 @@ void checkDoubleRows() {
         rowsOf<block>(vectorOf<V>(rows[0]), vectorOf<V>(rows[1]), vectorOf<V>(rows[2]), vectorOf<V>(rows[3]));
     const f64x2x4 other =
         rowsOf<block>(vectorOf<V>(rows[3]), vectorOf<V>(rows[2]), vectorOf<V>(rows[1]), vectorOf<V>(rows[0]));
-    f64x4of4 columns[2], differences[2], added[2];
+    f64x4 columns[2], differences[2], added[2];
     columnsOf(tile, columns);
     columnsOf(tile - other, differences);
     columnsOf(tile + other, added);

@@ -49,6 +49,52 @@ inline Tone toneThrough(const Converter& convert, double cycles, double factor, 
     return {std::hypot(a, b), std::sqrt(2 * left / static_cast<double>(y.size()))};
 }
 
+// Two sines of amplitude 1/2 at once, of so many cycles per input sample: the root of the mean square of all that is
+// neither of them, by that of one. What a signal does to another within the converter (intermodulation, a limit that
+// clips) shows here and in no single tone.
+inline double restOfTwoTones(const Converter& convert, double first, double second, double factor) {
+    const int len = static_cast<int>(2000 / std::min(factor, 1.0));
+    std::vector<float> x(static_cast<std::size_t>(len + 2 * around));
+    const double w[2] = {2 * std::numbers::pi * first, 2 * std::numbers::pi * second};
+    for (std::size_t i = 0; i < x.size(); ++i) {
+        const double at = static_cast<double>(i) - around;
+        x[i] = static_cast<float>(0.5 * std::sin(w[0] * at + 0.3) + 0.5 * std::sin(w[1] * at + 1.1));
+    }
+    const auto y = convert(x, len);
+    // Least squares over both sines, by elimination of the normal equations.
+    double a[4][5] = {};
+    const auto base = [&](std::size_t n, double(&b)[4]) {
+        for (int k = 0; k < 2; ++k) {
+            const double at = w[k] * static_cast<double>(n) / factor;
+            b[2 * k] = std::cos(at);
+            b[2 * k + 1] = std::sin(at);
+        }
+    };
+    for (std::size_t n = 0; n < y.size(); ++n) {
+        double b[4];
+        base(n, b);
+        for (int r = 0; r < 4; ++r) {
+            for (int c = 0; c < 4; ++c) a[r][c] += b[r] * b[c];
+            a[r][4] += b[r] * y[n];
+        }
+    }
+    for (int r = 0; r < 4; ++r) {
+        for (int below = 0; below < 4; ++below) {
+            if (below == r) continue;
+            const double f = a[below][r] / a[r][r];
+            for (int c = r; c < 5; ++c) a[below][c] -= f * a[r][c];
+        }
+    }
+    double left = 0;
+    for (std::size_t n = 0; n < y.size(); ++n) {
+        double b[4], v = y[n];
+        base(n, b);
+        for (int r = 0; r < 4; ++r) v -= a[r][4] / a[r][r] * b[r];
+        left += v * v;
+    }
+    return std::sqrt(left / static_cast<double>(y.size())) / std::sqrt(0.125);
+}
+
 struct Quality {
     double ripple = 0;      // largest |gain in dB| in the pass band
     double images = -400;   // loudest rest of a tone of the pass band, in dB

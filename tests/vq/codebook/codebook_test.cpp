@@ -545,6 +545,30 @@ TEST(Codebook, PartsClustersOfOneCentre) {
 
 // Each half has its mean halfway between two integers, and both round to one centre that is no vector. A step away the
 // truncated centre stays until it arrives.
+// Two halves with the centre 0 out of 40000 vectors. The first one, (1, 0, 0), pulls the second centre to 0.005 and then
+// to 0.01495; of its own and its opposite's distance the steps change shares of 0.020 and 0.060, and of all others' too
+// little to count. The first is below a millionth a vector, 0.04 in all, the second above. So the second round begins
+// with (0.011, 1, 0) beside the first vector, but not with (0.005, 1, 0), which one step would have taken too, nor
+// without the other one, which three steps would have left. Then the sum of all distances, mostly that of vectors far
+// away, has settled.
+TEST(Codebook, PartsClustersUntilTheirVectorsTellThemApart) {
+    std::vector<float> vectors;
+    const auto pair = [&](float x, float y, float z) { vectors.insert(vectors.end(), {x, y, z, -x, -y, -z}); };
+    pair(1, 0, 0);
+    pair(0.011f, 1, 0);
+    pair(0.005f, 1, 0);
+    for (int i = 0; i < 9997; ++i) pair(0, 0, 500);
+    for (int i = 0; i < 10000; ++i) pair(0, 0, 1000);
+    VornCdbkState* book = nullptr;
+    ASSERT_EQ(vornsCdbkInitAlloc_L2_32f(&book, vectors.data(), 3, 3, 40000, 2, 2), vornStsNoErr);
+    float words[6];
+    EXPECT_EQ(vornsGetCodebook_32f(book, words, 3), vornStsNoErr);
+    EXPECT_EQ(words[3], (1 + 0.011f) / 2);
+    EXPECT_EQ(words[4], 0.5f);
+    EXPECT_EQ(words[5], 0.0f);
+    EXPECT_EQ(vornsCdbkFree_32f(book), vornStsNoErr);
+}
+
 TEST(Codebook, PartsIntegersThatRoundToOneCentre) {
     for (int a : {0, 1, 2, -1, -2, 32766, -32768}) {
         const Rows<Vorn16s> rows = {{Vorn16s(a), 5}, {Vorn16s(a + 1), 5}, {Vorn16s(a), 6}, {Vorn16s(a + 1), 6}};

@@ -18,6 +18,7 @@
 #include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
+#include "vq/search/grids.h"
 
 namespace {
 
@@ -487,6 +488,75 @@ TEST(SplitVQ, PutsTheFirstStreamIntoTheTopBits) {
     EXPECT_EQ(dst[0], 0xE0);
 }
 
+// Lists of neighbouring cells overlap so far that no search shows on which side of a border a number falls.
+TEST(GridCells, BeginAtTheirQuotient) {
+    EXPECT_EQ(vorn::vq::cellOf<float>(3.9999f, 10), 3);
+    EXPECT_EQ(vorn::vq::cellOf<float>(4.0f, 10), 4);
+    EXPECT_EQ(vorn::vq::cellOf<float>(0.0f, 10), 0);
+    EXPECT_EQ(vorn::vq::cellOf<float>(-1e-30f, 10), -1);
+    EXPECT_EQ(vorn::vq::cellOf<float>(9.99f, 10), 9);
+    EXPECT_EQ(vorn::vq::cellOf<float>(10.0f, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<float>(infinity, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<float>(nan, 10), -1);
+    // Integers move up by a thousandth, but not those in front of the first cell.
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(3.99905f, 10), 4);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(3.99895f, 10), 3);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(9.99905f, 10), 10);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(-0.0005f, 10), -1);
+    EXPECT_EQ(vorn::vq::cellOf<Vorn16s>(nan, 10), -1);
+}
+
+// Between two words, by a share of the distance that the tolerances of the way down and of the walk take for equal, or
+// just do not.
+TEST(VQ, DecidesNearTiesAsTheModel) {
+    int changed = 0;
+    overBooks<float>([&](Random& random, VornCdbkState& book) {
+        if (book.hint == 1 || book.cdbkSize < 4) return;
+        const auto width = static_cast<std::size_t>(book.vecLen);
+        const auto* weights = static_cast<const float*>(book.weights);
+        for (int n = 0; n < 400; ++n) {
+            const float* a = model::wordOf<float>(book, static_cast<int>(random.integer(0, book.cdbkSize - 1)));
+            // The word that is nearest to it.
+            const float* b = nullptr;
+            float least = model::largest;
+            for (int j = 0; j < book.cdbkSize; ++j) {
+                const float* word = model::wordOf<float>(book, j);
+                const float d = model::squares(a, word, weights, book.vecLen);
+                if (d > 0 && d < least) least = d, b = word;
+            }
+            if (b == nullptr) continue;
+            constexpr double shares[] = {3e-7, 6e-7, 2e-6, 5e-5, 8e-5, 2e-4, -6e-7, -5e-5};
+            const double at = 0.5 + shares[n % 8] / 8;
+            Guarded<float> x(width);
+            for (std::size_t i = 0; i < width; ++i) x[i] = static_cast<float>(a[i] + at * (double{b[i]} - a[i]));
+            Vorn32s index;
+            ASSERT_EQ(vornsVQ_32f(x, book.vecLen, &index, 1, &book), vornStsNoErr);
+            ASSERT_EQ(index, model::nearest(book, x.data()).index);
+            changed += index != model::byScan(book, x.data()).index;
+        }
+    });
+    EXPECT_GT(changed, 0) << "the tolerances decide on some";
+}
+
+// Queries that no word is near to have index -1, among many that have one too.
+TEST(VQ, OfNoNumberHasNoIndexAmongManyQueries) {
+    Random random(3);
+    const auto vectors = vectorsAround<float>(random, 5, 50, 4.0);
+    const Book book = makeBook<float>(vectors, {}, 5, 50, 1);
+    auto queries = vectorsAround<float>(random, 5, 70, 4.0);
+    for (const int row : {0, 7, 31, 64, 69}) queries[static_cast<std::size_t>(row) * 5 + 2] = row % 2 ? nan : infinity;
+    Guarded<Vorn32s> index(70);
+    Guarded<float> distance(70);
+    ASSERT_EQ(vornsVQDist_32f(queries.data(), 5, index, distance, 70, book.get()), vornStsNoErr);
+    for (int row = 0; row < 70; ++row) {
+        const bool none = row == 0 || row == 7 || row == 31 || row == 64 || row == 69;
+        EXPECT_EQ(index[static_cast<std::size_t>(row)] == -1, none) << row;
+        if (none) {
+            EXPECT_EQ(distance[static_cast<std::size_t>(row)], model::rootOf(model::largest)) << row;
+        }
+    }
+}
+
 // ---- Words in order.
 
 template <class T>
@@ -526,6 +596,46 @@ void compareOrder() {
 }
 TEST(VQSingleSort, EqualsTheModel_32f) { compareOrder<float>(); }
 TEST(VQSingleSort, EqualsTheModel_16s) { compareOrder<Vorn16s>(); }
+
+// Many words, so that sorting pays: distances that are clearly apart, chains of near-equals, many that are equal, and
+// some that do not qualify.
+template <class T>
+void compareLongOrder(int words, const std::function<T(Random&)>& firstElement) {
+    Random random(7);
+    std::vector<T> vectors;
+    for (int j = 0; j < words; ++j) vectors.insert(vectors.end(), {firstElement(random), T(0), T(0)});
+    const Book book = makeBook<T>(vectors, {}, 3, words, 1);
+    ASSERT_NE(book, nullptr);
+    const T x[] = {T(0), T(0), T(0)};
+    for (const int count : {3, 4, 5, 20, words / 2, words}) {
+        const auto expected = model::ranked(*book, x, count);
+        Guarded<Vorn32s> index(static_cast<std::size_t>(count));
+        ASSERT_EQ(sorted(x, index, book.get(), count), vornStsNoErr);
+        for (std::size_t k = 0; k < expected.size(); ++k) {
+            ASSERT_EQ(index[k], expected[k].index) << "rank " << k << " of " << count;
+        }
+    }
+}
+TEST(VQSingleSort, OfManyWordsEqualsTheModel) {
+    constexpr float ulp = 0x1p-23f;
+    const auto apart = [](Random& random) { return static_cast<float>(random.uniform(-10, 10)); };
+    const auto chained = [](Random& random) { return 1.0f + ulp * static_cast<float>(random.integer(0, 60)); };
+    const auto grouped = [](Random& random) {
+        return static_cast<float>(random.integer(1, 300)) * (1.0f + 3 * ulp * static_cast<float>(random.integer(0, 3)));
+    };
+    const auto mixed = [=](Random& random) {
+        constexpr float hard[] = {0.0f, -0.0f, 1e-30f, 1e-22f, 3e19f, infinity, nan, 1.8e19f, 2e-20f};
+        return random.integer(0, 3) ? grouped(random) : hard[random.integer(0, 8)];
+    };
+    compareLongOrder<float>(3000, apart);
+    compareLongOrder<float>(700, chained);
+    compareLongOrder<float>(90, chained);
+    compareLongOrder<float>(3000, grouped);
+    compareLongOrder<float>(3000, mixed);
+    compareLongOrder<float>(600, [](Random&) { return 2.0f; });
+    compareLongOrder<Vorn16s>(3000, [](Random& random) { return static_cast<Vorn16s>(random.integer(-32768, 32767)); });
+    compareLongOrder<Vorn16s>(3000, [](Random& random) { return static_cast<Vorn16s>(random.integer(-200, 200)); });
+}
 
 TEST(VQSingleSort, OfEqualDistancesRisesInIndex) {
     // Distances 4, 0, 1, 1, 0, 4, 1 from 0.

@@ -1,6 +1,5 @@
-// The SIMD vocabulary: four doubles in every build, for sums whose four lanes are promised.
+// The SIMD vocabulary: more of four doubles in every build, for sums whose four lanes are promised.
 //
-//   splat, load, store, storeNarrowed, + - *    as in simd.h
 //   loadQuad(p), loadQuadBackwards(p)           four singles or 16-bit integers, p[0] to p[3] or p[0] to p[-3]
 //   quadOfLanes(a, b, c, d)                     four numbers
 //   pairOf(a, b)                                two numbers
@@ -13,7 +12,7 @@
 
 #include <cstdint>
 
-#include "simd/simd.h"
+#include "simd/four.h"
 
 namespace vorn {
 
@@ -24,8 +23,8 @@ VORN_INLINE i32x4 loadBackwards(const std::int16_t* p) {
     return {_mm_srai_epi32(_mm_unpacklo_epi16(words, words), 16)};
 }
 
+VORN_INLINE f64x4 toQuad(f32x4 a) { return widened(a); }
 #if defined(VORN_SIMD_AVX2) || defined(VORN_SIMD_AVX512)
-VORN_INLINE f64x4 toQuad(f32x4 a) { return {_mm256_cvtps_pd(a.v)}; }
 VORN_INLINE f64x4 toQuad(i32x4 a) { return {_mm256_cvtepi32_pd(a.v)}; }
 template <class Narrow>
 VORN_INLINE f64x4 loadQuad(const Narrow* p) {
@@ -35,31 +34,12 @@ VORN_INLINE i32x4 truncToInt(f64x4 a) { return {_mm256_cvttpd_epi32(a.v)}; }
 VORN_INLINE f64x4 firstLanes(f64x4 a, std::int64_t n) {
     return a & floatOf(i64x4{_mm256_cmpgt_epi64(_mm256_set1_epi64x(n), _mm256_setr_epi64x(0, 1, 2, 3))});
 }
-VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(lowHalf(a) + highHalf(a)); }
 VORN_INLINE void transposed(f64x2 a, f64x2 b, f64x2 c, f64x2 d, f64x4& firsts, f64x4& seconds) {
     const f64x4 even = join(a, c), odd = join(b, d);
     firsts = interleaveLow(even, odd);
     seconds = interleaveHigh(even, odd);
 }
 #else
-struct f64x4 {
-    static constexpr int lanes = 4;
-    using Element = double;
-    f64x2 low, high;
-};
-template <>
-VORN_INLINE f64x4 load<f64x4>(const double* p) {
-    return {load<f64x2>(p), load<f64x2>(p + 2)};
-}
-template <>
-VORN_INLINE f64x4 splat<f64x4>(double x) {
-    return {splat<f64x2>(x), splat<f64x2>(x)};
-}
-VORN_INLINE f64x4 operator+(f64x4 a, f64x4 b) { return {a.low + b.low, a.high + b.high}; }
-VORN_INLINE f64x4 operator-(f64x4 a, f64x4 b) { return {a.low - b.low, a.high - b.high}; }
-VORN_INLINE f64x4 operator*(f64x4 a, f64x4 b) { return {a.low * b.low, a.high * b.high}; }
-VORN_INLINE f64x4 join(f64x2 low, f64x2 high) { return {low, high}; }
-VORN_INLINE f64x4 toQuad(f32x4 a) { return {widenLow(a), widenHigh(a)}; }
 VORN_INLINE f64x4 toQuad(i32x4 a) { return {toDoubleLow(a), toDoubleHigh(a)}; }
 template <class Narrow>
 VORN_INLINE f64x4 loadQuad(const Narrow* p) {
@@ -72,18 +52,9 @@ VORN_INLINE f64x4 firstLanes(f64x4 a, std::int64_t n) {
     return {{_mm_and_pd(a.low.v, _mm_castsi128_pd(_mm_cmpgt_epi32(count, _mm_setr_epi32(0, 0, 1, 1))))},
             {_mm_and_pd(a.high.v, _mm_castsi128_pd(_mm_cmpgt_epi32(count, _mm_setr_epi32(2, 2, 3, 3))))}};
 }
-VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(a.low + a.high); }
 VORN_INLINE void transposed(f64x2 a, f64x2 b, f64x2 c, f64x2 d, f64x4& firsts, f64x4& seconds) {
     firsts = {interleaveLow(a, b), interleaveLow(c, d)};
     seconds = {interleaveHigh(a, b), interleaveHigh(c, d)};
-}
-VORN_INLINE void store(double* p, f64x4 a) {
-    store(p, a.low);
-    store(p + 2, a.high);
-}
-VORN_INLINE void storeNarrowed(float* p, f64x4 a) {
-    storeNarrowed(p, a.low);
-    storeNarrowed(p + 2, a.high);
 }
 #endif
 
@@ -91,6 +62,7 @@ template <class Narrow>
 VORN_INLINE f64x4 loadQuadBackwards(const Narrow* p) {
     return toQuad(loadBackwards(p));
 }
+VORN_INLINE double sumLanes(f64x4 a) { return sumLanes(foldHalves(a)); }
 VORN_INLINE f64x2 pairOf(double a, double b) { return {_mm_setr_pd(a, b)}; }
 VORN_INLINE f64x4 quadOfLanes(double a, double b, double c, double d) { return join(pairOf(a, b), pairOf(c, d)); }
 

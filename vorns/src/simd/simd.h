@@ -76,9 +76,10 @@
 //
 // What few families need stands in small headers of its own: part.h and block.h (the ends of vectors), short_block.h
 // (moves and fills of a few bytes), fold.h (the lanes of a register joined), exact_sum.h and count.h (sums of products
-// and of yes and no), tile.h (four rows at once), groups.h (runs of 16 bytes), pairs.h and complex.h (complex numbers),
-// rounded_shift.h (shifts that round or saturate), unsigned.h (the order of integers without a sign), half.h (halves),
-// divide.h, gather.h, neighbours.h (two registers as neighbours in a run of elements).
+// and of yes and no), four.h and quad.h (four doubles in every build), tile.h (four rows at once), groups.h (runs of 16
+// bytes), pairs.h and complex.h (complex numbers), rounded_shift.h (shifts that round or saturate), unsigned.h (the
+// order of integers without a sign), half.h (halves), divide.h, gather.h, neighbours.h (two registers as neighbours in a
+// run of elements).
 #pragma once
 
 #include <cstddef>

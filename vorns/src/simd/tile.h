@@ -5,6 +5,7 @@
 
 #include <type_traits>
 
+#include "simd/four.h"
 #include "simd/simd.h"
 
 // With AVX-512 too a tile is two registers of 32 bytes: building one of 64 bytes takes more shuffles than it saves
@@ -92,43 +93,6 @@ using ShortWidths = Widths<i16x8>;
 using ShortToSingleWidths = Widths<i16x8>;
 #endif
 
-// Four doubles, one for each row of a tile, in every build.
-#if defined(VORN_WIDE_TILES)
-using f64x4of4 = f64x4;
-VORN_INLINE f64x4of4 widened(f32x4 a) { return {_mm256_cvtps_pd(a.v)}; }
-// x in lane 0, zeros behind it.
-VORN_INLINE f64x4of4 firstOnly(double x) { return {_mm256_insertf128_pd(_mm256_setzero_pd(), _mm_set_sd(x), 0)}; }
-// Lanes 0 and 1 + lanes 2 and 3.
-VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return lowHalf(a) + highHalf(a); }
-VORN_INLINE double firstLane(f64x4of4 a) { return firstLane(lowHalf(a)); }
-#else
-struct f64x4of4 {
-    static constexpr int lanes = 4;
-    using Element = double;
-    f64x2 low, high;
-};
-template <>
-VORN_INLINE f64x4of4 load<f64x4of4>(const double* p) {
-    return {load<f64x2>(p), load<f64x2>(p + 2)};
-}
-template <>
-VORN_INLINE f64x4of4 splat<f64x4of4>(double x) {
-    return {splat<f64x2>(x), splat<f64x2>(x)};
-}
-VORN_INLINE void store(double* p, f64x4of4 a) { store(p, a.low), store(p + 2, a.high); }
-VORN_INLINE f64x4of4 widened(f32x4 a) { return {widenLow(a), widenHigh(a)}; }
-VORN_INLINE f64x4of4 firstOnly(double x) { return {withFirst(splat<f64x2>(0.0), x), splat<f64x2>(0.0)}; }
-VORN_INLINE f64x2 foldHalves(f64x4of4 a) { return a.low + a.high; }
-VORN_INLINE double firstLane(f64x4of4 a) { return firstLane(a.low); }
-VORN_INLINE f64x4of4 operator+(f64x4of4 a, f64x4of4 b) { return {a.low + b.low, a.high + b.high}; }
-VORN_INLINE f64x4of4 operator-(f64x4of4 a, f64x4of4 b) { return {a.low - b.low, a.high - b.high}; }
-VORN_INLINE f64x4of4 operator*(f64x4of4 a, f64x4of4 b) { return {a.low * b.low, a.high * b.high}; }
-VORN_INLINE f64x4of4 operator/(f64x4of4 a, f64x4of4 b) { return {a.low / b.low, a.high / b.high}; }
-VORN_INLINE f64x2 lowHalf(f64x4of4 a) { return a.low; }
-VORN_INLINE f64x2 highHalf(f64x4of4 a) { return a.high; }
-VORN_INLINE f64x4of4 maxOf(f64x4of4 a, f64x4of4 b) { return {maxOf(a.low, b.low), maxOf(a.high, b.high)}; }
-#endif
-
 // The vector that holds one element for each row of a tile.
 template <class T>
 struct FourOf;
@@ -142,7 +106,7 @@ struct FourOf<std::int32_t> {
 };
 template <>
 struct FourOf<double> {
-    using type = f64x4of4;
+    using type = f64x4;
 };
 template <class T>
 using Four = typename FourOf<T>::type;
@@ -206,7 +170,7 @@ VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) {
     const __m256 pairs = _mm256_hadd_ps(a.v02, a.v13);  // of rows 0 and 1, then of rows 2 and 3
     return {_mm_hadd_ps(_mm256_castps256_ps128(pairs), _mm256_extractf128_ps(pairs, 1))};
 }
-VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) { return {_mm256_hadd_pd(a.v02, a.v13)}; }
+VORN_INLINE f64x4 sumLanes(f64x2x4 a) { return {_mm256_hadd_pd(a.v02, a.v13)}; }
 VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
     const __m256 c01 = _mm256_unpacklo_ps(a.v02, a.v13), c23 = _mm256_unpackhi_ps(a.v02, a.v13);
     const __m128 c01Low = _mm256_castps256_ps128(c01), c01High = _mm256_extractf128_ps(c01, 1);
@@ -216,7 +180,7 @@ VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
     column[2] = {_mm_movelh_ps(c23Low, c23High)};
     column[3] = {_mm_movehl_ps(c23High, c23Low)};
 }
-VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
+VORN_INLINE void columnsOf(f64x2x4 a, f64x4 (&column)[2]) {
     column[0] = {_mm256_unpacklo_pd(a.v02, a.v13)};
     column[1] = {_mm256_unpackhi_pd(a.v02, a.v13)};
 }
@@ -256,7 +220,7 @@ struct RowsOf<0, f64x2> {
 };
 
 VORN_INLINE f32x4 sumNeighbours(f32x4x4 a) { return {_mm_hadd_ps(_mm_hadd_ps(a.v0, a.v1), _mm_hadd_ps(a.v2, a.v3))}; }
-VORN_INLINE f64x4of4 sumLanes(f64x2x4 a) { return {{_mm_hadd_pd(a.v0, a.v1)}, {_mm_hadd_pd(a.v2, a.v3)}}; }
+VORN_INLINE f64x4 sumLanes(f64x2x4 a) { return {{_mm_hadd_pd(a.v0, a.v1)}, {_mm_hadd_pd(a.v2, a.v3)}}; }
 VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
     const __m128 c01Low = _mm_unpacklo_ps(a.v0, a.v1), c01High = _mm_unpacklo_ps(a.v2, a.v3);
     const __m128 c23Low = _mm_unpackhi_ps(a.v0, a.v1), c23High = _mm_unpackhi_ps(a.v2, a.v3);
@@ -265,7 +229,7 @@ VORN_INLINE void columnsOf(f32x4x4 a, f32x4 (&column)[4]) {
     column[2] = {_mm_movelh_ps(c23Low, c23High)};
     column[3] = {_mm_movehl_ps(c23High, c23Low)};
 }
-VORN_INLINE void columnsOf(f64x2x4 a, f64x4of4 (&column)[2]) {
+VORN_INLINE void columnsOf(f64x2x4 a, f64x4 (&column)[2]) {
     column[0] = {{_mm_unpacklo_pd(a.v0, a.v1)}, {_mm_unpacklo_pd(a.v2, a.v3)}};
     column[1] = {{_mm_unpackhi_pd(a.v0, a.v1)}, {_mm_unpackhi_pd(a.v2, a.v3)}};
 }

@@ -130,7 +130,7 @@ inline std::ptrdiff_t termCount(const Vorn32f*, std::ptrdiff_t len) { return len
 // the last product, or the first where there is none.
 template <class Term>
 Vorn64f formTerms(const TwoGaussians& g, std::ptrdiff_t len, Vorn64f* products) {
-    using V = f64x4of4;
+    using V = f64x4;
     V lanes = splat<V>(0);
     std::ptrdiff_t j = 0;
     Vorn64f* product = products;

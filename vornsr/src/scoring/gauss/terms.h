@@ -26,7 +26,7 @@ VORN_INLINE V loadAs(const typename V::Element* p) {
     return load<V>(p);
 }
 template <class V>
-VORN_INLINE V loadAs(const Vorn32f* p) requires std::is_same_v<V, f64x4of4> {
+VORN_INLINE V loadAs(const Vorn32f* p) requires std::is_same_v<V, f64x4> {
     return widened(load<f32x4>(p));
 }
 template <class V>

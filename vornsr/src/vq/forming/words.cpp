@@ -9,11 +9,18 @@
 namespace vorn::vq {
 namespace {
 
-// Stream by stream: a codebook, and of no more words than its indices can name.
-VornStatus checkCodebooks(const Streams& streams, std::int64_t mostWords) {
+struct RowSize {
+    std::int64_t elements = 0, bits = 0;
+};
+
+// Stream by stream: a codebook, and of no more words than its indices can name. Adds up what a row has.
+VornStatus checkCodebooks(const Streams& streams, std::int64_t mostWords, RowSize& size) {
     for (int s = 0; s < streams.count; ++s) {
         VORN_CHECK(notNull(streams.codebooks[s]));
-        VORN_CHECK(require(streams[s].cdbkSize <= mostWords, vornStsSizeErr));
+        const VornCdbkState& codebook = streams[s];
+        VORN_CHECK(require(codebook.cdbkSize <= mostWords, vornStsSizeErr));
+        size.elements += codebook.vecLen;
+        size.bits += codebook.indexBits;
     }
     return vornStsNoErr;
 }
@@ -25,9 +32,10 @@ VornStatus formOfIndices(const Index* src, int srcStep, T* dst, int dstStep, int
     VORN_CHECK(notNull(streams.codebooks, src, dst));
     VORN_CHECK(positive(streams.count, srcStep, dstStep, height));
     VORN_CHECK(require(streams.count <= srcStep, vornStsSizeErr));
-    VORN_CHECK(checkCodebooks(streams, sizeof(Index) == 1 ? 256 : anyNumber));
-    VORN_CHECK(require(streams.sumOf(&VornCdbkState::vecLen) <= dstStep, vornStsSizeErr));
-    formRows(IndexRows<Index>{src, srcStep}, dst, dstStep, height, streams);
+    RowSize size;
+    VORN_CHECK(checkCodebooks(streams, sizeof(Index) == 1 ? 256 : anyNumber, size));
+    VORN_CHECK(require(size.elements <= dstStep, vornStsSizeErr));
+    formRows(StreamOfIndices<Index>{src, srcStep}, dst, dstStep, height, streams);
     return vornStsNoErr;
 }
 
@@ -35,10 +43,10 @@ template <class T>
 VornStatus formOfBits(const Vorn8u* src, int srcBitStep, T* dst, int dstStep, int height, const Streams& streams) {
     VORN_CHECK(notNull(streams.codebooks, src, dst));
     VORN_CHECK(positive(streams.count, srcBitStep, dstStep, height));
-    VORN_CHECK(checkCodebooks(streams, anyNumber));
-    VORN_CHECK(require(streams.sumOf(&VornCdbkState::vecLen) <= dstStep, vornStsSizeErr));
-    VORN_CHECK(require(streams.sumOf(&VornCdbkState::indexBits) <= srcBitStep, vornStsSizeErr));
-    formRows(PackedRows{src, srcBitStep}, dst, dstStep, height, streams);
+    RowSize size;
+    VORN_CHECK(checkCodebooks(streams, anyNumber, size));
+    VORN_CHECK(require(size.elements <= dstStep && size.bits <= srcBitStep, vornStsSizeErr));
+    formRows(StreamOfBits{src, 0, srcBitStep}, dst, dstStep, height, streams);
     return vornStsNoErr;
 }
 

@@ -1,9 +1,11 @@
 // The candidates that a grid names for a query.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <type_traits>
 
+#include "simd/simd.h"
 #include "vq/codebook/state.h"
 #include "vq/search/distances.h"
 
@@ -43,14 +45,24 @@ Found searchGrid(const VornCdbkState& book, const Query& query) {
                                                    : candidatesOf<T>(*static_cast<const Square*>(book.grid), query.x);
     const T* words = static_cast<const T*>(book.words);
     Found found;
-    for (int k = 0; k < candidates.count; ++k) {
-        const T* word = words + std::ptrdiff_t{candidates.list[k]} * book.rowStep;
-        Vorn32f d = 0;
-        for (int i = 0; i < query.width; ++i) {
-            const auto w = static_cast<Vorn32f>(word[i]);
-            d = query.weight == nullptr ? plusSquare(d, query.x[i], w) : plusSquare(d, query.x[i], w, query.weight[i]);
+    constexpr int groups = 2, atOnce = 4 * groups;
+    for (int first = 0; first < candidates.count; first += atOnce) {
+        // Behind the last candidate it takes the place of those that fill up a group: again no nearer.
+        const T* word[groups][4];
+        for (int k = 0; k < atOnce; ++k) {
+            const int candidate = candidates.list[std::min(first + k, candidates.count - 1)];
+            word[k / 4][k % 4] = words + std::ptrdiff_t{candidate} * book.rowStep;
         }
-        found.meet(candidates.list[k], d);
+        f32x4 sum[groups];
+        distancesOfGroups(query, word, sum);
+        // No distance is negative, so only one that is smaller can be below by the tolerance.
+        const f32x4 best = splat<f32x4>(found.distance);
+        if (!any((sum[0] < best) | (sum[1] < best))) continue;
+        Vorn32f distance[atOnce];
+        store(distance, sum[0]);
+        store(distance + 4, sum[1]);
+        const int count = std::min(atOnce, candidates.count - first);
+        for (int k = 0; k < count; ++k) found.meet(candidates.list[first + k], distance[k]);
     }
     return found;
 }

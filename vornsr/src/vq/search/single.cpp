@@ -33,7 +33,7 @@ bool rankingOf(const T* x, VornCdbkState& book) {
 template <class T, class Put>
 VornStatus inOrder(const T* src, VornCdbkState& book, int count, const Put& put) {
     if (!rankingOf(src, book)) return vornStsMemAllocErr;
-    Ranking ranking(book.scratch, book.cdbkSize);
+    Ranking ranking(book.scratch, book.cdbkSize, count);
     for (int rank = 0; rank < count; ++rank) put(rank, ranking.next());
     return vornStsNoErr;
 }
@@ -84,7 +84,7 @@ VornStatus withinLimit(const T* src, VornCdbkState& book, const Limit& limit, in
     count = 0;
     if (limit.isNegative()) return vornStsNoErr;
     if (!rankingOf(src, book)) return vornStsMemAllocErr;
-    Ranking ranking(book.scratch, book.cdbkSize);
+    Ranking ranking(book.scratch, book.cdbkSize, 0);  // mostly few
     for (int rank = 0; rank < book.cdbkSize; ++rank) {
         const Found found = ranking.next();
         if (found.index < 0 || !limit.holds(found.distance, src)) break;

@@ -68,7 +68,7 @@ inline double addInOrder(double sum, const T* x, const T* mean, Var var, std::pt
 // other; pair + pair, lane + lane, then what remains in order. sum is what lane 0 starts with.
 template <class T, class Var>
 inline double pairedDoubleSum(double sum, const T* x, const T* mean, Var var, std::ptrdiff_t from, std::ptrdiff_t len) {
-    using V = f64x4of4;
+    using V = f64x4;
     using Terms = DoubleTerms<T>;
     V pairs = firstOnly(sum);
     std::ptrdiff_t j = from;
