@@ -11,7 +11,7 @@
 namespace digits {
 namespace {
 
-constexpr int kColumns = 3, kAcross = 72, kUp = 54;  // panels side by side; cells of a panel
+constexpr int kColumns = 3, kAcross = 52, kUp = 39;  // panels side by side; cells of a panel
 constexpr double kPanelWidth = 296, kPanelHeight = 222, kGap = 24, kTop = 40, kLeft = 12;
 
 // The ends between which 99 of 100 places lie, with some room.

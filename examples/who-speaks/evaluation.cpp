@@ -18,7 +18,7 @@ void printDistortions(std::FILE* to, const Run& run) {
     std::size_t longest = 8;
     for (const Speaker& speaker : run.speakers) longest = std::max(longest, speaker.name.size());
     const int width = static_cast<int>(longest) + 1;
-    std::fprintf(to, "distortion (rows: who spoke, columns: whose codewords; mean squared distance of a frame)\n  %*s",
+    std::fprintf(to, "distortion (rows: speaker, columns: whose codewords; mean squared distance of a frame)\n  %*s",
                  width, "");
     for (const Speaker& speaker : run.speakers) std::fprintf(to, "%*s", width, speaker.name.c_str());
     std::fputc('\n', to);
@@ -151,7 +151,7 @@ void print(std::FILE* to, const Run& run) {
     const Tally counts = tally(run);
     if (counts.known > 0) {
         std::fprintf(to, "accuracy:   %.2f %% (%d of %d)\n", counts.accuracy(), counts.right, counts.known);
-        printConfusion(to, counts, "who spoke");
+        printConfusion(to, counts, "speaker");
         printDistortions(to, run);
     }
     for (const Outcome& outcome : run.outcomes) {

@@ -68,10 +68,11 @@ std::string tiles(const Run& run, const Tally& counts) {
     return html + "</div>\n";
 }
 
-std::string distortionTable(const Run& run) {
+std::string distortionSection(const Run& run) {
     std::string html =
-        "<h3>Distortion</h3><p class='note'>Mean squared distance of a speaker's frames (row) from the codewords of "
-        "each speaker (column).</p><table><tr><th></th>";
+        "<section><h2>Distortion</h2><p class='lead'>How far the frames of each speaker (row) are from the codewords "
+        "of "
+        "each speaker (column): mean squared distances.</p><table><tr><th></th>";
     for (const Speaker& speaker : run.speakers) html += "<th class='number'>" + escaped(speaker.name) + "</th>";
     html += "</tr>\n";
     const std::vector<std::vector<double>> matrix = distortions(run);
@@ -83,7 +84,7 @@ std::string distortionTable(const Run& run) {
         }
         html += "</tr>\n";
     }
-    return html + "</table>\n";
+    return html + "</table></section>\n";
 }
 
 std::string closestTable(const Run& run) {
@@ -118,8 +119,8 @@ std::string roadSection() {
 std::string codewordSection(const Run& run) {
     const std::optional<Plane> plane = planeOfFrames(run);
     if (!plane) return {};
-    return "<section><h2>Codewords over frames</h2><p class='lead'>The frames of each speaker's recordings, none of "
-           "which was in training, and the speaker's codewords, in the plane where all frames vary most.</p>" +
+    return "<section><h2>Codewords over frames</h2><p class='lead'>The frames of each speaker's recordings, and the "
+           "speaker's codewords, in the plane where all frames vary most.</p>" +
            codewordFigure(run, *plane) +
            "<p class='note'>The brighter a cell, the more frames. Twelve dimensions are laid flat here, so frames that "
            "meet in the picture may be far apart. Principal components of the frames: "
@@ -147,8 +148,8 @@ std::string sizeSection(const Comparison& comparison) {
 
 std::string searchSection(const Comparison& comparison, long long frames) {
     std::string html =
-        "<section><h2>Searches</h2><p class='lead'>The same codewords, all of them compared or found by a tree, in "
-        "float and in 16 bits.</p>" +
+        "<section><h2>Searches</h2><p class='lead'>All codewords compared, or one of them found by a tree, in float "
+        "and in 16 bits.</p>" +
         head({"search", "function", "right", "distortion", "misses", "frames per second", "times all words"}, 2);
     for (const SearchTrial& trial : comparison.searches) {
         html += format("<tr><td>%s</td><td><code>%s</code></td>", trial.name, trial.function) + right(trial) +
@@ -160,15 +161,15 @@ std::string searchSection(const Comparison& comparison, long long frames) {
     return html +
            "</table><p class='note'>Distortion is that of the speaker's own frames. A miss is a frame that did not get "
            "the nearest of the words; in 16 bits, rounded words may change places. Frames per second are those that "
-           "went through the codebooks of all speakers. Comparing all words is quick, since neighbouring words are "
-           "compared at once; a tree looks at fewer of them, one after another.</p></section>\n";
+           "went through the codebooks of all speakers. All words are compared several at a time; a "
+           "tree looks at fewer of them, one after another, and may end beside the nearest one.</p></section>\n";
 }
 
 std::string compressionSection(const Compression& compression) {
-    Chart chart{"Recordings that are right, over the bits a second", "bits a second", " %", {}, {}, {}, 100, 100};
-    chart.series = {{"digits", {}}, {"digits, models of quantised features", {}}, {"speakers", {}}};
+    Chart chart{"Recordings that are right", "bits a second", " %", {}, {}, {}, 100, 100};
+    chart.series = {{"digits", {}}, {"digits by such models", {}}, {"speakers", {}}};
     std::string table = head({"bits a pair", "bits a frame", "bits a second", "bytes of all", "signal to noise",
-                              "digits right", "with such models", "speakers right"},
+                              "digits right", "by such models", "speakers right"},
                              0);
     bool counted = true;
     for (const CompressionTrial& trial : compression.trials) {
@@ -199,7 +200,7 @@ std::string compressionSection(const Compression& compression) {
            "of its nearest codeword. The server looks the codewords up, makes features of them, and recognises.</p>" +
            (counted ? draw(chart) : std::string()) + table +
            "</table><p class='note'>\u201cDigits right\u201d is by word models of features that were never quantised, "
-           "\u201cwith such models\u201d by models trained on features that were quantised as well, \u201cspeakers "
+           "\u201cby such models\u201d by those trained on features that were quantised as well, \u201cspeakers "
            "right\u201d by the codebooks above. The sound itself has 128000 bits a second.</p>" +
            format("<h3>Streams at %d bits a pair</h3>", kTypicalPairBits) + streams +
            "</table><p class='note'>Ratio of the variance of the elements to the mean squared error. Functions: "
@@ -214,8 +215,8 @@ void writeReport(const fs::path& path, const Run& run) {
     std::string html = tiles(run, counts);
     if (counts.known > 0) {
         html += "<section><div class='split'><div><h2>Who was taken for whom</h2>" +
-                confusionFigure(counts, "who spoke") + "</div><div>" + closestTable(run) + "</div></div>" +
-                distortionTable(run) + "</section>\n";
+                confusionFigure(counts, "speaker") + "</div><div>" + closestTable(run) + "</div></div></section>\n" +
+                distortionSection(run);
     }
     html += roadSection() + codewordSection(run);
     if (run.comparison) {
