@@ -167,9 +167,9 @@ std::string searchSection(const Comparison& comparison, long long frames) {
 
 std::string compressionSection(const Compression& compression) {
     Chart chart{"Recordings that are right", "bits a second", " %", {}, {}, {}, 100, 100};
-    chart.series = {{"digits", {}}, {"digits by such models", {}}, {"speakers", {}}};
+    chart.series = {{"digits", {}}, {"digits by quantised models", {}}, {"speakers", {}}};
     std::string table = head({"bits a pair", "bits a frame", "bits a second", "bytes of all", "signal to noise",
-                              "digits right", "by such models", "speakers right"},
+                              "digits right", "by quantised models", "speakers right"},
                              0);
     bool counted = true;
     for (const CompressionTrial& trial : compression.trials) {
@@ -200,7 +200,7 @@ std::string compressionSection(const Compression& compression) {
            "of its nearest codeword. The server looks the codewords up, makes features of them, and recognises.</p>" +
            (counted ? draw(chart) : std::string()) + table +
            "</table><p class='note'>\u201cDigits right\u201d is by word models of features that were never quantised, "
-           "\u201cby such models\u201d by those trained on features that were quantised as well, \u201cspeakers "
+           "\u201cby quantised models\u201d by those trained on features that were quantised as well, \u201cspeakers "
            "right\u201d by the codebooks above. The sound itself has 128000 bits a second.</p>" +
            format("<h3>Streams at %d bits a pair</h3>", kTypicalPairBits) + streams +
            "</table><p class='note'>Ratio of the variance of the elements to the mean squared error. Functions: "
