@@ -26,7 +26,8 @@ set(DOXYGEN_LAYOUT_FILE ${CMAKE_CURRENT_SOURCE_DIR}/docs/DoxygenLayout.xml)
 set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/docs/reference.md)
 set(DOXYGEN_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference)
 doxygen_add_docs(reference include README.md CONTRIBUTING.md docs
-    examples/spoken-digits/README.md examples/spoken-digits/data/ATTRIBUTION.md ALL COMMENT "Writing the reference")
+    examples/spoken-digits/README.md examples/spoken-digits/data/ATTRIBUTION.md examples/who-speaks/README.md
+    ALL COMMENT "Writing the reference")
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT development
     FILES_MATCHING PATTERN "vorn*" PATTERN "Vorn*")

@@ -71,7 +71,7 @@ Analysis FrontEnd::analyse(std::span<const Vorn16s> samples) const {
     Analysis analysis;
     analysis.frames = framesIn(samples.size());
     energiesOfFrames(centred(samples), analysis);
-    featuresOfFrames(analysis);
+    analysis.features = features(cepstra(analysis));
     return analysis;
 }
 
@@ -99,18 +99,23 @@ void FrontEnd::energiesOfFrames(const std::vector<Vorn32f>& wave, Analysis& anal
     DIGITS_CALL(vornsLn_32f_I, analysis.energies.data(), static_cast<int>(analysis.energies.size()));
 }
 
-void FrontEnd::featuresOfFrames(Analysis& analysis) const {
+std::vector<Vorn32f> FrontEnd::cepstra(const Analysis& analysis) const {
     const auto frames = static_cast<std::size_t>(analysis.frames);
     std::vector<Vorn32f> cepstra(frames * kStatic);
     for (std::size_t t = 0; t < frames; ++t) {
         DIGITS_CALL(vornsDCTLifter_32f, analysis.energies.data() + t * kFilters, cepstra.data() + t * kStatic,
                     lifter_.get());
     }
-    takeLoudnessAway(cepstra, analysis.frames);
+    return cepstra;
+}
 
-    analysis.features.assign(frames * kRowStep, 0.0f);
-    DIGITS_CALL(vornsDeltaDelta_Win2_32f_D2, cepstra.data(), kStatic, analysis.features.data(), kRowStep,
-                analysis.frames, kDeltaScale, kDeltaScale, vornDeltaFirst | vornDeltaLast);
+std::vector<Vorn32f> FrontEnd::features(std::vector<Vorn32f> cepstra) {
+    const int frames = static_cast<int>(cepstra.size()) / kStatic;
+    takeLoudnessAway(cepstra, frames);
+    std::vector<Vorn32f> features(static_cast<std::size_t>(frames) * kRowStep, 0.0f);
+    DIGITS_CALL(vornsDeltaDelta_Win2_32f_D2, cepstra.data(), kStatic, features.data(), kRowStep, frames, kDeltaScale,
+                kDeltaScale, vornDeltaFirst | vornDeltaLast);
+    return features;
 }
 
 }  // namespace digits

@@ -48,6 +48,13 @@ public:
     // The first step of it: the samples without their constant offset.
     static std::vector<Vorn32f> centred(std::span<const Vorn16s> samples);
 
+    // The middle of it: kStatic cepstra a frame, with the loudness still in coefficient zero. Each frame stands for
+    // itself here, so that they can be sent one by one.
+    std::vector<Vorn32f> cepstra(const Analysis& analysis) const;
+
+    // The last steps of it: the features of frames whose cepstra these are.
+    static std::vector<Vorn32f> features(std::vector<Vorn32f> cepstra);
+
     // kFrameLength weights.
     const std::vector<Vorn32f>& window() const { return window_; }
 
@@ -57,7 +64,6 @@ private:
     using Lifter = std::unique_ptr<VornDCTLifterState_32f, VornStatus (*)(VornDCTLifterState_32f*)>;
 
     void energiesOfFrames(const std::vector<Vorn32f>& wave, Analysis& analysis) const;
-    void featuresOfFrames(Analysis& analysis) const;
 
     Transform transform_{nullptr, vornsFFTFree_R_32f};
     Bank bank_{nullptr, vornsFBankFree_32f};

@@ -4,10 +4,10 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-#include <fstream>
-#include <iterator>
+#include <utility>
 
 #include "input_error.h"
+#include "sealed.h"
 
 namespace digits {
 namespace {
@@ -37,13 +37,6 @@ std::size_t bytesOf(const Header& header) {
     return header.words * header.states * floatsPerState(header) * sizeof(Vorn32f);
 }
 
-// FNV-1a (Fowler, Noll, Vo, 1991).
-std::uint64_t checksum(const char* bytes, std::size_t count) {
-    std::uint64_t hash = 14695981039346656037u;
-    for (std::size_t i = 0; i < count; ++i) hash = (hash ^ static_cast<unsigned char>(bytes[i])) * 1099511628211u;
-    return hash;
-}
-
 // Visits the numbers of a state in the order of the file, for writing and for reading alike.
 template <typename AnyState, typename Visit>
 void visitNumbers(AnyState& state, Visit visit) {
@@ -68,11 +61,7 @@ Header checkedHeader(const fs::path& path, const std::string& bytes) {
         header.states < 1 || header.states > kMaxStates || header.gaussians < 1 || header.gaussians > kMaxGaussians) {
         throw InputError(path, "holds a model of another shape than this program uses");
     }
-    const std::size_t needed = sizeof header + bytesOf(header) + sizeof(std::uint64_t);
-    if (bytes.size() != needed) {
-        throw InputError(
-            path, "has " + std::to_string(bytes.size()) + " bytes where its header asks for " + std::to_string(needed));
-    }
+    checkSize(path, bytes, sizeof header + bytesOf(header));
     return header;
 }
 
@@ -97,29 +86,13 @@ void save(const Models& models, const fs::path& path) {
             });
         }
     }
-    const std::uint64_t sum = checksum(bytes.data(), bytes.size());
-    bytes.append(reinterpret_cast<const char*>(&sum), sizeof sum);
-
-    std::ofstream file(path, std::ios::binary);
-    if (!file.write(bytes.data(), static_cast<std::streamsize>(bytes.size())).flush()) {
-        throw InputError(path, "cannot be written");
-    }
+    writeSealed(path, std::move(bytes));
 }
 
 Models load(const fs::path& path) {
-    std::error_code error;
-    if (!fs::exists(path, error)) throw InputError(path, "there is no such model file");
-    if (fs::is_directory(path, error)) throw InputError(path, "is a directory, not a model file");
-    std::ifstream file(path, std::ios::binary);
-    if (!file) throw InputError(path, "cannot be opened for reading");
-    const std::string bytes{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+    const std::string bytes = readModelFile(path);
     const Header header = checkedHeader(path, bytes);
-
-    std::uint64_t sum = 0;
-    std::memcpy(&sum, bytes.data() + bytes.size() - sizeof sum, sizeof sum);
-    if (sum != checksum(bytes.data(), bytes.size() - sizeof sum)) {
-        throw InputError(path, "is damaged: its checksum does not agree with its contents");
-    }
+    checkSeal(path, bytes);
 
     State blank;
     blank.mean.resize(header.gaussians * kRowStep);

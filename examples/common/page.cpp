@@ -59,7 +59,7 @@ svg .curve.thin, svg .key.thin { stroke: var(--soft); stroke-width: 1.2; } svg .
 svg .spectral-line { stroke: var(--second); stroke-width: 1.4; stroke-dasharray: 3 4; opacity: .85; } svg .gap { fill: #8e97a4; }
 svg .track { fill: none; stroke-linejoin: round; } svg .track.under { stroke: #10151c; stroke-width: 3.6; opacity: .65; }
 svg .track.odd-line { stroke: #ffffff; stroke-width: 1.7; } svg .track.even-line { stroke: #6fd3ff; stroke-width: 1.7; }
-svg .dot { fill: var(--first); } svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
+svg .dot { fill: var(--first); } svg .codeword { fill: #7fe0ff; stroke: #10151c; stroke-width: .9; rx: 2.5px; } svg .edge { fill: none; stroke: #c9d2de; stroke-width: 1.2; stroke-dasharray: 5 3; } svg .road { fill: none; stroke-linejoin: round; }
 svg .road.under { stroke: #10151c; stroke-width: 4; opacity: .6; } svg .road.over { stroke: #ffffff; stroke-width: 2; }
 svg .bar { fill: var(--bar); } svg .bar.first { fill: var(--first); } svg .bar.second { fill: var(--second); } svg .bar.third { fill: var(--third); }
 svg text.digit { font-size: 12px; opacity: .75; } svg text.mean { font-size: 17px; font-weight: 700; opacity: 1; paint-order: stroke; stroke: var(--card); stroke-width: 4px; }

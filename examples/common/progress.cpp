@@ -9,7 +9,9 @@
 
 namespace digits {
 
-void complain(const std::exception& error) { std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what()); }
+void complain(const std::exception& error) {
+    std::fprintf(stderr, "%s: %s\n", program_invocation_short_name, error.what());
+}
 
 Progress::Progress(std::string label, int total)
     : label_(std::move(label)), total_(total), terminal_(isatty(STDERR_FILENO) != 0) {

@@ -38,6 +38,24 @@ std::vector<fs::path> recordingsIn(const fs::path& directory) {
     return paths;
 }
 
+std::vector<Task> tasksOf(const std::vector<fs::path>& inputs, bool& complete) {
+    std::vector<Task> tasks;
+    for (const fs::path& input : inputs) {
+        std::error_code ignored;
+        if (!fs::is_directory(input, ignored)) {
+            tasks.push_back({input, true});
+            continue;
+        }
+        try {
+            for (const fs::path& path : recordingsIn(input)) tasks.push_back({path, false});
+        } catch (const InputError& error) {
+            complain(error);
+            complete = false;
+        }
+    }
+    return tasks;
+}
+
 std::optional<int> spokenDigit(const fs::path& path) {
     const std::string name = path.filename().string();
     if (name.size() < 2 || name[0] < '0' || name[0] > '9' || name[1] != '_') return std::nullopt;

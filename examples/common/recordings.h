@@ -13,6 +13,15 @@ namespace digits {
 // The recordings of a directory in the order of their names. Throws InputError when there are none.
 std::vector<std::filesystem::path> recordingsIn(const std::filesystem::path& directory);
 
+// The recordings that the user named, and whether each by itself or by its directory.
+struct Task {
+    std::filesystem::path path;
+    bool byItself;
+};
+
+// Complains about a directory that has none, and then tells that they are not complete.
+std::vector<Task> tasksOf(const std::vector<std::filesystem::path>& inputs, bool& complete);
+
 // The digit and the speaker that the name {digit}_{speaker}_{index}.wav tells, if it is of this form.
 std::optional<int> spokenDigit(const std::filesystem::path& path);
 std::string speaker(const std::filesystem::path& path);

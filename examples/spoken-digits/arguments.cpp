@@ -1,22 +1,10 @@
 // The command line: its help, its words, and which of them go together.
 #include "arguments.h"
 
-#include <algorithm>
-#include <charconv>
-#include <map>
-
 #include "train.h"
 
 namespace digits {
 namespace {
-
-using Options = std::map<std::string, std::string>;
-
-// What each command takes.
-struct Command {
-    const char* name;
-    std::vector<std::string> options;
-};
 
 const std::vector<Command>& commands() {
     static const std::vector<Command> kCommands{
@@ -26,40 +14,6 @@ const std::vector<Command>& commands() {
         {"demo", {"--output"}},
     };
     return kCommands;
-}
-
-void need(bool condition, const std::string& message) {
-    if (!condition) throw UsageError(message);
-}
-
-std::string listed(const std::vector<std::string>& names) {
-    std::string text;
-    for (std::size_t i = 0; i < names.size(); ++i) {
-        text += (i == 0 ? "" : i + 1 == names.size() ? " and " : ", ") + names[i];
-    }
-    return text;
-}
-
-const Command& commandNamed(const std::string& name) {
-    for (const Command& command : commands()) {
-        if (command.name == name) return command;
-    }
-    throw UsageError("there is no command " + name);
-}
-
-bool known(const std::string& option) {
-    return std::any_of(commands().begin(), commands().end(), [&](const Command& command) {
-        return std::find(command.options.begin(), command.options.end(), option) != command.options.end();
-    });
-}
-
-int gaussiansOf(const std::string& text) {
-    if (text.empty()) return kGaussians;
-    int value = 0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
-    need(error == std::errc() && end == text.data() + text.size() && value >= 1 && value <= kMostGaussians,
-         "--gaussians takes a number from 1 to " + std::to_string(kMostGaussians));
-    return value;
 }
 
 std::vector<Arithmetic> rivalsOfFloat(const std::string& name) {
@@ -77,11 +31,11 @@ Method methodOf(const std::string& name) {
     throw UsageError("there is no method " + name + ": it is mixtures, templates or both");
 }
 
-void checkRecognition(const Arguments& arguments, Options& options) {
+void checkRecognition(const Arguments& arguments, const CommandLine& line) {
     need(!arguments.inputs.empty(), "recognise needs recordings or directories of them");
     if (arguments.method == Method::kTemplates) {
         for (const char* option : {"--model", "--report", "--arithmetic", "--shortlists"}) {
-            need(options[option].empty(), std::string(option) + " is of no use with --method templates");
+            need(line.option(option).empty(), std::string(option) + " is of no use with --method templates");
         }
     } else {
         need(!arguments.model.empty(), "recognise needs --model FILE");
@@ -124,41 +78,25 @@ const char* const kHelp =
     "Exit status: 0 all done, 1 some file could not be used (the others are still done), 2 wrong use.\n";
 
 Arguments parse(const std::vector<std::string>& words) {
-    need(!words.empty(), "a command is needed");
-    const Command& command = commandNamed(words[0]);
+    const CommandLine line = parseWords(commands(), words);
     Arguments arguments;
-    arguments.command = command.name;
-    Options options;
-    for (std::size_t i = 1; i < words.size(); ++i) {
-        const std::string& word = words[i];
-        if (!word.starts_with("--")) {
-            arguments.inputs.emplace_back(word);
-            continue;
-        }
-        need(known(word), "there is no option " + word);
-        need(++i < words.size(), word + " needs a value");
-        options[word] = words[i];
-    }
-    for (const auto& option : options) {
-        need(std::find(command.options.begin(), command.options.end(), option.first) != command.options.end(),
-             arguments.command + " takes no option but " + listed(command.options));
-    }
-
-    arguments.model = options["--model"];
-    arguments.report = options["--report"];
-    arguments.show = options["--show"];
-    arguments.output = options["--output"];
-    arguments.templates = options["--templates"];
-    arguments.shortlists = options["--shortlists"];
-    arguments.large = options["--large"];
-    arguments.gaussians = gaussiansOf(options["--gaussians"]);
-    arguments.method = methodOf(options["--method"]);
-    arguments.rivals = rivalsOfFloat(options["--arithmetic"]);
+    arguments.command = line.command;
+    arguments.inputs = line.inputs;
+    arguments.model = line.option("--model");
+    arguments.report = line.option("--report");
+    arguments.show = line.option("--show");
+    arguments.output = line.option("--output");
+    arguments.templates = line.option("--templates");
+    arguments.shortlists = line.option("--shortlists");
+    arguments.large = line.option("--large");
+    arguments.gaussians = line.number("--gaussians", kGaussians, 1, kMostGaussians);
+    arguments.method = methodOf(line.option("--method"));
+    arguments.rivals = rivalsOfFloat(line.option("--arithmetic"));
     if (arguments.command == "train") {
         need(arguments.inputs.size() == 1, "train needs one directory of recordings");
         need(!arguments.model.empty(), "train needs --model FILE");
     } else if (arguments.command == "recognise") {
-        checkRecognition(arguments, options);
+        checkRecognition(arguments, line);
     } else {
         need(arguments.inputs.size() == 1, "demo needs one directory that holds train and test");
         need(!arguments.output.empty(), "demo needs --output DIR");

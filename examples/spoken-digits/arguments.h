@@ -2,17 +2,13 @@
 #pragma once
 
 #include <filesystem>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "command_line.h"
 #include "quantise.h"
 
 namespace digits {
-
-struct UsageError : std::runtime_error {
-    using std::runtime_error::runtime_error;
-};
 
 extern const char* const kHelp;
 

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "front_end.h"
+#include "plane.h"
 
 namespace digits {
 
@@ -17,16 +18,7 @@ using MeanFrame = std::array<Vorn32f, kMeanFrame>;
 // The mean frames of a recording's first and second half, side by side.
 MeanFrame meanFrame(const Analysis& analysis);
 
-struct Plane {
-    std::vector<std::array<double, 2>> places;  // one a recording
-    std::array<double, 2> shares;               // of the whole variance, along each direction
-};
-
-// The plane in which the mean frames, brought to mean 0 and deviation 1 in every element, vary most: the first two
-// columns of U W, where U W V' is their singular value decomposition. None for fewer than three recordings, or where
-// nothing varies.
-//
-// H. Hotelling, "Analysis of a complex of statistical variables into principal components", 1933.
+// The plane in which they vary most.
 std::optional<Plane> principalPlane(const std::vector<MeanFrame>& recordings);
 
 }  // namespace digits

@@ -2,8 +2,8 @@
 #include "evaluation.h"
 
 #include <algorithm>
-#include <cmath>
 #include <string>
+#include <utility>
 
 namespace digits {
 
@@ -15,59 +15,33 @@ void Measured::add(const Outcome& outcome, double duration) {
     right += !outcome.wrong();
 }
 
-int Tally::spoken(int digit) const {
-    int sum = 0;
-    for (const int count : confusion[digit]) sum += count;
-    return sum;
-}
-
 namespace {
 
-void count(Tally& result, const std::optional<int>& spoken, const std::optional<int>& recognised) {
-    if (!spoken) return;
-    ++result.known;
-    result.right += spoken == recognised;
-    if (recognised) ++result.confusion[*spoken][*recognised];
+Tally noWords() {
+    std::vector<std::string> names;
+    for (int w = 0; w < kWords; ++w) names.emplace_back(wordOf(w));
+    return Tally(std::move(names));
 }
 
 }  // namespace
 
 Tally tally(const std::vector<Outcome>& outcomes) {
-    Tally result;
-    for (const Outcome& outcome : outcomes) count(result, outcome.spoken, outcome.decision.best);
+    Tally result = noWords();
+    for (const Outcome& outcome : outcomes) {
+        if (outcome.spoken) result.count(*outcome.spoken, outcome.decision.best);
+    }
     return result;
 }
 
 Tally tally(const std::vector<TemplateRun::Outcome>& outcomes) {
-    Tally result;
-    for (const TemplateRun::Outcome& outcome : outcomes) count(result, outcome.spoken, outcome.match.best);
+    Tally result = noWords();
+    for (const TemplateRun::Outcome& outcome : outcomes) {
+        if (outcome.spoken) result.count(*outcome.spoken, outcome.match.best);
+    }
     return result;
 }
 
-std::array<double, 2> confidence(int right, int known) {
-    const double n = known, p = right / n, z = 1.959964, zz = z * z / n;
-    const double middle = p + zz / 2, half = z * std::sqrt(p * (1 - p) / n + zz / (4 * n));
-    return {100 * (middle - half) / (1 + zz), 100 * (middle + half) / (1 + zz)};
-}
-
 namespace {
-
-void printConfusion(std::FILE* to, const Tally& counts) {
-    std::fputs("confusion matrix (rows: spoken, columns: recognised)\n        ", to);
-    for (int w = 0; w < kWords; ++w) std::fprintf(to, "%6s", wordOf(w));
-    std::fputc('\n', to);
-    for (int row = 0; row < kWords; ++row) {
-        std::fprintf(to, "  %-6s", wordOf(row));
-        for (const int count : counts.confusion[row]) {
-            if (count > 0) {
-                std::fprintf(to, "%6d", count);
-            } else {
-                std::fputs("     .", to);
-            }
-        }
-        std::fputc('\n', to);
-    }
-}
 
 // Accuracies first: only the lines of the speeds change from run to run.
 void printTrials(std::FILE* to, const Run& run) {
@@ -91,7 +65,7 @@ void printTrials(std::FILE* to, const Run& run) {
 void printAccuracy(std::FILE* to, const Tally& counts) {
     if (counts.known == 0) return;
     std::fprintf(to, "accuracy:   %.2f %% (%d of %d)\n", counts.accuracy(), counts.right, counts.known);
-    printConfusion(to, counts);
+    printConfusion(to, counts, "spoken");
 }
 
 void printSpeed(std::FILE* to, const Run& run, double scoring) {

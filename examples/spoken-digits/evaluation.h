@@ -9,6 +9,7 @@
 
 #include "components.h"
 #include "decode.h"
+#include "tally.h"
 #include "templates.h"
 
 namespace digits {
@@ -100,20 +101,8 @@ struct Run {
     bool hasMixtures() const { return gaussians > 0; }
 };
 
-struct Tally {
-    std::array<std::array<int, kWords>, kWords> confusion{};  // row: spoken, column: recognised
-    int known = 0;                                            // outcomes whose word is known
-    int right = 0;
-
-    double accuracy() const { return known > 0 ? 100.0 * right / known : 0.0; }
-    int spoken(int digit) const;
-};
-
 Tally tally(const std::vector<Outcome>& outcomes);
 Tally tally(const std::vector<TemplateRun::Outcome>& outcomes);
-
-// The interval that holds the true share of right recordings with 95 % confidence, in per cent (Wilson, 1927).
-std::array<double, 2> confidence(int right, int known);
 
 // What one recording was recognised as, by mixtures if they were used.
 void printOne(std::FILE* to, const Run& run, int i);

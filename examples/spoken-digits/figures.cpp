@@ -211,40 +211,6 @@ std::string wordsFigure(const Specimen& specimen) {
     return sheet.finish(y + 4);
 }
 
-std::string confusionFigure(const Tally& counts) {
-    constexpr double kCell = 46, kX = 76, kY = 52;
-    Sheet sheet(kX + kWords * kCell + 70, "Confusion matrix");
-    sheet.text(kX + kWords * kCell / 2, 16, "recognised", "title", "middle");
-    sheet.text(8, kY - 10, "spoken", "title");
-    sheet.text(kX + kWords * kCell + 12, kY - 10, "right", "title");
-    for (int word = 0; word < kWords; ++word) {
-        const double middle = (word + 0.5) * kCell;
-        sheet.text(kX + middle, kY - 10, wordOf(word), "label", "middle");
-        sheet.text(kX - 10, kY + middle + 4, wordOf(word), "label", "end");
-        const int spoken = counts.spoken(word);
-        if (spoken > 0) {
-            sheet.text(kX + kWords * kCell + 12, kY + middle + 4,
-                       format("%.1f %%", 100.0 * counts.confusion[word][word] / spoken), "label");
-        }
-        for (int other = 0; other < kWords; ++other) {
-            const int count = counts.confusion[word][other];
-            const double x = kX + other * kCell, y = kY + word * kCell;
-            const double share = spoken > 0 ? double(count) / spoken : 0.0;
-            const char* hue = word == other ? "var(--good)" : "var(--bad)";
-            // A single confusion must be seen too: colours begin well above nothing.
-            const double strength = count == 0 ? 0.0 : word == other ? 15 + 80 * share : 35 + 60 * share;
-            sheet.box(x + 1, y + 1, kCell - 2, kCell - 2, "cell",
-                      format("%s taken for %s: %d of %d", wordOf(word), wordOf(other), count, spoken),
-                      format("color-mix(in srgb, %s %.0f%%, var(--cell))", hue, strength));
-            if (count > 0) {
-                sheet.text(x + kCell / 2, y + kCell / 2 + 5, format("%d", count),
-                           strength > 70 ? "count bright" : "count", "middle");
-            }
-        }
-    }
-    return sheet.finish(kY + kWords * kCell + 6);
-}
-
 std::string planeFigure(const Run& run, const Plane& plane) {
     constexpr double kTop = 26, kBottom = 560, kMargin = 0.06;
     Sheet sheet(kSheetWidth, "Principal components of the mean frames");

@@ -24,8 +24,6 @@ std::string scoreFigure(const Specimen& specimen);
 // How far each word stays behind the best one.
 std::string wordsFigure(const Specimen& specimen);
 
-std::string confusionFigure(const Tally& counts);
-
 // Every recording as its digit at its place in the plane of the first two principal components; and each digit's mean.
 std::string planeFigure(const Run& run, const Plane& plane);
 

@@ -1,7 +1,6 @@
 // The commands: train, recognise, demo.
 #include <algorithm>
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <string>
 #include <utility>
@@ -22,8 +21,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kLargeGaussians = 16;                       // of a state, in the large model of the demo
-constexpr int kDone = 0, kSomeFailed = 1, kWrongUse = 2;  // exit codes
+constexpr int kLargeGaussians = 16;  // of a state, in the large model of the demo
 
 int runTraining(const fs::path& directory, const fs::path& modelPath, int gaussians) {
     Stopwatch watch;
@@ -49,30 +47,6 @@ int runTraining(const fs::path& directory, const fs::path& modelPath, int gaussi
                 models.states(), models.gaussians(), kFeatures, modelPath.c_str());
     std::printf("speed:      %.2f s reading and front end, %.2f s training\n", reading, watch.lap());
     return set.unusable == 0 ? kDone : kSomeFailed;
-}
-
-// The recordings that are to be recognised. Those that are named by themselves get a line of their own.
-struct Task {
-    fs::path path;
-    bool byItself;
-};
-
-std::vector<Task> tasksOf(const std::vector<fs::path>& inputs, bool& complete) {
-    std::vector<Task> tasks;
-    for (const fs::path& input : inputs) {
-        std::error_code ignored;
-        if (!fs::is_directory(input, ignored)) {
-            tasks.push_back({input, true});
-            continue;
-        }
-        try {
-            for (const fs::path& path : recordingsIn(input)) tasks.push_back({path, false});
-        } catch (const InputError& error) {
-            complain(error);
-            complete = false;
-        }
-    }
-    return tasks;
 }
 
 int runRecognition(const Arguments& arguments) {
@@ -129,10 +103,6 @@ int runDemo(const fs::path& data, const fs::path& output) {
 }
 
 int run(const std::vector<std::string>& words) {
-    if (!words.empty() && (words[0] == "--help" || words[0] == "-h" || words[0] == "help")) {
-        std::fputs(kHelp, stdout);
-        return kDone;
-    }
     const Arguments arguments = parse(words);
     if (arguments.command == "train") return runTraining(arguments.inputs[0], arguments.model, arguments.gaussians);
     if (arguments.command == "recognise") return runRecognition(arguments);
@@ -142,15 +112,4 @@ int run(const std::vector<std::string>& words) {
 }  // namespace
 }  // namespace digits
 
-int main(int argc, char** argv) {
-    try {
-        return digits::run({argv + 1, argv + argc});
-    } catch (const digits::UsageError& error) {
-        digits::complain(error);
-        std::fputs("Try: spoken-digits --help\n", stderr);
-        return digits::kWrongUse;
-    } catch (const std::exception& error) {
-        digits::complain(error);
-        return digits::kSomeFailed;
-    }
-}
+int main(int argc, char** argv) { return digits::runProgram(argc, argv, digits::kHelp, digits::run); }

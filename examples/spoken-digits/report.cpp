@@ -191,8 +191,9 @@ void writeReport(const fs::path& path, const Run& run, const Recogniser& recogni
 
     std::string html = tiles(run, counts);
     if (counts.known > 0) {
-        html += "<section><div class='split'><div><h2>Which word was taken for which</h2>" + confusionFigure(counts) +
-                "</div><div>" + speakersTable(run) + hardestTable(order) + "</div></div></section>\n";
+        html += "<section><div class='split'><div><h2>Which word was taken for which</h2>" +
+                confusionFigure(counts, "spoken") + "</div><div>" + speakersTable(run) + hardestTable(order) +
+                "</div></div></section>\n";
     }
     html += roadSection(*recogniser.models);
     html += planeSection(run);

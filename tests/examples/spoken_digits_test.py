@@ -20,35 +20,10 @@ import unittest
 import xml.etree.ElementTree
 import zlib
 
+sys.dont_write_bytecode = True  # the sources stay as they are
+from support import arguments, environment, processor, run, skip_if_unable, wav, without_times
+
 WORDS = "zero one two three four five six seven eight nine".split()
-SKIPPED = 77
-NEEDED_FLAGS = {
-    "m7": {"pni"},
-    "x86-64-v3": {"avx2", "bmi1", "bmi2", "fma", "f16c"},
-    "x86-64-v4": {"avx512f", "avx512bw", "avx512cd", "avx512dq", "avx512vl"},
-}
-
-parser = argparse.ArgumentParser()
-parser.add_argument("--program", required=True)
-parser.add_argument("--data", required=True, type=pathlib.Path)
-parser.add_argument("--libraries", required=True, type=pathlib.Path)
-arguments = parser.parse_args()
-processor = os.environ.get("VORNSR_PROCESSOR", "m7")
-
-
-def environment(build):
-    return {**os.environ, "LC_ALL": "C", "LD_LIBRARY_PATH": str(arguments.libraries / build)}
-
-
-def run(*words, build=processor, **more):
-    """Exit status, output and error output of the program."""
-    done = subprocess.run([arguments.program, *map(str, words)], env=environment(build), capture_output=True,
-                          encoding="utf-8", stdin=subprocess.DEVNULL, timeout=900, **more)
-    return done.returncode, done.stdout, done.stderr
-
-
-def without_times(text):
-    return "".join(line for line in text.splitlines(True) if not line.startswith("speed:"))
 
 
 def confusion(text):
@@ -89,20 +64,6 @@ def shortlists(text):
         assert percent == f"{100 * int(right) / int(known):.2f}", rows
     return {0 if length == "none" else int(length): (float(share), int(right), int(known), float(margin))
             for length, share, _, right, known, margin in rows}
-
-
-def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
-    """The bytes of a WAV file with the samples of a list, or as many of a tone-like pattern."""
-    width = bits // 8
-    if isinstance(samples, list):
-        data = struct.pack(f"<{len(samples)}h", *samples)
-    elif bits == 16:
-        data = b"".join(struct.pack("<h", (i * 37 % 400 - 200) * 40) for i in range(samples * channels))
-    else:
-        data = bytes(i * 37 % 256 for i in range(samples * channels * width))
-    head = struct.pack("<HHIIHH", format_tag, channels, rate, rate * channels * width, channels * width, bits)
-    return (b"RIFF" + struct.pack("<I", 36 + len(data)) + b"WAVEfmt " + struct.pack("<I", 16) + head + b"data" +
-            struct.pack("<I", len(data)) + data)
 
 
 def samples_of(path):
@@ -1139,21 +1100,8 @@ class CommandLine(Folder):
                 self.assertIn(f"spoken-digits: {message}", err)
 
 
-def unable():
-    """Why the tests cannot be run here, if they cannot."""
-    if not arguments.program:
-        return "libsndfile was not found, so spoken-digits was not built"
-    with open("/proc/cpuinfo", encoding="utf-8") as file:
-        flags = set(next(line for line in file if line.startswith("flags")).split())
-    lacking = NEEDED_FLAGS[processor] - flags
-    return f"this processor lacks {' '.join(sorted(lacking))}" if lacking else None
-
-
 results, selected = {}, {}
-reason = unable()
-if reason:
-    print("skipped:", reason)
-    sys.exit(SKIPPED)
+skip_if_unable()
 with tempfile.TemporaryDirectory() as name:
     shared_folder = argparse.Namespace(name=name)
     for build in dict.fromkeys([processor, "m7"]):
