@@ -1,4 +1,5 @@
 // The gain of the Wiener filter.
+#include <algorithm>
 #include <cmath>
 #include <cstdint>
 
@@ -100,9 +101,9 @@ TEST(WienerGain, ShortsEqualTheModelAroundThePole) {
     for (int noise : {1, -1, 2, -2, 3, 5, 17, 100, 4096, 16384, -16384}) {
         const int inverse = 16384 / noise;
         for (int den = -600; den <= 600; ++den) {
-            for (int over = 0; over <= 32767; ++over) {
-                const int eta = static_cast<int>(((std::int64_t{den} * 4014 + over * 82) * inverse) >> 14);
-                if (std::abs(eta + 4096) > 3 || over + noise > 32767) continue;
+            // Around the difference that would give -4096.
+            const auto near = static_cast<int>((-4096.0 * 16384.0 / inverse - den * 4014.0) / 82.0);
+            for (int over = std::max(near - 5, 0); over <= std::min(near + 5, 32767 - std::max(noise, 0)); ++over) {
                 for (int in : {over + noise, 32767, -32768}) {
                     a.push_back(static_cast<Vorn16s>(in));
                     b.push_back(static_cast<Vorn16s>(noise));
@@ -111,8 +112,14 @@ TEST(WienerGain, ShortsEqualTheModelAroundThePole) {
             }
         }
     }
-    EXPECT_GT(a.size(), 1000u);
+    EXPECT_GT(a.size(), 10000u);
     expectModel(a, b, c);
+    std::size_t poles = 0;  // where the first gain has no divisor
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const int over = std::max(a[i] - b[i], 0), inverse = 16384 / b[i];
+        poles += ((std::int64_t{c[i]} * 4014 + over * 82) * inverse) >> 14 == -4096;
+    }
+    EXPECT_GT(poles, 100u);
 }
 
 TEST(WienerGain, LiteralShorts) {

@@ -5,27 +5,42 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <type_traits>
 
-#include "aurora/noise_reduction/lanes64.h"
+#include "aurora/noise_reduction/lanes.h"
 #include "frame/rounding.h"
 #include "frame/wrap.h"
-#include "simd/fold.h"
 #include "simd/rounded_shift.h"
 #include "simd/simd.h"
 #include "vornsr/types.h"
 
 namespace vorn::noise_reduction {
 
-inline constexpr int halfResponse = 10, responseTaps = 17, filteredSamples = 80;
+inline constexpr int responseTaps = 17, filteredSamples = 80;
 
 // Backwards from value 8 to value 0, then forwards from value 2 to value 9. It is not symmetric: value 1 stands once
 // and value 9 at the top alone, on purpose.
+VORN_INLINE f32x4 backwards(f32x4 x) { return reverse(x); }
+VORN_INLINE i16x8 backwards(i16x8 x) {
+    const i32x4 pairs = reverse(intsOf(x));
+    return shortsOf(shiftLeft<16>(pairs) | shiftRightLogical<16>(pairs));
+}
+
+// All values are read before one is written: dst may be src.
 template <class T>
 VORN_INLINE void spreadTaps(const T* src, T* dst) {
-    T value[halfResponse];
-    std::memcpy(value, src, sizeof value);
-    for (int k = 0; k <= 8; ++k) std::memcpy(dst + k, value + 8 - k, sizeof(T));
-    std::memcpy(dst + 9, value + 2, 8 * sizeof(T));
+    using V = std::conditional_t<sizeof(T) == 4, f32x4, i16x8>;
+    constexpr int lanes = V::lanes, count = 8 / lanes;
+    V down[count], up[count];
+    for (int k = 0; k < count; ++k) {
+        down[k] = backwards(load<V>(src + 8 - lanes * (k + 1)));
+        up[k] = load<V>(src + 2 + lanes * k);
+    }
+    std::memcpy(dst, src + 8, sizeof(T));
+    for (int k = 0; k < count; ++k) {
+        store(dst + 1 + lanes * k, down[k]);
+        store(dst + 9 + lanes * k, up[k]);
+    }
 }
 
 // dst[n] = the sum of src[n + i] taps[i] in the order of i, in single. The samples of a run are all read before one of
@@ -67,16 +82,8 @@ struct PairedTaps {
     }
 };
 
-// Registers of which a whole number makes the frame: not wider than 16 samples.
-template <class V>
-VORN_INLINE auto atMostSixteen(V x) {
-    if constexpr (V::lanes > 16) {
-        return lowHalf(x);
-    } else {
-        return x;
-    }
-}
-using FrameShorts = decltype(atMostSixteen(splat<i16xN>(0)));
+// Registers of which a whole number makes the frame.
+using FrameShorts = AtMost32Bytes<i16xN>;
 using FrameInts = decltype(mulAddPairs(FrameShorts(), FrameShorts()));
 
 // The sums of a run of registers.
@@ -120,7 +127,7 @@ VORN_INLINE void storeShifted(const FrameSums& sums, int right, int left, Vorn16
 VORN_INLINE void filterFrameInOne(const Vorn16s* src, const Vorn16s* taps, Vorn16s* dst, Shift64 shift) {
     const PairedTaps whole(taps, [](int tap) { return tap; });
     for (int n = 0; n < filteredSamples; n += FrameSums::samples) {
-        storeShifted(FrameSums(src + n, whole), shift.right(), shift.left(), dst + n);
+        storeShifted(FrameSums(src + n, whole), shift.right, shift.left, dst + n);
     }
 }
 
@@ -136,7 +143,7 @@ VORN_INLINE FrameInts joinedSums(FrameInts high, FrameInts low, bool highAlone) 
 }
 VORN_INLINE void filterFrameInTwo(const Vorn16s* src, const Vorn16s* taps, Vorn16s* dst, Shift64 shift) {
     const PairedTaps highs(taps, [](int tap) { return tap >> 8; }), lows(taps, [](int tap) { return tap & 255; });
-    const bool highAlone = shift.right() >= 8;
+    const bool highAlone = shift.right >= 8;
     for (int n = 0; n < filteredSamples; n += FrameSums::samples) {
         FrameSums sums(src + n, highs);
         const FrameSums low(src + n, lows);
@@ -144,13 +151,13 @@ VORN_INLINE void filterFrameInTwo(const Vorn16s* src, const Vorn16s* taps, Vorn1
             sums.even[r] = joinedSums(sums.even[r], low.even[r], highAlone);
             sums.odd[r] = joinedSums(sums.odd[r], low.odd[r], highAlone);
         }
-        storeShifted(sums, shift.right() - (highAlone ? 8 : 0), shift.left(), dst + n);
+        storeShifted(sums, shift.right - (highAlone ? 8 : 0), shift.left, dst + n);
     }
 }
 
 // The sum is below 2^35: up to 28 places to the left no bit leaves 64.
 VORN_NOINLINE inline void filterFrame(const Vorn16s* src, const Vorn16s* taps, Vorn16s* dst, Shift64 shift) {
-    if (shift.left() > 28) return filterFrameExactly(src, taps, dst, shift);
+    if (shift.left > 28) return filterFrameExactly(src, taps, dst, shift);
     int size = 0;
     for (int i = 0; i < responseTaps; ++i) size += std::abs(int{taps[i]});
     if (size < 1 << 16) {

@@ -2,6 +2,7 @@
 // b.
 #pragma once
 
+#include "aurora/noise_reduction/lanes.h"
 #include "loops/operands.h"
 #include "simd/divide.h"
 #include "simd/simd.h"
@@ -10,13 +11,14 @@
 namespace vorn::noise_reduction {
 
 // In single, with reciprocals; the rounding mode is truncation. 0 where a divisor is zero.
-struct UpdateOfSingles : Operation<f32xN::lanes, false> {
-    VORN_INLINE f32xN operator()(f32xN a, f32xN b) const {
-        const f32xN zero = splat<f32xN>(0.0f), one = splat<f32xN>(1.0f);
-        const f32xN p = splat<f32xN>(0.1f) * a;
-        const f32xN sum = a + b, slow = b + p;
-        const f32xN r1 = divided(one, sum), r2 = divided(one, slow);
-        const f32xN factor = (b * r2 + one) * (p * r1) + splat<f32xN>(0.9f);
+template <class V>
+struct UpdateOfSingles : Operation<V::lanes, false> {
+    VORN_INLINE V operator()(V a, V b) const {
+        const V zero = splat<V>(0.0f), one = splat<V>(1.0f);
+        const V p = splat<V>(0.1f) * a;
+        const V sum = a + b, slow = b + p;
+        const V r1 = divided(one, sum), r2 = divided(one, slow);
+        const V factor = (b * r2 + one) * (p * r1) + splat<V>(0.9f);
         return select((sum == zero) | (slow == zero), zero, b * factor);
     }
 };

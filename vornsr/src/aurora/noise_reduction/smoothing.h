@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "aurora/noise_reduction/lanes64.h"
+#include "aurora/noise_reduction/lanes.h"
 #include "frame/wrap.h"
 #include "loops/elementwise.h"
 #include "simd/block.h"
@@ -17,6 +17,7 @@ namespace vorn::noise_reduction {
 //   step             how many values one step makes, of four times as many elements
 //   smooth(p)        these values, from the elements from p on
 //   firstOf, lastOf  the two ends, which have fewer squares
+//   inLanes          or else the build makes the values one by one, by valueOf(p)
 
 // The sums of neighbours in the lanes of two registers.
 template <class V>
@@ -40,6 +41,7 @@ VORN_INLINE i64xN sumsOfNeighbours(i64xN low, i64xN high) {
 struct SmoothedSingles {
     using Source = Vorn32f;
     using Result = Vorn32f;
+    static constexpr bool inLanes = true;
     static constexpr std::int64_t step = f32xN::lanes;
 
     static VORN_INLINE f32xN sumsOfTwoSquares(const Vorn32f* p) {
@@ -58,6 +60,7 @@ struct SmoothedSingles {
 struct SmoothedShorts {
     using Source = Vorn16s;
     using Result = Vorn16s;
+    static constexpr bool inLanes = true;
     static constexpr std::int64_t step = i16xN::lanes;
 
     // Each square of two neighbours halved and rounded down, and the halves added. An odd square is one above a
@@ -91,12 +94,14 @@ VORN_INLINE i32xN storedAs(i64xN low, i64xN high, Vorn32s) {
 }
 VORN_INLINE Halves<i64xN> storedAs(i64xN low, i64xN high, Vorn64s) { return {low, high}; }
 
-template <class Stored>
+template <class Stored, class Shift>
 struct SmoothedIntegers {
     using Source = Vorn32s;
     using Result = Stored;
     static constexpr std::int64_t step = i32xN::lanes;
-    Shift64 shift;
+    // The baseline has no product of 32-bit lanes with a sign: one by one it is faster there.
+    static constexpr bool inLanes = i64xN::lanes > 2;
+    Shift shift;
 
     static VORN_INLINE i64xN sumsOfTwoHalves(const Vorn32s* p) {
         const i32xN x = load<i32xN>(p), odd = oddLanes(x);
@@ -109,6 +114,11 @@ struct SmoothedIntegers {
     }
     VORN_INLINE auto smooth(const Vorn32s* p) const {
         return storedAs(shift(sumsOfFourHalves(p)), shift(sumsOfFourHalves(p + 2 * i32xN::lanes)), Stored());
+    }
+    Stored valueOf(const Vorn32s* p) const {
+        std::uint64_t sum = 0;
+        for (int i = 0; i < 4; ++i) sum += static_cast<std::uint64_t>(std::int64_t{p[i]} * p[i]) >> 1;
+        return saturate<Stored>(shift(static_cast<std::int64_t>(sum - (sum >> 63))));
     }
     Stored firstOf(std::int64_t a, std::int64_t b, std::int64_t c) const {
         return saturate<Stored>(shift((a * a >> 1) + (b * b >> 1) + (c * c >> 1)));
@@ -172,7 +182,11 @@ VORN_NOINLINE void smoothedPower(const Form& given, const typename Form::Source*
     const Form form = given;
     const std::int64_t last = len / 4;
     const auto first = form.firstOf(src[0], src[2], src[3]), top = form.lastOf(src[1]);
-    forEachStep(last - 1, SmoothingLoop<Form>{form, src + 4, dst + 1});
+    if constexpr (Form::inLanes) {
+        forEachStep(last - 1, SmoothingLoop<Form>{form, src + 4, dst + 1});
+    } else {
+        for (std::int64_t k = 1; k < last; ++k) dst[k] = form.valueOf(src + 4 * k);
+    }
     dst[0] = first;
     dst[last] = top;
 }

@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstdint>
 
-#include "aurora/noise_reduction/lanes64.h"
+#include "aurora/noise_reduction/lanes.h"
 #include "loops/operands.h"
 #include "simd/divide.h"
 #include "simd/simd.h"
@@ -17,10 +17,9 @@ template <class V>
 struct NoiseAndDenoised {
     V noise, den;
 };
-template <class T>
-struct NoiseAndDenoisedElements {
-    using V = Wide<T>;
-    Elements<T> noise, den;
+template <class V>
+struct RunOfNoiseAndDenoised {
+    RunOf<V> noise, den;
     VORN_INLINE NoiseAndDenoised<V> at(std::int64_t i) const { return {noise.at(i), den.at(i)}; }
     VORN_INLINE void fetch(std::int64_t i) const {
         noise.fetch(i);
@@ -36,14 +35,15 @@ struct NoiseAndDenoisedElements {
 inline constexpr Vorn32f leastRatio = 0x1.455b5ap-4f;
 
 // A maximum is its second operand unless the first is above it: a not-a-number counts as the floor.
-struct SingleGain : Operation<f32xN::lanes, false> {
-    VORN_INLINE f32xN operator()(f32xN in, NoiseAndDenoised<f32xN> x) const {
-        const f32xN one = splat<f32xN>(1.0f), zero = splat<f32xN>(0.0f);
-        const f32xN r = divided(one, x.noise);
-        const f32xN signal = splat<f32xN>(0.98f) * x.den + splat<f32xN>(0.02f) * maxOf(in - x.noise, zero);
-        const f32xN eta1 = signal * r;
-        const f32xN h1 = divided(eta1, eta1 + one);
-        const f32xN eta2 = maxOf(h1 * (in * r), splat<f32xN>(leastRatio));
+template <class V>
+struct SingleGain : Operation<V::lanes, false> {
+    VORN_INLINE V operator()(V in, NoiseAndDenoised<V> x) const {
+        const V zero = splat<V>(0.0f), one = splat<V>(1.0f);
+        const V r = divided(one, x.noise);
+        const V signal = splat<V>(0.98f) * x.den + splat<V>(0.02f) * maxOf(in - x.noise, zero);
+        const V eta1 = signal * r;
+        const V h1 = divided(eta1, eta1 + one);
+        const V eta2 = maxOf(h1 * (in * r), splat<V>(leastRatio));
         return divided(eta2, eta2 + one);
     }
 };
