@@ -34,11 +34,12 @@ namespace {
 template <class Result, class Store>
 void smoothed(const std::int32_t* src, Result* dst, int len, const Store& store) {
     const int last = len / 4;
-    const auto half = [](std::int64_t x) { return x * x >> 1; };
-    dst[0] = store(half(src[0]) + half(src[2]) + half(src[3]));
+    const auto half = [](std::int64_t x) { return static_cast<std::uint64_t>(x * x) >> 1; };
+    const auto notAbove = [](std::uint64_t x) { return static_cast<std::int64_t>(x - (x >> 63)); };
+    dst[0] = store(notAbove(half(src[0]) + half(src[2]) + half(src[3])));
     for (int k = 1; k < last; ++k) {
         const std::int32_t* s = src + 4 * k;
-        dst[k] = store(half(s[0]) + half(s[1]) + half(s[2]) + half(s[3]));
+        dst[k] = store(notAbove(half(s[0]) + half(s[1]) + half(s[2]) + half(s[3])));
     }
     dst[last] =
         store(static_cast<std::int32_t>(static_cast<std::uint32_t>(src[1]) * static_cast<std::uint32_t>(src[1])));
