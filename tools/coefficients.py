@@ -154,6 +154,7 @@ def made_constants():
         yield sine, f"halfPi{part}", value
     yield sine, "pi1", truncated(pi, 33)
     yield sine, "pi2", nearest(pi - truncated(pi, 33))
+    yield "vornsr/src/aurora/noise_reduction/wiener.h", "leastRatio", nearest(mp.power(10, mp.mpf(-22) / 20), SINGLE)
 
 
 INTEGER_SCALE = "vornsr/src/features/bank/integer_scale.h"
