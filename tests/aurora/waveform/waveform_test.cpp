@@ -336,7 +336,7 @@ TYPED_TEST(Waveform, InPlaceAndAtAnyAddress) {
     }
 }
 
-// Infinities and not-a-numbers give some weights; the call ends, stays inside, and ordinary samples stay ordinary.
+// Infinities and not-a-numbers: the call ends and stays inside, and the search is still that of a scan.
 TEST(WaveformHardFrames, NotANumber) {
     Random random(15);
     const float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
@@ -354,6 +354,7 @@ TEST(WaveformHardFrames, NotANumber) {
             const float ways[] = {0.8f * x[n], x[n], 1.2f * x[n]};
             EXPECT_TRUE(std::any_of(ways, ways + 3, [&](float way) { return test::same(y[n], way); })) << turn;
         }
+        EXPECT_TRUE(sameBits(y, model::processWave<model::WaveSingles>(x).dst)) << turn;
     }
 }
 

@@ -127,15 +127,16 @@ private:
     }
 };
 
-// The first of the largest. The sums may be read up to a register behind the stretch. Where not-a-numbers are in the
-// way it is any index of the stretch.
+// The first of the largest, as a scan finds it that keeps its first element until a strictly larger one comes: what is
+// not a number is passed over, and stays if it stands in front. The sums may be read up to a register behind their
+// stretch.
 template <class T>
 int firstLargest(const T* s, int len) {
     using V = Wide<T>;
     T largest = s[0];
     if (len >= V::lanes) {
-        V best = load<V>(s);
-        for (int n = V::lanes; n < len; n += V::lanes) best = maxOf(load<V>(s + std::min(n, len - V::lanes)), best);
+        V best = splat<V>(largest);
+        for (int n = 0; n < len; n += V::lanes) best = maxOf(load<V>(s + std::min(n, len - V::lanes)), best);
         largest = folded(best, [](auto a, auto b) { return maxOf(a, b); });
     } else {
         for (int n = 1; n < len; ++n) largest = s[n] > largest ? s[n] : largest;
