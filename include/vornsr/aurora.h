@@ -54,10 +54,10 @@ VornStatus vornsResidualFilter_Aurora_16s_Sfs(const Vorn16s* src, Vorn16s* dst, 
  * - `High`, filter k of 0 to 2: p = b[k], q = b[k+1], r = b[k+2]. Nothing is divided: a flat spectrum is multiplied by
  *   9, 14.5 and 22.5.
  *
- * `32f` weights are in single, each operation rounded in the caller's mode; a sum takes the rising side first, bin by
- * bin. `16s` weights are in Q14: ((n - p) 2^14) / (q - p) and 2^14 - ((n - q) 2^14) / (r - q), then in `Low`
+ * `32f` weights are in single, each operation rounded to nearest; a sum takes the rising side first, bin by bin. `16s`
+ * weights are in Q14: ((n - p) 2^14) / (q - p) and 2^14 - ((n - q) 2^14) / (r - q), then in `Low`
  * (w 2^14) / sum, every quotient truncated; of a flat spectrum a band is at most the level, and less by at most 11
- * parts in 2^14. The corners do not depend on the rounding mode.
+ * parts in 2^14. Banks are the same in every rounding mode.
  *
  * Contexts. `GetSize` tells the bytes of a block in which `Init` makes a bank: 15768 and 15776 for `Low`, 3184 and 3192
  * for `High` (`32f` and `16s`). The block may begin at any address; the bank stands at its start, belongs to that
@@ -91,8 +91,8 @@ VornStatus vornsMelFBankInitAllocHigh_Aurora_16s(VornFBankState_16s** ctxOut);
  *
  * Energy (Kaiser 1990): e[n] = |x[n] x[n] - x[n-1] x[n+1]|, with x[-1] read as x[0] and x[200] as x[199]. Its sums
  * over nine samples: s[0] = 5 e[0] + e[1] + e[2] + e[3] + e[4], and then a running sum,
- * s[n] = (s[n-1] - e[n-5]) + e[n+4], with e[0] and e[199] repeated beyond the ends. In single each step rounds, and what
- * was rounded stays in the sums behind it: a loud burst can leave more there than a faint rest of the frame has.
+ * s[n] = (s[n-1] - e[n-5]) + e[n+4], with e[0] and e[199] repeated beyond the ends. In single each step rounds, and
+ * what was rounded stays in the sums behind it: a loud burst can leave more there than a faint rest of the frame has.
  *
  * Peaks. The main one is where s is largest, at the first of equal places. From there on, until one is at 175 or
  * behind it, the next peak is the first largest sum from 25 to 79 samples further on, within the frame; and from the
@@ -101,8 +101,9 @@ VornStatus vornsMelFBankInitAllocHigh_Aurora_16s(VornFBankState_16s** ctxOut);
  *
  * Weights. From a peak at c with the next one at d the samples from c - 4 on are raised, trunc(0.8 (d - c)) of them
  * (`16s`: ((d - c) 27) >> 5), as far as they lie in the frame; from the last peak as many as its distance to the one
- * before it asks for. Where such a stretch begins behind the frame's first sample, its first sample and the one before it keep
- * their value, and where it ends before the frame does, its last sample and the one behind it. All else is lowered.
+ * before it asks for. Where such a stretch begins behind the frame's first sample, its first sample and the one before
+ * it keep their value, and where it ends before the frame does, its last sample and the one behind it. All else is
+ * lowered.
  *
  * | | raised | kept | lowered |
  * |---|---|---|---|
