@@ -15,6 +15,10 @@ template <class Weight>
 void make(TriangleBank<Weight>& bank, const int* edge, int edges, int filters, bool unitArea, Weight one) {
     std::memset(bank.rise, 0, sizeof bank.rise[0] * static_cast<std::size_t>(filters + 2));
     std::memset(bank.fall, 0, sizeof bank.fall[0] * static_cast<std::size_t>(filters + 2));
+    for (int k = 0; k < filters + 2; ++k) {
+        bank.riseRow[k] = bank.rise[k];
+        bank.fallRow[k] = bank.fall[k];
+    }
     std::copy(edge, edge + edges, bank.center);
     for (int k = 0; k < filters; ++k) {
         const int p = edge[k], q = edge[k + 1], r = edge[k + 2];

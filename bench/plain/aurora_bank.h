@@ -3,11 +3,12 @@
 
 namespace plain {
 
-// Rows of 64 weights a filter. edge: the bins of corners, one more than a filter beside its centre on either side. one
-// is the weight of a peak; with unitArea the weights of a filter are divided by their sum.
+// Rows of 64 weights a filter and their addresses. edge: the bins of corners, one more than a filter beside its centre
+// on either side. With unitArea the weights of a filter are divided by their sum.
 template <class Weight>
 struct TriangleBank {
     Weight rise[27][64], fall[27][64];
+    Weight *riseRow[27], *fallRow[27];
     int center[28];
 };
 void triangleBank(TriangleBank<float>& bank, const int* edge, int edges, int filters, bool unitArea);

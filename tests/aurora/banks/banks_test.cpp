@@ -31,7 +31,6 @@ struct Singles {
     static constexpr auto getCenters = vornsFBankGetCenters_32f;
     static constexpr auto setCenters = vornsFBankSetCenters_32f;
     static constexpr auto getCoeffs = vornsFBankGetCoeffs_32f;
-    static constexpr Weight one = 1.0f;
     static int shift(const State&) { return 14; }
 };
 struct Fixed {
@@ -41,7 +40,6 @@ struct Fixed {
     static constexpr auto getCenters = vornsFBankGetCenters_16s;
     static constexpr auto setCenters = vornsFBankSetCenters_16s;
     static constexpr auto getCoeffs = vornsFBankGetCoeffs_16s;
-    static constexpr Weight one = 16384;
     static int shift(const State& bank) { return bank.weightShift; }
 };
 template <class Weight>
