@@ -87,7 +87,8 @@ VornStatus vornsMelFBankInitAllocHigh_Aurora_16s(VornFBankState_16s** ctxOut);
  * @brief In a frame of 200 samples, 25 ms at 8 kHz, the stretch behind each pitch pulse is raised and the rest lowered
  * (SNR-dependent waveform processing, Macho and Cheng 2001; ETSI ES 202 050).
  *
- * A call takes one frame x of 200 samples and keeps nothing: src and dst have 200 elements each, and dst may be src.
+ * A call takes one frame x of 200 samples and keeps nothing: src and dst have 200 elements each; dst may be src, and
+ * must not overlap it otherwise.
  *
  * Energy (Kaiser 1990): e[n] = |x[n] x[n] - x[n-1] x[n+1]|, with x[-1] read as x[0] and x[200] as x[199]. Its sums
  * over nine samples: s[0] = 5 e[0] + e[1] + e[2] + e[3] + e[4], and then a running sum,
