@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstring>
 
 #include "elementary/elementary.h"
 #include "features/bank/pieces.h"
@@ -15,13 +14,7 @@ namespace {
 // Everything but centres and weights.
 template <class Form, class Pieces>
 VornStatus makeBank(typename Form::State& bank, const BankShape& shape, int flags, Pieces& pieces) {
-    bank = {};
-    bank.flags = flags;
-    bank.fftLen = shape.fftLen;
-    bank.fftOrder = shape.fftOrder;
-    bank.nFilter = shape.nFilter;
-    bank.nLinear = shape.nFilter;
-    Form::fixRecord(bank);
+    bank = bankRecord<Form>(shape, flags);
     if (const VornStatus status = makeTables(bank, shape, pieces)) return status;
     if ((flags & vornFBankSamples) == 0) return vornStsNoErr;
 
@@ -180,8 +173,7 @@ int transformOrder(int len) {
 
 template <class Form>
 std::int64_t bankSize(const BankShape& shape, int flags) {
-    std::int64_t size = Form::stateSlot + 12 * std::int64_t{shape.nFilter} + 16 * shape.rows() +
-                        4 * shape.rows() * (shape.riseStride() + shape.fallStride()) + 244;
+    std::int64_t size = tablesSize<Form>(shape);
     if (flags & vornFBankSamples) {
         int specSize, initSize, workSize;
         if (const VornStatus status = Form::transformSizes(shape.fftOrder, &specSize, &initSize, &workSize))
@@ -193,31 +185,23 @@ std::int64_t bankSize(const BankShape& shape, int flags) {
 
 template <class Form>
 VornStatus initMelBank(void* block, const BankShape& shape, const MelBank& mel) {
-    typename Form::State bank;
-    BlockPieces pieces(static_cast<char*>(block) + sizeof bank);
-    if (const VornStatus status = makeBank<Form>(bank, shape, mel.flags, pieces)) return status;
-    auto* work = pieces.take<Vorn32f>(shape.rows());
-    completeBank<Form>(bank, shape, mel, work, pieces.take<Vorn32f>(shape.rows()));
-    std::memcpy(block, &bank, sizeof bank);
-    return vornStsNoErr;
+    return bankInBlock<Form>(block, [&](typename Form::State& bank, BlockPieces& pieces) {
+        if (const VornStatus status = makeBank<Form>(bank, shape, mel.flags, pieces)) return status;
+        auto* work = pieces.take<Vorn32f>(shape.rows());
+        completeBank<Form>(bank, shape, mel, work, pieces.take<Vorn32f>(shape.rows()));
+        return VornStatus{vornStsNoErr};
+    });
 }
 
 template <class Form, class Description>
 VornStatus allocateBank(typename Form::State** out, const BankShape& shape, const Description& description) {
-    *out = nullptr;
-    AllocatedPieces pieces;
-    auto* bank = pieces.take<typename Form::State>(1);
-    if (bank == nullptr) return vornStsMemAllocErr;
-    VornStatus status = makeBank<Form>(*bank, shape, description.flags, pieces);
-    const Scratch<Vorn32f> work(status ? 0 : 2 * shape.rows());
-    if (status == vornStsNoErr && !work) status = vornStsMemAllocErr;
-    if (status != vornStsNoErr) {
-        freeBank<Form>(bank);
-        return status;
-    }
-    completeBank<Form>(*bank, shape, description, work.get(), work.get() + shape.rows());
-    *out = bank;
-    return vornStsNoErr;
+    return allocatedBank<Form>(out, [&](typename Form::State& bank, AllocatedPieces& pieces) {
+        if (const VornStatus status = makeBank<Form>(bank, shape, description.flags, pieces)) return status;
+        const Scratch<Vorn32f> work(2 * shape.rows());
+        if (!work) return VornStatus{vornStsMemAllocErr};
+        completeBank<Form>(bank, shape, description, work.get(), work.get() + shape.rows());
+        return VornStatus{vornStsNoErr};
+    });
 }
 
 template <class Form>

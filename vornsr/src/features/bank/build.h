@@ -25,7 +25,13 @@ struct MixedBank {
 // Order of the smallest power of two that is at least len and at least 2.
 int transformOrder(int len);
 
-// Bytes of a caller's block; negative: the status of a failure.
+// Bytes of a caller's block: of the record and the tables, and of a whole bank with the transform that its flags ask
+// for; negative: the status of a failure.
+template <class Form>
+constexpr std::int64_t tablesSize(const BankShape& shape) {
+    return Form::stateSlot + 12 * std::int64_t{shape.nFilter} + 16 * shape.rows() +
+           4 * shape.rows() * (shape.riseStride() + shape.fallStride()) + 244;
+}
 template <class Form>
 std::int64_t bankSize(const BankShape& shape, int flags);
 

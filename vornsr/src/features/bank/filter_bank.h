@@ -59,18 +59,20 @@ namespace vorn {
 // The sizes that follow from the transform length N and the number of filters.
 struct BankShape {
     int fftLen, fftOrder, nFilter;
+    int spareCenters = 0;  // elements of pCenters behind the last edge
 
-    std::int64_t rows() const { return std::int64_t{nFilter} + 2; }
-    std::int64_t lastBin() const { return fftLen / 2; }
+    constexpr std::int64_t rows() const { return std::int64_t{nFilter} + 2; }
+    constexpr std::int64_t centers() const { return rows() + spareCenters; }
+    constexpr std::int64_t lastBin() const { return fftLen / 2; }
     // Rising rows begin 3 elements late: their element 1 and element 0 of a falling row stand at the same bin, and so
     // both are aligned there.
     static constexpr std::int64_t riseAdvance = 3;
-    std::int64_t riseStride() const { return roundUp(lastBin() + riseAdvance, 8); }
-    std::int64_t fallStride() const { return roundUp(lastBin(), 8); }
-    std::int64_t riseCapacity() const { return riseStride() - riseAdvance; }
-    std::int64_t fallCapacity() const { return fallStride(); }
+    constexpr std::int64_t riseStride() const { return roundUp(lastBin() + riseAdvance, 8); }
+    constexpr std::int64_t fallStride() const { return roundUp(lastBin(), 8); }
+    constexpr std::int64_t riseCapacity() const { return riseStride() - riseAdvance; }
+    constexpr std::int64_t fallCapacity() const { return fallStride(); }
     // Elements of pWork before the transform's work area.
-    std::int64_t spectrumLen() const { return roundUp(std::int64_t{fftLen} + 2, 8); }
+    constexpr std::int64_t spectrumLen() const { return roundUp(std::int64_t{fftLen} + 2, 8); }
 };
 
 // The same of the integer bank: rows of N/2 elements, which hold every weight but one, that of the last bin on a side
@@ -79,6 +81,7 @@ struct IntegerBankShape {
     int nBins, nFilter;
 
     std::int64_t rows() const { return std::int64_t{nFilter} + 2; }
+    std::int64_t centers() const { return rows(); }
     std::int64_t lastBin() const { return nBins - 1; }
     static constexpr std::int64_t riseAdvance = 0;
     std::int64_t riseStride() const { return nBins - 1; }
