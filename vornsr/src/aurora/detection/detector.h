@@ -69,9 +69,9 @@ private:
     void followVariance(Measure variance) {
         Tracker tracker = detector_.varTrack;
         if (count() <= lastOfStart) tracker = risen(tracker, variance);
-        tracker = followed(tracker, variance, Family::variance);
+        tracker = followed(tracker, variance, Family::varianceRules);
         detector_.varTrack = tracker;
-        detector_.flagVar = variance > Family::variance.flag.of(tracker);
+        detector_.flagVar = variance > Family::varianceRules.flag.of(tracker);
     }
 
     // An energy well above the mean of the first frames is an onset, and ends the build-up.
@@ -84,18 +84,18 @@ private:
             if (Family::isOnset(energy, mean)) detector_.onsetSeen = 1;
             if (detector_.onsetSeen == 0) tracker = risen(tracker, energy);
         }
-        tracker = followed(tracker, energy, Family::energy);
+        tracker = followed(tracker, energy, Family::energyRules);
         detector_.bandTrack = tracker;
-        detector_.flagBands = energy > Family::energy.flag.of(tracker);
+        detector_.flagBands = energy > Family::energyRules.flag.of(tracker);
     }
 
     void followLow(LowBand<Measure, Tracker> low) {
         detector_.lowPrev = detector_.lowLast = low.current;
         Tracker tracker = detector_.lowTrack;
         if (count() <= lastOfStart) tracker = risen(tracker, low.smoothed);
-        tracker = followed(tracker, low.smoothed, Family::low);
+        tracker = followed(tracker, low.smoothed, Family::lowRules);
         detector_.lowTrack = tracker;
-        detector_.flagLow = low.smoothed > Family::low.flag.of(tracker);
+        detector_.flagLow = low.smoothed > Family::lowRules.flag.of(tracker);
     }
 
     int count() const { return detector_.hangover.frameCount; }

@@ -38,10 +38,12 @@ struct Singles {
         Vorn32f factor;
         Vorn32f of(Vorn32f x) const { return factor * x; }
     };
-    static constexpr Rules<Factor> variance = {{1.5f},  {0.85f}, {0.8f},  {0.2f}, {0.25f},
-                                               {0.97f}, {0.03f}, {1.65f}, false};
-    static constexpr Rules<Factor> energy = {{1.5f}, {0.75f}, {0.8f}, {0.2f}, {0.5f}, {0.97f}, {0.03f}, {1.65f}, true};
-    static constexpr Rules<Factor> low = {{1.5f}, {0.75f}, {0.8f}, {0.2f}, {0.5f}, {0.97f}, {0.03f}, {3.25f}, true};
+    static constexpr Rules<Factor> varianceRules = {{1.5f},  {0.85f}, {0.8f},  {0.2f}, {0.25f},
+                                                    {0.97f}, {0.03f}, {1.65f}, false};
+    static constexpr Rules<Factor> energyRules = {{1.5f},  {0.75f}, {0.8f},  {0.2f}, {0.5f},
+                                                  {0.97f}, {0.03f}, {1.65f}, true};
+    static constexpr Rules<Factor> lowRules = {{1.5f},  {0.75f}, {0.8f},  {0.2f}, {0.5f},
+                                               {0.97f}, {0.03f}, {3.25f}, true};
 
     // The mean square less the squared mean.
     static Measure varianceOf(const Element* spectrum) {
@@ -79,12 +81,12 @@ struct Shorts {
     };
     // A low variance is added as it is, not a 32nd of it: the tracker jumps up there. This is on purpose.
     static constexpr Ratio wholeMeasure = {1, 0};
-    static constexpr Rules<Ratio> variance = {{48, 5}, {27, 5},      {26, 5}, {6, 5}, {8, 5},
-                                              {31, 5}, wholeMeasure, {53, 5}, false};
-    static constexpr Rules<Ratio> energy = {{192, 7}, {96, 7}, {102, 7}, {26, 7}, {64, 7},
-                                            {124, 7}, {4, 7},  {211, 7}, true};
-    static constexpr Rules<Ratio> low = {{48, 5},  {24, 5}, {102, 7}, {26, 7}, {16, 5},
-                                         {124, 7}, {4, 7},  {416, 7}, true};
+    static constexpr Rules<Ratio> varianceRules = {{48, 5}, {27, 5},      {26, 5}, {6, 5}, {8, 5},
+                                                   {31, 5}, wholeMeasure, {53, 5}, false};
+    static constexpr Rules<Ratio> energyRules = {{192, 7}, {96, 7}, {102, 7}, {26, 7}, {64, 7},
+                                                 {124, 7}, {4, 7},  {211, 7}, true};
+    static constexpr Rules<Ratio> lowRules = {{48, 5},  {24, 5}, {102, 7}, {26, 7}, {16, 5},
+                                              {124, 7}, {4, 7},  {416, 7}, true};
 
     // 4096 times the variance.
     static Measure varianceOf(const Element* spectrum) {

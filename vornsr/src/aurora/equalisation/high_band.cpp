@@ -48,7 +48,7 @@ struct Singles {
     // Made in double and rounded to single. Up to the least energy, and where there is no number, they are -10.
     static void takeLogarithms(Nine<Vorn32f>& values) {
         constexpr double leastEnergy = 0x1.7cd79b5647c9bp-15;  // exp(-10)
-        constexpr int lanes = f64xN::lanes, rounded = (values.count + lanes - 1) / lanes * lanes;
+        constexpr int lanes = f64xN::lanes, rounded = (Nine<Vorn32f>::count + lanes - 1) / lanes * lanes;
         double x[rounded];
         for (int k = 0; k < rounded; ++k) x[k] = k < values.count && values.of[k] > leastEnergy ? values.of[k] : 1.0;
         bank::logarithms(x, rounded);
