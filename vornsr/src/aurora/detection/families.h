@@ -5,6 +5,8 @@
 #include <cstdint>
 
 #include "frame/wrap.h"
+#include "simd/fold.h"
+#include "simd/simd.h"
 #include "vornsr/signal.h"
 #include "vornsr/types.h"
 
@@ -88,18 +90,25 @@ struct Shorts {
     static constexpr Rules<Ratio> lowRules = {{48, 5},  {24, 5}, {102, 7}, {26, 7}, {16, 5},
                                               {124, 7}, {4, 7},  {416, 7}, true};
 
-    // 4096 times the variance.
+    // 4096 times the variance. Two squares fill 32 bits, so their halves are added up apart.
     static Measure varianceOf(const Element* spectrum) {
-        Vorn32s sum;
-        Vorn64s squares;
-        vornsSum_16s32s_Sfs(spectrum, spectrumLength, &sum, 0);
-        vornsDotProd_16s64s(spectrum, spectrum, spectrumLength, &squares);
-        return 64 * squares - Vorn64s{sum} * sum;
+        i32xN sums = splat<i32xN>(0), low = sums, high = sums;
+        for (int i = 0; i < spectrumLength; i += i16xN::lanes) {
+            const i16xN x = load<i16xN>(spectrum + i);
+            const i32xN squares = mulAddPairs(x, x);
+            sums = sums + mulAddPairs(x, splat<i16xN>(1));
+            low = low + (squares & splat<i32xN>(0xFFFF));
+            high = high + shiftRightLogical<16>(squares);
+        }
+        const Vorn64s sum = sumOfLanes(sums), squares = Vorn64s{sumOfLanes(high)} * 65536 + sumOfLanes(low);
+        return 64 * squares - sum * sum;
     }
     static Measure energyOf(const Element* bands) {
-        Vorn32s sum;
-        vornsSum_16s32s_Sfs(bands, numberOfBands, &sum, 0);
-        return Vorn64s{sum} * sum - 3;
+        i32x4 sums = splat<i32x4>(0);
+        for (int i = 0; i + 8 <= numberOfBands; i += 8)
+            sums = sums + mulAddPairs(load<i16x8>(bands + i), splat<i16x8>(1));
+        const Vorn64s sum = Vorn64s{sumOfLanes(sums)} + bands[numberOfBands - 1];
+        return sum * sum - 3;
     }
     static Measure meanOf(int frame, Tracker mean, Measure energy) {
         return (141 * energy + 141 * Vorn64s{wrapMul(frame - 1, mean)}) / frame >> 7;

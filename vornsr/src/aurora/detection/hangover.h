@@ -35,18 +35,18 @@ struct __attribute__((packed)) Hangover {
         if (frameCount < firstDecided) return vornVADUndecided;
         ringHead = after(ringHead);
         ring[ringHead] = speech;
-        const int run = longestRun();
-        if (run >= longRun) {
+        const bool isShort = hasRun(shortRun);
+        if (hasRun(longRun)) {
             hangCount = hangReload;
             lengthenReload();
         }
-        if (run >= shortRun) {
+        if (isShort) {
             shortHang = shortReload;
         } else {
             hangCount = wrapSub(hangCount, hangCount != 0);
             shortHang = wrapSub(shortHang, shortHang != 0);
         }
-        return shortHang == 0 && hangCount == 0 && run < shortRun ? vornVADNonSpeech : vornVADSpeech;
+        return shortHang == 0 && hangCount == 0 && !isShort ? vornVADNonSpeech : vornVADSpeech;
     }
 
     // The next one of the frames that are still in the ring. Here both counters fall without a check, below zero too.
@@ -55,12 +55,11 @@ struct __attribute__((packed)) Hangover {
         if (ringTail == noTail) ringTail = ringHead;
         ringHead = after(ringHead);
         if (ringHead == ringTail || frameCount < firstDecided) return vornVADUndecided;
-        const int run = longestRun();
-        const std::int32_t hang = run >= longRun ? hangReload : hangCount;
-        if (run >= longRun) lengthenReload();
-        hangCount = wrapSub(hang, 1);
-        shortHang = wrapSub(run >= shortRun ? shortReload : shortHang, 1);
-        return shortHang < 1 && hangCount < 1 && run < shortRun ? vornVADNonSpeech : vornVADSpeech;
+        const bool isShort = hasRun(shortRun), isLong = hasRun(longRun);
+        hangCount = wrapSub(isLong ? hangReload : hangCount, 1);
+        if (isLong) lengthenReload();
+        shortHang = wrapSub(isShort ? shortReload : shortHang, 1);
+        return shortHang < 1 && hangCount < 1 && !isShort ? vornVADNonSpeech : vornVADSpeech;
     }
 
 private:
@@ -69,16 +68,15 @@ private:
         return static_cast<std::uint32_t>(place) < places - 1 ? place + 1 : 0;
     }
 
-    // Of frames with speech, from the oldest one in the ring to the newest.
-    int longestRun() const {
-        int run = 0, longest = 0;
-        std::int32_t place = ringHead;
-        for (int frame = 0; frame < places; ++frame) {
-            place = after(place);
-            run = ring[place] != 0 ? run + 1 : 0;
-            longest = std::max(longest, run);
-        }
-        return longest;
+    // Whether so many frames in a row have speech. Bit 0 is that of the oldest one in the ring, which stands behind the
+    // newest.
+    bool hasRun(int length) const {
+        unsigned inPlace = 0;
+        for (int place = 0; place < places; ++place) inPlace |= static_cast<unsigned>(ring[place] != 0) << place;
+        const unsigned frames = (inPlace >> after(ringHead) | inPlace << (places - after(ringHead))) & 0x7Fu;
+        unsigned runs = frames;
+        for (int further = 1; further < length; ++further) runs &= frames >> further;
+        return runs != 0;
     }
 
     void lengthenReload() {

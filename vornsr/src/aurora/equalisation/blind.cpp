@@ -25,42 +25,45 @@ Vorn32f stepOf(Vorn32f energy) {
     return (notBelow < 1 ? notBelow : 1) * (9.0f / 1024);
 }
 
+// What a step does to registers V of the three arrays.
+template <class V>
 struct SingleStep {
-    f32xN step;
-    VORN_INLINE explicit SingleStep(Vorn32f energy) : step(splat<f32xN>(stepOf(energy))) {}
-    VORN_INLINE Equalised<f32xN> operator()(f32xN ref, f32xN x, f32xN bias) const {
-        const f32xN value = x - bias;
+    V step;
+    VORN_INLINE explicit SingleStep(Vorn32f energy) : step(splat<V>(stepOf(energy))) {}
+    VORN_INLINE Equalised<V> operator()(V ref, V x, V bias) const {
+        const V value = x - bias;
         return {value, (value - ref) * step + bias};
     }
 };
 
 // The difference c - ref has 18 bits: its product with the step is formed of those of x, bias and ref, in 32 bits. Each
 // result saturates by itself.
+template <class V>
 struct ShortStep {
-    i16xN ofValue, ofRef;  // the factors of the pairs x, bias and ref, 0
+    using Sum = decltype(intsOf(V{}));
+    V ofValue, ofRef;  // the factors of the pairs x, bias and ref, 0
     VORN_INLINE explicit ShortStep(int energy) {
         const auto loudness = std::clamp<std::int64_t>(std::int64_t{energy} - 211, 0, 64);
         const auto step = static_cast<std::uint32_t>(9 * loudness), opposite = (0 - step) & 0xFFFFu;
-        ofValue = shortsOf(splat<i32xN>(static_cast<std::int32_t>(opposite << 16 | step)));
-        ofRef = shortsOf(splat<i32xN>(static_cast<std::int32_t>(opposite)));
+        ofValue = shortsOf(splat<Sum>(static_cast<std::int32_t>(opposite << 16 | step)));
+        ofRef = shortsOf(splat<Sum>(static_cast<std::int32_t>(opposite)));
     }
-    VORN_INLINE Equalised<i16xN> operator()(i16xN ref, i16xN x, i16xN bias) const {
-        const Halves<i32xN> value = zip(x, bias), reference = zip(ref, splat<i16xN>(0));
-        const i16xN change = joinSat(Halves<i32xN>{changeOf(value.low, reference.low),  //
-                                                   changeOf(value.high, reference.high)});
+    VORN_INLINE Equalised<V> operator()(V ref, V x, V bias) const {
+        const Halves<Sum> value = zip(x, bias), reference = zip(ref, splat<V>(0));
+        const V change = joinSat(Halves<Sum>{changeOf(value.low, reference.low),  //
+                                             changeOf(value.high, reference.high)});
         return {subSat(x, bias), addSat(bias, change)};
     }
 
 private:
-    VORN_INLINE i32xN changeOf(i32xN value, i32xN ref) const {
+    VORN_INLINE Sum changeOf(Sum value, Sum ref) const {
         return shiftRight<16>(mulAddPairs(shortsOf(value), ofValue) + mulAddPairs(shortsOf(ref), ofRef));
     }
 };
 
 // The element loop's kernel. Cepstra are short, and are used again at once: the cache is never passed by.
-template <class T, class Step>
+template <class Step, class T, class V>
 struct EqualiseLoop {
-    using V = Wide<T>;
     static constexpr std::int64_t step = V::lanes;
     static constexpr bool unrolled = false;
     Step equalised;
@@ -82,13 +85,15 @@ struct EqualiseLoop {
     T* result() const { return srcDst; }
 };
 
-template <class Step, class T>
-void equalise(const T* ref, T* srcDst, T* bias, std::int64_t len, const Step& step) {
-    const EqualiseLoop<T, Step> loop{step, ref, srcDst, bias};
-    if (len < loop.step) {
-        loop.part(len);
+// A cepstrum that does not fill a register may fill one of 16 bytes.
+template <template <class> class Step, class Short, class T, class Energy>
+void equalise(const T* ref, T* srcDst, T* bias, std::int64_t len, Energy energy) {
+    using V = Wide<T>;
+    if (V::lanes > Short::lanes && len >= Short::lanes && len < V::lanes) {
+        stepsInCache(len, EqualiseLoop<Step<Short>, T, Short>{Step<Short>(energy), ref, srcDst, bias});
     } else {
-        stepsInCache(len, loop);
+        const EqualiseLoop<Step<V>, T, V> loop{Step<V>(energy), ref, srcDst, bias};
+        len < V::lanes ? loop.part(len) : stepsInCache(len, loop);
     }
 }
 
@@ -101,13 +106,13 @@ VornStatus vornsBlindEqualization_Aurora_32f(const Vorn32f* ref, Vorn32f* srcDst
                                              Vorn32f energy) {
     VORN_CHECK(notNull(ref, srcDst, bias));
     VORN_CHECK(positive(len));
-    equalisation::equalise(ref, srcDst, bias, len, equalisation::SingleStep(energy));
+    equalisation::equalise<equalisation::SingleStep, f32x4>(ref, srcDst, bias, len, energy);
     return vornStsNoErr;
 }
 
 VornStatus vornsBlindEqualization_Aurora_16s(const Vorn16s* ref, Vorn16s* srcDst, Vorn16s* bias, int len, int energy) {
     VORN_CHECK(notNull(ref, srcDst, bias));
     VORN_CHECK(positive(len));
-    equalisation::equalise(ref, srcDst, bias, len, equalisation::ShortStep(energy));
+    equalisation::equalise<equalisation::ShortStep, i16x8>(ref, srcDst, bias, len, energy);
     return vornStsNoErr;
 }

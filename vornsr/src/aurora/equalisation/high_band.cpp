@@ -4,7 +4,7 @@
 
 #include "features/bank/sides.h"
 #include "frame/checks.h"
-#include "frame/wrap.h"
+#include "reductions/scaled_result.h"
 #include "vornsr/aurora.h"
 #include "vornsr/signal.h"
 
@@ -103,10 +103,11 @@ struct Integers {
     }
 
 private:
+    // As vornsSum_32s_Sfs, for sums that are short.
     static Vorn32s sum(const Vorn32s* spectrum, Bins bins, int scaleFactor) {
-        Vorn32s total;
-        vornsSum_32s_Sfs(spectrum + bins.first, bins.count(), &total, scaleFactor);
-        return total;
+        std::int64_t total = 0;
+        for (int i = bins.first; i <= bins.last; ++i) total += spectrum[i];
+        return scaledSum<Vorn32s>(total, scaleFactor, -31, 63);
     }
 };
 
