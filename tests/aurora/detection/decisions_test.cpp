@@ -213,6 +213,16 @@ TYPED_TEST(DetectionDecisions, TheReloadChangesInTheFlushAsWell) {
     EXPECT_EQ(detector.record().hangReload, 40);
 }
 
+// Counters that a flush has left below zero are not zero: frames behind it fall on, and are speech.
+TYPED_TEST(DetectionDecisions, FramesBehindAFlushWithoutInit) {
+    Detector<TypeParam> detector;
+    decisions(detector, times(20, '0'));
+    flushes(detector, 7);
+    EXPECT_EQ(decisions(detector, "000"), "SSS");
+    EXPECT_EQ(detector.record().shortHang, -9);
+    EXPECT_EQ(detector.record().hangCount, -9);
+}
+
 TYPED_TEST(DetectionDecisions, AFlushBeforeFrameElevenIsUndecided) {
     Detector<TypeParam> detector;
     decisions(detector, "1111");

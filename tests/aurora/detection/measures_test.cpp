@@ -146,6 +146,20 @@ TEST(DetectionOfShorts, ProductsOfTrackersWrap) {
     EXPECT_EQ(loud.record().onsetSeen, 0) << "the mean of the test has 64 bits";
 }
 
+// Two squares of -32768 make 2^31: S = -65536, D = 2^31, v = 2^37 - 2^32.
+TEST(DetectionOfShorts, TheLargestSquares) {
+    const std::vector<Vorn16s> bands(25, 4);
+    for (std::size_t i = 0; i + 1 < spectrumLength; ++i) {
+        std::vector<Vorn16s> spectrum(64, 0);
+        spectrum[i] = spectrum[i + 1] = -32768;
+        auto r = late<Vorn16s>();
+        EXPECT_EQ(afterFrame<Vorn16s>(r, bands, spectrum).flagVar, 1) << i;
+        r.frameCount = 5;
+        spectrum[i + 1] = -32767;  // D = 2^31 - 65535, S = -65535: v = 2^37 - 2^32 - 4063169
+        EXPECT_EQ(afterFrame<Vorn16s>(r, bands, spectrum).varTrack, -4063169) << i;
+    }
+}
+
 // B = 2 gives e = 1; a mean of -1 behind it makes m = (141 - 141) / 2 = 0 in frame 2: no onset, and no trap.
 TEST(DetectionOfShorts, AMeanOfZeroIsNoOnset) {
     std::vector<Vorn16s> bands(25, 0), spectrum(64, 0);

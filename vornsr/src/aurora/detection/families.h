@@ -52,7 +52,10 @@ struct Singles {
         Vorn32f sum, squares;
         vornsSum_32f(spectrum, spectrumLength, &sum, accurately);
         vornsDotProd_32f(spectrum, spectrum, spectrumLength, &squares);
-        return squares * (1.0f / 64) - (sum * sum) * (1.0f / 4096);
+        // Rounded as it stands, in directed modes too: not as the mirror image that a compiler may make of it.
+        Vorn32f squaredMean = (sum * sum) * (1.0f / 4096);
+        asm("" : "+x"(squaredMean));
+        return squares * (1.0f / 64) - squaredMean;
     }
     static Measure energyOf(const Element* bands) {
         Vorn32f sum;
