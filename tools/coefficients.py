@@ -146,6 +146,7 @@ def made_constants():
     yield kernels, "ln2High", single[0]
     yield kernels, "ln2Low", single[1]
     yield "vorns/src/reductions/sum_logarithm.cpp", "ln2", nearest(ln2)
+    yield "vornsr/src/aurora/equalisation/high_band.cpp", "leastEnergy", nearest(mp.exp(-10))
     sine = "vornsr/src/linalg/curves/sine.h"
     yield sine, "quarterPi", nearest(pi / 4)
     yield sine, "quadrantsPerUnit", nearest(2 / pi)
