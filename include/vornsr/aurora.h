@@ -105,8 +105,8 @@ VornStatus vornsHighBandCoding_Aurora_32s_Sfs(const Vorn32s* highBands, const Vo
  * @defgroup vornsr_aurora_deltas Band splitting and deltas of the noise-robust front-end
  * @brief A signal in two bands of half its rate; velocities and accelerations of cepstra over nine frames.
  *
- * **Two bands**, `vornsLowHighFilter*`. A prototype of T = tapsLen taps makes a low band and, modulated, a high band, and
- * every second value of both is kept. For n from 0 to len / 2 - 1 (of an odd len the last sample begins no output):
+ * **Two bands**, `vornsLowHighFilter*`. A prototype of T = tapsLen taps makes a low band and, modulated, a high band,
+ * and every second value of both is kept. For n from 0 to len / 2 - 1 (of an odd len the last sample begins no output):
  * - dstLow[n] = sum over k from 0 to T - 1 of src[2n + k] taps[k];
  * - dstHigh[n] = the same sum with signs that alternate in k: - first for even n, + first for odd n.
  *
@@ -145,9 +145,9 @@ VornStatus vornsHighBandCoding_Aurora_32s_Sfs(const Vorn32s* highBands, const Vo
  * | velocity | -1 | -0.75 | -0.5 | -0.25 | -0.0 | 0.25 | 0.5 | 0.75 | 1 |
  * | acceleration | 1 | 0.25 | -0.285714 | -0.607143 | -0.714286 | -0.607143 | -0.285714 | 0.25 | 1 |
  *
- * A rise of r a frame has the velocity 15 r, and t^2 the acceleration 33. Nothing is left out: the -0.0 makes an
- * infinite x(t) a velocity that is not a number. In the `Mul` forms val holds 39 factors: feature c is stored times
- * val[c], and all sums are taken of what is stored; a velocity is multiplied by val[13 + c] behind its sum, an
+ * A rise of r a frame has the velocity 15 r, and r t^2 the acceleration 33 r, nearly. Nothing is left out: the -0.0
+ * makes an infinite x(t) a velocity that is not a number. In the `Mul` forms val holds 39 factors: feature c is stored
+ * times val[c], and all sums are taken of what is stored; a velocity is multiplied by val[13 + c] behind its sum, an
  * acceleration by val[26 + c].
  *
  * Blocks. mode is 0 or a sum of `vornDeltaFirst` (this block starts the utterance) and `vornDeltaLast` (this block ends

@@ -8,7 +8,6 @@
 
 #include "features/delta/kernels.h"
 #include "simd/fold.h"
-#include "simd/pairs.h"
 #include "simd/simd.h"
 #include "vornsr/features.h"
 
@@ -83,33 +82,48 @@ VORN_INLINE Lanes withEnergy(Lanes x, typename Lanes::Element energy) {
     return select(load<W>(energyLane.bits) == splat<W>(-1), splat<Lanes>(energy), x);
 }
 
-// Both sums over the rows t - 4 to t + 4, the oldest first. Negative weights are kept from the compiler: what it may
-// make of a + (-w) x is the same to nearest alone.
+// Weights below 0, in every lane.
+struct NegativeWeights {
+    alignas(sizeof(V)) float velocity[4][V::lanes];      // of the rows t - 3 to t
+    alignas(sizeof(V)) float acceleration[3][V::lanes];  // of the rows t - 2 to t
+    constexpr NegativeWeights() : velocity(), acceleration() {
+        for (int i = 0; i < V::lanes; ++i) {
+            velocity[0][i] = -0.75f, velocity[1][i] = -0.5f, velocity[2][i] = -0.25f, velocity[3][i] = -0.0f;
+            acceleration[0][i] = -0.285714f, acceleration[1][i] = -0.607143f, acceleration[2][i] = -0.714286f;
+        }
+    }
+};
+inline constexpr NegativeWeights negativeWeights;
+
+// Both sums over the rows t - 4 to t + 4, the oldest first.
 class NineRows {
 public:
     struct Sums {
         V velocity, acceleration;
     };
 
-    VORN_INLINE Sums operator()(const V (&past)[2 * reach], V newest) const {
-        return {((((((past[1] * velocity1_ - past[0]) + past[2] * velocity2_) + past[3] * velocity3_) +
-                   past[4] * velocity4_) +
-                  past[5] * splat<V>(0.25f)) +
-                 past[6] * splat<V>(0.5f)) +
-                    past[7] * splat<V>(0.75f) + newest,
-                (((((((past[0] + past[1] * splat<V>(0.25f)) + past[2] * acceleration2_) + past[3] * acceleration3_) +
-                    past[4] * acceleration4_) +
-                   past[5] * acceleration3_) +
-                  past[6] * acceleration2_) +
-                 past[7] * splat<V>(0.25f)) +
-                    newest};
+    // The compiler must not know the negative weights: what it may make of a + (-w) x is the same to nearest alone.
+    VORN_INLINE NineRows() : negative_(&negativeWeights) { asm("" : "+r"(negative_)); }
+
+    VORN_INLINE Sums operator()(const V (&x)[2 * reach], V newest) const {
+        const auto v = [&](int row) __attribute__((always_inline)) {
+            return x[row] * vorn::load<V>(negative_->velocity[row - 1]);
+        };
+        const auto a = [&](int row) __attribute__((always_inline)) {
+            return x[row] * vorn::load<V>(negative_->acceleration[row < reach ? row - 2 : 2 * reach - row - 2]);
+        };
+        const V quarter = splat<V>(0.25f), half = splat<V>(0.5f), threeQuarters = splat<V>(0.75f);
+        V velocity = v(1) - x[0];
+        velocity = velocity + v(2) + v(3) + v(4);
+        velocity = velocity + x[5] * quarter + x[6] * half + x[7] * threeQuarters + newest;
+        V acceleration = x[0] + x[1] * quarter;
+        acceleration = acceleration + a(2) + a(3) + a(4) + a(5) + a(6);
+        acceleration = acceleration + x[7] * quarter + newest;
+        return {velocity, acceleration};
     }
 
 private:
-    V velocity1_ = inRegister(splat<V>(-0.75f)), velocity2_ = inRegister(splat<V>(-0.5f));
-    V velocity3_ = inRegister(splat<V>(-0.25f)), velocity4_ = inRegister(splat<V>(-0.0f));
-    V acceleration2_ = inRegister(splat<V>(-0.285714f)), acceleration3_ = inRegister(splat<V>(-0.607143f));
-    V acceleration4_ = inRegister(splat<V>(-0.714286f));
+    const NegativeWeights* negative_;
 };
 
 // The arithmetics: how one vector of columns comes from a frame and goes to the results. Pointers but that of a frame
@@ -215,50 +229,65 @@ struct Shorts {
     };
 };
 
-// The rows from `from` to `to`, counted in dst, as the newest ones of windows. New frames go to the rows begin to
-// end - 1. Rows before the utterance are the first one, rows behind it the last one.
-template <class Columns, class T>
-VORN_INLINE void slideWindow(const Call<T>& call, std::ptrdiff_t column, std::ptrdiff_t from, std::ptrdiff_t to) {
-    const std::ptrdiff_t begin = call.mode & vornDeltaFirst ? 0 : lookback, end = begin + call.height;
-    const Columns stripe(call, column);
-    const auto rowAt = [&](std::ptrdiff_t row) { return call.dst + row * call.step + column; };
-    const auto takeFrame = [&](std::ptrdiff_t row) __attribute__((always_inline)) {
-        return stripe.take(call.src + (row - begin) * frameWidth, rowAt(row));
-    };
+// A block of rows. Rows before the utterance are its first one, rows behind it the last one.
+template <class T>
+struct Block {
+    const T* frame;  // the first new one
+    T* row;          // where it goes
+    std::ptrdiff_t step;
+    bool starts;             // the utterance: the first frames complete no window
+    std::ptrdiff_t frames;   // each of which, but for those, completes the window of the row four rows before it
+    std::ptrdiff_t repeats;  // of the last row
+};
 
+template <class Columns, class T>
+VORN_INLINE void slideWindow(Block<T> block, std::ptrdiff_t column, const Columns& stripe) {
+    const std::ptrdiff_t step = block.step;
+    T* row = block.row + column;
     delta::Stage<reach, V, NineRows> window{NineRows()};
-    if (from == 0) {
-        window.repeat(takeFrame(0));
+    if (block.starts) {
+        window.repeat(stripe.take(block.frame, row));
+        for (int i = 0; i < reach; ++i, block.frame += frameWidth, row += step) {
+            window.push(stripe.take(block.frame, row));
+        }
+        block.frames -= reach;
     } else {
-        window.resume(stripe, rowAt(from), call.step);
+        window.resume(stripe, row, step);
     }
-    for (std::ptrdiff_t newest = from; newest < to; ++newest) {
-        const std::ptrdiff_t row = std::min(newest, end - 1), centre = newest - reach;
-        const auto sums = window.push(row >= begin ? takeFrame(row) : stripe.load(rowAt(row)));
-        if (centre < 0) continue;
-        stripe.storeVelocity(rowAt(centre) + columns, sums.velocity);
-        stripe.storeAcceleration(rowAt(centre) + 2 * columns, sums.acceleration);
-    }
+    const auto push = [&](V x) __attribute__((always_inline)) {
+        const auto sums = window.push(x);
+        T* centre = row - reach * step;
+        stripe.storeVelocity(centre + columns, sums.velocity);
+        stripe.storeAcceleration(centre + 2 * columns, sums.acceleration);
+        row += step;
+    };
+    for (; block.frames > 0; --block.frames, block.frame += frameWidth) push(stripe.take(block.frame, row));
+    for (; block.repeats > 0; --block.repeats) push(window.newest());
 }
 
 // Vector by vector, and so that a long call reads and writes memory once: the windows of a block find the rows before
 // it in dst.
 template <class Arithmetic, class T>
 void deltas(const Call<T>& call) {
-    constexpr std::ptrdiff_t blockBytes = 24 << 10;
+    constexpr std::ptrdiff_t blockBytes = 24 << 10, leastRows = 16;
     const std::ptrdiff_t blockRows =
-        std::max<std::ptrdiff_t>(16, blockBytes / static_cast<std::ptrdiff_t>(sizeof(T)) / call.step);
-    const std::ptrdiff_t begin = call.mode & vornDeltaFirst ? 0 : lookback, end = begin + call.height;
-    const std::ptrdiff_t pending = call.mode & vornDeltaLast ? reach : 0;
-    std::ptrdiff_t from = begin;
+        call.height <= leastRows ? leastRows
+                                 : std::max(leastRows, blockBytes / static_cast<std::ptrdiff_t>(sizeof(T)) / call.step);
+    const bool starts = call.mode & vornDeltaFirst, ends = call.mode & vornDeltaLast;
+    Block<T> block = {call.src, starts ? call.dst : call.dst + lookback * call.step, call.step, starts, 0, 0};
+    std::ptrdiff_t left = call.height;
     do {
-        const std::ptrdiff_t to = end - from <= blockRows ? end + pending : from + blockRows;
+        block.frames = std::min(left, blockRows);
+        left -= block.frames;
+        if (left == 0 && ends) block.repeats = reach;
         for (std::ptrdiff_t column = 0; column < lastVector; column += V::lanes) {
-            slideWindow<typename Arithmetic::template Columns<false>>(call, column, from, to);
+            slideWindow(block, column, typename Arithmetic::template Columns<false>(call, column));
         }
-        slideWindow<typename Arithmetic::template Columns<true>>(call, lastVector, from, to);
-        from = to;
-    } while (from < end);
+        slideWindow(block, lastVector, typename Arithmetic::template Columns<true>(call, lastVector));
+        block.frame += block.frames * frameWidth;
+        block.row += block.frames * block.step;
+        block.starts = false;
+    } while (left > 0);
 }
 
 }  // namespace vorn::aurora_delta
