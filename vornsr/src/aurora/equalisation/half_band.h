@@ -9,7 +9,6 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 #include "frame/wrap.h"
 #include "simd/block.h"
@@ -31,6 +30,8 @@ struct Singles {
     static constexpr std::ptrdiff_t splitReads = 2 * V::lanes;
 
     static VORN_INLINE void split(const Sample* p, V& even, V& odd) { loadPairs(p, even, odd); }
+    // One word of a stream, p its first sample and the next one two behind it, of which so many are left.
+    static VORN_INLINE Word word(const Sample* p, std::ptrdiff_t left) { return left > 0 ? *p : 0.0f; }
     static VORN_INLINE V product(V samples, V taps) { return samples * taps; }
 };
 
@@ -48,6 +49,11 @@ struct Shorts {
         even = (here & low) | shiftLeft<16>(next);
         odd = shiftRightLogical<16>(here) | andNot(low, next);
     }
+    static VORN_INLINE Word word(const Sample* p, std::ptrdiff_t left) {
+        const std::uint32_t first = left > 0 ? static_cast<std::uint32_t>(p[0]) & 0xFFFF : 0;
+        const std::uint32_t second = left > 2 ? static_cast<std::uint32_t>(p[2]) : 0;
+        return static_cast<std::int32_t>(first | second << 16);
+    }
     static VORN_INLINE V product(V samples, V taps) { return mulAddPairs(shortsOf(samples), shortsOf(taps)); }
 };
 
@@ -61,12 +67,21 @@ struct Streams {
 
     // The words 0 to count - 1, of which those behind the samples are less than two vectors.
     void fill(const typename Arithmetic::Sample* src, std::ptrdiff_t samples, std::ptrdiff_t count) {
+        const std::ptrdiff_t last = (samples - Arithmetic::splitReads) / 2;
         std::ptrdiff_t m = 0;
-        for (; m < count && 2 * m + Arithmetic::splitReads <= samples; m += V::lanes) fillVector(src + 2 * m, m);
-        if (m >= count) return;
-        typename Arithmetic::Sample rest[4 * V::lanes + Arithmetic::splitReads] = {};
-        std::memcpy(rest, src + 2 * m, static_cast<std::size_t>(samples - 2 * m) * sizeof *rest);
-        for (const auto* p = rest; m < count; m += V::lanes, p += 2 * V::lanes) fillVector(p, m);
+        if (samples >= Arithmetic::splitReads) {
+            for (; m < last; m += V::lanes) fillVector(src + 2 * m, m);
+            fillVector(src + 2 * last, last);
+            m = last + V::lanes;
+        }
+        for (std::ptrdiff_t rest = m; rest < count; rest += V::lanes) {
+            store(even + rest, splat<V>(0));
+            store(odd + rest, splat<V>(0));
+        }
+        for (; 2 * m < samples; ++m) {
+            even[m] = Arithmetic::word(src + 2 * m, samples - 2 * m);
+            odd[m] = Arithmetic::word(src + 2 * m + 1, samples - 2 * m - 1);
+        }
     }
 
 private:
@@ -96,8 +111,8 @@ VORN_INLINE void deal(const Vorn32f* taps, std::ptrdiff_t count, Taps<Singles>& 
 template <class Part>
 VORN_INLINE void deal(const Vorn16s* taps, std::ptrdiff_t count, Taps<Shorts>& dealt, Part part) {
     const auto word = [=](const Vorn16s* tap, std::ptrdiff_t left) {
-        const auto at = [=](std::ptrdiff_t i) { return static_cast<std::uint32_t>(i < left ? part(tap[i]) : 0); };
-        return static_cast<std::int32_t>((at(0) & 0xFFFF) | at(2) << 16);
+        const Vorn16s parts[3] = {part(left > 0 ? tap[0] : Vorn16s{0}), 0, part(left > 2 ? tap[2] : Vorn16s{0})};
+        return Shorts::word(parts, 3);
     };
     dealt.evenCount = dealt.oddCount = (count + 3) / 4;
     for (std::ptrdiff_t k = 0; k < dealt.evenCount; ++k) {
@@ -241,13 +256,21 @@ inline void splitBlock32(const Vorn16s* src, std::ptrdiff_t outputs, const Vorn1
     }
 }
 
+VORN_INLINE Vorn16s scaled(std::int64_t sum, int scaleFactor) {
+    return saturate<Vorn16s>(scaleFactor > 0
+                                 ? shiftRight64(sum, scaleFactor)
+                                 : shiftLeft64(sum, static_cast<int>(0u - static_cast<unsigned>(scaleFactor))));
+}
+
 // Any taps, any scale factor: of a chunk whose sums may leave 32 bits, the taps go in as two digits.
 inline void splitBlock64(const Vorn16s* src, std::ptrdiff_t outputs, const Vorn16s* taps, std::ptrdiff_t tapsLen,
                          int scaleFactor, Vorn16s* low, Vorn16s* high) {
     Streams<Shorts> samples;
     Taps<Shorts> dealt;
     Sums<Shorts> sums;
-    std::int64_t lowSums[blockOutputs] = {}, highSums[blockOutputs] = {};
+    std::int64_t lowSums[blockOutputs], highSums[blockOutputs];
+    std::fill_n(lowSums, outputs, 0);
+    std::fill_n(highSums, outputs, 0);
     const auto addSums = [&](std::int64_t weight) {
         addProducts(samples, dealt, outputs, true, sums);
         for (std::ptrdiff_t n = 0; n < outputs; ++n) {
@@ -265,20 +288,35 @@ inline void splitBlock64(const Vorn16s* src, std::ptrdiff_t outputs, const Vorn1
         } else {
             // The digits of a chunk are small enough: 256 x 255 < 65536.
             static_assert(dealt.most / 2 * 255 < 65536);
-            deal(taps + t, count, dealt, [](Vorn16s tap) { return tap & 255; });
+            deal(taps + t, count, dealt, [](Vorn16s tap) { return static_cast<Vorn16s>(tap & 255); });
             addSums(1);
-            deal(taps + t, count, dealt, [](Vorn16s tap) { return tap >> 8; });
+            deal(taps + t, count, dealt, [](Vorn16s tap) { return static_cast<Vorn16s>(tap >> 8); });
             addSums(256);
         }
     }
-    const auto stored = [=](std::int64_t sum) {
-        return saturate<Vorn16s>(scaleFactor > 0
-                                     ? shiftRight64(sum, scaleFactor)
-                                     : shiftLeft64(sum, static_cast<int>(0u - static_cast<unsigned>(scaleFactor))));
-    };
     for (std::ptrdiff_t n = 0; n < outputs; ++n) {
-        low[n] = stored(lowSums[n]);
-        high[n] = stored(n % 2 != 0 ? -highSums[n] : highSums[n]);
+        low[n] = scaled(lowSums[n], scaleFactor);
+        high[n] = scaled(n % 2 != 0 ? -highSums[n] : highSums[n], scaleFactor);
+    }
+}
+
+// So few products that vectors would take longer to fill than to use. Sums in 64 bits cost more.
+constexpr bool areFew(std::ptrdiff_t outputs, std::ptrdiff_t tapsLen, bool in64Bits = false) {
+    return outputs < 16 && outputs * tapsLen <= (in64Bits ? 256 : 64);
+}
+
+template <class Sum, class T, class Store>
+VORN_INLINE void splitFew(const T* src, std::ptrdiff_t outputs, const T* taps, std::ptrdiff_t tapsLen, T* low, T* high,
+                          Store stored) {
+    for (std::ptrdiff_t n = 0; n < outputs; ++n, src += 2) {
+        Sum even = 0, odd = 0;
+        for (std::ptrdiff_t k = 0; k + 1 < tapsLen; k += 2) {
+            even += static_cast<Sum>(src[k]) * static_cast<Sum>(taps[k]);
+            odd += static_cast<Sum>(src[k + 1]) * static_cast<Sum>(taps[k + 1]);
+        }
+        if (tapsLen % 2 != 0) even += static_cast<Sum>(src[tapsLen - 1]) * static_cast<Sum>(taps[tapsLen - 1]);
+        low[n] = stored(even + odd);
+        high[n] = stored(n % 2 != 0 ? even - odd : odd - even);
     }
 }
 
