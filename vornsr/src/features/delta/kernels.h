@@ -30,8 +30,8 @@ public:
         for (int i = 0; i < 2 * lag; ++i) past_[i] = stripe.load(behind + (i - 2 * lag) * step);
     }
     VORN_INLINE Value newest() const { return past_[2 * lag - 1]; }
-    VORN_INLINE Value push(Value x) {
-        const Value result = differences_(past_, x);
+    VORN_INLINE auto push(Value x) {
+        const auto result = differences_(past_, x);
 #pragma GCC unroll 8
         for (int i = 0; i + 1 < 2 * lag; ++i) past_[i] = past_[i + 1];
         past_[2 * lag - 1] = x;
