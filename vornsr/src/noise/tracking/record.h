@@ -37,6 +37,13 @@ template <class T>
 void write(const Record<T>& record, VornsMCRAState* state) {
     std::memcpy(static_cast<void*>(state), &record, sizeof record);
 }
+// What an update changes of it.
+template <class T>
+void writeCounts(const Record<T>& record, VornsMCRAState* state) {
+    static_assert(offsetof(Record<T>, firstFrame) == offsetof(Record<T>, frameIdx) + 4);
+    const std::int32_t counts[2] = {record.frameIdx, record.firstFrame};
+    std::memcpy(reinterpret_cast<std::byte*>(state) + offsetof(Record<T>, frameIdx), counts, sizeof counts);
+}
 
 // The four arrays of a block in their order.
 template <class T>

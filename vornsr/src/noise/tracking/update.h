@@ -7,9 +7,9 @@
 #include <initializer_list>
 
 #include "frame/rounding.h"
-#include "loops/elementwise.h"
 #include "noise/tracking/record.h"
 #include "simd/part.h"
+#include "simd/simd.h"
 
 namespace vorn::tracking {
 
@@ -104,7 +104,6 @@ struct BinKernel {
     using V = typename Form::V;
     using T = typename V::Element;
     static constexpr std::int64_t step = V::lanes;
-    static constexpr bool unrolled = false;
     const Form& form;
     T *presence, *smoothed, *minimum, *tempMinimum;
     const T* in;
@@ -162,7 +161,12 @@ VORN_INLINE void overBins(const Record<T>& record, const T* in, T* noise) {
     const BinKernel<Form, newWindow> kernel(form, record, in, noise);
     const std::int64_t len = bins(record.fftLen);
     if (len < kernel.step) return kernel.part(len);
-    stepsInCache(len, kernel);
+    // The last register ends at the last bin and overlaps the one before it, whose work it must not see. Nothing is
+    // brought to a boundary: of five arrays at most one would stand on it.
+    const std::int64_t end = len - kernel.step;
+    const auto last = kernel.at(end);
+    for (std::int64_t i = 0; i < end; i += kernel.step) kernel.put(i, kernel.at(i));
+    kernel.put(end, last);
 }
 
 template <class T>
@@ -185,7 +189,7 @@ VORN_NOINLINE void update(const T* in, VornsMCRAState* state, T* noise) {
     }
     ++record.frameIdx;
     record.firstFrame = 0;
-    write(record, state);
+    writeCounts(record, state);
 }
 
 }  // namespace vorn::tracking
