@@ -17,7 +17,7 @@ inline test::Precise ephraimMalah(double v) {
     const Precise pi = Precise(3.141592653589793) + Precise(0x1.1a62633145c07p-53);
     const Precise quarter = Precise(v) * Precise(0.25), square = quarter * quarter;
     Precise i0(1.0), i1 = quarter, term0(1.0), term1 = quarter;
-    for (int n = 1; n < 400; ++n) {
+    for (int n = 1; n < 80 + (int)v; ++n) {
         term0 = term0 * square / Precise(double(n) * n);
         term1 = term1 * square / Precise(double(n) * (n + 1));
         i0 = i0 + term0;

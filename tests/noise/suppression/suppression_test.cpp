@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <cstdio>
+#include <cstdlib>
 #include <limits>
 #include <type_traits>
 #include <vector>
@@ -321,29 +323,50 @@ TEST(EphraimMalah, NumbersByHand) {
     EXPECT_EQ(fixed, INT_MAX) << "a gain above 1 saturates";
 }
 
-// The largest relative error of the table against Bessel functions, octave by octave of v.
-TEST(EphraimMalah, IsTheStatedDistanceFromItsFormula) {
-    struct Octave {
-        int exponent;  // v from 2^exponent on
-        double bound;
-    };
-    const Octave octaves[] = {{0, 0}};
-    (void)octaves;
-    const float one = 1.0f;
-    const bool show = std::getenv("VORNSR_SHOW_QUALITY") != nullptr;
-    for (int exponent = -15; exponent <= 6; ++exponent) {
-        double worst = 0, at = 0;
-        for (int step = 0; step < 96; ++step) {
-            const auto v = static_cast<float>(std::ldexp(1 + (step + 0.5) / 96, exponent));
-            if (v > 100) break;
-            float gain = 0;
-            ASSERT_EQ(vornsFilterUpdateEMNS_32f(&one, &v, &gain, 1), vornStsNoErr);
-            const double exact = model::ephraimMalah(static_cast<double>(v)).toDouble();
-            const double error = std::fabs(static_cast<double>(gain) / exact - 1);
-            if (error > worst) worst = error, at = static_cast<double>(v);
+// The fixed form is the same gain, in Q31, as far as that goes.
+TEST(EphraimMalah, BothFormsSayTheSame) {
+    Random random(8);
+    for (int turn = 0; turn < 20000; ++turn) {
+        const double share = std::exp2(random.uniform(-8.0, 0.0)), power = std::exp2(random.uniform(-4.0, 9.0));
+        const auto w = static_cast<Vorn32s>(share * 2147483647.0), snr = static_cast<Vorn32s>(power * 32768);
+        const auto wSingle = static_cast<float>(w * 0x1p-31), snrSingle = static_cast<float>(snr * 0x1p-15);
+        Vorn32s fixed = 0;
+        float single = 0;
+        ASSERT_EQ(vornsFilterUpdateEMNS_32s(&w, &snr, &fixed, 1), vornStsNoErr);
+        ASSERT_EQ(vornsFilterUpdateEMNS_32f(&wSingle, &snrSingle, &single, 1), vornStsNoErr);
+        if (single > 0.999f) {
+            ASSERT_GE(fixed, 2143000000);
+        } else {
+            ASSERT_NEAR(fixed * 0x1p-31, static_cast<double>(single), 1e-3 * static_cast<double>(single))
+                << w << ", " << snr;
         }
-        if (show) std::printf("2^%d: %.3g at %.6g\n", exponent, worst, at);
     }
+}
+
+// The largest error of the table beside Bessel functions, relative, octave by octave of v. VORNSR_SHOW_QUALITY=1 prints
+// them.
+TEST(EphraimMalah, IsTheStatedDistanceFromItsFormula) {
+    const bool show = std::getenv("VORNSR_SHOW_QUALITY") != nullptr;
+    const auto errorAt = [](float v) {
+        // Half of v in W while gamma allows it, so that its lower limit is not met.
+        const float w = v < 50 ? 0.5f : 1.0f, snr = v / w;
+        float gain = 0;
+        EXPECT_EQ(vornsFilterUpdateEMNS_32f(&w, &snr, &gain, 1), vornStsNoErr);
+        const double exact = model::ephraimMalah(static_cast<double>(v)).toDouble();
+        return static_cast<double>(gain / w) / exact - 1;
+    };
+    for (int exponent = -15; exponent <= 6; ++exponent) {
+        double least = 0, most = 0;
+        for (int step = 0; step < 128; ++step) {
+            const auto v = static_cast<float>(std::ldexp(1 + (step + 0.98) / 128, exponent));
+            if (v > 100) break;
+            const double error = errorAt(v);
+            least = std::min(least, error), most = std::max(most, error);
+        }
+        EXPECT_LE(std::max(-least, most), 0.007) << "from 2^" << exponent;
+        if (show) std::printf("2^%d: %+.5f to %+.5f\n", exponent, least, most);
+    }
+    EXPECT_LE(std::fabs(errorAt(100.0f)), 0.0005);
 }
 
 TYPED_TEST(Suppression, InEveryRoundingMode) {

@@ -8,9 +8,11 @@
 #include <functional>
 #include <limits>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 #include "model/tracking.h"
+#include "noise/tracking/parameters.h"
 #include "support/expect.h"
 #include "support/guarded.h"
 #include "support/recorded_frames.h"
@@ -365,8 +367,8 @@ TEST(NoiseTrackingParameters, BothFormsSayTheSame) {
     }
 }
 
-// The powers are the nearest singles: none of these arguments is so near the middle of two that the last bits of a
-// double could matter.
+// The powers are the nearest singles. Of all rates and advances five are so near the middle of two singles that the
+// last three bits of a double matter; they come first.
 TEST(NoiseTrackingParameters, PowersAreTheNearestSingles) {
     using test::Precise;
     const Precise lnD = log(Precise(0.7)), lnS = log(Precise(0.8)), lnP = log(Precise(0.2));
@@ -381,12 +383,35 @@ TEST(NoiseTrackingParameters, PowersAreTheNearestSingles) {
         ASSERT_EQ(f.alphaS, exp(exponent * lnS).toFloat()) << rate << ", " << hop;
         ASSERT_EQ(f.alphaP, exp(exponent * lnP).toFloat()) << rate << ", " << hop;
     };
+    const std::pair<int, int> nearTies[] = {{13144, 397}, {26288, 794}, {39432, 1191}, {29121, 59}, {33424, 289}};
+    for (const auto& [rate, hop] : nearTies) expectNearest(rate, hop);
     for (int rate : {8000, 11025, 16000, 44100, 48000}) {
         for (int hop = 1; hop <= 4096; hop += 3) expectNearest(rate, hop);
     }
     for (int i = 0; i < 8000; ++i) {
         expectNearest(static_cast<int>(random.integer(8000, 48000)), static_cast<int>(random.integer(1, 4096)));
     }
+}
+
+// Within 1.02 units in the last place of a double, before they are rounded to single.
+TEST(NoiseTrackingParameters, PowersInDouble) {
+    using test::Precise;
+    namespace bases = vorn::tracking::bases;
+    const std::pair<double, vorn::tracking::Logarithm> powers[] = {{0.7, {bases::alphaDHigh, bases::alphaDLow}},
+                                                                   {0.8, {bases::alphaSHigh, bases::alphaSLow}},
+                                                                   {0.2, {bases::alphaPHigh, bases::alphaPLow}}};
+    Random random(10);
+    test::Worst worst;
+    for (const auto& [base, parts] : powers) {
+        const Precise logarithm = log(Precise(base));
+        for (int i = 0; i < 10000; ++i) {
+            const auto x =
+                static_cast<float>(i < 5000 ? random.uniform(0.002, 64.0) : std::exp2(random.uniform(-9, 6)));
+            const Precise exact = exp(Precise(static_cast<double>(x)) * logarithm);
+            worst.meet(exact.distance<double>(vorn::tracking::power(parts, x)), static_cast<double>(x));
+        }
+    }
+    EXPECT_LE(worst.distance, 1.02) << worst.text();
 }
 
 TYPED_TEST(NoiseTracking, ParametersEqualTheModel) {

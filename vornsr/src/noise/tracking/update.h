@@ -39,7 +39,10 @@ struct SingleForm {
     VORN_INLINE V smooth(V s, V y) const { return s * alphaS + restS * y; }
     VORN_INLINE void follow(V s, V minimum, V y, V& presence, V& noise) const {
         const V fallen = alphaP * presence;
-        presence = select(s > minimum * delta, fallen + restP, fallen);
+        V grown = fallen + restP;
+        // Otherwise clang selects what is added, restP or -0, which rounding down makes of a presence of 0.
+        asm("" : "+x"(grown.v));
+        presence = select(s > minimum * delta, grown, fallen);
         const V a = alphaD + restD * presence;
         noise = a * noise + (one - a) * y;
     }
