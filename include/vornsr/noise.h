@@ -29,9 +29,9 @@ VORN_BEGIN_DECLS
  * Parameters. sampleFreq is in hertz, 8000 to 48000; the frame advance hop in samples, 1 to H with `AltInit`, H with
  * `Init`. With x = hop 125 / sampleFreq, the advance in stretches of 8 ms, in single:
  * - `32f`: alphaD = 0.7^x, alphaS = 0.8^x, alphaP = 0.2^x (bases in double, powers within 1.02 units in the last place
- *   of a double, rounded to single: the nearest single at every rate and advance), delta = 5. minWindow = 125 q truncated, in single, with q = sampleFreq 0.008 / hop
- *   in single; `Init` divides by 2^(halfBits - 1) instead, which is not hop unless H is a power of two, and rounds q
- *   from double.
+ *   of a double, rounded to single: the nearest single at every rate and advance), delta = 5. minWindow = 125 q
+ *   truncated, in single, with q = sampleFreq 0.008 / hop in single; `Init` divides by 2^(halfBits - 1) instead, which
+ *   is not hop unless H is a power of two, and rounds q from double.
  * - `32s`, without any float: x in Q15, truncated. E(g) = 1 + t + t^2/2 + t^3/6 of t = x g in Q15, each product
  *   shifted down arithmetically, and then shifted left by 16, in 32 bits: alphaD = E(ln 0.7), alphaS = E(ln 0.8), and
  *   alphaP = E(ln(0.2)/8) to the eighth, by three squares. These are near the powers up to x = 1; an advance beyond
@@ -52,9 +52,9 @@ VORN_BEGIN_DECLS
  * What is exact. `32f`: the formulas in single, operation by operation as they are written, in the caller's rounding
  * mode. min(a, b) is a where a is below b, else b. A not-a-number spoils its bin for good. `32s`: 1 stands for
  * 2^31 - 1. smoothed is formed in 64-bit integers and shifted right by 31, arithmetically, of which the low 32 bits are
- * kept. The rest is in double: minimum delta is limited to 2^31 - 1, presence is rounded after it has weighed the noise,
- * and both are rounded to the nearest integer, ties to even, whatever the caller's mode; what 32 bits do not hold
- * becomes -2^31. The parameters do not depend on the caller's mode either. Bits are the same on every processor.
+ * kept. The rest is in double: minimum delta is limited to 2^31 - 1, presence is rounded after it has weighed the
+ * noise, and both are rounded to the nearest integer, ties to even, whatever the caller's mode; what 32 bits do not
+ * hold becomes -2^31. The parameters do not depend on the caller's mode either. Bits are the same on every processor.
  *
  * A constant spectrum is its own noise: within rounding in singles, exactly in integers up to 5 x 10^8. Steps of the
  * noise, up or down, are followed within two windows.

@@ -8,6 +8,7 @@
 
 #include "frame/rounding.h"
 #include "noise/tracking/record.h"
+#include "simd/pairs.h"
 #include "simd/part.h"
 #include "simd/simd.h"
 
@@ -39,9 +40,9 @@ struct SingleForm {
     VORN_INLINE V smooth(V s, V y) const { return s * alphaS + restS * y; }
     VORN_INLINE void follow(V s, V minimum, V y, V& presence, V& noise) const {
         const V fallen = alphaP * presence;
-        V grown = fallen + restP;
-        // Otherwise clang selects what is added, restP or -0, which rounding down makes of a presence of 0.
-        asm("" : "+x"(grown.v));
+        // Kept in a register, or clang selects what is added, restP or -0, which rounding down turns a presence of 0
+        // by.
+        const V grown = inRegister(fallen + restP);
         presence = select(s > minimum * delta, grown, fallen);
         const V a = alphaD + restD * presence;
         noise = a * noise + (one - a) * y;
