@@ -156,19 +156,38 @@ def made_constants():
     yield sine, "pi1", truncated(pi, 33)
     yield sine, "pi2", nearest(pi - truncated(pi, 33))
     yield "vornsr/src/aurora/noise_reduction/wiener.h", "leastRatio", nearest(mp.power(10, mp.mpf(-22) / 20), SINGLE)
+    for name, base in (("alphaD", 0.7), ("alphaP", 0.2), ("alphaS", 0.8)):  # the doubles of these names
+        for part, value in zip(("High", "Low"), split(mp.log(mp.mpf(base)), 27)):
+            yield TRACKING, name + part, value
 
 
 INTEGER_SCALE = "vornsr/src/features/bank/integer_scale.h"
+TRACKING = "vornsr/src/noise/tracking/parameters.h"
+SUPPRESSION = "vornsr/src/noise/suppression/tables.h"
+
+
+def ephraim_malah(v):
+    """The gain over that of Wiener (Ephraim and Malah 1984)."""
+    bessel = (1 + v) * mp.besseli(0, v / 2) + v * mp.besseli(1, v / 2)
+    return mp.sqrt(mp.pi / v) / 2 * mp.exp(-v / 2) * bessel
 
 
 def integer_tables():
-    """ln(1 + 2^-(i+1)) and ln(1 - 2^-(i+1)), and ln 2 and its inverse, in Q31."""
+    """Path, name and values: logarithms and inverses in Q31, and gains of arguments in Q22."""
     def q31(value):
         return int(mp.nint(mp.ldexp(value, 31)))
-    yield "lnOfOneAndPower", [q31(mp.log(1 + mp.ldexp(1, -i - 1))) for i in range(32)]
-    yield "lnOfOneLessPower", [q31(mp.log(1 - mp.ldexp(1, -i - 1))) for i in range(32)]
-    yield "ln2", [q31(mp.log(2))]
-    yield "perLn2", [q31(1 / mp.log(2))]
+    yield INTEGER_SCALE, "lnOfOneAndPower", [q31(mp.log(1 + mp.ldexp(1, -i - 1))) for i in range(32)]
+    yield INTEGER_SCALE, "lnOfOneLessPower", [q31(mp.log(1 - mp.ldexp(1, -i - 1))) for i in range(32)]
+    yield INTEGER_SCALE, "ln2", [q31(mp.log(2))]
+    yield INTEGER_SCALE, "perLn2", [q31(1 / mp.log(2))]
+    yield TRACKING, "stretch", [int(mp.floor(mp.ldexp(mp.mpf(8) / 1000, 31)))]
+    yield TRACKING, "lnOf07", [q31(mp.log(mp.mpf(7) / 10))]
+    yield TRACKING, "lnOf08", [q31(mp.log(mp.mpf(8) / 10))]
+    yield TRACKING, "eighthOfLnOf02", [q31(mp.log(mp.mpf(2) / 10) / 8)]
+    yield TRACKING, "third", [q31(mp.mpf(1) / 3)]
+    with mp.workprec(200):
+        gains = [int(mp.nint(ephraim_malah(mp.ldexp(mp.mpf(x), -22)))) for x in range(1, 129)]
+    yield SUPPRESSION, "gainOfSmall", [2**31 - 1] + gains
 
 
 def taylor_coefficients():
@@ -343,9 +362,9 @@ def check_given(steps=400):
 
 # Numbers with so many digits behind the point, hexadecimal or decimal, have an origin; shorter ones explain themselves.
 LONG = 5
-# Decimal ones that are given: the ends of the singles, a tolerance and weights of accelerations, as the functions that
-# use them promise.
-GIVEN = {"3.402823466e+38", "3.4028235e38", "1.000001", "0.285714", "0.607143", "0.714286"}
+# Decimal ones that are given: the ends of the singles, a tolerance, weights of accelerations and the least
+# signal-to-noise ratio of a gain, as the functions that use them promise.
+GIVEN = {"3.402823466e+38", "3.4028235e38", "1.000001", "0.285714", "0.607143", "0.714286", "3.05176e-05"}
 
 
 def rows_of(text):
@@ -368,11 +387,11 @@ def check_tables():
 
 
 def check_integer_tables():
-    for name, made in integer_tables():
-        found = re.search(rf"\b{name}(?:\[\w+\])? = \{{?([-\d,\s]+)\}}?;", source(INTEGER_SCALE))
+    for path, name, made in integer_tables():
+        found = re.search(rf"\b{name}(?:\[[^]]+\])? = \{{?([-\d,\s]+)\}}?[;,]", source(path))
         held = [int(text) for text in re.findall(r"-?\d+", found.group(1))] if found else []
         if held != made:
-            yield f"{INTEGER_SCALE}: {name} is {held}, not {made}"
+            yield f"{path}: {name} is {held}, not {made}"
 
 
 def check_constants():
@@ -431,8 +450,8 @@ def print_all():
         print(f"    0x{word:016X},")
     for path, name, value in made_constants():
         print(f"{path}: {name} = {literal(value)}")
-    for name, values in integer_tables():
-        print(f"{INTEGER_SCALE}: {name} = {', '.join(map(str, values))}")
+    for path, name, values in integer_tables():
+        print(f"{path}: {name} = {', '.join(map(str, values))}")
     print("series:", " ".join(map(literal, sorted(taylor_coefficients()))))
 
 
