@@ -134,7 +134,7 @@ void expectDecimated(const Signal& a, const Signal& b, int maxLen, int minLen, i
 TEST(CrossCorrCoeffDecim, EqualsTheModel) {
     Random random(3);
     const auto hard = test::hardIntegers<Vorn16s>();
-    for (int maxLen = 1; maxLen <= 40; ++maxLen) {
+    for (int maxLen = 1; maxLen <= 40; maxLen += maxLen < 12 ? 1 : 7) {
         const auto n = static_cast<std::size_t>(maxLen);
         for (int minLen = 1; minLen <= maxLen; ++minLen) {
             for (int dec : {1, 2, 3, 7, 50}) {

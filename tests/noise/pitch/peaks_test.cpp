@@ -78,7 +78,7 @@ std::vector<float> slopes(Random& random, std::size_t len, int longest) {
 
 TEST(FindPeaks, EqualsTheModel) {
     Random random(1);
-    for (std::size_t len = 1; len <= 140; ++len) {
+    for (std::size_t len = 1; len <= 140; len += len < 12 ? 1 : 13) {
         for (int q : {1, 2, 4, 127}) {
             for (int m : {0, 1, 3, 20, 127}) {
                 expectPeaks(random.floats(len, -1, 1), q, m);
@@ -88,7 +88,7 @@ TEST(FindPeaks, EqualsTheModel) {
             }
         }
     }
-    for (std::size_t len : {255, 256, 257, 258, 511, 513, 640, 1025, 3000}) {
+    for (std::size_t len : {63, 64, 65, 66, 255, 256, 257, 258, 513, 1100}) {
         for (int q : {1, 3, 30, 64, 65, 127}) {
             for (int m : {0, 1, 5, 64, 126, 127}) {
                 expectPeaks(slopes(random, len, 150), q, m);

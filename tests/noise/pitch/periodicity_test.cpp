@@ -244,13 +244,13 @@ TEST(LeastSquares, EqualsTheModel) {
             }
         }
     }
-    for (int len : {160, 240, 321, 511, 1000, 1023, 1024}) {
+    for (int len : {160, 321, 1000, 1024}) {
         for (int low : {20, 64, 65, 200}) {
-            for (int high : {low + 1, 130, 147, len - 1}) {
+            for (int high : {low + 1, 147, len - 1}) {
                 if (high <= low || high >= len || len > 16 * low) continue;
                 const auto n = static_cast<std::size_t>(len);
                 expectSquares(random.floats(n, -1, 1), low, high);
-                for (Vorn16s size : {1, 200, 2000, 8000, 32767}) {
+                for (Vorn16s size : {1, 2000, 8000, 32767}) {
                     expectSquares(random.integers<Vorn16s>(n, static_cast<Vorn16s>(-size), size), low, high);
                 }
             }
