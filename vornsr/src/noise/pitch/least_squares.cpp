@@ -38,48 +38,69 @@ constexpr FirstLanes firstLanes;
 struct Combs {
     int p, periods, longer;
     Combs(int period, int len) : p(period), periods((len - 1) / period), longer((len - 1) % period + 1) {}
-
-    // Of the phases from j on, a lane each.
-    static VORN_INLINE i32xN phases(std::ptrdiff_t j) {
-        return load<i32xN>(firstLanes.index) + splat<i32xN>(static_cast<std::int32_t>(j));
-    }
-    template <class V, class Table>
-    VORN_INLINE V weights(const Table& table, std::ptrdiff_t j) const {
-        return select(splat<i32xN>(longer) > phases(j), splat<V>(table[periods + 1]), splat<V>(table[periods]));
-    }
-    VORN_INLINE auto exist(std::ptrdiff_t j) const { return splat<i32xN>(p) > phases(j); }
 };
+
+// Numbers that depend on the phase: one below a border, another from there on. Phases stand in lanes.
+template <class V>
+struct ByPhase {
+    i32xN border;
+    V below, above;
+    VORN_INLINE ByPhase(int first, typename V::Element lower, typename V::Element upper)
+        : border(splat<i32xN>(first)), below(splat<V>(lower)), above(splat<V>(upper)) {}
+    VORN_INLINE V from(i32xN phases) const { return select(border > phases, below, above); }
+};
+VORN_INLINE i32xN phasesFrom(std::ptrdiff_t j) {
+    return load<i32xN>(firstLanes.index) + splat<i32xN>(static_cast<std::int32_t>(j));
+}
 
 // Sums over phases are in their order, phase by phase, so a period alone would wait for each addition. Several periods
 // go together: a row of terms each, the one of A and the one of B side by side, for some phases at a time.
 constexpr int together = 8, phasesAtOnce = 64;
 
 struct Terms {
-    alignas(64) Vorn32f row[together][2 * phasesAtOnce];
+    alignas(64) Vorn32f row[together][2 * phasesAtOnce + 2];
 };
 
+// The terms of the phases from `begin` on; those from p on are zeros.
+template <int vectors>
+VORN_INLINE void fill(const Vorn32f* x, const Combs& combs, const ByPhase<f32xN>& rootWeight,
+                      const ByPhase<f32xN>& weight, std::ptrdiff_t begin, Vorn32f* row) {
+    constexpr int lanes = f32xN::lanes;
+    f32xN s[vectors], q[vectors];
+    for (int v = 0; v < vectors; ++v) {
+        s[v] = load<f32xN>(x + begin + v * lanes);
+        q[v] = s[v] * s[v];
+    }
+    const Vorn32f* tooth = x + begin;
+    for (int m = combs.periods; m > 0; --m) {
+        tooth += combs.p;
+        for (int v = 0; v < vectors; ++v) {
+            const f32xN next = load<f32xN>(tooth + v * lanes);
+            s[v] = s[v] + next;
+            q[v] = q[v] + next * next;
+        }
+    }
+    for (int v = 0; v < vectors; ++v) {
+        const std::ptrdiff_t j = begin + v * lanes;
+        const i32xN phases = phasesFrom(j);
+        const f32xN mean = s[v] * rootWeight.from(phases), zero = splat<f32xN>(0.0f);
+        f32xN a = mean * mean, b = q[v] * weight.from(phases);
+        if (j + lanes > combs.p) {
+            const auto exists = splat<i32xN>(combs.p) > phases;
+            a = select(exists, a, zero);
+            b = select(exists, b, zero);
+        }
+        storePairs(row + 2 * v * lanes, a, b);
+    }
+}
 VORN_INLINE void fillRow(const Vorn32f* x, const Combs& combs, std::ptrdiff_t begin, std::ptrdiff_t count,
                          Vorn32f* row) {
-    for (std::ptrdiff_t k = 0; k < count; k += f32xN::lanes) {
-        const std::ptrdiff_t j = begin + k;
-        f32xN a = splat<f32xN>(0.0f), b = a;
-        if (j < combs.p) {
-            f32xN s = load<f32xN>(x + j), q = s * s;
-            for (int m = 1; m <= combs.periods; ++m) {
-                const f32xN next = load<f32xN>(x + j + m * combs.p);
-                s = s + next;
-                q = q + next * next;
-            }
-            s = s * combs.weights<f32xN>(oneOverRoot, j);
-            a = s * s;
-            b = q * combs.weights<f32xN>(oneOver, j);
-            if (j + f32xN::lanes > combs.p) {
-                a = select(combs.exist(j), a, splat<f32xN>(0.0f));
-                b = select(combs.exist(j), b, splat<f32xN>(0.0f));
-            }
-        }
-        storePairs(row + 2 * k, a, b);
-    }
+    constexpr int lanes = f32xN::lanes;
+    const ByPhase<f32xN> rootWeight(combs.longer, oneOverRoot[combs.periods + 1], oneOverRoot[combs.periods]);
+    const ByPhase<f32xN> weight(combs.longer, oneOver[combs.periods + 1], oneOver[combs.periods]);
+    std::ptrdiff_t k = 0;
+    for (; k + 2 * lanes <= count; k += 2 * lanes) fill<2>(x, combs, rootWeight, weight, begin + k, row + 2 * k);
+    for (; k < count; k += lanes) fill<1>(x, combs, rootWeight, weight, begin + k, row + 2 * k);
 }
 
 struct Estimate_32f {
@@ -87,15 +108,17 @@ struct Estimate_32f {
 };
 // Of the periods from `first` on, `count` of them.
 VORN_NOINLINE void estimates(const Vorn32f* x, int len, int first, int count, Estimate_32f* estimate) {
-    f32x4 sum[together];
+    f32x4 sum[together];  // of each period A and B; the other two lanes mean nothing
     for (f32x4& s : sum) s = splat<f32x4>(0.0f);
-    Terms terms = {};
+    Terms terms;
+    for (int g = count; g < together; ++g) std::fill(terms.row[g], terms.row[g + 1], 0.0f);
     const int last = first + count - 1;
     for (int begin = 0; begin < last; begin += phasesAtOnce) {
         const int width = std::min(last - begin, phasesAtOnce);
         for (int g = 0; g < count; ++g) fillRow(x, Combs(first + g, len), begin, width, terms.row[g]);
+        for (auto& row : terms.row) row[2 * width] = row[2 * width + 1] = 0;  // the other two lanes read so far
         for (int j = 0; j < width; ++j) {
-            for (int g = 0; g < together; ++g) sum[g] = sum[g] + loadFirst<f32x4, 2>(terms.row[g] + 2 * j);
+            for (int g = 0; g < together; ++g) sum[g] = sum[g] + load<f32x4>(terms.row[g] + 2 * j);
         }
     }
     for (int g = 0; g < count; ++g) {
@@ -119,17 +142,21 @@ VORN_INLINE std::int32_t lowSum(i64xN lanes) { return sumOfLanes(std::bit_cast<i
 VORN_NOINLINE Estimate_16s estimateOf(const Vorn32s* x, const Vorn32s* square, const Combs& combs, Scale scale) {
     i64xN sumA = splat<i64xN>(0), sumB = sumA;
     const i32xN none = splat<i32xN>(0);
+    const ByPhase<i32xN> rootWeights(combs.longer, oneOverRootQ30[combs.periods + 1], oneOverRootQ30[combs.periods]);
+    const ByPhase<i32xN> weights(combs.longer, oneOverQ30[combs.periods + 1], oneOverQ30[combs.periods]);
     for (std::ptrdiff_t j = 0; j < combs.p; j += i32xN::lanes) {
+        const i32xN phases = phasesFrom(j);
         i32xN s = load<i32xN>(x + j), q = load<i32xN>(square + j);
         for (int m = 1; m <= combs.periods; ++m) {
             s = s + load<i32xN>(x + j + m * combs.p);
             q = q + load<i32xN>(square + j + m * combs.p);
         }
         if (j + i32xN::lanes > combs.p) {
-            s = select(combs.exist(j), s, none);
-            q = select(combs.exist(j), q, none);
+            const auto exists = splat<i32xN>(combs.p) > phases;
+            s = select(exists, s, none);
+            q = select(exists, q, none);
         }
-        const i32xN rootWeight = combs.weights<i32xN>(oneOverRootQ30, j), weight = combs.weights<i32xN>(oneOverQ30, j);
+        const i32xN rootWeight = rootWeights.from(phases), weight = weights.from(phases);
         const auto addA = [&](i64xN v) __attribute__((always_inline)) {
             const i64xN one = shiftRight(v, 30 + scale.first), two = shiftRight(v, 30 + scale.second);
             sumA = sumA + mulEven(std::bit_cast<i32xN>(one), std::bit_cast<i32xN>(two));

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <type_traits>
 
 #include "frame/checks.h"
 #include "frame/rounding.h"
@@ -17,50 +18,74 @@ namespace {
 
 constexpr int longest = 65535, largestSearch = 127, largestAverage = 127;
 
-// A bit a step, from one value of the signal to the next.
+// A bit a step, from one value of the signal to the next; a word before the first bit and one behind the last.
 class Bits {
 public:
-    std::uint64_t& word(std::ptrdiff_t step) { return words_[step / 64]; }
-    bool operator[](std::ptrdiff_t step) const { return (words_[step / 64] >> (step % 64) & 1) != 0; }
-    // The first step at or behind `step` whose bit is set, or `end`.
-    std::ptrdiff_t next(std::ptrdiff_t step, std::ptrdiff_t end) const {
-        if (step >= end) return end;
-        std::ptrdiff_t at = step / 64;
-        std::uint64_t word = words_[at] >> (step % 64) << (step % 64);
-        while (word == 0) {
-            if (++at * 64 >= end) return end;
-            word = words_[at];
+    Bits() { words_[0] = ~std::uint64_t{0}; }
+    std::uint64_t& word(std::ptrdiff_t k) { return words_[k + 1]; }
+    bool operator[](std::ptrdiff_t step) const { return (words_[step / 64 + 1] >> (step % 64) & 1) != 0; }
+    void set(std::ptrdiff_t step) { words_[step / 64 + 1] |= std::uint64_t{1} << (step % 64); }
+    // All bits from `step` on to the word behind the last one.
+    void setFrom(std::ptrdiff_t step, std::ptrdiff_t words) {
+        word(step / 64) |= ~std::uint64_t{0} << (step % 64);
+        for (std::ptrdiff_t k = step / 64 + 1; k <= words; ++k) word(k) = ~std::uint64_t{0};
+    }
+
+    // Each bit becomes the bit in front of it; what stands before the first one is set.
+    void moveUp(std::ptrdiff_t words) {
+        for (std::ptrdiff_t k = words - 1; k >= 0; --k) word(k) = word(k) << 1 | word(k - 1) >> 63;
+    }
+    // Keeps the bits that end a run of `length` set ones, or that begin one. Runs grow by what is known of shorter
+    // ones.
+    void keepEndsOfRuns(int length, std::ptrdiff_t words) {
+        for (int known = 1, more; known < length; known += more) {
+            more = std::min(known, length - known);
+            for (std::ptrdiff_t k = words - 1; k >= 0; --k) {
+                word(k) &= word(k) << more | word(k - 1) >> (64 - more);
+            }
         }
-        return std::min<std::ptrdiff_t>(at * 64 + std::countr_zero(word), end);
+    }
+    void keepBeginningsOfRuns(int length, std::ptrdiff_t words) {
+        for (int known = 1, more; known < length; known += more) {
+            more = std::min(known, length - known);
+            for (std::ptrdiff_t k = 0; k < words; ++k) word(k) &= word(k) >> more | word(k + 1) << (64 - more);
+        }
     }
 
 private:
-    std::uint64_t words_[(longest + 63) / 64];
+    std::uint64_t words_[(longest + 63) / 64 + 2];
 };
+static_assert(largestSearch <= 128);  // no run grows by a whole word
 
-// Where the signal does not rise, and where it does not fall. Both hold on the flat, neither beside a not-a-number.
+// Where the signal rises and where it falls; and the steps to and from a not-a-number, if there are any.
 struct Steps {
-    Bits notUp, notDown;
-    bool flat(std::ptrdiff_t step) const { return notUp[step] && notDown[step]; }
-    bool falls(std::ptrdiff_t step) const { return notUp[step] && !notDown[step]; }
+    Bits up, down, odd;
+    bool anyOdd = false;
 };
-
-VORN_INLINE auto notBelow(f32xN a, f32xN b) { return a >= b; }
-VORN_INLINE auto notBelow(f64xN a, f64xN b) { return a >= b; }
-VORN_INLINE auto notBelow(i32xN a, i32xN b) { return !(b > a); }
 
 // The 64 steps from `step` on, between 65 values.
 template <class T>
 VORN_INLINE void compareSteps(const T* value, std::ptrdiff_t step, Steps& steps) {
     using V = Wide<T>;
-    std::uint64_t notUp = 0, notDown = 0;
+    std::uint64_t up = 0, down = 0, odd = 0;
+    auto anyOdd = load<V>(value) > load<V>(value);
     for (int k = 0; k < 64; k += V::lanes) {
         const V now = load<V>(value + k), next = load<V>(value + k + 1);
-        notUp |= std::uint64_t{laneBits(notBelow(now, next))} << k;
-        notDown |= std::uint64_t{laneBits(notBelow(next, now))} << k;
+        up |= std::uint64_t{laneBits(next > now)} << k;
+        down |= std::uint64_t{laneBits(now > next)} << k;
+        if constexpr (std::is_floating_point_v<T>) anyOdd = anyOdd | unordered(now, next);
     }
-    steps.notUp.word(step) = notUp;
-    steps.notDown.word(step) = notDown;
+    if constexpr (std::is_floating_point_v<T>) {
+        if (any(anyOdd)) [[unlikely]] {
+            for (int k = 0; k < 64; k += V::lanes) {
+                odd |= std::uint64_t{laneBits(unordered(load<V>(value + k), load<V>(value + k + 1)))} << k;
+            }
+            steps.anyOdd = true;
+        }
+    }
+    steps.up.word(step / 64) = up;
+    steps.down.word(step / 64) = down;
+    steps.odd.word(step / 64) = odd;
 }
 
 // The signal as it is.
@@ -78,19 +103,22 @@ VORN_NOINLINE void stepsOf(const T* src, std::ptrdiff_t len, Steps& steps) {
 // Means over 2 m + 1 samples, fewer at the ends, a block of the signal at a time. With zeros in the place of the
 // missing samples all windows are of one length, and no sum changes.
 constexpr int block = 256;
+template <class T>
 struct Window {
-    Vorn64f sample[block + 2 * largestAverage + 4 * f64xN::lanes];
+    T sample[block + 2 * largestAverage + 4 * f64xN::lanes];
     Vorn64f samples[block];  // how many there are around each
 };
-template <class T>
-void fillWindow(const T* src, std::ptrdiff_t len, int m, std::ptrdiff_t first, Window& window) {
+template <class T, class From>
+void fillWindow(const From* src, std::ptrdiff_t len, int m, std::ptrdiff_t first, int count, Window<T>& window) {
     const std::ptrdiff_t begin = first - m, end = first + block + m;
     const std::ptrdiff_t from = std::max<std::ptrdiff_t>(begin, 0), to = std::min(end, len);
-    std::fill(window.sample, window.sample + (from - begin), 0.0);
+    std::fill(window.sample, window.sample + (from - begin), T(0));
     std::copy(src + from, src + to, window.sample + (from - begin));
-    std::fill(window.sample + (to - begin), window.sample + (end - begin), 0.0);
-    for (std::ptrdiff_t k = 0; k < block; ++k) {
-        const std::ptrdiff_t i = std::min(first + k, len - 1);
+    std::fill(window.sample + (to - begin), window.sample + (end - begin), T(0));
+    std::fill_n(window.samples, block, 2 * m + 1);
+    if (begin >= 0 && first + count + m <= len) return;
+    for (int k = 0; k < count; ++k) {
+        const std::ptrdiff_t i = first + k;
         window.samples[k] =
             static_cast<Vorn64f>(std::min<std::ptrdiff_t>(i + m, len - 1) - std::max<std::ptrdiff_t>(i - m, 0) + 1);
     }
@@ -99,7 +127,8 @@ void fillWindow(const T* src, std::ptrdiff_t len, int m, std::ptrdiff_t first, W
 // Each mean adds its samples from the first to the last; neighbouring means stand in lanes.
 struct Mean_32f {
     using Value = Vorn64f;
-    static void of(const Window& window, int m, int count, Vorn64f* mean) {
+    using Sample = Vorn64f;
+    static void of(const Window<Sample>& window, int m, int count, Value* mean) {
         constexpr int vectors = 4, lanes = f64xN::lanes;
         for (int k = 0; k < count; k += vectors * lanes) {
             f64xN sum[vectors];
@@ -113,21 +142,23 @@ struct Mean_32f {
         }
     }
 };
-// Sums of integers are exact in doubles, in any order, and a quotient comes never so near to an integer that rounding
-// could reach it.
+// Sums of integers are exact in any order, here as differences of sums from the first one on, and fit a double. A
+// quotient comes never so near to an integer that rounding could reach it.
 struct Mean_32s {
     using Value = Vorn32s;
-    static void of(const Window& window, int m, int count, Vorn32s* mean) {
-        Vorn64f sum[block] = {}, running = 0;
-        for (int k = 0; k < 2 * m; ++k) running += window.sample[k];
-        for (int k = 0; k < count; ++k) {
-            running += window.sample[k + 2 * m];
-            sum[k] = running;
-            running -= window.sample[k];
+    using Sample = Vorn32s;
+    static void of(const Window<Sample>& window, int m, int count, Value* mean) {
+        std::int64_t until[block + 2 * largestAverage + 1], sum = 0;
+        for (int k = 0; k < count + 2 * m; ++k) {
+            until[k] = sum;
+            sum += window.sample[k];
         }
+        until[count + 2 * m] = sum;
+        Vorn64f sums[block] = {};
+        for (int k = 0; k < count; ++k) sums[k] = static_cast<Vorn64f>(until[k + 2 * m + 1] - until[k]);
         for (int k = 0; k < count; k += i32xN::lanes) {
             const auto quotient = [&](int i) __attribute__((always_inline)) {
-                return load<f64xN>(sum + i) / load<f64xN>(window.samples + i);
+                return load<f64xN>(sums + i) / load<f64xN>(window.samples + i);
             };
             store(mean + k, truncToInt(quotient(k), quotient(k + f64xN::lanes)));
         }
@@ -139,42 +170,45 @@ VORN_NOINLINE void stepsOfMeans(const T* src, std::ptrdiff_t len, int m, Steps& 
     using Value = typename Mean::Value;
     Vorn64f sum = 0;
     for (int i = 0; i <= m; ++i) sum += static_cast<Vorn64f>(src[i]);
-    Window window;
+    Window<typename Mean::Sample> window;
     Value mean[1 + block] = {static_cast<Value>(sum / (m + 1))};  // in front of each block stands the value before it
     for (std::ptrdiff_t before = 0; before + 1 < len; before += block) {
         const int count = static_cast<int>(std::min<std::ptrdiff_t>(block, len - 1 - before));
-        fillWindow(src, len, m, before + 1, window);
+        fillWindow(src, len, m, before + 1, count, window);
         Mean::of(window, m, count, mean + 1);
         for (int k = 0; k < count; k += 64) compareSteps(mean + k, before + k, steps);
         mean[0] = mean[block];
     }
 }
 
-// dst is all zeros. The signal has two values or more.
+// At a not-a-number the signal goes on as it came: down behind a fall, and otherwise up. Behind the fall that it begins
+// with, up.
+void resolve(std::ptrdiff_t len, Steps& steps) {
+    std::ptrdiff_t fall = 0;
+    while (fall < len - 1 && steps.down[fall]) ++fall;
+    for (std::ptrdiff_t step = fall; step < len - 1; ++step) {
+        if (steps.odd[step]) (step > fall && steps.down[step - 1] ? steps.down : steps.up).set(step);
+    }
+}
+
+// A peak has as many steps up before it as the search asks for, or all there are, and down behind it likewise. dst is
+// all zeros. The signal has two values or more.
 template <class T>
-void markPeaks(const Steps& steps, const T* src, int len, int search, Vorn8u* dst) {
-    const std::ptrdiff_t n = len, q = search, last = n - 1;
-    std::ptrdiff_t i = 1;
-    while (i < n && steps.falls(i - 1)) ++i;
-    if (i == n || i - 1 >= q) dst[0] = 1;  // a fall alone makes a peak of the first value
-    if (i == n) return;
-    if (i == last) {  // one step is left; it is the signal's own, whatever the means do
-        if (q == 1 && src[last] > src[last - 1]) dst[last] = 1;
-        return;
+void markPeaks(Steps& steps, const T* src, std::ptrdiff_t len, int search, Vorn8u* dst) {
+    const std::ptrdiff_t words = (len + 63) / 64, last = len - 1;
+    bool fallsToLastStep = !steps.down[last - 1];
+    for (std::ptrdiff_t k = 0; k < last - 1 && fallsToLastStep; ++k) fallsToLastStep = steps.down[k];
+    steps.up.moveUp(words);
+    steps.up.keepEndsOfRuns(search, words);
+    steps.down.setFrom(last, words);
+    steps.down.keepBeginningsOfRuns(search, words);
+    for (std::ptrdiff_t k = 0; k < words; ++k) {
+        std::uint64_t peaks = steps.up.word(k) & steps.down.word(k);
+        if (k == words - 1) peaks &= ~std::uint64_t{0} >> (64 * words - len);
+        for (; peaks != 0; peaks &= peaks - 1) dst[64 * k + std::countr_zero(peaks)] = 1;
     }
-    for (; i < n; ++i) {
-        const std::ptrdiff_t top = steps.notUp.next(i, last);
-        const std::ptrdiff_t rise = (steps.flat(i - 1) ? 0 : 1) + top - i;
-        if (top == last) {
-            if (rise >= std::min(top, q)) dst[top] = 1;
-            return;
-        }
-        i = top;
-        if (steps.notDown[top]) continue;  // flat: the count begins again behind it
-        i = steps.notDown.next(top + 1, last);
-        const std::ptrdiff_t fall = i - top;
-        if (rise >= std::min(top, q) && fall >= (top < n - q ? q : last - top)) dst[top] = 1;
-    }
+    // Where all falls up to the last step, this step is the signal's own, whatever the means do, and a single one.
+    if (fallsToLastStep) dst[last] = search == 1 && src[last] > src[last - 1];
 }
 
 template <class Mean, class T>
@@ -188,11 +222,13 @@ VornStatus findPeaks(const T* src, Vorn8u* dst, int len, int search, int average
         dst[0] = 1;
     } else if (average < len - 1) {
         Steps steps;
+        steps.up.word((len - 1) / 64) = 0;  // may hold the bit of the last value alone
         if (average == 0) {
             stepsOf(src, len, steps);
         } else {
             stepsOfMeans<Mean>(src, len, average, steps);
         }
+        if (steps.anyOdd) resolve(len, steps);
         markPeaks(steps, src, len, search, dst);
     }
     return vornStsNoErr;
