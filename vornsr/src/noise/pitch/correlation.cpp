@@ -27,6 +27,7 @@ Vorn32f coefficient(Vorn32f energy1, Vorn32f energy2, Vorn32f product) {
 
 // The exact sums go over pieces that stay in the cache, so that several of them read memory once.
 constexpr std::ptrdiff_t piece = 4096;
+constexpr std::ptrdiff_t worthwhile = 32;  // fewer products are sooner added one by one
 
 VORN_NOINLINE std::int64_t exactSum(const Vorn16s* a, const Vorn16s* b, std::ptrdiff_t len) {
     return dots::exactDot(a, b, len);
@@ -35,7 +36,12 @@ VORN_NOINLINE std::int64_t exactSum(const Vorn16s* a, const Vorn16s* b, std::ptr
 template <bool withEnergy1>
 Vorn32f correlate(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t len, Vorn32f energy1) {
     std::int64_t sum11 = 0, sum22 = 0, sum12 = 0;
-    for (std::ptrdiff_t i = 0; i < len; i += piece) {
+    std::ptrdiff_t i = 0;
+    for (; i < len && len < worthwhile; ++i) {
+        const std::int32_t a = src1[i], b = src2[i];
+        sum11 += a * a, sum22 += b * b, sum12 += a * b;
+    }
+    for (; i < len; i += piece) {
         const std::ptrdiff_t n = std::min(len - i, piece);
         if (withEnergy1) sum11 += exactSum(src1 + i, src1 + i, n);
         sum22 += exactSum(src2 + i, src2 + i, n);
@@ -77,17 +83,17 @@ private:
     std::int32_t sample_[most];
 };
 
-// The sums of the lags from `lag` on, as many as there are at once; the last lag of all is `lastLag`.
+// The sums of the lags from `lag` on, so many vectors of them; the last lag of all is `lastLag`.
+template <int vectors>
 VORN_NOINLINE void lagSums(Backwards& back, const Vorn16s* src2, std::ptrdiff_t dec, std::ptrdiff_t count,
                            std::ptrdiff_t lag, std::ptrdiff_t lastLag, Vorn32f* sums) {
-    constexpr int vectors = Backwards::lags / f32xN::lanes;
-    constexpr std::ptrdiff_t step = Backwards::most - Backwards::lags;
+    constexpr std::ptrdiff_t lags = vectors * f32xN::lanes, step = Backwards::most - lags;
     f32xN sum[vectors];
     for (f32xN& s : sum) s = splat<f32xN>(0.0f);
-    const std::ptrdiff_t end = count + std::min<std::ptrdiff_t>(lag + Backwards::lags - 1, lastLag);
+    const std::ptrdiff_t end = count + std::min<std::ptrdiff_t>(lag + lags - 1, lastLag);
     for (std::ptrdiff_t t = 0; t < end;) {
         const std::ptrdiff_t n = std::min(end - t, step);
-        const std::int32_t* x = back.from(count + lag - t - n, n + Backwards::lags - 1) + (n - 1);
+        const std::int32_t* x = back.from(count + lag - t - n, n + lags - 1) + (n - 1);
         for (std::ptrdiff_t k = 0; k < n; ++k, ++t) {
             const i16xN sample = shortsOf(splat<i32xN>(static_cast<std::uint16_t>(src2[t * dec])));
             for (int v = 0; v < vectors; ++v) {
@@ -113,7 +119,7 @@ void correlateDecimated(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t
     }
     for (std::ptrdiff_t lag = 0; lag <= lastLag; lag += lags) {
         const std::ptrdiff_t n = std::min<std::ptrdiff_t>(lags, lastLag + 1 - lag);
-        Vorn32f energy1[lags] = {}, energy2[lags] = {}, products[lags], result[lags];
+        Vorn32f energy1[lags] = {}, energy2[lags] = {}, products[lags] = {}, result[lags];
         for (std::ptrdiff_t k = 0; k < n; ++k) {
             const std::ptrdiff_t i = lag + k;
             if (i > 0) {
@@ -123,8 +129,12 @@ void correlateDecimated(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t
             energy1[k] = sum11;
             energy2[k] = sum22;
         }
-        lagSums(back, src2, dec, count, lag, lastLag, products);
-        for (int k = 0; k < lags; k += f64xN::lanes) {
+        const auto sums = n > lags / 2   ? lagSums<8>
+                          : n > lags / 4 ? lagSums<4>
+                          : n > lags / 8 ? lagSums<2>
+                                         : lagSums<1>;
+        sums(back, src2, dec, count, lag, lastLag, products);
+        for (int k = 0; k < n; k += f64xN::lanes) {
             storeNarrowed(result + k, coefficient(loadWidened<f64xN>(energy1 + k), loadWidened<f64xN>(energy2 + k),
                                                   loadWidened<f64xN>(products + k)));
         }
@@ -141,7 +151,7 @@ Moments momentsOf(const Vorn16s* src1, const Vorn16s* src2, std::ptrdiff_t len) 
     constexpr std::int64_t exact = std::int64_t{1} << 53;
     std::int64_t aa = 0, bb = 0, ab = 0, cc = 0, ac = 0, bc = 0;
     std::ptrdiff_t i = 0;
-    while (i < len) {
+    while (len - i >= worthwhile) {
         const std::ptrdiff_t n = std::min(len - i, piece);
         const Vorn16s *a = src2 + i, *b = a + 1, *c = src1 + i;
         const std::int64_t nextAA = aa + exactSum(a, a, n), nextCC = cc + exactSum(c, c, n);

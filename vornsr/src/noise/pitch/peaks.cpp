@@ -148,17 +148,17 @@ struct Mean_32s {
     using Value = Vorn32s;
     using Sample = Vorn32s;
     static void of(const Window<Sample>& window, int m, int count, Value* mean) {
-        std::int64_t until[block + 2 * largestAverage + 1], sum = 0;
+        std::int64_t until[block + 2 * largestAverage + 1 + i32xN::lanes], sum = 0;
         for (int k = 0; k < count + 2 * m; ++k) {
             until[k] = sum;
             sum += window.sample[k];
         }
-        until[count + 2 * m] = sum;
-        Vorn64f sums[block] = {};
-        for (int k = 0; k < count; ++k) sums[k] = static_cast<Vorn64f>(until[k + 2 * m + 1] - until[k]);
+        std::fill_n(until + count + 2 * m, 1 + i32xN::lanes, sum);
         for (int k = 0; k < count; k += i32xN::lanes) {
             const auto quotient = [&](int i) __attribute__((always_inline)) {
-                return load<f64xN>(sums + i) / load<f64xN>(window.samples + i);
+                const i64xN difference = load<i64xN>(until + i + 2 * m + 1) - load<i64xN>(until + i);
+                const f64xN shift = splat<f64xN>(0x1.8p52);  // whose bits count units
+                return (floatOf(difference + bitsOf(shift)) - shift) / load<f64xN>(window.samples + i);
             };
             store(mean + k, truncToInt(quotient(k), quotient(k + f64xN::lanes)));
         }
