@@ -363,8 +363,12 @@ def check_given(steps=400):
 # Numbers with so many digits behind the point, hexadecimal or decimal, have an origin; shorter ones explain themselves.
 LONG = 5
 # Decimal ones that are given: the ends of the singles, a tolerance, weights of accelerations and the least
-# signal-to-noise ratio of a gain, as the functions that use them promise.
-GIVEN = {"3.402823466e+38", "3.4028235e38", "1.000001", "0.285714", "0.607143", "0.714286", "3.05176e-05"}
+# signal-to-noise ratio of a gain, as the functions that use them promise; and 1 / n and 1 / sqrt(n) in the few digits
+# that the measures of periodicity promise.
+GIVEN = {"3.402823466e+38", "3.4028235e38", "1.000001", "0.285714", "0.607143", "0.714286", "3.05176e-05",
+         "0.333333", "0.166666", "0.142857", "0.111111", "0.090909", "0.083333", "0.0769231", "0.071429", "0.066666",
+         "0.707107", "0.57735", "0.447214", "0.408248", "0.377965", "0.353553", "0.316228", "0.301511", "0.288675",
+         "0.27735", "0.267261", "0.258199"}
 
 
 def rows_of(text):

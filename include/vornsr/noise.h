@@ -126,6 +126,73 @@ VornStatus vornsFilterUpdateEMNS_32s(const Vorn32s* wiener, const Vorn32s* postS
 /**
  * @defgroup vornsr_periodicity Periodicity and pitch
  * @brief Periods, peaks, pitch marks and correlations of lags.
+ *
+ * No call allocates memory or keeps anything. Sources and results must not overlap. Not-a-numbers in results come
+ * without a stated sign. Where single or double precision is named, additions and products are rounded one by one in
+ * the caller's rounding mode and in the stated order.
+ *
+ * **Periodicity** `vornsPeriodicity_*`: how much of the mass of a signal that is never negative stands on the best
+ * comb, of at most six samples one period apart. T = the sum of src (in `32f`: `vornsSum_32f` with hint 1; in `32s`:
+ * exact). For each period p from minPeriod to maxPeriod and each phase j from 0 to p - 1, both ascending: s = src[j] +
+ * src[j + p] + ..., n samples, as many as lie below len but no more than 6; a = s times 1/n. The first comb with the
+ * largest a above 0 wins: `*period` = p, `*periodicity` = s/T. If T is 0, infinite or not a number, or no comb has any
+ * mass, both are 0. 1/n has the digits 1, 0.5, 0.333333, 0.25, 0.2, 0.166666: of combs with equal means those of one,
+ * two, four and five samples beat those of three and six. In `32s16s`, 1/n is floor(2^30 / n), a the floor of s
+ * floor(2^30 / n) / 2^30; the sum is halved as often as it takes T to be at most 0x7FFFFFFF, with T, and `*periodicity`
+ * = s 2^15 / T, truncated, at most 32767.
+ * Checks: null pointers (`vornStsNullPtrErr`); minPeriod below 1 or maxPeriod not above it (`vornStsRangeErr`); len at
+ * most maxPeriod or above 4096 (`vornStsLengthLimitErr`); a sample below 0 (`vornStsRangeErr`).
+ *
+ * **Least-squares periodicity** `vornsPeriodicityLSPE_*`: the share of the energy that the best periodic signal
+ * explains, corrected for what it would explain of noise (Wise, Caprio, Parks 1976; Friedman 1977). E = the energy
+ * (`vornsDotProd_32f` of src with itself). For each period p, over the phases j from 0 to p - 1 in their order, of the
+ * n samples src[j], src[j + p], ... with the sum s and the sum of squares q: A grows by (s/sqrt(n))^2, B by q/n.
+ * `*periodicity` is the largest (A - B)/(E - B) above 0 of those with both parts above 0, `*period` the first period
+ * that has it; both 0 if there is none. 1/n and 1/sqrt(n) have six digits, more or less, so
+ * that a signal of one period alone gives nearly 1, on either side. In `16s` the energy is exact and
+ * shifted right by c bits until it is at most 0x7FFFFFFF; q adds the squares shifted right by c; with v = s times
+ * floor(2^30/sqrt(n)), A grows by (v >> (30 + c/2)) (v >> (30 + c - c/2)) and B by q floor(2^30/n) >> 30, both wrapping
+ * in 32 bits; `*periodicity` is in units of 2^-15, truncated, at most 32767.
+ * Checks: null pointers; minPeriod below 6 or maxPeriod not above it (`vornStsRangeErr`); len at most maxPeriod, above
+ * 1024 or above 16 minPeriod (`vornStsLengthLimitErr`).
+ *
+ * **Peaks** `vornsFindPeaks_*`: dst[i] is 1 at peaks and 0 elsewhere. The signal is src or, with movingAvgSize m above
+ * 0, the mean of src from i - m to i + m, fewer at the ends (`32f`: the sum from the first to the last sample and the
+ * quotient in double, which is kept; `32s`: exact, truncated to an integer). A peak has searchSize steps up before it
+ * and as many down behind it, or all there are; equal neighbours are no step, so a flat top is no peak. A single value
+ * is a peak; with m at least len - 1 there is none (but of a single value); where all steps but the last one fall, the
+ * last value is a peak if searchSize is 1 and src, not its mean, rises there. At a not-a-number the signal goes on as
+ * it came: down behind a fall, save the one that the signal begins with, and otherwise up.
+ * Checks: null pointers; len outside 1 to 65535 (`vornStsLengthLimitErr`); searchSize outside 1 to 127 or movingAvgSize
+ * outside 0 to 127 (`vornStsSizeErr`).
+ *
+ * **Pitch marks to frequencies** `vornsPitchmarkToF0Cand_*`: dst[i] = 1/(src[i] - src[i - 1]), where src[-1] counts as
+ * 0; a true division in single. A zero difference gives +infinity and the warning `vornStsDivByZero` (6); an infinite
+ * one gives zero, and a not-a-number stays. `16s_Sfs`: 2^-scaleFactor over the difference, rounded to single, clamped
+ * to 16 bits, and rounded to the nearest integer, ties to even, whatever the caller's rounding mode; zero differences
+ * give 0 and the warning. With the warning the invalid and the denormal flag of the processor are clear.
+ * Checks: null pointers; len below 1 (`vornStsSizeErr`).
+ *
+ * **Correlation coefficients** `vornsCrossCorrCoeff*_16s32f`: src1 . src2 / (sqrt(src1 . src1) sqrt(src2 . src2)),
+ * where the dot products are exact, rounded once to single, the quotient is in double, and the result single; 0 where
+ * the product of the two energies is not above 2^-126. `Partial`: `energy` stands for src1 . src1; a negative one gives
+ * a not-a-number, one that is not a number 0.
+ * Checks: null pointers; len below 1 (`vornStsSizeErr`); `Partial`: an energy of 0 (`vornStsRangeErr`).
+ *
+ * `Decim`: the coefficients of the end of src1 with the beginning of src2, at overlaps of minLen + i dec samples, i
+ * from 0 to (maxLen - minLen)/dec, of which every dec-th is taken; dst has room for all. With D = maxLen - minLen,
+ * dst[i] is that of src1[D - i dec + k] with src2[k], k = 0, dec, ... below minLen + i dec. src1 and src2 are read
+ * below maxLen only. The sums are in single, of products rounded to single: the product over ascending k; the energies
+ * over ascending k at i = 0, and then one square more for each i, src1[D - i dec] and the next sample of src2.
+ * Checks: null pointers; minLen or dec below 1, maxLen below minLen (`vornStsSizeErr`).
+ *
+ * `Interpolation`: the point between src2[n] and src2[n + 1] at which the correlation with src1[n] is the largest; src2
+ * has len + 1 samples. With a = src2[n], b = src2[n + 1], c = src1[n], and sums of products in double, in order: f =
+ * (bc aa - ac ab)/((bb - ab) ac + (aa - ab) bc), `*frac` = f. If f is below 0, at least 1 or not a number, this is all,
+ * and `*coeff` keeps what it holds; the status is `vornStsNoErr`. Otherwise `*coeff` is the coefficient of c with (1 -
+ * f) a + f b, or ac where its divisor is 0. A zero divisor of f gives `*frac` = 0, `*coeff` = ac and the warning
+ * `vornStsDivByZero`.
+ * Checks: null pointers; len below 1 (`vornStsSizeErr`).
  * @{
  */
 VornStatus vornsPeriodicity_32f(const Vorn32f* src, int len, Vorn32f* periodicity, int* period, int maxPeriod,
