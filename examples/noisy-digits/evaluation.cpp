@@ -19,12 +19,6 @@ Condition trainingCondition(Training training, Random random) {
     return {noise, kTrainingLevels[random.below(std::size(kTrainingLevels))]};
 }
 
-std::vector<std::vector<Vorn16s>> voicesOf(const Corpus& corpus) {
-    std::vector<std::vector<Vorn16s>> voices;
-    for (const Recording& recording : corpus.recordings) voices.push_back(recording.samples);
-    return voices;
-}
-
 int count(const Corpus& corpus) { return static_cast<int>(corpus.recordings.size()); }
 
 }  // namespace
@@ -39,6 +33,27 @@ std::vector<Condition> allConditions() {
     return conditions;
 }
 
+std::vector<Condition> quickConditions() {
+    std::vector<Condition> conditions{{Noise::kWhite, std::nullopt}};
+    for (const Noise noise : kNoises) {
+        for (const int level : {15, 5}) conditions.push_back({noise, level});
+    }
+    return conditions;
+}
+
+NoiseMaker noiseMaker(const Experiment& experiment) {
+    std::vector<std::vector<Vorn16s>> voices;
+    for (const Recording& recording : experiment.train.recordings) voices.push_back(recording.samples);
+    return NoiseMaker(voices);
+}
+
+Random testDraw(const Experiment& experiment, int i, Noise noise) {
+    return Random(experiment.seed)
+        .split(kTestDraw)
+        .split(static_cast<std::uint64_t>(i))
+        .split(static_cast<std::uint64_t>(noise));
+}
+
 int evaluationSteps(const Experiment& experiment) {
     return static_cast<int>(experiment.trainings.size()) * trainingSteps(kGaussians) +
            static_cast<int>(experiment.conditions.size());
@@ -46,11 +61,9 @@ int evaluationSteps(const Experiment& experiment) {
 
 std::vector<Result> evaluate(const Experiment& experiment, const Contender& contender,
                              const std::function<void()>& step) {
-    const NoiseMaker maker(voicesOf(experiment.train));
-    const Random random(experiment.seed);
+    const NoiseMaker maker = noiseMaker(experiment);
     const auto make = [&](const Recording& recording, Condition condition, const Random& draw) {
-        const Random ofNoise = draw.split(static_cast<std::uint64_t>(condition.noise));
-        return contender.call(mixed(recording.samples, condition.noise, condition.snr, maker, ofNoise));
+        return contender.call(mixed(recording.samples, condition.noise, condition.snr, maker, draw));
     };
 
     std::vector<Recogniser> recognisers;
@@ -59,8 +72,8 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
         std::vector<Trainee> trainees(experiment.train.recordings.size());
         forEach(count(experiment.train), experiment.threads, [&](int i) {
             const Recording& recording = experiment.train.recordings[static_cast<std::size_t>(i)];
-            const Random draw = random.split(kTrainingDraw).split(static_cast<std::uint64_t>(i));
-            trainees[static_cast<std::size_t>(i)] = {make(recording, trainingCondition(training, draw), draw),
+            const Random draw = Random(experiment.seed).split(kTrainingDraw).split(static_cast<std::uint64_t>(i));
+            trainees[static_cast<std::size_t>(i)] = {make(recording, trainingCondition(training, draw), draw.split(0)),
                                                      recording.word};
         });
         recognisers.emplace_back(trainees, step);
@@ -72,8 +85,7 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
         forEach(count(experiment.test), experiment.threads, [&](int i) {
             const auto index = static_cast<std::size_t>(i);
             const Recording& recording = experiment.test.recordings[index];
-            const Utterance utterance =
-                make(recording, condition, random.split(kTestDraw).split(static_cast<std::uint64_t>(i)));
+            const Utterance utterance = make(recording, condition, testDraw(experiment, i, condition.noise));
             for (std::size_t r = 0; r < recognisers.size(); ++r) {
                 right[r][index] = recognisers[r].decide(utterance.analysis) == recording.word;
             }

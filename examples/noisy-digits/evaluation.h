@@ -34,6 +34,9 @@ const char* nameOf(Training training);
 // Clean first, which is the same for every noise; then each noise from the highest level to the lowest.
 std::vector<Condition> allConditions();
 
+// Clean, and two levels of each noise.
+std::vector<Condition> quickConditions();
+
 // What is recognised after which training, and with how many threads, which changes no number.
 struct Experiment {
     Corpus train, test;
@@ -42,6 +45,12 @@ struct Experiment {
     std::vector<Condition> conditions = allConditions();
     std::vector<Training> trainings{Training::kClean, Training::kMixed};
 };
+
+// The noises of an experiment; babble is made of its training recordings.
+NoiseMaker noiseMaker(const Experiment& experiment);
+
+// The random numbers of the i-th test recording in a noise.
+Random testDraw(const Experiment& experiment, int i, Noise noise);
 
 // How many were right.
 struct Result {

@@ -1,48 +1,182 @@
+// The commands: evaluate, demo, mix, clean.
+#include <array>
 #include <cstdio>
-#include <cstring>
+#include <exception>
+#include <filesystem>
 #include <string>
-#include "evaluation.h"
-#include "plain.h"
-#include "robust.h"
+#include <utility>
+#include <vector>
+
+#include "arguments.h"
+#include "contenders.h"
+#include "input_error.h"
 #include "progress.h"
+#include "recordings.h"
+#include "report.h"
+#include "sides.h"
+#include "stopwatch.h"
 #include "tables.h"
-using namespace digits;
-int main(int argc, char** argv) {
-    Experiment e;
-    std::string data = argv[1];
-    e.train = readCorpus(data + "/train", "reading");
-    if (argc > 2 && !strcmp(argv[2], "dev")) {
-        // every fifth is the test
-        Corpus tr;
-        for (std::size_t i = 0; i < e.train.recordings.size(); ++i) (i % 5 == 4 ? e.test : tr).recordings.push_back(e.train.recordings[i]);
-        e.train = tr;
-        e.trainings = {Training::kClean};
-    } else e.test = readCorpus(data + "/test", "reading");
-    e.threads = 2;
+#include "train.h"
+#include "wav.h"
+#include "wave_file.h"
+
+namespace digits {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kDone = 0, kSomeFailed = 1, kWrongUse = 2;  // exit codes
+constexpr std::size_t kQuickShare = 4;                    // one test recording in so many
+constexpr std::size_t kHeldOutShare = 5;                  // one training recording in so many
+
+// Every so manieth recording: the names are sorted, so all words and speakers are among them.
+std::vector<Recording> takeEvery(std::size_t share, std::vector<Recording>& recordings) {
+    std::vector<Recording> taken, left;
+    for (std::size_t i = 0; i < recordings.size(); ++i) {
+        (i % share == share - 1 ? taken : left).push_back(std::move(recordings[i]));
+    }
+    recordings = std::move(left);
+    return taken;
+}
+
+void needEnough(const fs::path& directory, const Corpus& train) {
+    std::array<std::size_t, kWords> counts{};
+    for (const Recording& recording : train.recordings) ++counts[static_cast<std::size_t>(recording.word)];
+    for (int digit = 0; digit < kWords; ++digit) {
+        if (counts[static_cast<std::size_t>(digit)] < kLeastRecordings) {
+            throw InputError(directory, std::string("has too few usable recordings of the word ") + wordOf(digit));
+        }
+    }
+}
+
+Experiment experimentOf(const Arguments& arguments) {
+    const fs::path train = arguments.inputs[0] / "train", test = arguments.inputs[0] / "test";
+    Experiment experiment;
+    experiment.train = readCorpus(train, "reading to train");
+    if (arguments.heldOut) {
+        experiment.test.recordings = takeEvery(kHeldOutShare, experiment.train.recordings);
+    } else {
+        experiment.test = readCorpus(test, "reading to test");
+    }
+    needEnough(train, experiment.train);
+    if (experiment.test.recordings.empty()) throw InputError(test, "holds no usable recordings");
+    experiment.seed = arguments.seed;
+    experiment.threads = arguments.threads;
+    if (arguments.quick) {
+        if (experiment.test.recordings.size() >= kQuickShare) {
+            experiment.test.recordings = takeEvery(kQuickShare, experiment.test.recordings);
+        }
+        experiment.trainings = {Training::kClean};
+        experiment.conditions = quickConditions();
+    }
+    return experiment;
+}
+
+std::vector<Result> run(const Experiment& experiment, const std::vector<Contender>& contenders, const char* what) {
     std::vector<Result> results;
-    std::vector<Contender> cs{Contender{"plain", plainFrontEnd()}};
-    auto robust = [&](const char* name, RobustSteps s) {
-        auto r = std::make_shared<RobustFrontEnd>(s);
-        NoiseMaker m({});
-        std::vector<Mixed> mx; for (auto& x : e.train.recordings) mx.push_back(mixed(x.samples, Noise::kWhite, {}, m, Random(5)));
-        r->learnReference(mx);
-        cs.push_back({name, [r](const Mixed& m) { return r->analyse(m); }});
-    };
-    robust("two-stage", {});
-    if (argc > 3) {
-        robust("-first", {.reduction = {.first = false}});
-        robust("-second", {.reduction = {.second = false}});
-        robust("-both", {.reduction = {.first = false, .second = false}});
-        robust("-gradual", {.reduction = {.gradual = false}});
-        robust("-waveform", {.waveform = false});
-        robust("-equalised", {.equalised = false});
-        robust("-dropped", {.dropped = false});
+    Progress progress(what, static_cast<int>(contenders.size()) * evaluationSteps(experiment));
+    for (const Contender& contender : contenders) {
+        for (Result& result : evaluate(experiment, contender, [&] { progress.step(); })) {
+            results.push_back(std::move(result));
+        }
     }
-    for (const Contender& c : cs) {
-        Progress p(c.name, evaluationSteps(e));
-        auto r = evaluate(e, c, [&] { p.step(); });
-        for (auto& x : r) printf("%s %s: %.2f\n", x.name.c_str(), nameOf(x.training), meanAccuracy(e, x)), fflush(stdout);
-        results.insert(results.end(), r.begin(), r.end());
+    return results;
+}
+
+// The recording of the pictures: the one that was asked for, or one in the middle of the test recordings.
+Recording shownRecording(const Experiment& experiment, const fs::path& path) {
+    if (!path.empty()) return {path, spokenDigit(path).value_or(0), readRecording(path)};
+    return experiment.test.recordings[experiment.test.recordings.size() / 2];
+}
+
+int evaluate(const Arguments& arguments, const Experiment& experiment, const fs::path& report,
+             const Specimen& specimen) {
+    Stopwatch watch;
+    const std::vector<Mixed> training = cleanTraining(experiment);
+    Experiment cleanOnly = experiment;
+    cleanOnly.trainings = {Training::kClean};
+    const Findings findings{run(experiment, contenders(training), "recognising"),
+                            run(cleanOnly, ablations(training), "leaving steps out"), compareSides(experiment)};
+
+    const int unusable = experiment.train.unusable + experiment.test.unusable;
+    std::printf("recordings: %zu to train, %zu to test, %d unusable; seed %llu\n\n", experiment.train.recordings.size(),
+                experiment.test.recordings.size(), unusable, static_cast<unsigned long long>(arguments.seed));
+    printTables(stdout, experiment, findings.results);
+    printAblations(stdout, experiment, findings.ablations);
+    printSides(stdout, findings.sides);
+    printSummary(stdout, experiment, findings.results);
+    if (!report.empty()) {
+        writeReport(report, experiment, findings, specimen);
+        std::printf("report:     %s\n", report.c_str());
     }
-    printTables(stdout, e, results);
+    std::printf("speed:      %.1f s on %d threads\n", watch.lap(), experiment.threads);
+    return unusable == 0 ? kDone : kSomeFailed;
+}
+
+int runEvaluation(const Arguments& arguments) {
+    const Experiment experiment = experimentOf(arguments);
+    const Recording shown = shownRecording(experiment, arguments.show);
+    return evaluate(arguments, experiment, arguments.report,
+                    specimenOf(experiment, shown, arguments.noise, arguments.snr));
+}
+
+int runDemo(const Arguments& arguments) {
+    std::error_code error;
+    fs::create_directories(arguments.output, error);
+    if (error) throw InputError(arguments.output, "cannot be made (" + error.message() + ")");
+    const Experiment experiment = experimentOf(arguments);
+    const Specimen specimen =
+        specimenOf(experiment, shownRecording(experiment, {}), arguments.noise, arguments.snr);
+    writeWav(arguments.output / "clean.wav", specimen.clean.samples);
+    writeWav(arguments.output / "noisy.wav", specimen.noisy.samples);
+    for (const Method method : kMethods) {
+        writeWav(arguments.output / (std::string("cleaned-") + nameOf(method) + ".wav"),
+                 cleaned(specimen.noisy.samples, method));
+    }
+    return evaluate(arguments, experiment, arguments.output / "report.html", specimen);
+}
+
+int runMixing(const Arguments& arguments) {
+    std::vector<std::vector<Vorn16s>> voices;
+    if (!arguments.voices.empty()) {
+        for (const fs::path& path : recordingsIn(arguments.voices)) voices.push_back(readRecording(path));
+    }
+    const std::vector<Vorn16s> samples = readRecording(arguments.inputs[0]);
+    writeWav(arguments.inputs[1], mixed(samples, arguments.noise, arguments.snr, NoiseMaker(voices),
+                                        Random(arguments.seed)).samples);
+    return kDone;
+}
+
+int runCleaning(const Arguments& arguments) {
+    const std::vector<Vorn16s> samples = readRecording(arguments.inputs[0]);
+    writeWav(arguments.inputs[1], cleaned(samples, arguments.method));
+    return kDone;
+}
+
+int run(const std::vector<std::string>& words) {
+    if (!words.empty() && (words[0] == "--help" || words[0] == "-h" || words[0] == "help")) {
+        std::fputs(kHelp, stdout);
+        return kDone;
+    }
+    const Arguments arguments = parse(words);
+    if (arguments.command == "evaluate") return runEvaluation(arguments);
+    if (arguments.command == "demo") return runDemo(arguments);
+    if (arguments.command == "mix") return runMixing(arguments);
+    return runCleaning(arguments);
+}
+
+}  // namespace
+}  // namespace digits
+
+int main(int argc, char** argv) {
+    try {
+        return digits::run({argv + 1, argv + argc});
+    } catch (const digits::UsageError& error) {
+        digits::complain(error);
+        std::fputs("Try: noisy-digits --help\n", stderr);
+        return digits::kWrongUse;
+    } catch (const std::exception& error) {
+        digits::complain(error);
+        return digits::kSomeFailed;
+    }
 }

@@ -2,142 +2,17 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
 
 #include "checked.h"
-#include "cosine.h"
+#include "reduction_parts.h"
 
 namespace digits {
 namespace {
 
-constexpr int kAhead = (kFrameLength - kFrameStep) / 2;  // a block lies in the middle of its frame
-constexpr int kReach = kTaps / 2;                        // samples that a filter looks to either side of a block
-constexpr int kResponse = 10;                            // values from which the taps are laid out
-constexpr Vorn32f kLeastMagnitude = 4.5399930e-5f;       // exp(-10): keeps digital silence off the divisions
-
-// Frames in which the second stage averages before it follows; numbers of frames count from 1.
-constexpr int kFirstFrames = 10;
+constexpr Vorn32f kLeastMagnitude = 4.5399930e-5f;  // exp(-10): keeps digital silence off the divisions
 
 using Spectrum = std::array<Vorn32f, kSmoothBins>;
 using Bands = std::array<Vorn32f, kBands>;
-
-// Tells, from the energy of a block, whether someone speaks: the first stage learns the noise while nobody does.
-class EnergyDetector {
-public:
-    // How many blocks of speech have come one after another, or 0; a pause shorter than the hang-over is no pause.
-    bool speaks(const Vorn32f* block) {
-        Vorn32f squares = 0.0f;
-        DIGITS_CALL(vornsDotProd_32f, block, block, kFrameStep, &squares);
-        Vorn32f energy = (kEnergyGuard + squares) / kEnergyGuard;
-        DIGITS_CALL(vornsLn_32f_I, &energy, 1);
-        energy = 0.5f + kPerLogarithm * energy;
-
-        ++frame_;
-        if (frame_ < kSettled || energy - mean_ < kUpdateBelow) {
-            const bool quick = frame_ < kSettled || energy < mean_;
-            const Vorn32f share = frame_ < kSettled ? 1.0f / static_cast<Vorn32f>(frame_) : quick ? 0.03f : 0.01f;
-            mean_ = std::max(mean_ + share * (energy - mean_), kLeastMean);
-        }
-        if (frame_ <= kSilentFrames) return false;
-        if (energy - mean_ > kSpeechAbove) {
-            ++run_;
-            return true;
-        }
-        if (run_ > kLongRun) hangOver_ = kHangOver;
-        run_ = 0;
-        return hangOver_ > 0 && hangOver_-- > 0;
-    }
-
-    int run() const { return run_; }
-
-private:
-    static constexpr Vorn32f kEnergyGuard = 64.0f;
-    static constexpr Vorn32f kPerLogarithm = 23.083120f;  // 16 / ln 2: sixteen a doubling
-    static constexpr Vorn32f kUpdateBelow = 20.0f, kSpeechAbove = 15.0f, kLeastMean = 80.0f;
-    static constexpr int kSettled = 10, kSilentFrames = 4, kLongRun = 4, kHangOver = 15;
-
-    Vorn32f mean_ = 0.0f;
-    int frame_ = 0, run_ = 0, hangOver_ = 0;
-};
-
-// How much of the gain the second stage takes, from a tenth where there is speech to eight tenths where there is none.
-class Aggression {
-public:
-    Vorn32f next(Vorn32f speech, Vorn32f noise) {
-        ++frame_;
-        // Products of the last three frames: the ratio of means that are geometric.
-        speeches_ = {speeches_[1], speeches_[2], speech};
-        noises_ = {noises_[1], noises_[2], noise};
-        Vorn32f ratio = 1.0f;
-        for (int i = 0; i < 3; ++i) ratio *= speeches_[i] / noises_[i];
-        Vorn32f snr = -100.0f / 3.0f;
-        if (ratio > 1e-4f) {
-            DIGITS_CALL(vornsLn_32f_I, &ratio, 1);
-            snr = kDecibels * ratio;
-        }
-        if (snr - low_ < 10.0f || frame_ < kFirstFrames) {
-            const Vorn32f keep = frame_ < kFirstFrames ? 1.0f - 1.0f / static_cast<Vorn32f>(frame_)
-                                 : snr < low_          ? 0.95f
-                                                       : 0.99f;
-            low_ = keep * low_ + (1.0f - keep) * snr;
-        }
-        if (speech > kAudible) share_ = snr < low_ + 3.5f ? std::min(share_ + 0.15f, 0.8f) : std::max(share_ - 0.3f, 0.1f);
-        return share_;
-    }
-
-private:
-    static constexpr Vorn32f kDecibels = 2.8952965f;  // 20 / (3 ln 10)
-    static constexpr Vorn32f kAudible = 100.0f;
-
-    std::array<Vorn32f, 3> speeches_{1.0f, 1.0f, 1.0f}, noises_{1.0f, 1.0f, 1.0f};
-    Vorn32f low_ = 0.0f, share_ = 0.8f;
-    int frame_ = 0;
-};
-
-// A Hann window whose ends lie half a sample outside.
-std::vector<Vorn32f> hannWindow() {
-    std::vector<Vorn32f> window(kFrameLength);
-    for (int n = 0; n < kFrameLength; ++n) {
-        window[n] = static_cast<Vorn32f>(0.5 - 0.5 * cosineOfTurns((n + 0.5) / kFrameLength));
-    }
-    return window;
-}
-
-// The middle of each band, as a part of the sampling rate: the mean of its bins under its weights.
-std::array<double, kBands> middles(const VornFBankState_32f* bank) {
-    std::array<double, kBands> sums{}, places{};
-    for (int k = 0; k < kSmoothBins; ++k) {
-        Spectrum one{};
-        one[k] = 1.0f;
-        Bands weights{};
-        DIGITS_CALL(vornsEvalFBank_32f, one.data(), weights.data(), bank);
-        for (int b = 0; b < kBands; ++b) {
-            sums[b] += double(weights[b]);
-            places[b] += double(weights[b]) * k;
-        }
-    }
-    for (int b = 0; b < kBands; ++b) places[b] /= sums[b] * (2.0 * (kSmoothBins - 1));
-    return places;
-}
-
-// The inverse cosine transform along the mel scale, under a Hann window over the taps.
-//
-// The taps are laid out so that all but the last stand in pairs about a middle between two samples: value 0 and 1 half
-// a sample to either side of it, value k > 1 k - 1/2 samples away. So the response is taken at those places, and the
-// filter's delay is half a sample at every frequency.
-std::vector<Vorn32f> responseOfBands(const VornFBankState_32f* bank) {
-    const std::array<double, kBands> middle = middles(bank);
-    std::vector<Vorn32f> rows;
-    for (int n = 0; n < kResponse; ++n) {
-        const double place = n == 0 ? 0.5 : n - 0.5;
-        const double window = 0.5 + 0.5 * cosineOfTurns(place / kTaps);
-        for (int b = 0; b < kBands; ++b) {
-            const double width = (b + 1 < kBands ? middle[b + 1] : middle[b]) - (b > 0 ? middle[b - 1] : middle[b]);
-            rows.push_back(static_cast<Vorn32f>(window * width * cosineOfTurns(place * middle[b])));
-        }
-    }
-    return rows;
-}
 
 }  // namespace
 
@@ -198,9 +73,8 @@ private:
     }
 
     void updateNoise(bool speaks) {
-        const auto n = static_cast<Vorn32f>(count_);
         if (first_ ? !speaks : count_ <= kFirstFrames) {
-            const Vorn32f keep = count_ < 100 ? 1.0f - 1.0f / n : 0.99f;
+            const Vorn32f keep = 1.0f - 1.0f / static_cast<Vorn32f>(std::min(count_, kSlowestAverage));
             for (int k = 0; k < kSmoothBins; ++k) noise_[k] = keep * noise_[k] + (1.0f - keep) * mean_[k];
         } else if (!first_) {
             DIGITS_CALL(vornsNoiseSpectrumUpdate_Aurora_32f, mean_.data(), noise_.data(), noise_.data(), kSmoothBins);
@@ -221,9 +95,6 @@ private:
 
 namespace {
 
-// The detector decides about a frame when it has seen six more.
-constexpr int kDecisionDelay = 6;
-
 class Detector {
 public:
     Detector() {
@@ -236,42 +107,23 @@ public:
     void add(const Bands& bands, const Spectrum& gain, int activity) {
         int result = 0;
         DIGITS_CALL(vornsVADDecision_Aurora_32f, bands.data(), gain.data(), activity, &result, state());
-        results_.push_back(result);
+        decisions_.push_back(result);
     }
 
-    // For each frame that was added. The first few, which have no decision, are taken for silence.
     std::vector<bool> finish() {
-        std::vector<bool> speech;
         for (int i = 0; i < kDecisionDelay; ++i) {
             int result = 0;
             DIGITS_CALL(vornsVADFlush_Aurora_32f, &result, state());
-            results_.push_back(result);
+            decisions_.push_back(result);
         }
-        for (std::size_t t = kDecisionDelay; t < results_.size(); ++t) speech.push_back(results_[t] == vornVADSpeech);
-        return speech;
+        return speechOf(decisions_);
     }
 
 private:
     VornsVADState* state() { return reinterpret_cast<VornsVADState*>(memory_.data()); }
 
     std::vector<Vorn8u> memory_;
-    std::vector<int> results_;
-};
-
-// The wave with zeros at both ends, so that frames and filters may reach beyond it.
-struct Padded {
-    explicit Padded(std::span<const Vorn32f> wave)
-        : blocks((static_cast<int>(wave.size()) + kFrameStep - 1) / kFrameStep),
-          samples(static_cast<std::size_t>(blocks) * kFrameStep + 2 * kFrameLength, 0.0f) {
-        std::copy(wave.begin(), wave.end(), samples.begin() + kFrameLength);
-    }
-
-    const Vorn32f* block(int t) const { return samples.data() + kFrameLength + t * kFrameStep; }
-    Vorn32f* block(int t) { return samples.data() + kFrameLength + t * kFrameStep; }
-    const Vorn32f* frame(int t) const { return block(t) - kAhead; }
-
-    int blocks;
-    std::vector<Vorn32f> samples;
+    std::vector<int> decisions_;
 };
 
 }  // namespace
@@ -284,7 +136,7 @@ NoiseReduction::NoiseReduction(ReductionSteps steps) : steps_(steps), window_(ha
 }
 
 Reduced NoiseReduction::reduce(std::span<const Vorn32f> wave) const {
-    Padded noisy(wave), cleaner(wave), cleanest(wave);
+    Padded<Vorn32f> noisy(wave), cleaner(wave), cleanest(wave);
     Reduced result;
     Stage first(*this, true);
     EnergyDetector energy;

@@ -1,6 +1,7 @@
 #include "robust.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "checked.h"
 #include "plain.h"
@@ -9,35 +10,30 @@
 namespace digits {
 namespace {
 
-constexpr int kRobustFilters = 23;
-constexpr Vorn32f kRobustLow = 64.0f;  // hertz
-constexpr Vorn32f kMelMul = 1127.0f, kMelDiv = 700.0f;
-constexpr int kRobustStatic = kCepstra + 2;
-constexpr Vorn32f kPreEmphasis = 0.9f;
 constexpr Vorn32f kOffsetPole = 1.0f - 1.0f / 1024.0f;
-constexpr Vorn32f kLeastBand = 4.5399930e-5f;    // exp(-10)
-constexpr Vorn32f kLeastEnergy = 1.9287498e-22f;  // exp(-50)
+constexpr Vorn16s kOffsetPoleQ15 = 32736;
+constexpr int kCepstrumBits = 6;  // behind the point, in 16 bits
+constexpr int kWholeStream = 3;   // deltas: the first block and the last one
 
-Vorn32f logarithm(Vorn32f x) {
-    DIGITS_CALL(vornsLn_32f_I, &x, 1);
-    return x;
+std::size_t rowsOf(int frames) { return static_cast<std::size_t>(frames) * kRowStep; }
+
+// Without the frames in which nobody speaks. The block in the middle of a frame is the one behind its first.
+Utterance withoutPauses(Utterance all, const std::vector<bool>& speech) {
+    Utterance kept{{}, 0, 0};
+    for (int t = 0; t < all.analysis.frames; ++t) {
+        if (!speech[static_cast<std::size_t>(t) + 1]) continue;
+        kept.analysis.features.insert(kept.analysis.features.end(), all.analysis.row(t), all.analysis.row(t + 1));
+        ++kept.analysis.frames;
+        kept.begin += t < all.begin;
+        kept.end += t < all.end;
+    }
+    // A detector that leaves less than a word is not believed.
+    return kept.end - kept.begin >= kStates ? kept : all;
 }
 
 }  // namespace
 
-RobustFrontEnd::RobustFrontEnd(RobustSteps steps) : steps_(steps), reduction_(steps.reduction) {
-    VornFBankState_32f* bank = nullptr;
-    int order = 0;
-    DIGITS_CALL(vornsMelFBankInitAlloc_32f, &bank, &order, kFftLength, static_cast<Vorn32f>(kSampleRate), kRobustLow,
-                kHighFrequency, kRobustFilters, kMelMul, kMelDiv, vornFBankWeightFreq);
-    bank_.reset(bank);
-
-    const std::vector<Vorn32f> unliftered(kCepstra, 1.0f);
-    VornDCTLifterState_32f* cosine = nullptr;
-    DIGITS_CALL(vornsDCTLifterInitAlloc_MulC0_32f, &cosine, kRobustFilters, unliftered.data(), kCepstra);
-    cosine_.reset(cosine);
-    window_ = FrontEnd().window();
-}
+RobustFrontEnd::RobustFrontEnd(RobustSteps steps) : steps_(steps), reduction_(steps.reduction) {}
 
 Reduced RobustFrontEnd::reduce(std::span<const Vorn16s> samples) const {
     const auto length = static_cast<int>(samples.size());
@@ -52,31 +48,11 @@ Reduced RobustFrontEnd::reduce(std::span<const Vorn16s> samples) const {
 std::vector<Vorn32f> RobustFrontEnd::cepstra(std::span<const Vorn32f> wave) const {
     const int frames = framesIn(wave.size());
     Transform transform = transform_;
-    std::vector<Vorn32f> rows(static_cast<std::size_t>(frames) * kRobustStatic), frame(kFrameLength), padded(kFftLength);
-    std::array<Vorn32f, kBins> powers{};
-    std::array<Vorn32f, kRobustFilters> bands{};
+    std::vector<Vorn32f> rows(static_cast<std::size_t>(frames) * kRobustStatic), processed(kFrameLength);
     for (int t = 0; t < frames; ++t) {
-        const Vorn32f* samples = wave.data() + t * kFrameStep;
-        Vorn32f* row = rows.data() + t * kRobustStatic;
-        if (steps_.waveform) {
-            DIGITS_CALL(vornsWaveProcessing_Aurora_32f, samples, frame.data());
-        } else {
-            frame.assign(samples, samples + kFrameLength);
-        }
-        Vorn32f energy = 0.0f;
-        DIGITS_CALL(vornsDotProd_32f, frame.data(), frame.data(), kFrameLength, &energy);
-
-        std::fill(padded.begin(), padded.end(), 0.0f);
-        for (int n = 0; n < kFrameLength; ++n) {
-            padded[n] = window_[n] * (frame[n] - kPreEmphasis * frame[n > 0 ? n - 1 : 0]);
-        }
-        transform.forward(padded);
-        powersOf(padded, powers.data());
-        DIGITS_CALL(vornsEvalFBank_32f, powers.data(), bands.data(), bank_.get());
-        for (Vorn32f& band : bands) band = std::max(band, kLeastBand);
-        DIGITS_CALL(vornsLn_32f_I, bands.data(), kRobustFilters);
-        DIGITS_CALL(vornsDCTLifter_32f, bands.data(), row, cosine_.get());
-        row[kRobustStatic - 1] = logarithm(std::max(energy, kLeastEnergy));
+        const Vorn32f* frame = wave.data() + t * kFrameStep;
+        if (steps_.waveform) DIGITS_CALL(vornsWaveProcessing_Aurora_32f, frame, processed.data());
+        cepstrum_.of(steps_.waveform ? processed.data() : frame, transform, rows.data() + t * kRobustStatic);
     }
     return rows;
 }
@@ -98,31 +74,56 @@ Utterance RobustFrontEnd::analyse(const Mixed& mixed) const {
     std::vector<Vorn32f> rows = cepstra(reduced.wave);
     Analysis analysis;
     analysis.frames = framesIn(mixed.samples.size());
-
-    if (steps_.equalised) {
-        Reference bias{};
-        for (int t = 0; t < analysis.frames; ++t) {
-            Vorn32f* row = rows.data() + t * kRobustStatic;
-            DIGITS_CALL(vornsBlindEqualization_Aurora_32f, reference_.data(), row, bias.data(), kCepstra,
-                        row[kRobustStatic - 1] );
-        }
+    Reference bias{};
+    for (int t = 0; steps_.equalised && t < analysis.frames; ++t) {
+        Vorn32f* row = rows.data() + t * kRobustStatic;
+        DIGITS_CALL(vornsBlindEqualization_Aurora_32f, reference_.data(), row, bias.data(), kCepstra,
+                    row[kRobustStatic - 1]);
     }
-    analysis.features.assign(static_cast<std::size_t>(analysis.frames) * kRowStep, 0.0f);
-    DIGITS_CALL(vornsDeltaDelta_Aurora_32f_D2, rows.data(), analysis.features.data(), kRowStep, analysis.frames, 3);
+    analysis.features.assign(rowsOf(analysis.frames), 0.0f);
+    DIGITS_CALL(vornsDeltaDelta_Aurora_32f_D2, rows.data(), analysis.features.data(), kRowStep, analysis.frames,
+                kWholeStream);
     Utterance all = utteranceOf(std::move(analysis), mixed);
-    if (!steps_.dropped) return all;
+    return steps_.dropped ? withoutPauses(std::move(all), reduced.speech) : all;
+}
 
-    // The block that lies in the middle of a frame is the one behind the frame's first.
-    Utterance kept{{}, 0, 0};
-    for (int t = 0; t < all.analysis.frames; ++t) {
-        if (!reduced.speech[static_cast<std::size_t>(t) + 1]) continue;
-        kept.analysis.features.insert(kept.analysis.features.end(), all.analysis.row(t), all.analysis.row(t + 1));
-        ++kept.analysis.frames;
-        kept.begin += t < all.begin;
-        kept.end += t < all.end;
+FixedFrontEnd::FixedFrontEnd(const Reference& reference) {
+    DIGITS_CALL(vornsConvert_32f16s_Sfs, reference.data(), reference_.data(), kCepstra, vornRndNear, -kCepstrumBits);
+}
+
+FixedReduced FixedFrontEnd::reduce(std::span<const Vorn16s> samples) const {
+    FixedReduced reduced = reduction_.reduce(samples);
+    Vorn16s last = reduced.wave[0];
+    DIGITS_CALL(vornsCompensateOffsetQ15_16s_I, reduced.wave.data(), static_cast<int>(reduced.wave.size()), &last, 0,
+                kOffsetPoleQ15);
+    return reduced;
+}
+
+Utterance FixedFrontEnd::analyse(const Mixed& mixed) const {
+    const FixedReduced reduced = reduce(mixed.samples);
+    Analysis analysis;
+    analysis.frames = framesIn(mixed.samples.size());
+
+    Transform transform = transform_;
+    std::vector<Vorn16s> processed(kFrameLength), rows(static_cast<std::size_t>(analysis.frames) * kRobustStatic);
+    std::vector<Vorn32f> frame(kFrameLength), exact(kRobustStatic);
+    std::array<Vorn16s, kCepstra> bias{};
+    for (int t = 0; t < analysis.frames; ++t) {
+        Vorn16s* row = rows.data() + t * kRobustStatic;
+        DIGITS_CALL(vornsWaveProcessing_Aurora_16s, reduced.wave.data() + t * kFrameStep, processed.data());
+        DIGITS_CALL(vornsConvert_16s32f, processed.data(), frame.data(), kFrameLength);
+        cepstrum_.of(frame.data(), transform, exact.data());
+        DIGITS_CALL(vornsConvert_32f16s_Sfs, exact.data(), row, kRobustStatic, vornRndNear, -kCepstrumBits);
+        DIGITS_CALL(vornsBlindEqualization_Aurora_16s, reference_.data(), row, bias.data(), kCepstra,
+                    row[kRobustStatic - 1]);
     }
-    // A detector that leaves less than a word is not believed.
-    return kept.end - kept.begin >= kStates ? kept : all;
+    std::vector<Vorn16s> features(rowsOf(analysis.frames));
+    DIGITS_CALL(vornsDeltaDelta_Aurora_16s_D2Sfs, rows.data(), features.data(), kRowStep, analysis.frames, kWholeStream,
+                0);
+    analysis.features.resize(features.size());
+    DIGITS_CALL(vornsConvert_16s32f_Sfs, features.data(), analysis.features.data(), static_cast<int>(features.size()),
+                kCepstrumBits);
+    return withoutPauses(utteranceOf(std::move(analysis), mixed), reduced.speech);
 }
 
 }  // namespace digits
