@@ -9,15 +9,13 @@ namespace digits {
 namespace {
 
 constexpr int kRobustFilters = 23;
-constexpr Vorn32f kRobustLow = 64.0f;                  // hertz
+constexpr Vorn32f kRobustLow = 64.0f;  // hertz
 constexpr Vorn32f kMelMul = 1127.0f, kMelDiv = 700.0f;
 constexpr Vorn32f kPreEmphasis = 0.9f;
-constexpr Vorn32f kLeastBand = 4.5399930e-5f;     // exp(-10)
-constexpr Vorn32f kLeastEnergy = 1.9287498e-22f;  // exp(-50)
 
 }  // namespace
 
-Cepstrum::Cepstrum() : window_(FrontEnd().window()) {
+Cepstrum::Cepstrum(const Least& least) : least_(least), window_(FrontEnd().window()) {
     VornFBankState_32f* bank = nullptr;
     int order = 0;
     DIGITS_CALL(vornsMelFBankInitAlloc_32f, &bank, &order, kFftLength, static_cast<Vorn32f>(kSampleRate), kRobustLow,
@@ -40,13 +38,13 @@ void Cepstrum::of(const Vorn32f* frame, Transform& transform, Vorn32f* row) cons
     std::array<Vorn32f, kRobustFilters> bands{};
     powersOf(padded, powers.data());
     DIGITS_CALL(vornsEvalFBank_32f, powers.data(), bands.data(), bank_.get());
-    for (Vorn32f& band : bands) band = std::max(band, kLeastBand);
+    for (Vorn32f& band : bands) band = std::max(band, least_.band);
     DIGITS_CALL(vornsLn_32f_I, bands.data(), kRobustFilters);
     DIGITS_CALL(vornsDCTLifter_32f, bands.data(), row, cosine_.get());
 
     Vorn32f& energy = row[kRobustStatic - 1];
     DIGITS_CALL(vornsDotProd_32f, frame, frame, kFrameLength, &energy);
-    energy = std::max(energy, kLeastEnergy);
+    energy = std::max(energy, least_.energy);
     DIGITS_CALL(vornsLn_32f_I, &energy, 1);
 }
 

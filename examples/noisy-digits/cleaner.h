@@ -9,10 +9,10 @@
 namespace digits {
 
 enum class Method {
-    kTwoStage,       // two Wiener filters in a row, designed every 10 ms
-    kFixed,          // the same in 16 and 32 bits
-    kWiener,         // gains of the tracked noise, by the Wiener rule
-    kEphraimMalah,   // and by the rule of Ephraim and Malah
+    kTwoStage,      // two Wiener filters in a row, designed every 10 ms
+    kFixed,         // the same in 16 and 32 bits
+    kWiener,        // gains of the tracked noise, by the Wiener rule
+    kEphraimMalah,  // and by the rule of Ephraim and Malah
 };
 
 inline constexpr Method kMethods[] = {Method::kTwoStage, Method::kFixed, Method::kWiener, Method::kEphraimMalah};

@@ -50,8 +50,7 @@ std::vector<Contender> ablations(const std::vector<Mixed>& training) {
         frontEnd->learnReference(training);
         return robust(name, frontEnd);
     };
-    return {without("all steps", [](RobustSteps&) {}),
-            without("no first stage", [](RobustSteps& steps) { steps.reduction.first = false; }),
+    return {without("no first stage", [](RobustSteps& steps) { steps.reduction.first = false; }),
             without("no second stage", [](RobustSteps& steps) { steps.reduction.second = false; }),
             without("neither stage", [](RobustSteps& steps) { steps.reduction = {.first = false, .second = false}; }),
             without("no gradual gain", [](RobustSteps& steps) { steps.reduction.gradual = false; }),

@@ -15,7 +15,7 @@ std::vector<Mixed> cleanTraining(const Experiment& experiment);
 // The plain front end first, with which the others are compared.
 std::vector<Contender> contenders(const std::vector<Mixed>& training);
 
-// The robust front end without one step at a time, and the whole one first.
+// The robust front end without one step at a time.
 std::vector<Contender> ablations(const std::vector<Mixed>& training);
 
 }  // namespace digits

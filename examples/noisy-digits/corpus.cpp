@@ -12,8 +12,8 @@
 namespace digits {
 namespace {
 
-// A word has at least as many frames as its model has states, also where their middles have to lie in it.
-constexpr std::size_t kLeastSamples = (kStates + 1) * kFrameStep;
+// As many frames as the model of a word has states have their middles in the word.
+constexpr std::size_t kLeastSamples = kStates * kFrameStep;
 
 }  // namespace
 

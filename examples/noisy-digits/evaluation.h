@@ -68,7 +68,8 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
                              const std::function<void()>& step);
 
 // Per cent of the conditions that `counted` takes.
-double accuracy(const Experiment& experiment, const Result& result, const std::function<bool(const Condition&)>& counted);
+double accuracy(const Experiment& experiment, const Result& result,
+                const std::function<bool(const Condition&)>& counted);
 
 // Of the noise, or of all, between the highest level and kLowestOfMean.
 double meanAccuracy(const Experiment& experiment, const Result& result, std::optional<Noise> noise = {});

@@ -31,7 +31,8 @@ void drawPieces(Sheet& sheet, const std::vector<double>& x, const std::vector<do
 }
 
 void drawWave(Panels& panels, const Mixed& mixed, const std::vector<bool>& speech) {
-    const double top = panels.begin(120, "Wave and detector", "shaded: taken for speech; upright lines: where the word is");
+    const double top =
+        panels.begin(120, "Wave and detector", "shaded: taken for speech; upright lines: where the word is");
     double most = 0.01;
     for (const Vorn16s sample : mixed.samples) most = std::max(most, std::abs(sample / 32768.0));
     const Axis axis{-1.05 * most, 1.05 * most, panels.bottom(), top};
@@ -138,7 +139,8 @@ std::string floorFigure(const Specimen& specimen, const Insight& insight) {
     constexpr const char* kFloorKeys[] = {"key thin", "key first", "key second", "key third"};
     for (const Insight::Floor& floor : insight.floors) {
         const double top = panels.begin(120, format("%d Hz", floor.hertz));
-        drawKey(panels.sheet(), kPlotRight, top - 8, {"noisy", "true noise", "learnt in pauses", "tracked"}, kFloorKeys);
+        drawKey(panels.sheet(), kPlotRight, top - 8, {"noisy", "true noise", "learnt in pauses", "tracked"},
+                kFloorKeys);
         double low = 1e9, high = -1e9;
         for (const auto* values : {&floor.noisy, &floor.noise, &floor.learnt, &floor.tracked}) {
             low = std::min(low, *std::min_element(values->begin(), values->end()));
@@ -169,7 +171,7 @@ std::string decisionFigure(const Specimen& specimen, const Insight& insight) {
     drawWave(panels, specimen.noisy, insight.speech);
 
     const double top = panels.begin(130, "Pitch");
-    constexpr const char* kPitchKeys[] = {"key thin", "key second", "key first"};
+    constexpr const char* kPitchKeys[] = {"wide", "key second", "key first"};
     drawKey(panels.sheet(), kPlotRight, top - 8, {"clean", "noisy", "cleaned"}, kPitchKeys);
     const Axis axis{50, 410, panels.bottom(), top};
     drawGrid(panels, axis, "Hz");

@@ -11,7 +11,7 @@
 namespace digits {
 namespace {
 
-constexpr int kFraction = 6;      // bits behind the point of a windowed sample
+constexpr int kFraction = 6;        // bits behind the point of a windowed sample
 constexpr int kMagnitudeShift = 4;  // a sixteenth
 constexpr int kNoiseFraction = 8;
 constexpr int kGainBits = 14, kWindowBits = 15;
@@ -93,7 +93,8 @@ public:
             DIGITS_CALL(vornsSum_16s32s_Sfs, denoised_.data(), kSmoothBins, &left, 0);
             DIGITS_CALL(vornsSum_16s32s_Sfs, noise.data(), kSmoothBins, &heard, 0);
             constexpr auto kScale = static_cast<Vorn32f>(1 << kMagnitudeShift);
-            const Vorn32f share = aggression_.next(kScale * static_cast<Vorn32f>(left), kScale * static_cast<Vorn32f>(heard));
+            const Vorn32f share =
+                aggression_.next(kScale * static_cast<Vorn32f>(left), kScale * static_cast<Vorn32f>(heard));
             const int one = 1 << kGainBits, part = static_cast<int>(share * static_cast<Vorn32f>(one));
             for (Vorn16s& band : applied) band = static_cast<Vorn16s>(one - part + (part * band >> kGainBits));
         }
@@ -106,7 +107,8 @@ public:
     }
 
     void filter(const Vorn16s* block, Vorn16s* dst) const {
-        DIGITS_CALL(vornsResidualFilter_Aurora_16s_Sfs, block - kReach + (first_ ? 0 : 1), dst, taps_.data(), kGainBits);
+        DIGITS_CALL(vornsResidualFilter_Aurora_16s_Sfs, block - kReach + (first_ ? 0 : 1), dst, taps_.data(),
+                    kGainBits);
     }
 
     const Bands& bands() const { return bands_; }

@@ -26,14 +26,14 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int kDone = 0, kSomeFailed = 1, kWrongUse = 2;  // exit codes
-constexpr std::size_t kQuickShare = 4;                    // one test recording in so many
+constexpr std::size_t kQuickTrain = 3, kQuickTest = 4;    // one recording in so many
 constexpr std::size_t kHeldOutShare = 5;                  // one training recording in so many
 
 // Every so manieth recording: the names are sorted, so all words and speakers are among them.
 std::vector<Recording> takeEvery(std::size_t share, std::vector<Recording>& recordings) {
     std::vector<Recording> taken, left;
     for (std::size_t i = 0; i < recordings.size(); ++i) {
-        (i % share == share - 1 ? taken : left).push_back(std::move(recordings[i]));
+        (i % share == 0 ? taken : left).push_back(std::move(recordings[i]));
     }
     recordings = std::move(left);
     return taken;
@@ -58,17 +58,16 @@ Experiment experimentOf(const Arguments& arguments) {
     } else {
         experiment.test = readCorpus(test, "reading to test");
     }
-    needEnough(train, experiment.train);
-    if (experiment.test.recordings.empty()) throw InputError(test, "holds no usable recordings");
     experiment.seed = arguments.seed;
     experiment.threads = arguments.threads;
     if (arguments.quick) {
-        if (experiment.test.recordings.size() >= kQuickShare) {
-            experiment.test.recordings = takeEvery(kQuickShare, experiment.test.recordings);
-        }
+        experiment.train.recordings = takeEvery(kQuickTrain, experiment.train.recordings);
+        experiment.test.recordings = takeEvery(kQuickTest, experiment.test.recordings);
         experiment.trainings = {Training::kClean};
         experiment.conditions = quickConditions();
     }
+    needEnough(train, experiment.train);
+    if (experiment.test.recordings.empty()) throw InputError(test, "holds too few usable recordings");
     return experiment;
 }
 
@@ -95,8 +94,14 @@ int evaluate(const Arguments& arguments, const Experiment& experiment, const fs:
     const std::vector<Mixed> training = cleanTraining(experiment);
     Experiment cleanOnly = experiment;
     cleanOnly.trainings = {Training::kClean};
-    const Findings findings{run(experiment, contenders(training), "recognising"),
-                            run(cleanOnly, ablations(training), "leaving steps out"), compareSides(experiment)};
+    Findings findings{run(experiment, contenders(training), "recognising"), {}, compareSides(experiment)};
+    for (const Result& result : findings.results) {
+        if (result.name == "two-stage" && result.training == Training::kClean) findings.ablations = {result};
+    }
+    findings.ablations.front().name = "all steps";
+    for (Result& result : run(cleanOnly, ablations(training), "leaving steps out")) {
+        findings.ablations.push_back(std::move(result));
+    }
 
     const int unusable = experiment.train.unusable + experiment.test.unusable;
     std::printf("recordings: %zu to train, %zu to test, %d unusable; seed %llu\n\n", experiment.train.recordings.size(),
@@ -125,8 +130,7 @@ int runDemo(const Arguments& arguments) {
     fs::create_directories(arguments.output, error);
     if (error) throw InputError(arguments.output, "cannot be made (" + error.message() + ")");
     const Experiment experiment = experimentOf(arguments);
-    const Specimen specimen =
-        specimenOf(experiment, shownRecording(experiment, {}), arguments.noise, arguments.snr);
+    const Specimen specimen = specimenOf(experiment, shownRecording(experiment, {}), arguments.noise, arguments.snr);
     writeWav(arguments.output / "clean.wav", specimen.clean.samples);
     writeWav(arguments.output / "noisy.wav", specimen.noisy.samples);
     for (const Method method : kMethods) {
@@ -142,8 +146,8 @@ int runMixing(const Arguments& arguments) {
         for (const fs::path& path : recordingsIn(arguments.voices)) voices.push_back(readRecording(path));
     }
     const std::vector<Vorn16s> samples = readRecording(arguments.inputs[0]);
-    writeWav(arguments.inputs[1], mixed(samples, arguments.noise, arguments.snr, NoiseMaker(voices),
-                                        Random(arguments.seed)).samples);
+    writeWav(arguments.inputs[1],
+             mixed(samples, arguments.noise, arguments.snr, NoiseMaker(voices), Random(arguments.seed)).samples);
     return kDone;
 }
 

@@ -61,7 +61,8 @@ std::vector<Vorn32f> NoiseMaker::make(Noise noise, std::size_t samples, Random r
 std::vector<Vorn32f> NoiseMaker::babble(std::size_t samples, Random& random) const {
     std::vector<Vorn32f> wave(samples, 0.0f);
     for (int talker = 0; talker < kTalkers; ++talker) {
-        const std::vector<Vorn32f>* voice = &voices_[static_cast<std::size_t>(random.below(static_cast<int>(voices_.size())))];
+        const std::vector<Vorn32f>* voice =
+            &voices_[static_cast<std::size_t>(random.below(static_cast<int>(voices_.size())))];
         auto at = static_cast<std::size_t>(random.below(static_cast<int>(voice->size())));
         for (std::size_t n = 0; n < samples;) {
             const std::size_t run = std::min(samples - n, voice->size() - at);

@@ -7,7 +7,7 @@ namespace digits {
 namespace {
 
 constexpr int kShortest = 20, kLongest = 140;  // samples: 400 to 57 Hz
-constexpr Vorn32f kClear = 0.6f;               // least periodicity of a voice
+constexpr Vorn32f kClear = 0.4f;               // least periodicity of a voice
 
 // The period to a part of a sample: where between two lags the frame is most like the wave behind it.
 double refined(const Vorn16s* frame, int period) {

@@ -21,7 +21,8 @@ public:
     // training, and only there. step() is called trainingSteps(kGaussians) times.
     Recogniser(const std::vector<Trainee>& trainees, const std::function<void()>& step);
 
-    // The word whose best road from a pause through its states to a pause has the greatest score. Pauses may be missing.
+    // The word whose best road from a pause through its states to a pause has the greatest score. Pauses may be
+    // missing.
     int decide(const Analysis& analysis) const;
 
 private:

@@ -24,10 +24,10 @@ struct ReductionSteps {
 };
 
 struct Reduced {
-    std::vector<Vorn32f> wave;    // as long as the recording
-    std::vector<bool> speech;     // the detector's decision for each block of kFrameStep samples
-    std::vector<Vorn32f> noise;   // the first stage's estimate of the noise's magnitudes: kSmoothBins a block
-    std::vector<Vorn32f> noisy;   // the magnitudes themselves
+    std::vector<Vorn32f> wave;   // as long as the recording
+    std::vector<bool> speech;    // the detector's decision for each block of kFrameStep samples
+    std::vector<Vorn32f> noise;  // the first stage's estimate of the noise's magnitudes: kSmoothBins a block
+    std::vector<Vorn32f> noisy;  // the magnitudes themselves
 };
 
 class NoiseReduction {

@@ -14,7 +14,7 @@ namespace digits {
 inline constexpr int kAhead = (kFrameLength - kFrameStep) / 2;  // a block lies in the middle of its frame
 inline constexpr int kReach = kTaps / 2;                        // samples that a filter looks to either side of a block
 inline constexpr int kResponse = 10;                            // values from which the taps are laid out
-inline constexpr int kFirstFrames = 10;    // in which the second stage averages the noise before it follows it
+inline constexpr int kFirstFrames = 10;      // in which the second stage averages the noise before it follows it
 inline constexpr int kSlowestAverage = 100;  // frames that the first stage's average of the noise settles to
 
 // Tells, from the energy of a block, whether someone speaks: the first stage learns the noise while nobody does.
@@ -46,7 +46,8 @@ private:
 // A Hann window whose ends lie half a sample outside.
 std::vector<Vorn32f> hannWindow();
 
-// kResponse rows of kBands weights: the inverse cosine transform along the mel scale, under a Hann window over the taps.
+// kResponse rows of kBands weights: the inverse cosine transform along the mel scale, under a Hann window over the
+// taps.
 //
 // The taps are laid out so that all but the last stand in pairs about a middle between two samples: value 0 and 1 half
 // a sample to either side of it, value k > 1 k - 1/2 samples away. So the response is taken at those places, and the

@@ -14,7 +14,7 @@ namespace {
 
 // What this page's curves need beside the styles of all pages.
 constexpr const char* kStyle =
-    "<style>svg .dashed { stroke-dasharray: 5 4; stroke-opacity: .75; } svg .curve.wide { stroke: var(--bar); "
+    "<style>svg .dashed { stroke-dasharray: 5 4; stroke-opacity: .75; } svg .wide { stroke: var(--bar); "
     "stroke-width: 6; stroke-linecap: round; stroke-opacity: .6; } .listen td { vertical-align: middle; }</style>\n";
 
 struct Step {
@@ -49,9 +49,9 @@ std::string tiles(const Experiment& experiment, const Findings& findings) {
         const Result* plain = find(findings.results, "plain", training);
         const Result* robust = find(findings.results, "two-stage", training);
         const double before = meanAccuracy(experiment, *plain), after = meanAccuracy(experiment, *robust);
-        html += tile(format("%.1f %% \u2192 %.1f %%", before, after),
-                     format("words right between 20 and 0 dB, trained %s: plain front end, robust front end",
-                            nameOf(training)));
+        html += tile(
+            format("%.1f %% \u2192 %.1f %%", before, after),
+            format("words right between 20 and 0 dB, trained %s: plain front end, robust front end", nameOf(training)));
         html += tile(format("%.0f %%", errorsSaved(before, after)),
                      format("of the plain front end's errors are saved, trained %s", nameOf(training)));
     }
@@ -61,9 +61,10 @@ std::string tiles(const Experiment& experiment, const Findings& findings) {
 
 std::string accuracyTable(const Experiment& experiment, const std::vector<Result>& results, Training training) {
     const Result& plain = *find(results, "plain", training);
-    std::string html = format("<h3>Trained %s</h3><table class='accuracy %s'><tr><th>front end</th><th>noise</th>"
-                              "<th class='number'>clean</th>",
-                              nameOf(training), nameOf(training));
+    std::string html = format(
+        "<h3>Trained %s</h3><table class='accuracy %s'><tr><th>front end</th><th>noise</th>"
+        "<th class='number'>clean</th>",
+        nameOf(training), nameOf(training));
     for (const int level : kLevels) html += format("<th class='number'>%d dB</th>", level);
     html += "<th class='number'>mean</th><th class='number'>errors saved</th></tr>\n";
     for (const Result& result : results) {
@@ -71,10 +72,10 @@ std::string accuracyTable(const Experiment& experiment, const std::vector<Result
         for (const Noise noise : kNoises) {
             html += format("<tr><td>%s</td><td>%s</td>", noise == kNoises[0] ? result.name.c_str() : "", nameOf(noise));
             const auto cell = [&](const std::function<bool(const Condition&)>& counted) {
-                const bool known =
-                    std::any_of(experiment.conditions.begin(), experiment.conditions.end(), counted);
+                const bool known = std::any_of(experiment.conditions.begin(), experiment.conditions.end(), counted);
                 html += "<td class='number'>" +
-                        (known ? format("%.2f", accuracy(experiment, result, counted)) : std::string("\u2013")) + "</td>";
+                        (known ? format("%.2f", accuracy(experiment, result, counted)) : std::string("\u2013")) +
+                        "</td>";
             };
             cell([](const Condition& c) { return !c.snr; });
             for (const int level : kLevels) {
@@ -109,8 +110,8 @@ std::string sidesTable(const std::vector<Side>& sides) {
         html += format("<tr><td><code>%s</code></td><td><code>%s</code></td><td class='number'>%lld</td>",
                        side.inSingle.c_str(), side.inIntegers.c_str(), side.values);
         html += side.counts ? format("<td class='number'>%.3g %% differ</td><td></td></tr>\n", side.usual)
-                            : format("<td class='number'>%.3g %%</td><td class='number'>%.3g %%</td></tr>\n", side.usual,
-                                     side.most);
+                            : format("<td class='number'>%.3g %%</td><td class='number'>%.3g %%</td></tr>\n",
+                                     side.usual, side.most);
     }
     return html + "</table>\n";
 }
@@ -142,19 +143,21 @@ void writeReport(const std::filesystem::path& path, const Experiment& experiment
         figures += accuracyFigure(experiment, findings.results, training);
         tables += accuracyTable(experiment, findings.results, training);
     }
-    html += section("accuracy", "What is recognised",
-                    "Each word stands in a stretch of noise with 400 ms of it at both ends, at the given level below the "
-                    "word. The means are over 20 to 0 dB; errors saved are those of the plain front end that another one "
-                    "does not make.",
-                    figures + tables);
+    html +=
+        section("accuracy", "What is recognised",
+                "Each word stands in a stretch of noise with 400 ms of it at both ends, at the given level below the "
+                "word. The means are over 20 to 0 dB; errors saved are those of the plain front end that another one "
+                "does not make.",
+                figures + tables);
     html += section("road", "The road of a frame through the robust front end", "", road());
-    html += section("ablation", "What each step is worth",
-                    "The robust front end without one step at a time, trained clean; the mean of 20 to 0 dB in all noises.",
-                    ablationTable(experiment, findings.ablations));
-    const std::string listen =
-        "<table class='listen'><tr><td>noisy</td><td>" + playerOf(specimen.noisy.samples) + "</td><td>two stages</td><td>" +
-        playerOf(insight.reduced) + "</td></tr><tr><td>clean</td><td>" + playerOf(specimen.clean.samples) +
-        "</td><td>tracking</td><td>" + playerOf(insight.suppressed) + "</td></tr></table>";
+    html +=
+        section("ablation", "What each step is worth",
+                "The robust front end without one step at a time, trained clean; the mean of 20 to 0 dB in all noises.",
+                ablationTable(experiment, findings.ablations));
+    const std::string listen = "<table class='listen'><tr><td>noisy</td><td>" + playerOf(specimen.noisy.samples) +
+                               "</td><td>two stages</td><td>" + playerOf(insight.reduced) +
+                               "</td></tr><tr><td>clean</td><td>" + playerOf(specimen.clean.samples) +
+                               "</td><td>tracking</td><td>" + playerOf(insight.suppressed) + "</td></tr></table>";
     html += section("spectrograms", "One recording, noisy and cleaned",
                     "<code>" + escaped(specimen.name) + "</code> in " + escaped(specimen.conditions) + ".",
                     listen + spectrogramFigure(specimen, insight));
@@ -165,10 +168,11 @@ void writeReport(const std::filesystem::path& path, const Experiment& experiment
     html += section("decisions", "Detector and pitch",
                     "The pitch is that of the period which explains a frame best, where it explains enough.",
                     decisionFigure(specimen, insight));
-    html += section("sides", "Single precision and integers side by side",
-                    "Both forms were given the same numbers. Differences are in per cent of the root mean square of the "
-                    "values.",
-                    sidesTable(findings.sides));
+    html +=
+        section("sides", "Single precision and integers side by side",
+                "Both forms were given the same numbers. Differences are in per cent of the root mean square of the "
+                "values.",
+                sidesTable(findings.sides));
     writePage(path, "Digits in noise",
               "Whole-word recognition of the ten digits in noise, made with vornsr " +
                   escaped(vornsrGetLibVersion()->version) + ".",

@@ -44,7 +44,7 @@ private:
     RobustSteps steps_;
     NoiseReduction reduction_;
     Transform transform_;
-    Cepstrum cepstrum_;
+    Cepstrum cepstrum_{kLeastInSingle};
     Reference reference_{};
 };
 
@@ -59,7 +59,7 @@ public:
 private:
     FixedReduction reduction_;
     Transform transform_;
-    Cepstrum cepstrum_;
+    Cepstrum cepstrum_{kLeastInIntegers};
     std::array<Vorn16s, kCepstra> reference_{};
 };
 

@@ -16,9 +16,9 @@ constexpr int kCompared = 12;  // recordings in each noise
 constexpr int kSnr = 5;        // decibels
 constexpr Vorn32f kGain = 1 << 14, kQ15 = 1 << 15, kCepstrumUnit = 64.0f, kDetectorUnit = 64.0f;
 constexpr double kQ31 = 2147483648.0;
-constexpr int kDetectorShift = 8;        // from gains in Q14 to those in Q6 that the detector takes
-constexpr int kMagnitudeShift = 4;       // spectra are taken at a sixteenth of their size
-constexpr int kNoiseFraction = 8;        // bits behind the point of the noise in 32 bits
+constexpr int kDetectorShift = 8;   // from gains in Q14 to those in Q6 that the detector takes
+constexpr int kMagnitudeShift = 4;  // spectra are taken at a sixteenth of their size
+constexpr int kNoiseFraction = 8;   // bits behind the point of the noise in 32 bits
 constexpr int kLspeFrame = 320, kShortest = 20, kLongest = 140;  // samples; periods from 57 to 400 Hz
 constexpr int kWholeStream = 3;
 
@@ -176,7 +176,8 @@ private:
         }
         const auto exactCoarse = inSingle(coarse, 1.0), exactCoarseNoise = inSingle(coarseNoise, 1.0);
         std::array<Vorn32s, kSmoothBins> updated{};
-        DIGITS_CALL(vornsNoiseSpectrumUpdate_Aurora_32f, exactFine.data(), exactNoise.data(), single.data(), kSmoothBins);
+        DIGITS_CALL(vornsNoiseSpectrumUpdate_Aurora_32f, exactFine.data(), exactNoise.data(), single.data(),
+                    kSmoothBins);
         DIGITS_CALL(vornsNoiseSpectrumUpdate_Aurora_32s_Sfs, fine.data(), noise.data(), updated.data(), kSmoothBins, 0);
         update32_.add(single, updated, 1.0);
         DIGITS_CALL(vornsNoiseSpectrumUpdate_Aurora_32f, exactCoarse.data(), exactCoarseNoise.data(), single.data(),
@@ -341,7 +342,8 @@ private:
         DIGITS_CALL(vornsFilterUpdateWiener_32f, exactPrior.data(), wienerSingle.data(), kBins);
         DIGITS_CALL(vornsFilterUpdateWiener_32s, prior.data(), wiener.data(), kBins);
         wiener_.add(wienerSingle, wiener, kQ31);
-        for (int k = 0; k < kBins; ++k) wiener[k] = toNearest<Vorn32s>(std::min(double(wienerSingle[k]) * kQ31, kQ31 - 1));
+        for (int k = 0; k < kBins; ++k)
+            wiener[k] = toNearest<Vorn32s>(std::min(double(wienerSingle[k]) * kQ31, kQ31 - 1));
         DIGITS_CALL(vornsFilterUpdateEMNS_32f, wienerSingle.data(), exactPosterior.data(), malahSingle.data(), kBins);
         DIGITS_CALL(vornsFilterUpdateEMNS_32s, wiener.data(), posterior.data(), malah.data(), kBins);
         for (Vorn32f& gain : malahSingle) gain = std::min(gain, 1.0f);  // where the integers end
@@ -357,15 +359,15 @@ private:
             int period = 0, fixedPeriod = 0;
             DIGITS_CALL(vornsPeriodicityLSPE_32f, exact.data(), kLspeFrame, periodicity.data(), &period, kLongest,
                         kShortest);
-            DIGITS_CALL(vornsPeriodicityLSPE_16s, samples.data() + at, kLspeFrame, fixedPeriodicity.data(), &fixedPeriod,
-                        kLongest, kShortest);
+            DIGITS_CALL(vornsPeriodicityLSPE_16s, samples.data() + at, kLspeFrame, fixedPeriodicity.data(),
+                        &fixedPeriod, kLongest, kShortest);
             periods_.addDecision(period, fixedPeriod);
             periodicity_.add(periodicity, fixedPeriodicity, double(kQ15));
         }
     }
 
     Transform transform_;
-    Cepstrum cepstrum_;
+    Cepstrum cepstrum_{kLeastInSingle};
     std::unique_ptr<VornFBankState_32f, VornStatus (*)(VornFBankState_32f*)> bankSingle_{nullptr, vornsFBankFree_32f};
     std::unique_ptr<VornFBankState_16s, VornStatus (*)(VornFBankState_16s*)> bankFixed_{nullptr, vornsFBankFree_16s};
     std::vector<Vorn32f> window_;
@@ -395,7 +397,8 @@ private:
 std::vector<Side> compareSides(const Experiment& experiment) {
     const NoiseMaker maker = noiseMaker(experiment);
     Comparison comparison;
-    const std::size_t recordings = experiment.test.recordings.size(), step = std::max<std::size_t>(recordings / kCompared, 1);
+    const std::size_t recordings = experiment.test.recordings.size(),
+                      step = std::max<std::size_t>(recordings / kCompared, 1);
     for (std::size_t i = 0; i < recordings; i += step) {
         for (const Noise noise : kNoises) {
             comparison.add(mixed(experiment.test.recordings[i].samples, noise, kSnr, maker,

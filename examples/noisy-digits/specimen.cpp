@@ -49,7 +49,8 @@ Specimen specimenOf(const Experiment& experiment, const Recording& recording, No
     const NoiseMaker maker = noiseMaker(experiment);
     const Random draw = testDraw(experiment, 0, noise);
     return {recording.path.filename().string(), std::string(nameOf(noise)) + " noise at " + std::to_string(snr) + " dB",
-            mixed(recording.samples, noise, std::nullopt, maker, draw), mixed(recording.samples, noise, snr, maker, draw)};
+            mixed(recording.samples, noise, std::nullopt, maker, draw),
+            mixed(recording.samples, noise, snr, maker, draw)};
 }
 
 Insight::Insight(const Specimen& specimen) {
@@ -68,8 +69,10 @@ Insight::Insight(const Specimen& specimen) {
 
     for (const int hertz : kShownHertz) {
         const int smooth = 2 * hertz * (kSmoothBins - 1) / kSampleRate, fine = 2 * hertz * (kBins - 1) / kSampleRate;
-        Floor floor{hertz, inDecibels(powersAt(byStages.noisy, smooth)),
-                    inDecibels(averaged(powersAt(ofNoise.noisy, smooth))), inDecibels(powersAt(byStages.noise, smooth)),
+        Floor floor{hertz,
+                    inDecibels(powersAt(byStages.noisy, smooth)),
+                    inDecibels(averaged(powersAt(ofNoise.noisy, smooth))),
+                    inDecibels(powersAt(byStages.noise, smooth)),
                     {}};
         for (std::size_t i = static_cast<std::size_t>(fine); i < byTracking.noise.size(); i += kBins) {
             floor.tracked.push_back(inDecibels(double(byTracking.noise[i]) / kTrackedWindow));

@@ -30,6 +30,7 @@ public:
         DIGITS_CALL(vornsInitMCRA_32f, kSampleRate, kFftLength, state());
     }
 
+    // The power of the noise, from that of the next frame.
     const std::vector<Vorn32f>& follow(const Vorn32f* power) {
         DIGITS_CALL(vornsUpdateNoisePSDMCRA_32f_I, power, state(), noise_.data());
         return noise_;
@@ -49,7 +50,8 @@ std::vector<Vorn32f> mirrored(std::span<const Vorn32f> wave) {
     std::vector<Vorn32f> longer((steps + 2) * kSuppressionStep);
     for (std::size_t n = 0; n < longer.size(); ++n) {
         const std::size_t place = n < kSuppressionStep ? kSuppressionStep - 1 - n : n - kSuppressionStep;
-        longer[n] = wave[std::min(place < length ? place : 2 * length - 1 - std::min(place, 2 * length - 1), length - 1)];
+        longer[n] =
+            wave[std::min(place < length ? place : 2 * length - 1 - std::min(place, 2 * length - 1), length - 1)];
     }
     return longer;
 }

@@ -1,9 +1,9 @@
 // Noise suppression by spectral gains: the noise is tracked all the time, and each frame is weighed by what stands out
 // of it. The frames overlap and add up to a wave again.
 //
-// I. Cohen, B. Berdugo, "Noise estimation by minima controlled recursive averaging for robust speech enhancement", 2002;
-// Y. Ephraim, D. Malah, "Speech enhancement using a minimum mean-square error short-time spectral amplitude estimator",
-// 1984, also for the a-priori signal-to-noise ratio by decision.
+// I. Cohen, B. Berdugo, "Noise estimation by minima controlled recursive averaging for robust speech enhancement",
+// 2002; Y. Ephraim, D. Malah, "Speech enhancement using a minimum mean-square error short-time spectral amplitude
+// estimator", 1984, also for the a-priori signal-to-noise ratio by decision.
 #pragma once
 
 #include <span>

@@ -35,11 +35,11 @@ void printTable(std::FILE* file, const Experiment& experiment, const Result& res
     };
     row("clean", [](const Condition& c, Noise) { return !c.snr; });
     for (const int level : kLevels) {
-        row(std::to_string(level) + " dB", [&](const Condition& c, Noise noise) {
-            return c.snr == level && c.noise == noise;
-        });
+        row(std::to_string(level) + " dB",
+            [&](const Condition& c, Noise noise) { return c.snr == level && c.noise == noise; });
     }
-    row("20..0 dB", [](const Condition& c, Noise noise) { return c.snr && *c.snr >= kLowestOfMean && c.noise == noise; });
+    row("20..0 dB",
+        [](const Condition& c, Noise noise) { return c.snr && *c.snr >= kLowestOfMean && c.noise == noise; });
     std::fprintf(file, "\n");
 }
 
@@ -62,8 +62,9 @@ void printAblations(std::FILE* file, const Experiment& experiment, const std::ve
 }
 
 void printSides(std::FILE* file, const std::vector<Side>& sides) {
-    std::fprintf(file, "single precision and integers, given the same numbers: differences in per cent of the root mean "
-                       "square\n");
+    std::fprintf(file,
+                 "single precision and integers, given the same numbers: differences in per cent of the root mean "
+                 "square\n");
     for (const Side& side : sides) {
         std::fprintf(file, "  %-38s  %-43s", side.inSingle.c_str(), side.inIntegers.c_str());
         if (side.counts) {
