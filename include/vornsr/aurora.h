@@ -15,36 +15,37 @@ VORN_BEGIN_DECLS
  * the real transform and keeps what goes from frame to frame: no step has a state.
  *
  * **Smoothed power spectrum.** src is a spectrum of len values, packed as `vornsFFTFwd_RToPerm_*` gives it: src[0] is
- * the bin at zero, src[1] the one at half the sampling rate, pairs of real and imaginary parts follow. With Q = len / 4,
- * dst receives Q + 1 values, half as many as there are bins: 65 of 256. Only src[1] keeps its whole square.
+ * the bin at zero, src[1] the one at half the sampling rate, pairs of real and imaginary parts follow. With Q = len /
+ * 4, dst receives Q + 1 values, half as many as there are bins: 65 of 129. Only src[1] keeps its whole square.
  * - `32f`: dst[0] = 0.5 ((src[0]^2 + src[2]^2) + src[3]^2), dst[k] = 0.5 ((src[4k]^2 + src[4k+1]^2) + (src[4k+2]^2 +
  *   src[4k+3]^2)) for k from 1 to Q - 1, dst[Q] = src[1]^2. In single, in this order.
  * - `16s`: each square is halved and rounded down before the halves are added; dst[Q] = src[1]^2. Saturated.
  * - `32s_Sfs`, `32s64s_Sfs`: the same in 64 bits; a sum of 2^63 counts as 2^63 - 1. Sums are shifted right by
- *   scaleFactor without rounding or, below 0, to the left, where bits that leave 64 are lost; the count is taken modulo
- *   64. Then `32s_Sfs` saturates to 32 bits. src[1]^2 wraps at 32 bits before it is shifted: 65536 gives 0.
+ *   scaleFactor without rounding or, below 0, to the left, where bits that leave 64 are lost; the count is taken
+ *   modulo 64. Then `32s_Sfs` saturates to 32 bits. src[1]^2 wraps at 32 bits before it is shifted: 65536 gives 0.
  *
  * **Noise spectrum.** in is the spectrum of a frame, a an element of it; noise the estimate so far, b an element. Each
  * becomes b (0.9 + (0.1 a / (a + b)) (1 + b / (b + 0.1 a))): the estimate falls by a tenth at most and rises by 4 % at
  * most, so that speech does not carry it away.
- * - `32f`: in single, truncated at each step, whatever the caller's rounding mode: p = 0.1 a, r1 = 1 / (a + b),
- *   r2 = 1 / (b + p), and dst = b ((b r2 + 1) (p r1) + 0.9). Exactly 0 where a + b or b + p is zero; other
- *   not-a-numbers stay. For a and b from 1e-18 to 1e18 it is within 4.5 ulp of the formula with the singles 0.1 and 0.9.
+ * - `32f`: in single, truncated at each step, whatever the caller's rounding mode: p = 0.1 a, r1 = 1 / (a + b), r2 = 1
+ *   / (b + p), and dst = b ((b r2 + 1) (p r1) + 0.9). Exactly 0 where a + b or b + p is zero; other not-a-numbers
+ *   stay. For a and b from 1e-18 to 1e18 it is within 4.5 ulp of the formula with the singles 0.1 and 0.9.
  * - `16s_Sfs`, `32s_Sfs`: in single, rounded to nearest at each step, whatever the caller's rounding mode. 0 where the
  *   integer a + b is zero (in `32s` it wraps at 32 bits) and where v = 0.1 a + b truncates to 0: so a small estimate
  *   counts as none. Else y = b r times 2^-scaleFactor with r = ((a / (a + b)) 0.1) (b / v + 1) + 0.9, whose divisor is
- *   the sum of the two singles; 2^-scaleFactor is infinite from -128 down and 0 from 150 on. y is truncated; one that is
- *   not a number gives 0. `16s` saturates. In `32s` whatever 32 bits do not hold, at either end, gives -2147483648.
+ *   the sum of the two singles; 2^-scaleFactor is infinite from -128 down and 0 from 150 on. y is truncated; one that
+ *   is not a number gives 0. `16s` saturates. In `32s` whatever 32 bits do not hold, at either end, gives -2147483648.
  *
- * **Gain of the Wiener filter**, in two passes. den is the denoised spectrum of the frame before. max(x, c) is c unless
- * x is above c, so for a not-a-number too.
+ * **Gain of the Wiener filter**, in two passes. den is the denoised spectrum of the frame before. max(x, c) is c
+ * unless x is above c, so for a not-a-number too.
  * - `32f`, in single and in the caller's rounding mode: r = 1 / noise; eta1 = (0.98 den + 0.02 max(in - noise, 0)) r;
- *   h1 = eta1 / (eta1 + 1); eta2 = max(h1 (in r), c), where c is the single nearest to 10^(-22/20); dst = eta2 /
- *   (eta2 + 1). No noise gives c / (c + 1) = 0.0736, the floor of the gain.
+ *   h1 = eta1 / (eta1 + 1); eta2 = max(h1 (in r), c), where c is the single nearest to 10^(-22/20); dst = eta2 / (eta2
+ *   + 1). No noise gives c / (c + 1) = 0.0736, the floor of the gain.
  * - `16s`, in 64 bits; the gain is in Q14, from 1206, its floor, to 16383. Quotients are truncated toward zero, shifts
- *   round down: inv = 16384 / noise; eta1 = ((4014 den + 82 max(in - noise, 0)) inv) >> 14, in Q12; h1 = (eta1 << 14) /
- *   (eta1 + 4096); eta2 = max(((in h1) >> 14) inv, 1301); dst = (eta2 << 7) / ((eta2 >> 7) + 128). Where noise is 0 or
- *   eta1 is -4096, dst is 1206. inv is 0 for a noise above 16384 in magnitude: scale spectra so that it stays small.
+ *   round down: inv = 16384 / noise; eta1 = ((4014 den + 82 max(in - noise, 0)) inv) >> 14, in Q12; h1 = (eta1 << 14)
+ *   / (eta1 + 4096); eta2 = max(((in h1) >> 14) inv, 1301); dst = (eta2 << 7) / ((eta2 >> 7) + 128). Where noise is 0
+ *   or eta1 is -4096, dst is 1206. inv is 0 for a noise above 16384 in magnitude: scale spectra so that it stays
+ *   small.
  *
  * **Impulse response.** `vornsTabsCalculation_Aurora_*` moves 10 values to 17 taps, bit for bit: taps 0 to 8 are
  * src[8] to src[0], taps 9 to 16 are src[2] to src[9]. This is not symmetric: src[1] stands once, src[9] at the top

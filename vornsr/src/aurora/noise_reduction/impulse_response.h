@@ -71,13 +71,13 @@ struct PairedTaps {
         return static_cast<std::int32_t>((static_cast<std::uint32_t>(upper) << 16) |
                                          (static_cast<std::uint32_t>(lower) & 0xFFFF));
     }
-    template <class Part>
-    PairedTaps(const Vorn16s* taps, Part part) {
-        even[0] = pairOf(part(taps[0]), part(taps[1]));
-        odd[0] = pairOf(0, part(taps[0]));
+    template <class Take>
+    PairedTaps(const Vorn16s* taps, Take take) {
+        even[0] = pairOf(take(taps[0]), take(taps[1]));
+        odd[0] = pairOf(0, take(taps[0]));
         for (int j = 1; j < pairs; ++j) {
-            even[j] = pairOf(part(taps[2 * j]), 2 * j + 1 < responseTaps ? part(taps[2 * j + 1]) : 0);
-            odd[j] = pairOf(part(taps[2 * j - 1]), part(taps[2 * j]));
+            even[j] = pairOf(take(taps[2 * j]), 2 * j + 1 < responseTaps ? take(taps[2 * j + 1]) : 0);
+            odd[j] = pairOf(take(taps[2 * j - 1]), take(taps[2 * j]));
         }
     }
 };
