@@ -297,10 +297,9 @@ VornStatus vornsVADFlush_Aurora_16s(int* result, VornsVADState* state);
  *   D[i][0]) 0.1.
  *
  * `32f`: the first two sums are added up from left to right in single; the others are vornsSum_32f with hint 2. v is
- * compared in double; its logarithm is made in double, within 0.502 units in the last place, and rounded to single
- * once; all else is in single, in the caller's rounding mode. What is not a number counts as below the floor, and an
- * infinity has an infinite logarithm. In another mode than to nearest the logarithm is less exact, and the same on
- * every processor.
+ * compared in double; its logarithm is made in double and rounded to single once; all else is in single, in the
+ * caller's rounding mode. What is not a number counts as below the floor, and an infinity has an infinite logarithm. In
+ * another mode than to nearest the logarithm is less exact, and the same on every processor.
  *
  * `32s_Sfs`: sums are those of vornsSum_32s_Sfs, of lowSpec with scale factor 0, of highSpec with 3, which multiplies
  * by 1/8. Logarithms are those of vornsLn_32s_Sfs with scale factor -7, so in Q7, with -1280 for what is below 1. N
