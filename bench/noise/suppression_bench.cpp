@@ -54,8 +54,8 @@ void addWiener(const std::string& name, Ours ours) {
     }
 }
 
-// The plain loop's table, from our gains of W = 1 where the argument is the start of an octave and from neighbours for
-// the rest would be no table; these are ordinary ones of the same sizes.
+// Tables for the plain loop, of the sizes of ours: the gain at small arguments, and a parabola through three points of
+// each octave.
 plain::GainTables tables() {
     plain::GainTables t{};
     const auto f = [](double v) {

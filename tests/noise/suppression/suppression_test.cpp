@@ -125,6 +125,12 @@ TEST(Wiener, OfSingles) {
     const float both[] = {std::nanf(""), -1.0f, std::nanf("")};
     EXPECT_EQ(wiener(both, dst, 3), vornStsBadArgErr) << "a not-a-number hides no negative one";
     EXPECT_EQ(dst[1], 0.0f);
+    for (std::size_t at = 0; at < 200; ++at) {
+        std::vector<float> ratios(200, std::nanf("")), gains(200);
+        ratios[at] = -1.0f;
+        ASSERT_EQ(wiener(ratios.data(), gains.data(), 200), vornStsBadArgErr) << at;
+        ASSERT_EQ(gains[at], 0.0f) << at;
+    }
 }
 
 TEST(Wiener, OfIntegersMovesInSteps) {

@@ -324,6 +324,7 @@ TEST(NoiseTrackingParameters, OfSingles) {
     EXPECT_EQ(f.delta, 5.0f);
     EXPECT_EQ(fieldsOf<Vorn32f>(8000, 8, 0).halfBits, 3);
     EXPECT_EQ(fieldsOf<Vorn32f>(44100, 8, 0).minWindow, 11025) << "88.2, rounded to single, times 125 in single";
+    EXPECT_EQ(fieldsOf<Vorn32f>(8004, 8, 0).minWindow, 2000) << "the quotient is rounded once, from double";
     // Over 32, not over 50; the other form goes over its advance.
     EXPECT_EQ(fieldsOf<Vorn32f>(16000, 100, 0).minWindow, 500);
     EXPECT_EQ(fieldsOf<Vorn32f>(16000, 100, 0).hop, 50);

@@ -96,7 +96,8 @@ private:
     // The presence that weighs the noise is the one before it is rounded.
     VORN_INLINE Half half(D s, D minimum, D y, D presence, D noise) const {
         const D fallen = presence * alphaP;
-        const D p = select(minOf(minimum * delta, most) < s, fallen + restP, fallen);
+        // The limit of 2^31 - 1 on the product is not needed: no s is above it.
+        const D p = select(minimum * delta < s, fallen + restP, fallen);
         const D a = alphaD + p * restD;
         return {p, (a * noise + (most - a) * y) * unit};
     }
