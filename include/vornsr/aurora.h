@@ -348,7 +348,7 @@ VornStatus vornsHighBandCoding_Aurora_32s_Sfs(const Vorn32s* highBands, const Vo
  * up to 65535 or less are the fastest.
  *
  * dstLow, dstHigh, src and taps must not overlap. Checks, in this order: null (src, taps); size (tapsLen below 1); null
- * (dstLow, dstHigh); size (len below 1). A len of 1 passes and nothing is read or written.
+ * (dstLow, dstHigh); size (len below 1). A len of 1 passes, and nothing is written.
  *
  * **Deltas**, `vornsDeltaDelta*`: velocity and acceleration of the front-end's feature vectors (ETSI ES 202 050) over
  * nine frames, for utterances that arrive in blocks. src holds height new frames of 14 numbers, packed: cepstral
