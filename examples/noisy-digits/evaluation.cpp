@@ -77,7 +77,7 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
                                                      recording.word};
         });
         recognisers.emplace_back(trainees, step);
-        results.push_back({contender.name, training, count(experiment.test), {}});
+        results.push_back({contender.name, training, count(experiment.test), experiment.conditions, {}});
     }
 
     for (const Condition& condition : experiment.conditions) {
@@ -100,20 +100,21 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
     return results;
 }
 
-double accuracy(const Experiment& experiment, const Result& result,
-                const std::function<bool(const Condition&)>& counted) {
+double accuracy(const Result& result, const std::function<bool(const Condition&)>& counted) {
     int right = 0, known = 0;
-    for (std::size_t c = 0; c < experiment.conditions.size(); ++c) {
-        if (!counted(experiment.conditions[c])) continue;
+    for (std::size_t c = 0; c < result.conditions.size(); ++c) {
+        if (!counted(result.conditions[c])) continue;
         right += result.right[c];
         known += result.known;
     }
     return known > 0 ? 100.0 * right / known : 0.0;
 }
 
-double meanAccuracy(const Experiment& experiment, const Result& result, std::optional<Noise> noise) {
-    return accuracy(experiment, result, [&](const Condition& condition) {
-        return condition.snr && *condition.snr >= kLowestOfMean && (!noise || condition.noise == *noise);
+bool countsInMean(const Condition& condition) { return condition.snr && *condition.snr >= kLowestOfMean; }
+
+double meanAccuracy(const Result& result, std::optional<Noise> noise) {
+    return accuracy(result, [&](const Condition& condition) {
+        return countsInMean(condition) && (!noise || condition.noise == *noise);
     });
 }
 

@@ -56,8 +56,9 @@ Random testDraw(const Experiment& experiment, int i, Noise noise);
 struct Result {
     std::string name;
     Training training;
-    int known = 0;           // recordings in each condition
-    std::vector<int> right;  // of each condition
+    int known;  // recordings in each condition
+    std::vector<Condition> conditions;
+    std::vector<int> right;  // in each of them
 };
 
 // How often evaluate() calls step().
@@ -68,11 +69,13 @@ std::vector<Result> evaluate(const Experiment& experiment, const Contender& cont
                              const std::function<void()>& step);
 
 // Per cent of the conditions that `counted` takes.
-double accuracy(const Experiment& experiment, const Result& result,
-                const std::function<bool(const Condition&)>& counted);
+double accuracy(const Result& result, const std::function<bool(const Condition&)>& counted);
 
-// Of the noise, or of all, between the highest level and kLowestOfMean.
-double meanAccuracy(const Experiment& experiment, const Result& result, std::optional<Noise> noise = {});
+// Between the highest level and kLowestOfMean.
+bool countsInMean(const Condition& condition);
+
+// Of the conditions that count, in the noise or in all.
+double meanAccuracy(const Result& result, std::optional<Noise> noise = {});
 
 // The share of the errors of the one that the other does not make, in per cent; 0 where there are none to save.
 double errorsSaved(double accuracyOfOne, double accuracyOfOther);

@@ -75,7 +75,7 @@ void drawGrid(Panels& panels, const Axis& axis, const std::string& unit) {
 
 }  // namespace
 
-std::string accuracyFigure(const Experiment& experiment, const std::vector<Result>& results, Training training) {
+std::string accuracyFigure(const std::vector<Result>& results, Training training) {
     constexpr double kTop = 48, kBottom = 268, kGap = 26;
     const double width = (kPlotRight + 60 - kPlotLeft - 2 * kGap) / 3;
     Sheet sheet(kSheetWidth, format("Accuracy over the level, trained %s", nameOf(training)));
@@ -111,9 +111,9 @@ std::string accuracyFigure(const Experiment& experiment, const std::vector<Resul
                 const auto counted = [&, wanted = level](const Condition& c) {
                     return c.snr == wanted && (!wanted || c.noise == noise);
                 };
-                if (std::none_of(experiment.conditions.begin(), experiment.conditions.end(), counted)) continue;
+                if (std::none_of(result.conditions.begin(), result.conditions.end(), counted)) continue;
                 x.push_back(place);
-                y.push_back(percent(accuracy(experiment, result, counted)));
+                y.push_back(percent(accuracy(result, counted)));
             }
             sheet.curve(x, y, kCurves[style++ % std::size(kCurves)]);
         }

@@ -10,7 +10,7 @@
 namespace digits {
 
 // Accuracy over the level, a panel for each noise, of the recognisers with that training.
-std::string accuracyFigure(const Experiment& experiment, const std::vector<Result>& results, Training training);
+std::string accuracyFigure(const std::vector<Result>& results, Training training);
 
 // Spectrograms of a recording: noisy, cleaned by either method, clean.
 std::string spectrogramFigure(const Specimen& specimen, const Insight& insight);

@@ -94,6 +94,7 @@ int evaluate(const Arguments& arguments, const Experiment& experiment, const fs:
     const std::vector<Mixed> training = cleanTraining(experiment);
     Experiment cleanOnly = experiment;
     cleanOnly.trainings = {Training::kClean};
+    std::erase_if(cleanOnly.conditions, [](const Condition& condition) { return !countsInMean(condition); });
     Findings findings{run(experiment, contenders(training), "recognising"), {}, compareSides(experiment)};
     for (const Result& result : findings.results) {
         if (result.name == "two-stage" && result.training == Training::kClean) findings.ablations = {result};
@@ -106,10 +107,10 @@ int evaluate(const Arguments& arguments, const Experiment& experiment, const fs:
     const int unusable = experiment.train.unusable + experiment.test.unusable;
     std::printf("recordings: %zu to train, %zu to test, %d unusable; seed %llu\n\n", experiment.train.recordings.size(),
                 experiment.test.recordings.size(), unusable, static_cast<unsigned long long>(arguments.seed));
-    printTables(stdout, experiment, findings.results);
-    printAblations(stdout, experiment, findings.ablations);
+    printTables(stdout, findings.results);
+    printAblations(stdout, findings.ablations);
     printSides(stdout, findings.sides);
-    printSummary(stdout, experiment, findings.results);
+    printSummary(stdout, findings.results);
     if (!report.empty()) {
         writeReport(report, experiment, findings, specimen);
         std::printf("report:     %s\n", report.c_str());

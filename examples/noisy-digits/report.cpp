@@ -48,7 +48,7 @@ std::string tiles(const Experiment& experiment, const Findings& findings) {
     for (const Training training : experiment.trainings) {
         const Result* plain = find(findings.results, "plain", training);
         const Result* robust = find(findings.results, "two-stage", training);
-        const double before = meanAccuracy(experiment, *plain), after = meanAccuracy(experiment, *robust);
+        const double before = meanAccuracy(*plain), after = meanAccuracy(*robust);
         html += tile(
             format("%.1f %% \u2192 %.1f %%", before, after),
             format("words right between 20 and 0 dB, trained %s: plain front end, robust front end", nameOf(training)));
@@ -59,7 +59,7 @@ std::string tiles(const Experiment& experiment, const Findings& findings) {
     return html + "</div>\n";
 }
 
-std::string accuracyTable(const Experiment& experiment, const std::vector<Result>& results, Training training) {
+std::string accuracyTable(const std::vector<Result>& results, Training training) {
     const Result& plain = *find(results, "plain", training);
     std::string html = format(
         "<h3>Trained %s</h3><table class='accuracy %s'><tr><th>front end</th><th>noise</th>"
@@ -72,16 +72,15 @@ std::string accuracyTable(const Experiment& experiment, const std::vector<Result
         for (const Noise noise : kNoises) {
             html += format("<tr><td>%s</td><td>%s</td>", noise == kNoises[0] ? result.name.c_str() : "", nameOf(noise));
             const auto cell = [&](const std::function<bool(const Condition&)>& counted) {
-                const bool known = std::any_of(experiment.conditions.begin(), experiment.conditions.end(), counted);
+                const bool known = std::any_of(result.conditions.begin(), result.conditions.end(), counted);
                 html += "<td class='number'>" +
-                        (known ? format("%.2f", accuracy(experiment, result, counted)) : std::string("\u2013")) +
-                        "</td>";
+                        (known ? format("%.2f", accuracy(result, counted)) : std::string("\u2013")) + "</td>";
             };
             cell([](const Condition& c) { return !c.snr; });
             for (const int level : kLevels) {
                 cell([&](const Condition& c) { return c.snr == level && c.noise == noise; });
             }
-            const double mine = meanAccuracy(experiment, result, noise), other = meanAccuracy(experiment, plain, noise);
+            const double mine = meanAccuracy(result, noise), other = meanAccuracy(plain, noise);
             html += format("<td class='number'><b>%.2f</b></td><td class='number'>%s</td></tr>\n", mine,
                            &result == &plain ? "" : format("%.1f %%", errorsSaved(other, mine)).c_str());
         }
@@ -89,13 +88,13 @@ std::string accuracyTable(const Experiment& experiment, const std::vector<Result
     return html + "</table>\n";
 }
 
-std::string ablationTable(const Experiment& experiment, const std::vector<Result>& ablations) {
+std::string ablationTable(const std::vector<Result>& ablations) {
     std::string html =
         "<table class='ablation'><tr><th>steps</th><th class='number'>words right, %</th><th class='number'>errors, "
         "times those of all steps</th></tr>\n";
-    const double all = 100.0 - meanAccuracy(experiment, ablations.front());
+    const double all = 100.0 - meanAccuracy(ablations.front());
     for (const Result& result : ablations) {
-        const double right = meanAccuracy(experiment, result);
+        const double right = meanAccuracy(result);
         html += format("<tr><td>%s</td><td class='number'>%.2f</td><td class='number'>%s</td></tr>\n",
                        result.name.c_str(), right, all > 0 ? format("%.2f", (100.0 - right) / all).c_str() : "\u2013");
     }
@@ -140,8 +139,8 @@ void writeReport(const std::filesystem::path& path, const Experiment& experiment
     std::string html = kStyle + tiles(experiment, findings);
     std::string figures, tables;
     for (const Training training : experiment.trainings) {
-        figures += accuracyFigure(experiment, findings.results, training);
-        tables += accuracyTable(experiment, findings.results, training);
+        figures += accuracyFigure(findings.results, training);
+        tables += accuracyTable(findings.results, training);
     }
     html +=
         section("accuracy", "What is recognised",
@@ -153,7 +152,7 @@ void writeReport(const std::filesystem::path& path, const Experiment& experiment
     html +=
         section("ablation", "What each step is worth",
                 "The robust front end without one step at a time, trained clean; the mean of 20 to 0 dB in all noises.",
-                ablationTable(experiment, findings.ablations));
+                ablationTable(findings.ablations));
     const std::string listen = "<table class='listen'><tr><td>noisy</td><td>" + playerOf(specimen.noisy.samples) +
                                "</td><td>two stages</td><td>" + playerOf(insight.reduced) +
                                "</td></tr><tr><td>clean</td><td>" + playerOf(specimen.clean.samples) +

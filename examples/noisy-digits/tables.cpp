@@ -13,7 +13,7 @@ const Result& baseline(const std::vector<Result>& results, Training training) {
     return results.front();
 }
 
-void printTable(std::FILE* file, const Experiment& experiment, const Result& result, const Result& plain) {
+void printTable(std::FILE* file, const Result& result, const Result& plain) {
     std::fprintf(file, "%s, trained %s: words right in per cent, %d in each condition\n", result.name.c_str(),
                  nameOf(result.training), result.known);
     std::fprintf(file, "  %-8s", "SNR");
@@ -21,14 +21,13 @@ void printTable(std::FILE* file, const Experiment& experiment, const Result& res
     std::fprintf(file, "%9s  errors saved\n", "mean");
     const auto row = [&](const std::string& label, auto counted) {
         const auto measured = [&](const Condition& c) { return counted(c, c.noise); };
-        if (std::none_of(experiment.conditions.begin(), experiment.conditions.end(), measured)) return;
+        if (std::none_of(result.conditions.begin(), result.conditions.end(), measured)) return;
         std::fprintf(file, "  %-8s", label.c_str());
         for (const Noise noise : kNoises) {
-            std::fprintf(file, "%9.2f",
-                         accuracy(experiment, result, [&](const Condition& c) { return counted(c, noise); }));
+            std::fprintf(file, "%9.2f", accuracy(result, [&](const Condition& c) { return counted(c, noise); }));
         }
         const auto all = [&](const Condition& c) { return counted(c, c.noise); };
-        const double mine = accuracy(experiment, result, all), other = accuracy(experiment, plain, all);
+        const double mine = accuracy(result, all), other = accuracy(plain, all);
         std::fprintf(file, "%9.2f", mine);
         if (&result != &plain) std::fprintf(file, "  %9.1f %%", errorsSaved(other, mine));
         std::fprintf(file, "\n");
@@ -45,15 +44,15 @@ void printTable(std::FILE* file, const Experiment& experiment, const Result& res
 
 }  // namespace
 
-void printTables(std::FILE* file, const Experiment& experiment, const std::vector<Result>& results) {
-    for (const Result& result : results) printTable(file, experiment, result, baseline(results, result.training));
+void printTables(std::FILE* file, const std::vector<Result>& results) {
+    for (const Result& result : results) printTable(file, result, baseline(results, result.training));
 }
 
-void printAblations(std::FILE* file, const Experiment& experiment, const std::vector<Result>& results) {
+void printAblations(std::FILE* file, const std::vector<Result>& results) {
     std::fprintf(file, "two-stage without one step, trained clean: words right in per cent, mean of 20 to 0 dB\n");
-    const double all = 100.0 - meanAccuracy(experiment, results.front());
+    const double all = 100.0 - meanAccuracy(results.front());
     for (const Result& result : results) {
-        const double right = meanAccuracy(experiment, result);
+        const double right = meanAccuracy(result);
         std::fprintf(file, "  %-24s%7.2f", result.name.c_str(), right);
         if (all > 0.0) std::fprintf(file, "  %5.2f times the errors", (100.0 - right) / all);
         std::fprintf(file, "\n");
@@ -76,11 +75,11 @@ void printSides(std::FILE* file, const std::vector<Side>& sides) {
     std::fprintf(file, "\n");
 }
 
-void printSummary(std::FILE* file, const Experiment& experiment, const std::vector<Result>& results) {
+void printSummary(std::FILE* file, const std::vector<Result>& results) {
     std::fprintf(file, "summary: words right in per cent, mean of 20 to 0 dB\n");
     for (const Result& result : results) {
         const Result& plain = baseline(results, result.training);
-        const double mine = meanAccuracy(experiment, result), other = meanAccuracy(experiment, plain);
+        const double mine = meanAccuracy(result), other = meanAccuracy(plain);
         std::fprintf(file, "  %-14s trained %-6s%7.2f", result.name.c_str(), nameOf(result.training), mine);
         if (&result != &plain) std::fprintf(file, "  %5.1f %% of the errors saved", errorsSaved(other, mine));
         std::fprintf(file, "\n");
