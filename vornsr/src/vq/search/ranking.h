@@ -113,7 +113,7 @@ private:
 
     void refill() {
         // Below this none is near the last distance.
-        keys_.collect(distance_, count_, last_.distance * 0.999998f);
+        keys_.collect(distance_, count_, last_.distance * (1 - 2e-06f));
         isSorted_ = true;
         first_ = 0;
     }
