@@ -1,7 +1,6 @@
 // The same recordings by other searches, in 16 bits, and by codebooks of other sizes.
 #pragma once
 
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>

@@ -227,8 +227,8 @@ void writeReport(const fs::path& path, const Run& run) {
               "Speakers recognised by codebooks of their cepstra, and cepstra sent in few bits, made with vornsr " +
                   escaped(vornsrGetLibVersion()->version) + ".",
               html,
-              "Distortions are mean squared distances of cepstra 1 to 12 from their nearest codewords. Both parts of "
-              "the recordings have the same speakers in the same rooms, and the codebooks know the rooms, too.");
+              "Distortions are mean squared distances of cepstra 1 to 12 from their nearest codewords. Codebooks "
+              "know the rooms and microphones of their recordings, too, and not the voices alone.");
 }
 
 }  // namespace digits
