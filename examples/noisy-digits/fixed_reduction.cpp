@@ -15,8 +15,9 @@ constexpr int kFraction = 6;        // bits behind the point of a windowed sampl
 constexpr int kMagnitudeShift = 4;  // a sixteenth
 constexpr int kNoiseFraction = 8;
 constexpr int kGainBits = 14, kWindowBits = 15;
-constexpr int kDetectorShift = 8;  // the detector takes gains in Q6, so that their squares and sums fit
-constexpr int kUnscaled = 8;       // normalisation flag of the transform: none in either direction
+constexpr int kDetectorShift = 8;      // the detector takes gains in Q6, so that their squares and sums fit
+constexpr Vorn32s kMostAlone = 46340;  // the root of what 32 bits hold
+constexpr int kUnscaled = 8;           // normalisation flag of the transform: none in either direction
 
 template <typename Element>
 using Bins = std::array<Element, kSmoothBins>;
@@ -121,6 +122,8 @@ private:
                     kWindowBits - kFraction);
         DIGITS_CALL(vornsFFTFwd_RToPerm_32s_ISfs, frame_.data(), reduction_.spec_.get(), kFraction + kMagnitudeShift,
                     buffer_.data());
+        // Number 1 is that of half the sampling rate, whose square is made in 32 bits.
+        frame_[1] = std::clamp(frame_[1], -kMostAlone, kMostAlone);
         Bins<Vorn64s> power{};
         DIGITS_CALL(vornsSmoothedPowerSpectrumAurora_32s64s_Sfs, frame_.data(), power.data(), kFftLength, 0);
         if (count_ == 1) before_ = power;

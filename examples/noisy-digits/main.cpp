@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -119,7 +120,13 @@ int evaluate(const Arguments& arguments, const Experiment& experiment, const fs:
     return unusable == 0 ? kDone : kSomeFailed;
 }
 
+// Before the work of minutes, not behind it.
+void needWritable(const fs::path& path) {
+    if (!path.empty() && !std::ofstream(path, std::ios::app)) throw InputError(path, "cannot be written");
+}
+
 int runEvaluation(const Arguments& arguments) {
+    needWritable(arguments.report);
     const Experiment experiment = experimentOf(arguments);
     const Recording shown = shownRecording(experiment, arguments.show);
     return evaluate(arguments, experiment, arguments.report,

@@ -49,9 +49,10 @@ std::string tiles(const Experiment& experiment, const Findings& findings) {
         const Result* plain = find(findings.results, "plain", training);
         const Result* robust = find(findings.results, "two-stage", training);
         const double before = meanAccuracy(*plain), after = meanAccuracy(*robust);
-        html += tile(
-            format("%.1f %% \u2192 %.1f %%", before, after),
-            format("words right between 20 and 0 dB, trained %s: plain front end, robust front end", nameOf(training)));
+        html += tile(format("%.1f %%", after),
+                     format("words right between 20 and 0 dB by the robust front end, trained %s; by the plain one: "
+                            "%.1f %%",
+                            nameOf(training), before));
         html += tile(format("%.0f %%", errorsSaved(before, after)),
                      format("of the plain front end's errors are saved, trained %s", nameOf(training)));
     }

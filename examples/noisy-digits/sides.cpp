@@ -111,6 +111,8 @@ private:
         transform_.forward(frame);
         std::array<Vorn32s, kFftLength> spectrum{};
         DIGITS_CALL(vornsConvert_32f32s_Sfs, frame.data(), spectrum.data(), kFftLength, vornRndNear, kMagnitudeShift);
+        // Half the sampling rate: its square is made in 32 bits.
+        spectrum[1] = std::clamp(spectrum[1], -46340, 46340);
         return spectrum;
     }
 

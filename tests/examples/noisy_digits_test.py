@@ -1,4 +1,4 @@
-"""Runs noisy-digits on the shipped recordings and on broken ones, with the build of the library that the loader finds."""
+"""Runs noisy-digits on the shipped recordings and on broken ones, with the library's build that the loader finds."""
 
 import argparse
 import base64
@@ -102,12 +102,16 @@ def decibels(ratio):
 
 
 def segmental(clean, noisy, frame=200):
-    """The mean over the frames of how far the clean wave stands out of the difference, from -10 to 35 dB each."""
+    """How far the clean wave stands out of the difference, in decibels, as the mean over the frames in which it is not
+    more than 25 dB weaker than in its loudest one."""
+    starts = range(0, len(clean) - frame + 1, frame)
+    loudest = max(power(clean[at:at + frame]) for at in starts)
     values = []
-    for at in range(0, len(clean) - frame + 1, frame):
-        signal = power(clean[at:at + frame]) + 1e-9
-        error = power([a - b for a, b in zip(clean[at:at + frame], noisy[at:at + frame])]) + 1e-9
-        values.append(min(max(decibels(signal / error), -10), 35))
+    for at in starts:
+        signal = power(clean[at:at + frame])
+        if decibels(loudest / (signal + 1e-9)) < 25:
+            error = power([a - b for a, b in zip(clean[at:at + frame], noisy[at:at + frame])])
+            values.append(decibels(signal / (error + 1e-9)))
     return sum(values) / len(values)
 
 
@@ -269,9 +273,9 @@ class Report(Folder):
             self.assertIn(f"<td>{name}</td><td class='number'>{right:.2f}</td><td class='number'>{times:.2f}</td>",
                           self.page)
         plain, robust = (summary(results[processor])[name, "clean"][0] for name in ("plain", "two-stage"))
-        first, second = map(float, re.search(r"<b>([\d.]+) % → ([\d.]+) %</b>", self.page).groups())
-        self.assertAlmostEqual(first, plain, delta=0.051)
-        self.assertAlmostEqual(second, robust, delta=0.051)
+        after, before = re.search(r"<b>([\d.]+) %</b><span>words right .*by the plain one: ([\d.]+) %", self.page).groups()
+        self.assertAlmostEqual(float(before), plain, delta=0.051)
+        self.assertAlmostEqual(float(after), robust, delta=0.051)
 
     def test_the_detector_finds_the_word(self):
         stretches = [tuple(map(int, pair)) for pair in re.findall(r"speech: (\d+) to (\d+) ms", self.section("decisions"))]
@@ -337,21 +341,20 @@ class Mixing(Folder):
 
 class Cleaning(Folder):
     def test_noise_gets_less_and_the_word_stays(self):
-        # The mixtures and their clean sides are this test's own: gains in decibels that a person would hear.
-        for noise, least in (("white", 3.0), ("car", 2.0)):
+        # The mixtures are known, so what is gained can be measured. Filters that are made for a recogniser take more
+        # noise out of pauses, and more of the word.
+        bounds = {"two-stage": (1, 15, 5), "fixed": (1, 15, 5), "wiener": (3, 8, 2), "ephraim-malah": (3, 8, 2)}
+        for noise in ("white", "car"):
             for name in ("7_theo_0.wav", "3_lucas_1.wav"):
                 clean, noisy = self.mix(noise, 60, name), self.mix(noise, 5, name)
-                path = self.folder / f"{noise}5_1.wav"
-                for method in METHODS:
+                for method, (gain, less, change) in bounds.items():
                     with self.subTest(noise=noise, name=name, method=method):
-                        cleaned = self.clean(path, method)
+                        cleaned = self.clean(self.folder / f"{noise}5_1.wav", method)
                         self.assertEqual(len(cleaned), len(noisy))
-                        gain = segmental(clean, cleaned) - segmental(clean, noisy)
-                        self.assertGreater(gain, least)
-                        alone = slice(MARGIN // 2, MARGIN)
-                        self.assertGreater(decibels(power(noisy[alone]) / power(cleaned[alone])), 5)
-                        word = slice(MARGIN, -MARGIN)
-                        self.assertLess(abs(decibels(power(cleaned[word]) / power(clean[word]))), 4)
+                        self.assertGreater(segmental(clean, cleaned) - segmental(clean, noisy), gain)
+                        pause, word = slice(MARGIN // 2, MARGIN), slice(MARGIN, -MARGIN)
+                        self.assertGreater(decibels(power(noisy[pause]) / power(cleaned[pause])), less)
+                        self.assertLess(abs(decibels(power(cleaned[word]) / power(clean[word]))), change)
 
     def test_nothing_is_delayed(self):
         clean = self.mix("white", 30)
@@ -414,8 +417,12 @@ class BrokenRecordings(Folder):
             (data / "train" / name).write_bytes(content)
             (data / "test" / name).write_bytes(content)
         (data / "test" / "seven.wav").write_bytes(wav())
-        status, out, err = run("evaluate", data)
+        page = self.folder / "report.html"
+        status, out, err = run("evaluate", data, "--report", page, "--show", self.recording("2_theo_3.wav"), "--noise",
+                               "babble", "--snr", "-3")
         self.assertEqual(status, 1)
+        # The pictures can be of any recording and noise.
+        self.assertIn("<code>2_theo_3.wav</code> in babble noise at -3 dB", page.read_text(encoding="utf-8"))
         for part in ("train", "test"):
             for name, (_, message) in self.CASES.items():
                 self.assertIn(f"noisy-digits: {data / part / name}: {message}", err)
@@ -460,8 +467,8 @@ class BrokenRecordings(Folder):
 
     def test_a_report_that_cannot_be_written(self):
         page = self.folder / "missing" / "report.html"
-        status, _, err = run("evaluate", self.small_data(), "--report", page)
-        self.assertEqual(status, 1)
+        status, out, err = run("evaluate", self.small_data(), "--report", page)
+        self.assertEqual((status, out), (1, ""))  # before anything is evaluated
         self.assertIn(f"{page}: cannot be written", err)
 
 
@@ -477,13 +484,6 @@ class Demo(Folder):
         self.assertEqual(len(lengths), 1)
         page = (output / "report.html").read_text(encoding="utf-8")
         self.assertIn("Trained mixed", page)
-
-    def test_the_pictures_can_be_of_any_recording_and_noise(self):
-        page = self.folder / "report.html"
-        status, _, _ = run("evaluate", self.small_data(), "--report", page, "--show", self.recording("2_theo_3.wav"),
-                           "--noise", "babble", "--snr", "-3")
-        self.assertEqual(status, 0)
-        self.assertIn("<code>2_theo_3.wav</code> in babble noise at -3 dB", page.read_text(encoding="utf-8"))
 
 
 class CommandLine(Folder):
