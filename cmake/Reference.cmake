@@ -27,6 +27,7 @@ set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/docs/reference.md
 set(DOXYGEN_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference)
 doxygen_add_docs(reference include README.md CONTRIBUTING.md docs
     examples/spoken-digits/README.md examples/spoken-digits/data/ATTRIBUTION.md examples/who-speaks/README.md
+    examples/noisy-digits/README.md
     ALL COMMENT "Writing the reference")
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/html DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference/man/man3 DESTINATION ${CMAKE_INSTALL_MANDIR} COMPONENT development
