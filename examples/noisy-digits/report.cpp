@@ -165,9 +165,11 @@ void writeReport(const std::filesystem::path& path, const Experiment& experiment
                     "Power in decibels for a sample. The first stage learns the noise while nobody speaks; the tracker "
                     "follows the minima of the smoothed spectrum all the time.",
                     floorFigure(specimen, insight));
-    html += section("decisions", "Detector and pitch",
-                    "The pitch is that of the period which explains a frame best, where it explains enough.",
-                    decisionFigure(specimen, insight));
+    html += section(
+        "decisions", "Detector and pitch",
+        "The pitch is that of the shortest period that explains a frame well, where one explains enough; the middle "
+        "of five frames.",
+        decisionFigure(specimen, insight));
     html +=
         section("sides", "Single precision and integers side by side",
                 "Both forms were given the same numbers. Differences are in per cent of the root mean square of the "
