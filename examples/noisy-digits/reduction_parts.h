@@ -58,9 +58,9 @@ std::vector<Vorn32f> responseOfBands(const VornFBankState_32f* bank);
 template <typename Sample>
 struct Padded {
     explicit Padded(std::span<const Sample> wave)
-        : blocks((static_cast<int>(wave.size()) + kFrameStep - 1) / kFrameStep),
-          samples(static_cast<std::size_t>(blocks) * kFrameStep + 2 * kFrameLength, Sample{}) {
-        std::copy(wave.begin(), wave.end(), samples.begin() + kFrameLength);
+        : blocks((static_cast<int>(wave.size()) + kFrameStep - 1) / kFrameStep), samples(kFrameLength, Sample{}) {
+        samples.insert(samples.end(), wave.begin(), wave.end());
+        samples.resize(static_cast<std::size_t>(blocks) * kFrameStep + 2 * kFrameLength, Sample{});
     }
 
     const Sample* block(int t) const { return samples.data() + kFrameLength + t * kFrameStep; }

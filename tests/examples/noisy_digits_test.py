@@ -53,8 +53,8 @@ def tables(text):
     found = {}
     for name, training, body in re.findall(r"^(\S+), trained (\w+): words right in per cent, \d+ in each condition\n"
                                            r"  SNR .*\n((?:  .*\n)+)", text, re.M):
-        rows = re.findall(r"^  (clean|20\.\.0 dB|-?\d+ dB) +([\d.]+) +([\d.]+) +([\d.]+) +([\d.]+)(?: +-?[\d.]+ %)?$", body,
-                          re.M)
+        rows = re.findall(r"^  (clean|20\.\.0 dB|-?\d+ dB) +([\d.]+) +([\d.]+) +([\d.]+) +([\d.]+)(?: +-?[\d.]+ %)?$",
+                          body, re.M)
         assert len(rows) == body.count("\n"), body
         found[name, training] = {label: list(map(float, values)) for label, *values in rows}
     return found
@@ -220,7 +220,8 @@ class Evaluation(Folder):
         self.assertLess(usual["vornsDeltaDelta_Aurora_16s_D2Sfs"], 1)
         self.assertLess(usual["vornsFilterUpdateEMNS_32s"], 0.1)
         # And these differ on purpose: other weights, coarse tables, reciprocals of fourteen bits.
-        for name in ("vornsWaveProcessing_Aurora_16s", "vornsFilterUpdateWiener_32s", "vornsWienerFilterDesign_Aurora_16s"):
+        for name in ("vornsWaveProcessing_Aurora_16s", "vornsFilterUpdateWiener_32s",
+                     "vornsWienerFilterDesign_Aurora_16s"):
             self.assertTrue(0 < usual[name] < 15, name)
 
     def test_a_log_gets_whole_lines(self):
@@ -265,7 +266,8 @@ class Report(Folder):
         for name in CONTENDERS:
             rows = found[name, "clean"]
             for i, noise in enumerate(NOISES):
-                cells = [f"{rows['clean'][i]:.2f}", "–", f"{rows['15 dB'][i]:.2f}", "–", f"{rows['5 dB'][i]:.2f}", "–", "–"]
+                told = [f"{rows[label][i]:.2f}" for label in ("clean", "15 dB", "5 dB")]
+                cells = [told[0], "–", told[1], "–", told[2], "–", "–"]
                 line = f"<td>{name if i == 0 else ''}</td><td>{noise}</td>"
                 line += "".join(f"<td class='number'>{cell}</td>" for cell in cells)
                 self.assertIn(f"{line}<td class='number'><b>{rows['20..0 dB'][i]:.2f}</b></td>", self.page)
@@ -273,12 +275,14 @@ class Report(Folder):
             self.assertIn(f"<td>{name}</td><td class='number'>{right:.2f}</td><td class='number'>{times:.2f}</td>",
                           self.page)
         plain, robust = (summary(results[processor])[name, "clean"][0] for name in ("plain", "two-stage"))
-        after, before = re.search(r"<b>([\d.]+) %</b><span>words right .*by the plain one: ([\d.]+) %", self.page).groups()
+        after, before = re.search(r"<b>([\d.]+) %</b><span>words right .*by the plain one: ([\d.]+) %",
+                                  self.page).groups()
         self.assertAlmostEqual(float(before), plain, delta=0.051)
         self.assertAlmostEqual(float(after), robust, delta=0.051)
 
     def test_the_detector_finds_the_word(self):
-        stretches = [tuple(map(int, pair)) for pair in re.findall(r"speech: (\d+) to (\d+) ms", self.section("decisions"))]
+        stretches = [tuple(map(int, pair))
+                     for pair in re.findall(r"speech: (\d+) to (\d+) ms", self.section("decisions"))]
         self.assertTrue(stretches)
         name = re.search(r"<code>(\d_\w+\.wav)</code> in white noise at 5 dB", self.section("spectrograms"))[1]
         clean = samples_of(self.recording(name))
@@ -290,9 +294,12 @@ class Report(Folder):
         self.assertLess(sum(end - begin for begin, end in stretches), 0.8 * end_ms)
 
     def test_the_waves_can_be_heard(self):
-        waves = [base64.b64decode(data, validate=True) for data in re.findall(r"data:audio/wav;base64,([^']+)'", self.page)]
-        self.assertEqual(len(waves), 4)
-        noisy, reduced, clean, suppressed = (list(struct.unpack(f"<{(len(data) - 44) // 2}h", data[44:])) for data in waves)
+        waves = []
+        for i, data in enumerate(re.findall(r"data:audio/wav;base64,([^']+)'", self.page)):
+            path = self.folder / f"{i}.wav"
+            path.write_bytes(base64.b64decode(data, validate=True))
+            waves.append(samples_of(path))
+        noisy, reduced, clean, suppressed = waves
         before = segmental(clean, noisy)
         self.assertGreater(segmental(clean, reduced), before)
         self.assertGreater(segmental(clean, suppressed), before)
@@ -374,7 +381,8 @@ class Cleaning(Folder):
             self.assertEqual(cleaned, samples_of(target), method)
 
     def test_silence_and_full_scale_are_taken(self):
-        for name, samples in (("silence", [0] * 4000), ("full", [32767, -32768] * 2000), ("square", ([32767] * 40 + [-32768] * 40) * 50)):
+        for name, samples in (("silence", [0] * 4000), ("full", [32767, -32768] * 2000),
+                              ("square", ([32767] * 40 + [-32768] * 40) * 50)):
             path = self.folder / f"{name}.wav"
             path.write_bytes(wav(samples))
             for method in METHODS:
@@ -426,7 +434,8 @@ class BrokenRecordings(Folder):
         for part in ("train", "test"):
             for name, (_, message) in self.CASES.items():
                 self.assertIn(f"noisy-digits: {data / part / name}: {message}", err)
-        self.assertIn(f"{data / 'test' / 'seven.wav'}: has a name that does not begin with a digit and an underscore", err)
+        self.assertIn(f"{data / 'test' / 'seven.wav'}: has a name that does not begin with a digit and an underscore",
+                      err)
         self.assertIn(f"recordings: 20 to train, 10 to test, {2 * len(self.CASES) + 1} unusable", out)
         # Both trainings and all levels.
         found = tables(out)
