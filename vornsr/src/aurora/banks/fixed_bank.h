@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <iterator>
 
 #include "features/bank/build.h"
 #include "features/bank/filter_bank.h"
@@ -33,8 +32,8 @@ struct HighBank {
     static constexpr bool unitArea = false;
 };
 
-static_assert(std::size(LowBank::edge) == LowBank::shape.centers());
-static_assert(std::size(HighBank::edge) == HighBank::shape.centers());
+static_assert(sizeof LowBank::edge == LowBank::shape.centers() * sizeof(Vorn32s));
+static_assert(sizeof HighBank::edge == HighBank::shape.centers() * sizeof(Vorn32s));
 static_assert(tablesSize<FBankForm_32f>(LowBank::shape) == 15768 && tablesSize<FBankForm_16s>(LowBank::shape) == 15776);
 static_assert(tablesSize<FBankForm_32f>(HighBank::shape) == 3184 && tablesSize<FBankForm_16s>(HighBank::shape) == 3192);
 
@@ -78,7 +77,7 @@ template <class Form, class Bank, class Pieces>
 VornStatus makeFixedBank(typename Form::State& bank, Pieces& pieces) {
     bank = bankRecord<Form>(Bank::shape, vornFBankWeightFreq);
     if (const VornStatus status = makeTables(bank, Bank::shape, pieces)) return status;
-    std::copy(std::begin(Bank::edge), std::end(Bank::edge), bank.pCenters);
+    std::copy_n(Bank::edge, Bank::shape.centers(), bank.pCenters);
     for (int k = 0; k < Bank::shape.nFilter; ++k) {
         std::copy_n(triangles<Form, Bank>.rise[k], Bank::longestSide, bank.ppRise[k]);
         std::copy_n(triangles<Form, Bank>.fall[k], Bank::longestSide, bank.ppFall[k]);
