@@ -1,9 +1,11 @@
 // Blind equalisation.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <cmath>
 #include <limits>
+#include <utility>
 #include <vector>
 
 #include "model/equalisation.h"
@@ -225,6 +227,60 @@ void expectChecks(Energy energy) {
                                {"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
                                {"len negative", vornStsSizeErr, [](A& a) { a.len = -5; }}});
 }
+// A stream of frames: what the bias has become after each of them goes into the next.
+template <class T, class Frame>
+void followStream(const std::vector<T>& ref, const Frame& frame) {
+    constexpr int frames = 10000;
+    const int len = static_cast<int>(ref.size());
+    std::vector<T> expectedBias(ref.size());
+    Guarded<T> bias(expectedBias), x(ref.size());
+    for (int f = 0; f < frames; ++f) {
+        auto [expected, energy] = frame(f);
+        std::copy(expected.begin(), expected.end(), x.begin());
+        model::equaliseBlindly(ref, expected, expectedBias, energy);
+        ASSERT_EQ(equalise(ref.data(), x, bias, len, energy), vornStsNoErr);
+        ASSERT_TRUE(sameBits(x.data(), expected.data(), ref.size())) << "frame " << f;
+        ASSERT_TRUE(sameBits(bias.data(), expectedBias.data(), ref.size())) << "frame " << f;
+    }
+}
+TEST(BlindEqualisation, TenThousandFramesEqualTheModel) {
+    Random random(21);
+    const auto floats = [&](double low, double high) {
+        std::vector<float> x(12);
+        for (float& v : x) v = static_cast<float>(random.uniform(low, high));
+        return x;
+    };
+    const auto shorts = [&](std::int64_t low, std::int64_t high) {
+        std::vector<Vorn16s> x(12);
+        for (Vorn16s& v : x) v = static_cast<Vorn16s>(random.integer(low, high));
+        return x;
+    };
+    const std::vector<float> ref = floats(-20, 20);
+    const std::vector<Vorn16s> shortRef = shorts(-2000, 2000);
+    using Single = std::pair<std::vector<float>, float>;
+    using Short = std::pair<std::vector<Vorn16s>, int>;
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    // Speech and pauses; from silence; from the ends of the range; with frames that are no numbers.
+    followStream(ref, [&](int f) { return Single(floats(-30, 30), f % 300 < 150 ? 2.0f : 3.0f + 0.02f * (f % 100)); });
+    followStream(
+        ref, [&](int f) { return f < 5000 ? Single(std::vector<float>(12), 0.0f) : Single(floats(-30, 30), 4.5f); });
+    followStream(ref, [&](int f) { return Single(f < 20 ? floats(3e38, 3.4e38) : floats(-30, 30), 4.5f); });
+    followStream(ref, [&](int f) {
+        Single frame(floats(-30, 30), f == 100 ? nan : 4.0f);
+        if (f == 5000) frame.first[3] = nan;
+        return frame;
+    });
+    followStream(shortRef, [&](int f) {
+        return Short(shorts(-3000, 3000), f % 300 < 150 ? 100 : static_cast<int>(random.integer(200, 300)));
+    });
+    followStream(shortRef, [&](int f) {
+        return f < 5000 ? Short(std::vector<Vorn16s>(12), 0) : Short(shorts(-3000, 3000), 275);
+    });
+    followStream(shortRef, [&](int f) {
+        return Short(std::vector<Vorn16s>(12, static_cast<Vorn16s>(f / 40 % 2 ? 32767 : -32768)), 275);
+    });
+}
+
 TEST(BlindEqualisation, Checks) {
     expectChecks<Vorn32f>(4.0f);
     expectChecks<Vorn16s>(250);
