@@ -1,51 +1,28 @@
 """Runs noisy-digits on the shipped recordings and on broken ones, with the library's build that the loader finds."""
 
-import argparse
 import base64
 import math
-import os
 import pathlib
 import re
 import shutil
 import struct
-import subprocess
 import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree
 
-SKIPPED = 77
-NEEDED_FLAGS = {
-    "m7": {"pni"},
-    "x86-64-v3": {"avx2", "bmi1", "bmi2", "fma", "f16c"},
-    "x86-64-v4": {"avx512f", "avx512bw", "avx512cd", "avx512dq", "avx512vl"},
-}
+sys.dont_write_bytecode = True  # the sources stay as they are
+import support
+from support import arguments, processor, run, wav
+
 NOISES = ("white", "car", "babble")
 METHODS = ("two-stage", "fixed", "wiener", "ephraim-malah")
 CONTENDERS = ("plain", "wiener", "ephraim-malah", "two-stage", "fixed")
 MARGIN = 3200  # samples of noise in front of a word and behind it
 
-parser = argparse.ArgumentParser()
-parser.add_argument("--program", required=True)
-parser.add_argument("--data", required=True, type=pathlib.Path)
-parser.add_argument("--libraries", required=True, type=pathlib.Path)
-arguments = parser.parse_args()
-processor = os.environ.get("VORNSR_PROCESSOR", "m7")
-
-
-def environment(build):
-    return {**os.environ, "LC_ALL": "C", "LD_LIBRARY_PATH": str(arguments.libraries / build)}
-
-
-def run(*words, build=processor, **more):
-    """Exit status, output and error output of the program."""
-    done = subprocess.run([arguments.program, *map(str, words)], env=environment(build), capture_output=True,
-                          encoding="utf-8", stdin=subprocess.DEVNULL, timeout=1800, **more)
-    return done.returncode, done.stdout, done.stderr
-
 
 def without_times(text):
-    return "".join(line for line in text.splitlines(True) if not line.startswith(("speed:", "report:")))
+    return "".join(line for line in support.without_times(text).splitlines(True) if not line.startswith("report:"))
 
 
 def tables(text):
@@ -69,20 +46,6 @@ def summary(text):
 def ablations(text):
     rows = re.findall(r"^  (\S.*?) +([\d.]+) +([\d.]+) times the errors$", text, re.M)
     return {name: (float(right), float(times)) for name, right, times in rows}
-
-
-def wav(samples=4000, rate=8000, channels=1, bits=16, format_tag=1):
-    """The bytes of a WAV file with the samples of a list, or as many of a tone-like pattern."""
-    width = bits // 8
-    if isinstance(samples, list):
-        data = struct.pack(f"<{len(samples)}h", *samples)
-    elif bits == 16:
-        data = b"".join(struct.pack("<h", (i * 37 % 400 - 200) * 40) for i in range(samples * channels))
-    else:
-        data = bytes(i * 37 % 256 for i in range(samples * channels * width))
-    head = struct.pack("<HHIIHH", format_tag, channels, rate, rate * channels * width, channels * width, bits)
-    return (b"RIFF" + struct.pack("<I", 36 + len(data)) + b"WAVEfmt " + struct.pack("<I", 16) + head + b"data" +
-            struct.pack("<I", len(data)) + data)
 
 
 def samples_of(path):
@@ -115,16 +78,8 @@ def segmental(clean, noisy, frame=200):
     return sum(values) / len(values)
 
 
-class Folder(unittest.TestCase):
-    """A test with a folder of its own."""
-
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
-
-    def recording(self, name="7_theo_0.wav"):
-        return arguments.data / "test" / name
+class Folder(support.Folder):
+    """A test with a folder of its own, and recordings made noisy and clean in it."""
 
     def mix(self, noise, snr, name="7_theo_0.wav", seed=1):
         path = self.folder / f"{noise}{snr}_{seed}.wav"
@@ -154,9 +109,7 @@ class Evaluation(Folder):
     """The quick run: a part of the recordings, two levels, clean training."""
 
     def test_the_build_under_test_is_the_one_that_is_loaded(self):
-        trace = {**environment(processor), "LD_TRACE_LOADED_OBJECTS": "1"}
-        listing = subprocess.run([arguments.program], env=trace, capture_output=True, encoding="utf-8").stdout
-        self.assertIn(str(arguments.libraries / processor / "libvornsrm7.so.5.1"), listing)
+        self.assert_build_under_test_is_loaded()
 
     def test_numbers_are_those_of_the_baseline_and_of_one_thread(self):
         # The baseline ran on one thread, the build under test on two.
@@ -532,21 +485,8 @@ class CommandLine(Folder):
                 self.assertIn(f"noisy-digits: {message}", err)
 
 
-def unable():
-    """Why the tests cannot be run here, if they cannot."""
-    if not arguments.program:
-        return "libsndfile was not found, so noisy-digits was not built"
-    with open("/proc/cpuinfo", encoding="utf-8") as file:
-        flags = set(next(line for line in file if line.startswith("flags")).split())
-    lacking = NEEDED_FLAGS[processor] - flags
-    return f"this processor lacks {' '.join(sorted(lacking))}" if lacking else None
-
-
 results, errors, pages = {}, {}, {}
-reason = unable()
-if reason:
-    print("skipped:", reason)
-    sys.exit(SKIPPED)
+support.skip_if_unable()
 with tempfile.TemporaryDirectory() as name:
     for key, build, threads in ((processor, processor, 2), ("m7 alone", "m7", 1)):
         page = pathlib.Path(name) / "report.html"

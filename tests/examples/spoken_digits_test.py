@@ -21,6 +21,7 @@ import xml.etree.ElementTree
 import zlib
 
 sys.dont_write_bytecode = True  # the sources stay as they are
+import support
 from support import arguments, environment, processor, run, skip_if_unable, wav, without_times
 
 WORDS = "zero one two three four five six seven eight nine".split()
@@ -144,27 +145,17 @@ class Predicted:
         return sorted(found)
 
 
-class Folder(unittest.TestCase):
+class Folder(support.Folder):
     """A test with a folder of its own, and the model and results that all tests share."""
 
     @classmethod
     def setUpClass(cls):
         cls.shared = pathlib.Path(shared_folder.name)
 
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
-
-    def recording(self, name="7_theo_0.wav"):
-        return arguments.data / "test" / name
-
 
 class WholeRun(Folder):
     def test_the_build_under_test_is_the_one_that_is_loaded(self):
-        trace = {**environment(processor), "LD_TRACE_LOADED_OBJECTS": "1"}
-        listing = subprocess.run([arguments.program], env=trace, capture_output=True, encoding="utf-8").stdout
-        self.assertIn(str(arguments.libraries / processor / "libvornsrm7.so.5.1"), listing)
+        self.assert_build_under_test_is_loaded()
 
     def test_at_least_95_percent_of_300_recordings_are_right(self):
         matrix = confusion(results[processor])

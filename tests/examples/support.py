@@ -6,6 +6,8 @@ import pathlib
 import struct
 import subprocess
 import sys
+import tempfile
+import unittest
 
 SKIPPED = 77
 NEEDED_FLAGS = {
@@ -29,7 +31,7 @@ def environment(build):
 def run(*words, build=processor, **more):
     """Exit status, output and error output of the program."""
     done = subprocess.run([arguments.program, *map(str, words)], env=environment(build), capture_output=True,
-                          encoding="utf-8", stdin=subprocess.DEVNULL, timeout=900, **more)
+                          encoding="utf-8", stdin=subprocess.DEVNULL, timeout=1800, **more)
     return done.returncode, done.stdout, done.stderr
 
 
@@ -63,3 +65,20 @@ def skip_if_unable():
     if reason:
         print("skipped:", reason)
         sys.exit(SKIPPED)
+
+
+class Folder(unittest.TestCase):
+    """A test with a folder of its own."""
+
+    def setUp(self):
+        holder = tempfile.TemporaryDirectory()
+        self.addCleanup(holder.cleanup)
+        self.folder = pathlib.Path(holder.name)
+
+    def recording(self, name="7_theo_0.wav"):
+        return arguments.data / "test" / name
+
+    def assert_build_under_test_is_loaded(self):
+        trace = {**environment(processor), "LD_TRACE_LOADED_OBJECTS": "1"}
+        listing = subprocess.run([arguments.program], env=trace, capture_output=True, encoding="utf-8").stdout
+        self.assertIn(str(arguments.libraries / processor / "libvornsrm7.so.5.1"), listing)

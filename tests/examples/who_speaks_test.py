@@ -5,14 +5,14 @@ import pathlib
 import re
 import shutil
 import struct
-import subprocess
 import sys
 import tempfile
 import unittest
 import xml.etree.ElementTree
 
 sys.dont_write_bytecode = True  # the sources stay as they are
-from support import arguments, environment, processor, run, skip_if_unable, wav, without_times
+import support
+from support import arguments, processor, run, skip_if_unable, wav, without_times
 
 SPEAKERS = "george jackson lucas nicolas theo yweweler".split()
 SEARCHES = ["all words", "tree, widest first", "tree, fullest first", "all words, 16 bits", "tree, 16 bits"]
@@ -74,7 +74,7 @@ def sealed(content):
     return bytes(content) + struct.pack("<Q", value)
 
 
-class Folder(unittest.TestCase):
+class Folder(support.Folder):
     """A test with a folder of its own, and the model and results that all tests share."""
 
     @classmethod
@@ -83,20 +83,10 @@ class Folder(unittest.TestCase):
         cls.model = cls.shared / f"{processor}.model"
         cls.text = results[processor]
 
-    def setUp(self):
-        holder = tempfile.TemporaryDirectory()
-        self.addCleanup(holder.cleanup)
-        self.folder = pathlib.Path(holder.name)
-
-    def recording(self, name="7_theo_0.wav"):
-        return arguments.data / "test" / name
-
 
 class WholeRun(Folder):
     def test_the_build_under_test_is_the_one_that_is_loaded(self):
-        trace = {**environment(processor), "LD_TRACE_LOADED_OBJECTS": "1"}
-        listing = subprocess.run([arguments.program], env=trace, capture_output=True, encoding="utf-8").stdout
-        self.assertIn(str(arguments.libraries / processor / "libvornsrm7.so.5.1"), listing)
+        self.assert_build_under_test_is_loaded()
 
     def test_at_least_95_percent_of_300_recordings_are_right(self):
         counts = matrix(self.text, "confusion matrix")
