@@ -20,8 +20,9 @@ set(DOXYGEN_QUIET YES)
 set(DOXYGEN_DISTRIBUTE_GROUP_DOC NO)
 set(DOXYGEN_REPEAT_BRIEF YES)
 set(DOXYGEN_SORT_MEMBER_DOCS NO)
-# A family that is pointed to is named by its title and, for the readers of man pages, by the name of its page.
-set(DOXYGEN_FILTER_PATTERNS [["*.h=sed 's/@ref \(vornsr_[a-z0-9_]*\)/@ref \1 (\1)/g'"]])
+# Each function gets its row of the table of extents in words, and each reference the name of its page.
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+set(DOXYGEN_FILTER_PATTERNS "*.h=\"${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/tools/extents.py --doxygen\"")
 set(DOXYGEN_LAYOUT_FILE ${CMAKE_CURRENT_SOURCE_DIR}/docs/DoxygenLayout.xml)
 set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/docs/reference.md)
 set(DOXYGEN_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference)
