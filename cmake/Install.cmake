@@ -14,7 +14,9 @@ foreach(processor IN LISTS VORNSR_PROCESSORS)
             LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}/glibc-hwcaps/${processor} COMPONENT runtime NAMELINK_SKIP)
     endif()
 endforeach()
-install(TARGETS vornsr-verify RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+if(NOT VORNSR_PROGRAMS)  # the program of another build belongs to that build's installation
+    install(TARGETS vornsr-verify RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime)
+endif()
 install(FILES verify/digests.txt DESTINATION ${CMAKE_INSTALL_DATADIR}/vornsr COMPONENT runtime OPTIONAL)
 install(FILES LICENSE README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT runtime)
 
