@@ -206,7 +206,7 @@ def names_in(tree):
     return numbers, others
 
 
-# ---- Ranges: null for any, otherwise a list of {lo, hi, loOpen, hiOpen}.
+# ---- Ranges: null for any, otherwise a list of {lo, hi, loOpen, hiOpen}; of a not-a-number {nan}.
 
 def range_of(text, functions):
     text = text.strip()
@@ -214,6 +214,9 @@ def range_of(text, functions):
         return None
     pieces = []
     for piece in re.split(r"\|", text):
+        if piece.strip() == "nan":
+            pieces.append({"lo": None, "hi": None, "loOpen": False, "hiOpen": False, "nan": True})
+            continue
         found = re.fullmatch(r"(.*?)(<?)\.\.(<?)(.*)", piece.strip())
         if found:
             low, low_open, high_open, high = found.groups()

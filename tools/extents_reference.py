@@ -30,6 +30,8 @@ def text(tree, above=0):
 
 def piece(bounds):
     low, high = bounds["lo"], bounds["hi"]
+    if "nan" in bounds:
+        return "not a number"
     if low is not None and low == high:
         return text(low)
     if low is None:

@@ -45,7 +45,7 @@ VORN_BEGIN_DECLS
  * nothing or is `vornStsSvdNoConvergeErr`. Scale such a matrix first; a power of two costs no accuracy.
  *
  * A matrix with an infinity or a not-a-number gives `vornStsSvdNoConvergeErr` after a few rounds, whatever nIter; with
- * width 1, where nothing iterates, it gives not-a-numbers.
+ * width 1, where nothing iterates, it gives not-a-numbers. Magnitudes outside the range above can take all of nIter.
  *
  * Memory. Up to width 64 the function allocates nothing (and takes up to 48 KB of the stack). Above that it allocates
  * one block of some hundred bytes a column; if that fails, `vornStsSvdNoConvergeErr` is returned with nothing written.
@@ -348,7 +348,8 @@ VornStatus vornsNormalizeInRangeMinMax_32f8u(const Vorn32f* src, Vorn8u* dst, in
 
 /**
  * @defgroup vornsr_curves Scalar curves
- * @brief sin(x)/x, exp(-x^2), the reciprocal root with a ceiling and a smooth step, element by element. dst may be src.
+ * @brief sin(x)/x, exp(-x^2), the reciprocal root with a ceiling and a smooth step, element by element. In the forms
+ * of one type dst may be src.
  *
  * **sinc.** `vornsSinC_*`: dst[i] = sin(x)/x with x = src[i] in radians, without a factor of pi; 1.0 where x is a zero.
  * An infinity or a not-a-number gives a not-a-number.

@@ -76,7 +76,7 @@ typedef struct {
 } Vorn64fc;
 
 /** Result of almost every function: 0 success, negative an error (outputs untouched), positive a warning (outputs
- *  complete, with the replacement values that the family states). */
+ *  complete, with the replacement values that the family states), unless the family says otherwise. */
 typedef Vorn32s VornStatus;
 
 enum {

@@ -80,6 +80,7 @@ class Reader(unittest.TestCase):
         self.assertIsNone(extents.range_of("any", FUNCTIONS))
         self.assertEqual(extents.range_of("0<..<1.5", FUNCTIONS), [{"lo": 0, "hi": 1.5, "loOpen": True, "hiOpen": True}])
         self.assertEqual([piece["hi"] for piece in extents.range_of("1|4|8..", FUNCTIONS)], [1, 4, None])
+        self.assertEqual(extents_reference.numbers(extents.range_of("0..|nan", FUNCTIONS)), "at least 0 or not a number")
 
     def test_says_rows_in_words(self):
         words = extents_reference.comment(row(LEN_ROW))
