@@ -14,7 +14,7 @@ VORN_BEGIN_DECLS
  * inverse. order is 0 to 30. flag chooses s: 1 divides by N forward, 2 divides by N inverse, 4 divides by the root of N
  * both ways, 8 leaves both at 1. hint is kept and changes nothing.
  *
- * Each form has five functions. GetSize reports three sizes in bytes (in 32 bits: from about order 28 on the true ones
+ * Each form has five functions. GetSize reports three sizes in bytes (in 32 bits: from order 27 or 28 on the true ones
  * do not fit, and wrap). InitAlloc makes a context in the library's memory; Init makes it in specMem, with initBuf as
  * scratch that the caller may discard afterwards (not needed below order 4). Neither block needs alignment, and neither
  * may move while the context lives. Free ends it: an InitAlloc context gives its memory back, an Init context is only
@@ -185,7 +185,7 @@ VornStatus vornsFFTInv_CToC_32s_ISfs(Vorn32s* srcDstRe, Vorn32s* srcDstIm, const
  *  - Pack: Xr[0], Xr[1], Xi[1], Xr[2], ..., Xr[N/2], in all N values;
  *  - Perm: Xr[0], Xr[N/2], Xr[1], Xi[1], ..., Xi[N/2 - 1], in all N values.
  *
- * Back from CCS, the imaginary parts of X[0] and X[N/2] are not read and count as 0.
+ * Back from CCS, the imaginary parts of X[0] and X[N/2] count as 0. They have their places all the same.
  *
  * src and dst may be the same array (the `_I` members), which then needs the room of the layout, but must not overlap
  * otherwise. buffer is a work buffer of the size that GetBufSize gives, at any address, or null: the call then
@@ -316,7 +316,8 @@ VornStatus vornsConjCcs_16sc_I(Vorn16sc* srcDst, int len);
  * In the complex forms the first factor is conjugated. Lags at and above srcLen are 0. `NormA` multiplies every lag by
  * the rounded 1 / srcLen, `NormB` divides lag k by srcLen - k. src and dst must not overlap.
  *
- * Checks: null pointers (vornStsNullPtrErr), srcLen or dstLen below 1 (vornStsSizeErr), memory (vornStsMemAllocErr).
+ * Checks: null pointers (vornStsNullPtrErr), srcLen or dstLen below 1 (vornStsSizeErr), memory (vornStsMemAllocErr);
+ * more than a transform can hold (srcLen above 2^29 with many lags) gives vornStsFftOrderErr.
  *
  * Up to a number of lags, min(srcLen, dstLen), the sums are taken directly, each in the order of n in the precision of
  * the element, so that the result is the same in every build: below 856 lags for `32f`, `64f` and `16s`, 152 for

@@ -106,10 +106,10 @@ VornStatus vornsUpdateNoisePSDMCRA_32s_I(const Vorn32s* in, VornsMCRAState* stat
  *   y = ((((P2 d) >> 13) - P1) d) >> (i + 5), in integers wide enough for every step. For v from 2^-15 to 100 this is
  *   within 0.007 f of f, the truncation of v included.
  *
- * `32f`: W from 0 to 1 and gamma from the single 3.05176e-05 to 32768; another value, and a not-a-number, anywhere
- * gives `vornStsRangeErr`, and nothing is written. gamma is limited to the singles 3.1e-05 and 100. X is the single
- * product gamma W times 2^22; dst = W D[X], or the single (P0 + y) times W, rounded to single, divided by 2^22. The
- * roundings of these are in the caller's mode. W = 0 gives 0 of its sign.
+ * `32f`: W from 0 to 1 and gamma from the single 3.05176e-05 (just above 2^-15) to 32768; another value, and a
+ * not-a-number, anywhere gives `vornStsRangeErr`, and nothing is written. gamma is limited to the singles 3.1e-05 and
+ * 100. X is the single product gamma W times 2^22; dst = W D[X], or the single (P0 + y) times W, rounded to single,
+ * divided by 2^22. The roundings of these are in the caller's mode. W = 0 gives 0 of its sign.
  *
  * `32s`: W in Q31 from 0 on, gamma in Q15 from 1 to 2^30, other values as above. gamma is limited to 100;
  * X = (gamma W) >> 24. dst in Q31 is W D[X], or (W (P0 + y)) >> 22, not above 2^31 - 1: gains above 1 saturate.
