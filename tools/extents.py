@@ -206,26 +206,29 @@ def names_in(tree):
     return numbers, others
 
 
-# ---- Ranges: null for any, otherwise a list of {lo, hi, loOpen, hiOpen}; of a not-a-number {nan}.
+# ---- Ranges: null for any, otherwise a list of {lo, hi, loOpen, hiOpen}, some with {by}, or {nan} or {nonzero} instead.
 
 def range_of(text, functions):
     text = text.strip()
     if text == "any":
         return None
     pieces = []
-    for piece in re.split(r"\|", text):
-        if piece.strip() == "nan":
-            pieces.append({"lo": None, "hi": None, "loOpen": False, "hiOpen": False, "nan": True})
+    for word in text.split("|"):
+        piece = {"lo": None, "hi": None, "loOpen": False, "hiOpen": False}
+        pieces.append(piece)
+        said, _, step = word.strip().partition(" by ")
+        if said in ("nan", "nonzero"):
+            piece[said] = True
             continue
-        found = re.fullmatch(r"(.*?)(<?)\.\.(<?)(.*)", piece.strip())
+        found = re.fullmatch(r"(.*?)(<?)\.\.(<?)(.*)", said)
         if found:
-            low, low_open, high_open, high = found.groups()
-            pieces.append({"lo": Expression(low, functions).tree() if low.strip() else None,
-                           "hi": Expression(high, functions).tree() if high.strip() else None,
-                           "loOpen": bool(low_open), "hiOpen": bool(high_open)})
+            low, piece["loOpen"], piece["hiOpen"], high = found[1], bool(found[2]), bool(found[3]), found[4]
         else:
-            value = Expression(piece, functions).tree()
-            pieces.append({"lo": value, "hi": value, "loOpen": False, "hiOpen": False})
+            low = high = said
+        piece["lo"] = Expression(low, functions).tree() if low.strip() else None
+        piece["hi"] = Expression(high, functions).tree() if high.strip() else None
+        if step:
+            piece["by"] = Expression(step, functions).tree()
     return pieces
 
 
@@ -394,7 +397,7 @@ def trees_of(argument):
     yield from argument.get("fields", {}).values()
     for pieces in (argument.get("range"), (argument.get("content") or {}).get("range")):
         for piece in pieces or []:
-            yield from (one for one in (piece["lo"], piece["hi"]) if one is not None)
+            yield from (one for one in (piece["lo"], piece["hi"], piece.get("by")) if one is not None)
 
 
 def check_names(function):

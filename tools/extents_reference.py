@@ -32,6 +32,10 @@ def piece(bounds):
     low, high = bounds["lo"], bounds["hi"]
     if "nan" in bounds:
         return "not a number"
+    if "nonzero" in bounds:
+        return "not zero"
+    if "by" in bounds:
+        return piece({key: value for key, value in bounds.items() if key != "by"}) + f" in steps of {text(bounds['by'])}"
     if low is not None and low == high:
         return text(low)
     if low is None:

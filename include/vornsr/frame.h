@@ -69,7 +69,9 @@ void vornsFree(void* pointer);
  *
  * `vorn_set_rc_ssx(mode)` writes the two rounding bits (mask 0x6000: 0 nearest, 0x2000 down, 0x4000 up, 0x6000 toward
  * zero) of the vector floating-point control register (MXCSR) of the calling thread, leaves its other bits alone, and
- * returns the register's former value whole. `vorn_set_cw_ssx(word)` writes the register whole.
+ * returns the register's former value whole; other bits of mode count nothing. `vorn_set_cw_ssx(word)` writes the
+ * register whole: the caller answers for it (bits 16 and up must be 0, and a cleared mask bit, 7 to 12, lets an
+ * exception that comes later end the program).
  * @{
  */
 extern const Vorn32f vornConstantOfNAN_32f;

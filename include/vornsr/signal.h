@@ -219,8 +219,8 @@ VornStatus vornsConvert_16f32f(const Vorn16f* src, Vorn32f* dst, int len);
  *
  * Shapes: len elements each; a complex val is passed whole, by value. In a mixed form the two type codes are those of
  * the operands and the result; `vornsMul_32s32sc_*` multiplies a real by a complex vector, `vornsDiv_32s16s_Sfs`
- * divides 32-bit by 16-bit integers and gives 16 bits. The result may be one of the operands; other overlap is not
- * allowed.
+ * divides 32-bit by 16-bit integers and gives 16 bits. The result may be one of the operands whose elements have its
+ * size; other overlap is not allowed.
  *
  * Checks: a null pointer gives `vornStsNullPtrErr`, then len below 1 `vornStsSizeErr`, then in `vornsDivC_*` a zero val
  * (both parts of a complex one) `vornStsDivByZeroErr`, with nothing written.
@@ -436,7 +436,8 @@ VornStatus vornsMul_64fc_I(const Vorn64fc* src, Vorn64fc* srcDst, int len);
  * Constants with a short cut, which decides about special values: `vornsAddC_32f` and `vornsSubC_32f` with a zero val
  * copy (a negative zero stays, a signalling value is not touched). `vornsMulC_32f` with a val of 1 copies, and with a
  * zero val gives zeros whatever src holds. `vornsDivC_32f` is `vornsMulC_32f` by the single 1 / val: at most one
- * rounding away from the quotient. The in-place forms do the same. No other type has a short cut that shows.
+ * rounding away from the quotient for |val| from 2^-126 to 2^126; above, 1 / val is denormal and coarse, and below
+ * 2^-128 it is infinite. The in-place forms do the same. No other type has a short cut that shows.
  *
  * Types, shapes, overlap, scale factors and rounding: @ref vornsr_arithmetic. Checks, in this order: null, size. There
  * are no warnings. 32-bit integers are multiplied in double, see @ref vornsr_multiply.

@@ -81,6 +81,8 @@ class Reader(unittest.TestCase):
         self.assertEqual(extents.range_of("0<..<1.5", FUNCTIONS), [{"lo": 0, "hi": 1.5, "loOpen": True, "hiOpen": True}])
         self.assertEqual([piece["hi"] for piece in extents.range_of("1|4|8..", FUNCTIONS)], [1, 4, None])
         self.assertEqual(extents_reference.numbers(extents.range_of("0..|nan", FUNCTIONS)), "at least 0 or not a number")
+        self.assertEqual(extents_reference.numbers(extents.range_of("4.. by 4", FUNCTIONS)), "at least 4 in steps of 4")
+        self.assertEqual(extents.range_of("nonzero", FUNCTIONS)[0]["nonzero"], True)
 
     def test_says_rows_in_words(self):
         words = extents_reference.comment(row(LEN_ROW))
