@@ -332,8 +332,9 @@ VornStatus vornsHighBandCoding_Aurora_32s_Sfs(const Vorn32s* highBands, const Vo
  *
  * So the high band is the low band of src[m] (-1)^m, with the sign of every even output changed, and lies reversed: a
  * tone just below half the rate of src comes out near 0. src holds 2 (len / 2) + T - 2 samples (none for a len of 1),
- * which for an even len is len + T - 2: the caller keeps the last T - 2 of a block in front of the next. No other sample is read. A half-band
- * prototype (Mintzer 1982; with odd T every second tap but the middle one is zero) splits at a quarter of the rate.
+ * which for an even len is len + T - 2: the caller keeps the last T - 2 of a block in front of the next. No other
+ * sample is read. A half-band prototype (Mintzer 1982; with odd T every second tap but the middle one is zero) splits
+ * at a quarter of the rate.
  *
  * `32f`: in singles, in the caller's rounding mode, and in one order whatever the length and the addresses. With E(n)
  * the sum of the products of even k and O(n) that of odd k, each begun at 0 and added in the order of k:
