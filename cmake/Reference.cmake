@@ -22,7 +22,8 @@ set(DOXYGEN_REPEAT_BRIEF YES)
 set(DOXYGEN_SORT_MEMBER_DOCS NO)
 # Each function gets its row of the table of extents in words, and each reference the name of its page.
 find_package(Python3 REQUIRED COMPONENTS Interpreter)
-set(DOXYGEN_FILTER_PATTERNS "*.h=\"${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/tools/extents.py --doxygen\"")
+set(DOXYGEN_FILTER_PATTERNS
+    "\"*.h=${Python3_EXECUTABLE} ${CMAKE_CURRENT_SOURCE_DIR}/tools/extents.py --doxygen\"")
 set(DOXYGEN_LAYOUT_FILE ${CMAKE_CURRENT_SOURCE_DIR}/docs/DoxygenLayout.xml)
 set(DOXYGEN_USE_MDFILE_AS_MAINPAGE ${CMAKE_CURRENT_SOURCE_DIR}/docs/reference.md)
 set(DOXYGEN_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/reference)

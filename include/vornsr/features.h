@@ -54,8 +54,8 @@ VORN_BEGIN_DECLS
  * filters behind run one bin late up to the next stretch of two bins or more. Give a bank enough bins for its filters.
  *
  * Evaluation, `16s` and `16s32s`. The products wrap at 32 bits, their sum is exact; it is shifted right by
- * scale + 14, arithmetically and without rounding (left if that is negative; the count is taken modulo 64), and
- * saturated. With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and
+ * scale + 14 (which wraps at 32 bits), arithmetically and without rounding (left if that is negative; the count is
+ * taken modulo 64), and saturated. With `vornFBankSamples` the spectrum is that of `vornsFFTFwd_RToCCS_16s32s_Sfs` and
  * `vornsMagnitude_32sc_Sfs` with scale factor -3 each, and the shift is 6 more.
  *
  * Integer banks, `32s`: straight lines, weights in Q30, melMul and melDiv in Q15, other arguments in hertz; fftLen from

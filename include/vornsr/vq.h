@@ -162,8 +162,8 @@ VornStatus vornsGetCodebook_16s(const VornCdbkState* pCdbk, Vorn16s* dst, int ds
  * times val, truncated. All of them work in the codebook's own room for distances: one thread at a time. The blocks and
  * streams only read the codebook.
  *
- * A codebook must be of the elements' type. One of a hint that is none of the three is passed over: nothing is written
- * for it, the status is `vornStsNoErr`, and *pCount is 0.
+ * A codebook must be of the elements' type. One of a hint that is none of the three is passed over, save by `Sort`:
+ * nothing is written for it, the status is `vornStsNoErr`, and *pCount is 0; 0, too, for a val that is not a number.
  *
  * Checks, in this order. Blocks: null; size (srcStep or height below 1, srcStep below the vector length: a size error
  * here). Streams: null; size (a step, height or nStream below 1); size (nStream above dstStep, not in the `1u` forms);

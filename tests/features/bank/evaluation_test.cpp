@@ -199,8 +199,8 @@ std::vector<std::int64_t> fixedSums(const VornFBankState_16s* bank, const std::v
     return sums;
 }
 
-constexpr int scales[] = {-50, -34, -30, -20, -16, -15, -14, -13, -7, -1,      0,      1,
-                          2,   3,   7,   16,  40,  49,  50,  51,  64, INT_MAX, INT_MIN};
+constexpr int scales[] = {-50, -34, -30, -20, -16, -15, -14, -13, -7,           -1,           0,       1,      2,
+                          3,   7,   16,  40,  49,  50,  51,  64,  INT_MAX - 14, INT_MAX - 13, INT_MAX, INT_MIN};
 
 template <class Weight>
 void setWeights(const Bank<Fixed>& bank, const Setting& s, Weight weight) {

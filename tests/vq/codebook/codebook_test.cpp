@@ -545,12 +545,12 @@ TEST(Codebook, PartsClustersOfOneCentre) {
 
 // Each half has its mean halfway between two integers, and both round to one centre that is no vector. A step away the
 // truncated centre stays until it arrives.
-// Two halves with the centre 0 out of 40000 vectors. The first one, (1, 0, 0), pulls the second centre to 0.005 and then
-// to 0.01495; of its own and its opposite's distance the steps change shares of 0.020 and 0.060, and of all others' too
-// little to count. The first is below a millionth a vector, 0.04 in all, the second above. So the second round begins
-// with (0.011, 1, 0) beside the first vector, but not with (0.005, 1, 0), which one step would have taken too, nor
-// without the other one, which three steps would have left. Then the sum of all distances, mostly that of vectors far
-// away, has settled.
+// Two halves with the centre 0 out of 40000 vectors. The first one, (1, 0, 0), pulls the second centre to 0.005 and
+// then to 0.01495; of its own and its opposite's distance the steps change shares of 0.020 and 0.060, and of all
+// others' too little to count. The first is below a millionth a vector, 0.04 in all, the second above. So the second
+// round begins with (0.011, 1, 0) beside the first vector, but not with (0.005, 1, 0), which one step would have taken
+// too, nor without the other one, which three steps would have left. Then the sum of all distances, mostly that of
+// vectors far away, has settled.
 TEST(Codebook, PartsClustersUntilTheirVectorsTellThemApart) {
     std::vector<float> vectors;
     const auto pair = [&](float x, float y, float z) { vectors.insert(vectors.end(), {x, y, z, -x, -y, -z}); };
@@ -767,8 +767,15 @@ TEST(Codebook, SizesBeyondAnIntAreErrors) {
     EXPECT_EQ(size, 196780);
     EXPECT_EQ(vornsCdbkGetSize_32f(3, 32768, 16383, 16383, 1, &size), vornStsNoErr);
     EXPECT_EQ(size, 2147418296);
-    VornCdbkState* book = nullptr;
+    // The block of such a size cannot be there, so nothing is put into it.
     const Vorn32f x[4] = {};
+    const Vorn16s y[4] = {};
+    test::Guarded<Vorn8u> block(300);
+    auto* placed = reinterpret_cast<VornCdbkState*>(block.data());
+    EXPECT_EQ(vornsCdbkInit_L2_32f(placed, x, 3, 1 << 30, 1, 1, 1), vornStsSizeErr);
+    EXPECT_EQ(vornsCdbkInit_L2_32f(placed, x, 3, std::numeric_limits<int>::max(), 1, 1, 1), vornStsSizeErr);
+    EXPECT_EQ(vornsCdbkInit_L2_16s(placed, y, 3, 1 << 30, 1, 1, 1), vornStsSizeErr);
+    VornCdbkState* book = nullptr;
     EXPECT_EQ(vornsCdbkInitAlloc_L2_32f(&book, x, 3, std::numeric_limits<int>::max(), 1, 1, 1), vornStsMemAllocErr);
     EXPECT_EQ(vornsCdbkInitAlloc_L2_32f(&book, x, 3, 1 << 20, 1 << 11, 1, 1), vornStsMemAllocErr);
     EXPECT_EQ(book, nullptr);

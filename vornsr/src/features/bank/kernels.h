@@ -252,7 +252,7 @@ template <class Value, class Result>
 void evalFilters(const Value* spectrum, Result* dst, const VornFBankState_16s& bank, int shift) {
     const BankShape shape{bank.fftLen, bank.fftOrder, bank.nFilter};
     sumFilters<WrappedProducts>(spectrum, bank, shape, [=](int k, std::int64_t sum) {
-        dst[k] = saturate<Result>(shift >= 0 ? shiftRight64(sum, shift) : shiftLeft64(sum, -shift));
+        dst[k] = saturate<Result>(shift >= 0 ? shiftRight64(sum, shift) : shiftLeft64(sum, wrapSub(0, shift)));
     });
 }
 

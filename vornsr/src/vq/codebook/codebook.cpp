@@ -9,11 +9,15 @@ namespace vorn::vq {
 namespace {
 
 template <class T>
-VornStatus sizeOf(int width, int step, int height, int nCluster, int* pSize) {
+VornStatus givenWordsFit(int width, int step, int height, int nCluster) {
     VORN_CHECK(givenWordsHold(width, step, height, nCluster));
-    const std::int64_t bytes = placedBytes<T>(width, step, nCluster);
-    VORN_CHECK(require(bytes <= INT_MAX, vornStsSizeErr));
-    *pSize = static_cast<int>(bytes);
+    return require(placedBytes<T>(width, step, nCluster) <= INT_MAX, vornStsSizeErr);
+}
+
+template <class T>
+VornStatus sizeOf(int width, int step, int height, int nCluster, int* pSize) {
+    VORN_CHECK(givenWordsFit<T>(width, step, height, nCluster));
+    *pSize = static_cast<int>(placedBytes<T>(width, step, nCluster));
     return vornStsNoErr;
 }
 
@@ -143,7 +147,7 @@ VornStatus vornsCdbkInit_L2_32f(VornCdbkState* pCdbk, const Vorn32f* src, int wi
                                 int hint) {
     VORN_CHECK(vq::needsNoTree(hint));
     VORN_CHECK(notNull(src, pCdbk));
-    VORN_CHECK(vq::givenWordsHold(width, step, height, nCluster));
+    VORN_CHECK(vq::givenWordsFit<Vorn32f>(width, step, height, nCluster));
     vq::placeWords(*vq::recordAt(pCdbk), src, width, step, height, hint);
     return vornStsNoErr;
 }
@@ -152,7 +156,7 @@ VornStatus vornsCdbkInit_L2_16s(VornCdbkState* pCdbk, const Vorn16s* src, int wi
                                 int hint) {
     VORN_CHECK(vq::needsNoTree(hint));
     VORN_CHECK(notNull(src, pCdbk));
-    VORN_CHECK(vq::givenWordsHold(width, step, height, nCluster));
+    VORN_CHECK(vq::givenWordsFit<Vorn16s>(width, step, height, nCluster));
     vq::placeWords(*vq::recordAt(pCdbk), src, width, step, height, hint);
     return vornStsNoErr;
 }
