@@ -85,6 +85,8 @@ def argument(one):
             words += f", {text(one['bytes'])} bytes"
         if one["memory"]:
             words += f" in {one['memory']}"
+        for name, tree in one["fields"].items():
+            words += f"; {name} is {text(tree)}"
         if not one["formTested"]:
             words += " (the form is not tested)"
     if one.get("nullable"):
