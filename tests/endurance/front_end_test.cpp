@@ -14,12 +14,14 @@ template <class T>
 struct Detector;
 template <>
 struct Detector<Vorn32f> {
-    static constexpr auto *init = vornsVADInit_Aurora_32f, *flush = vornsVADFlush_Aurora_32f;
+    static constexpr auto* init = vornsVADInit_Aurora_32f;
+    static constexpr auto* flush = vornsVADFlush_Aurora_32f;
     static constexpr auto* decide = vornsVADDecision_Aurora_32f;
 };
 template <>
 struct Detector<Vorn16s> {
-    static constexpr auto *init = vornsVADInit_Aurora_16s, *flush = vornsVADFlush_Aurora_16s;
+    static constexpr auto* init = vornsVADInit_Aurora_16s;
+    static constexpr auto* flush = vornsVADFlush_Aurora_16s;
     static constexpr auto* decide = vornsVADDecision_Aurora_16s;
 };
 
