@@ -387,4 +387,18 @@ TEST(LowHighFilter, SinglesAreNearTheSumInDouble) {
     }
 }
 
+// Sums begin at 0, also those without a tap: 0 - 0 is -0 where the caller rounds down.
+TEST(LowHighFilter, ASumWithoutTapsIsAZeroToSubtract) {
+    const float src[] = {-8, 7, 0}, tap = 4;
+    float low[2] = {}, high[2] = {};
+    {
+        const test::RoundingMode mode(test::RoundingMode::down);
+        EXPECT_EQ(vornsLowHighFilter_Aurora_32f(src, low, high, 4, &tap, 1), vornStsNoErr);
+    }
+    EXPECT_EQ(low[0], -32);
+    EXPECT_EQ(high[0], 32);
+    EXPECT_EQ(high[1], 0);
+    EXPECT_TRUE(std::signbit(high[1]));
+}
+
 }  // namespace

@@ -332,6 +332,19 @@ TEST(NewVarRounding, AVarianceThatCancelsStaysWithinItsBound) {
     EXPECT_GE(worst, bound / 2) << "the bound is no larger than it need be";
 }
 
+// Integers are made of not-a-numbers by their sign. Where val2 is one it is that of val2, whatever val1 makes.
+TEST(NewVarRounding, TheSignOfTheLastFactorDecides) {
+    constexpr float inf = std::numeric_limits<float>::infinity(), nan = std::numeric_limits<float>::quiet_NaN();
+    for (const float val1 : {1.0f, inf, -inf, nan, -nan}) {
+        for (const bool negative : {false, true}) {
+            alignas(64) Vorn32s mean[16] = {}, var[16];
+            std::fill_n(var, 16, 5);
+            ASSERT_EQ(vornsNewVar_32s_ISfs(mean, var, 16, 0, val1, negative ? -nan : nan), vornStsNoErr);
+            for (const Vorn32s element : var) EXPECT_EQ(element, negative ? INT_MIN : INT_MAX) << val1;
+        }
+    }
+}
+
 struct NewVarArguments {
     std::vector<float> data = std::vector<float>(3, 1.0f);
     Guarded<float> out = Guarded<float>(3);

@@ -4,11 +4,13 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <vector>
 
 #include "support/expect.h"
 #include "support/guarded.h"
+#include "support/rounding_mode.h"
 #include "support/values.h"
 #include "vornsr.h"
 
@@ -207,6 +209,29 @@ TEST(ZeroMean, ChecksSizeBeforeNull) {
                               {{"len 0", vornStsSizeErr, [](A& a) { a.len = 0; }},
                                {"len -1", vornStsSizeErr, [](A& a) { a.len = -1; }},
                                {"srcDst", vornStsNullPtrErr, [](A& a) { a.srcDst = nullptr; }}});
+}
+
+// x in the caller's mode: the neighbour of the nearest single that lies on the mode's side.
+float directed(double x, bool up) {
+    const float nearest = static_cast<float>(x);
+    if (up) return nearest < x ? std::nextafter(nearest, inf) : nearest;
+    return nearest > x ? std::nextafter(nearest, -inf) : nearest;
+}
+
+// The floor lies minDb 0.230259 below: the product is rounded as it stands, not as the mirror image of its negative.
+TEST(NormEnergy, TheFloorIsRoundedInTheCallersMode) {
+    for (const bool up : {false, true}) {
+        for (const float minDb : {3.0f, 50.0f, 0.7f}) {
+            const float floor = directed(double{minDb} * 0.230259f, up);  // below a maximum of 0
+            const float expected = directed(1.0 - floor, up);
+            float energy = -1000.0f;
+            {
+                const test::RoundingMode mode(up ? test::RoundingMode::up : test::RoundingMode::down);
+                EXPECT_EQ(vornsNormEnergy_RT_32f(&energy, 1, 1, minDb, 0.0f, 1.0f), vornStsNoErr);
+            }
+            EXPECT_EQ(energy, expected) << minDb << (up ? " up" : " down");
+        }
+    }
 }
 
 }  // namespace

@@ -712,4 +712,30 @@ TEST(GaussOneVectorChecks, Order) {
     }
 }
 
+// Half of a sum is rounded as it stands, not as the mirror image of its negative: three times the smallest double has a
+// half between once and twice that.
+TEST(LogGaussSingle, HalfASumIsRoundedInTheCallersMode) {
+    const double smallest = std::numeric_limits<double>::denorm_min(), src = 1, mean = 0, var = 3 * smallest;
+    const double* rows[] = {&var};
+    const int size = 1;
+    VornBlockDMatrix_64f* matrix = nullptr;
+    ASSERT_EQ(vornsBlockDMatrixInitAlloc_64f(&matrix, rows, &size, 1), vornStsNoErr);
+    double down = 7, up = 7, blockDown = 7, blockUp = 7;
+    {
+        const test::RoundingMode mode(test::RoundingMode::down);
+        vornsLogGaussSingle_64f(&src, &mean, &var, 1, &down, 0);
+        vornsLogGaussSingle_BlockDVar_64f(&src, &mean, matrix, 1, &blockDown, 0);
+    }
+    {
+        const test::RoundingMode mode(test::RoundingMode::up);
+        vornsLogGaussSingle_64f(&src, &mean, &var, 1, &up, 0);
+        vornsLogGaussSingle_BlockDVar_64f(&src, &mean, matrix, 1, &blockUp, 0);
+    }
+    EXPECT_EQ(down, -smallest);
+    EXPECT_EQ(up, -2 * smallest);
+    EXPECT_EQ(blockDown, -smallest);
+    EXPECT_EQ(blockUp, -2 * smallest);
+    EXPECT_EQ(vornsBlockDMatrixFree_64f(matrix), vornStsNoErr);
+}
+
 }  // namespace

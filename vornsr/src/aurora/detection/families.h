@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+#include "frame/opaque.h"
 #include "frame/wrap.h"
 #include "simd/fold.h"
 #include "simd/simd.h"
@@ -53,9 +54,7 @@ struct Singles {
         vornsSum_32f(spectrum, spectrumLength, &sum, accurately);
         vornsDotProd_32f(spectrum, spectrum, spectrumLength, &squares);
         // Rounded as it stands, in directed modes too: not as the mirror image that a compiler may make of it.
-        Vorn32f squaredMean = (sum * sum) * (1.0f / 4096);
-        asm("" : "+x"(squaredMean));
-        return squares * (1.0f / 64) - squaredMean;
+        return squares * (1.0f / 64) - opaque((sum * sum) * (1.0f / 4096));
     }
     static Measure energyOf(const Element* bands) {
         Vorn32f sum;

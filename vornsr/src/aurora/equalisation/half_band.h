@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "frame/opaque.h"
 #include "frame/wrap.h"
 #include "simd/block.h"
 #include "simd/simd.h"
@@ -134,10 +135,11 @@ VORN_INLINE void addProducts(const Streams<Arithmetic>& samples, const Taps<Arit
                              bool first, Sums<Arithmetic>& sums) {
     using V = typename Arithmetic::V;
     V even[vectors], odd[vectors];
+    const V zero = splat<V>(opaque(typename Arithmetic::Word{0}));
 #pragma GCC unroll 4
     for (int i = 0; i < vectors; ++i) {
-        even[i] = first ? splat<V>(0) : load<V>(sums.even + n + i * V::lanes);
-        odd[i] = first ? splat<V>(0) : load<V>(sums.odd + n + i * V::lanes);
+        even[i] = first ? zero : load<V>(sums.even + n + i * V::lanes);
+        odd[i] = first ? zero : load<V>(sums.odd + n + i * V::lanes);
     }
     const auto* evenSamples = samples.even + n;
     const auto* oddSamples = samples.odd + n;

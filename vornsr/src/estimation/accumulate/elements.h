@@ -77,9 +77,10 @@ struct MixedVariance : Operation<f32xN::lanes, false> {
     }
 };
 
-// Integers taken as singles; the variance is left as a single.
+// Integers taken as singles; the variance is left as a single. The sign of a not-a-number decides what integer it
+// becomes: where val2 is one it is that of val2, and the compiler is not asked which of two factors it hands on.
 struct VarianceOfIntegers : SingleVariance {
-    using SingleVariance::SingleVariance;
+    VORN_INLINE VarianceOfIntegers(Vorn32f v1, Vorn32f v2) : SingleVariance(v2 == v2 ? v1 : 0.0f, v2) {}
     VORN_INLINE f32xN operator()(i32xN mean, i32xN sumSq) const {
         return SingleVariance::operator()(toFloat(mean), toFloat(sumSq));
     }

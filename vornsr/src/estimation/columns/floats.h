@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include "estimation/columns/walk.h"
+#include "frame/opaque.h"
 
 namespace vorn::columns {
 
@@ -15,11 +16,7 @@ inline Vorn32f reciprocalInSingle(std::ptrdiff_t n) { return 1.0f / static_cast<
 
 // -h, of which the compiler does not know that it is one: it would subtract h times a square instead, which is the same
 // to nearest alone.
-inline Vorn32f minus(std::ptrdiff_t height) {
-    Vorn32f value = -static_cast<Vorn32f>(height);
-    asm("" : "+x"(value));
-    return value;
-}
+inline Vorn32f minus(std::ptrdiff_t height) { return opaque(-static_cast<Vorn32f>(height)); }
 
 // mean = (sum of x) / h, the rows in pairs.
 inline void meanColumns(AnyRows<const Vorn32f> rows, std::ptrdiff_t height, Vorn32f* mean, std::ptrdiff_t width) {

@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "features/conditioning/truncate.h"
+#include "frame/opaque.h"
 #include "frame/wrap.h"
 #include "simd/simd.h"
 #include "vornsr/types.h"
@@ -36,7 +37,7 @@ T largest(const T* x, std::ptrdiff_t step, std::ptrdiff_t height, T start) {
 class NormalisedEnergy {
 public:
     NormalisedEnergy(Vorn32f maxE, Vorn32f minDb, Vorn32f top, Vorn32f val)
-        : maxE_(maxE), floor_(maxE - minDb * unitsPerDecibel), top_(top), val_(val) {}
+        : maxE_(maxE), floor_(maxE - opaque(minDb * unitsPerDecibel)), top_(top), val_(val) {}
 
     VORN_INLINE Vorn32f operator()(Vorn32f x) const { return top_ - (maxE_ - (x > floor_ ? x : floor_)) * val_; }
     VORN_INLINE f32xN operator()(f32xN x) const {

@@ -6,6 +6,7 @@
 #include "features/detour.h"
 #include "features/prediction/through_singles.h"
 #include "frame/checks.h"
+#include "frame/opaque.h"
 #include "frame/scale.h"
 #include "simd/neighbours.h"
 #include "simd/simd.h"
@@ -13,12 +14,6 @@
 
 namespace vorn::conversion {
 namespace {
-
-// A factor that the compiler does not know, lest it turns signs around: in the caller's directed modes they count.
-inline Vorn32f opaque(Vorn32f x) {
-    asm("" : "+x"(x));
-    return x;
-}
 
 // The products of the factors 1 - 2 x z + z^2 over the lines x of P and of Q, of which the first half of the
 // coefficients says all, as pairs of one of P and one of Q, two pairs a register. A new factor makes of each

@@ -8,6 +8,7 @@
 
 #include "frame/checks.h"
 #include "frame/memory.h"
+#include "frame/opaque.h"
 #include "frame/scale.h"
 #include "scoring/gauss/forms.h"
 #include "scoring/gauss/one_vector/block_diagonal_sums.h"
@@ -145,7 +146,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_64f(const Vorn64f* src, const Vorn64f* 
     VORN_CHECK(fits(context, len));
     const Differences<Vorn64f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
-    *result = val - sumLanes(quadraticForm<SumInDouble>(*context, d.get())) * 0.5;
+    *result = lessHalf(val, sumLanes(quadraticForm<SumInDouble>(*context, d.get())));
     return vornStsNoErr;
 }
 
@@ -157,7 +158,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_32f64f(const Vorn32f* src, const Vorn32
     const Differences<Vorn32f> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
     const FourDoubles lanes = quadraticForm<SumWidened>(*context, d.get());
-    *result = val - sumLanes(lanes.low + lanes.high) * 0.5;
+    *result = lessHalf(val, sumLanes(lanes.low + lanes.high));
     return vornStsNoErr;
 }
 
@@ -169,7 +170,7 @@ VornStatus vornsLogGaussSingle_BlockDVarScaled_16s32f(const Vorn16s* src, const 
     const Differences<Vorn16s> d(src, mean, len);
     if (!d) return vornStsMemAllocErr;
     const Vorn32f sum = sumHalves(quadraticForm<SumInFloat>(*context, d.get()));
-    *result = val - (sum * 0.5f) * GetScale_32s32f(scaleFactor);
+    *result = val - opaque(sum * 0.5f) * GetScale_32s32f(scaleFactor);
     return vornStsNoErr;
 }
 
@@ -182,7 +183,7 @@ VornStatus vornsLogGaussSingle_BlockDVar_16s32s_Sfs(const Vorn16s* src, const Vo
     if (!d) return vornStsMemAllocErr;
     // Here the lanes are scaled before they are added.
     const f32x4 lanes = quadraticForm<SumInFloat>(*context, d.get()) * splat<f32x4>(GetScale_32s32f(scaleFactor));
-    const Vorn32f r = static_cast<Vorn32f>(val) - sumHalves(lanes) * 0.5f;
+    const Vorn32f r = lessHalf(static_cast<Vorn32f>(val), sumHalves(lanes));
     // Exactly 2147483648 is not above the limit, and converts to the smallest integer.
     *result = r > 2147483648.0f ? INT_MAX : truncated(r);
     return vornStsNoErr;

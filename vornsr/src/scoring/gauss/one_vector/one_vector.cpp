@@ -4,6 +4,7 @@
 
 #include "frame/checks.h"
 #include "frame/memory.h"
+#include "frame/opaque.h"
 #include "frame/scale.h"
 #include "frame/wrap.h"
 #include "scoring/gauss/one_vector/scores.h"
@@ -49,7 +50,7 @@ VornStatus vornsLogGaussSingle_64f(const Vorn64f* src, const Vorn64f* mean, cons
                                    Vorn64f* result, Vorn64f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    *result = val - doubleSum(src, mean, var, len) * 0.5;
+    *result = lessHalf(val, doubleSum(src, mean, var, len));
     return vornStsNoErr;
 }
 
@@ -57,7 +58,7 @@ VornStatus vornsLogGaussSingle_32f64f(const Vorn32f* src, const Vorn32f* mean, c
                                       Vorn64f* result, Vorn64f val) {
     VORN_CHECK(notNull(src, mean, var, result));
     VORN_CHECK(positive(len));
-    *result = val - doubleSum(src, mean, var, len) * 0.5;
+    *result = lessHalf(val, doubleSum(src, mean, var, len));
     return vornStsNoErr;
 }
 
@@ -111,7 +112,7 @@ VornStatus vornsLogGaussSingle_IdVar_64f(const Vorn64f* src, const Vorn64f* mean
     if (len > 54) {
         *result = pairedDoubleScore(src, mean, UnitVar(), len, val);
     } else {
-        *result = val - doubleSum(src, mean, UnitVar(), len) * 0.5;
+        *result = lessHalf(val, doubleSum(src, mean, UnitVar(), len));
     }
     return vornStsNoErr;
 }
@@ -120,7 +121,7 @@ VornStatus vornsLogGaussSingle_IdVar_32f64f(const Vorn32f* src, const Vorn32f* m
                                             Vorn64f val) {
     VORN_CHECK(notNull(src, mean, result));
     VORN_CHECK(positive(len));
-    *result = val - doubleSum(src, mean, UnitVar(), len) * 0.5;
+    *result = lessHalf(val, doubleSum(src, mean, UnitVar(), len));
     return vornStsNoErr;
 }
 
@@ -188,7 +189,7 @@ VornStatus vornsLogGaussSingle_DirectVar_32f64f(const Vorn32f* src, const Vorn32
         const Vorn64f d = Vorn64f{src[j]} - Vorn64f{mean[j]};
         sum += (d * d) / Vorn64f{var[j]};
     }
-    *result = val - sum * 0.5;
+    *result = lessHalf(val, sum);
     return vornStsNoErr;
 }
 

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 
+#include "frame/opaque.h"
 #include "frame/wrap.h"
 #include "scoring/gauss/forms.h"
 #include "scoring/gauss/one_vector/sums.h"
@@ -19,11 +20,11 @@ inline float floatScore(const Vorn32f* x, const Vorn32f* mean, Var var, std::ptr
 // val - S x 0.5 in two pairs of lanes whatever the addresses.
 template <class T, class Var>
 inline double pairedDoubleScore(const T* x, const T* mean, Var var, std::ptrdiff_t len, double val) {
-    return val - pairedDoubleSum(0.0, x, mean, var, 0, len) * 0.5;
+    return lessHalf(val, pairedDoubleSum(0.0, x, mean, var, 0, len));
 }
 inline double dividedDoubleScore(const Vorn64f* x, const Vorn64f* mean, const Vorn64f* var, std::ptrdiff_t len,
                                  double val) {
-    return val - 0.5 * dividedDoubleSum(x, mean, var, len);
+    return lessHalf(val, dividedDoubleSum(x, mean, var, len));
 }
 
 // val - S x scale, the scale of half a sum.
@@ -37,7 +38,7 @@ inline float fixedScore(const Vorn16s* x, const Vorn16s* mean, UnitVar, std::ptr
 // Over the inverses of variances: val - (S x 0.5) x scale.
 inline float fixedScore(const Vorn16s* x, const Vorn16s* mean, const Vorn32f* inverse, std::ptrdiff_t len, float val,
                         float scale) {
-    return val - (fixedSum(x, mean, inverse, len) * 0.5f) * scale;
+    return val - opaque(fixedSum(x, mean, inverse, len) * 0.5f) * scale;
 }
 
 // val - S / 2 x 2^-scaleFactor, rounded.
