@@ -1,0 +1,28 @@
+// vornsr-fuzz: calls every function of the built libraries with random arguments.
+#include <cstdio>
+#include <exception>
+
+#include "engine.h"
+#include "options.h"
+#include "session.h"
+#include "trap.h"
+
+int main(int argc, char** argv) {
+    fuzz::Options options;
+    if (!fuzz::read(argc, argv, options)) return 2;
+    if (options.help) {
+        fuzz::printHelp(stdout);
+        return 0;
+    }
+    if (options.table.empty()) options.table = VORNSR_FUZZ_TABLE;
+    if (options.libraries.empty()) options.libraries = {VORNSR_FUZZ_LIBRARIES};
+    try {
+        fuzz::Engine engine(options.table, options.libraries);
+        fuzz::trap::install(options.patience);
+        fuzz::Session session(engine, options);
+        return options.replay.empty() ? session.run() : session.replay(options.replay);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "vornsr-fuzz: %s\n", error.what());
+        return 2;
+    }
+}
