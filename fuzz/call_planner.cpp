@@ -15,6 +15,11 @@ namespace {
 constexpr std::size_t largestCase = std::size_t{96} << 10;
 constexpr double mostRows = 400;
 constexpr int deepest = 3;
+#ifdef VORNSR_SANITIZED
+constexpr bool alignedOnly = true;  // to the size of a component: the sanitizer takes anything else for a mistake
+#else
+constexpr bool alignedOnly = false;
+#endif
 
 std::uint64_t bit(int argument) { return std::uint64_t{1} << argument; }
 
@@ -131,10 +136,10 @@ bool CallPlanner::chooseNumber(int i) {
         const std::vector<Bounds> bounds = boundsOf(argument.range, element, *this);
         if (unknown_) return false;
         if (isBroken(i, Break::number)) {
-            if (!chooseOutside(element, bounds, decisions_, chosen)) return false;
+            if (unclear(argument.range, *this) || !chooseOutside(element, bounds, decisions_, chosen)) return false;
         } else if (bounds.empty()) {
             // Behind a broken number there may be nothing left to choose from; the call is refused for that one.
-            if (!call_.broken) return false;
+            if (!call_.broken || !argument.tested) return false;
         } else {
             const Bounds& piece = bounds[decisions_.below(static_cast<unsigned>(bounds.size()))];
             chosen = fuzz::chooseNumber(argument, piece, sizeClass_, numbers_, decisions_);
@@ -149,11 +154,14 @@ bool CallPlanner::chooseNumber(int i) {
 
 void CallPlanner::chooseDistance(Value& value, const Element& element) {
     // Mostly right at the unmapped page behind; half the time a little away from the one before, for other alignments.
-    const unsigned places = element.part == 1 ? 64 : 16;
-    value.distance[0] = static_cast<std::uint8_t>(decisions_.rarely(4) ? decisions_.below(places) * element.part : 0);
-    value.distance[1] = static_cast<std::uint8_t>(decisions_.rarely(2) ? decisions_.below(places) * element.part : 0);
-    if (value.distance[0] > 64) value.distance[0] = 64;
-    if (value.distance[1] > 64) value.distance[1] = 64;
+    const auto distance = [&] {
+        const unsigned bytes = decisions_.below(Arena::margin);
+        return static_cast<std::uint8_t>(bytes % element.part != 0 && (alignedOnly || decisions_.below(8) != 7)
+                                             ? bytes - bytes % element.part
+                                             : bytes);
+    };
+    value.distance[0] = decisions_.rarely(4) ? distance() : 0;
+    value.distance[1] = decisions_.rarely(2) ? distance() : 0;
 }
 
 bool CallPlanner::addBlock(Value& value, double elements, const Element& element) {
@@ -305,7 +313,7 @@ void CallPlanner::chooseSame(int i) {
 bool CallPlanner::chooseContext(int i) {
     const Argument& argument = this->argument(i);
     Value& value = call_.values[i];
-    if (argument.nullable && decisions_.rarely(8)) {
+    if (argument.nullable && i != given_ && decisions_.rarely(8)) {
         value.null = true;
         return true;
     }

@@ -38,6 +38,7 @@ public:
 
 private:
     Finding runAll(Outcome& outcome);
+    bool addressesCount() const;
     Finding failAllocations(Outcome& outcome, unsigned allocations);
     Finding run(std::size_t library, const Layout& layout, Results& results, const Results* expected, Wrong otherwise,
                 Outcome& outcome);
@@ -48,7 +49,7 @@ private:
     std::unique_ptr<Planner> planner_;
     std::unique_ptr<Runner> runner_;
     Case case_;
-    Results first_, other_;
+    Results first_[3], other_;  // of the first library, by layout
     std::string current_;
     bool failEach_ = false;
 };

@@ -14,8 +14,6 @@ using nlohmann::json;
 
 std::int64_t whole(double value) { return std::fabs(value) < 9e18 ? static_cast<std::int64_t>(value) : 0; }
 
-bool isWhole(double value) { return value == std::trunc(value); }
-
 }  // namespace
 
 Expression::Expression(const json& tree, const Names& names) {
@@ -44,12 +42,14 @@ int Expression::add(const json& tree, const Names& names) {
     Node node;
     if (tree.is_number()) {
         node.constant = tree.get<double>();
+        node.isFloat = tree.is_number_float();
     } else if (tree.is_string()) {
         if (tree == "i") {
             node.operation = Operation::index;
         } else {
             node.operation = Operation::number;
             node.a = argument(tree, names);
+            node.isFloat = names.isFloat(node.a);
         }
     } else {
         const std::string operation = tree.at(0);
@@ -96,6 +96,10 @@ int Expression::add(const json& tree, const Names& names) {
             int* const operands[] = {&node.a, &node.b, &node.c};
             for (std::size_t i = 1; i < tree.size() && i <= 3; ++i) *operands[i - 1] = add(tree.at(i), names);
         }
+    }
+    if (node.operation >= Operation::choose) {
+        for (const int operand : {node.a, node.b, node.c})
+            node.isFloat = node.isFloat || (operand >= 0 && nodes_[operand].isFloat);
     }
     nodes_[at] = std::move(node);
     return at;
@@ -147,7 +151,7 @@ double Expression::evaluate(int at, const Scope& scope, double i) const {
             return a() * b();
         case Operation::divide: {
             const double left = a(), right = b();
-            if (!isWhole(left) || !isWhole(right)) return left / right;
+            if (node.isFloat) return left / right;
             return right == 0 ? 0 : std::trunc(left / right);
         }
         case Operation::remainder: {

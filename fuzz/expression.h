@@ -33,7 +33,7 @@ protected:
 // How names become places while the table is read.
 struct Names {
     std::function<int(const std::string&)> argument;  // -1 if there is none
-    std::function<bool(int)> isNumber;
+    std::function<bool(int)> isNumber, isFloat;
     std::function<int(const std::string&)> field;
     std::function<int(const std::string&)> function;
     std::function<int(int function, const std::string&)> argumentOf;
@@ -84,6 +84,7 @@ private:
     struct Node {
         Operation operation = Operation::constant;
         double constant = 0;
+        bool isFloat = false;                    // then a division is not truncated
         int a = -1, b = -1, c = -1;              // operands, or places
         std::vector<std::pair<int, int>> given;  // of calls: (argument, node)
     };

@@ -188,6 +188,13 @@ std::vector<Bounds> boundsOf(const Range& range, const Element& element, const S
     return all;
 }
 
+bool unclear(const Range& range, const Scope& scope) {
+    return std::any_of(range.pieces.begin(), range.pieces.end(), [&](const Piece& piece) {
+        return (piece.low.present() && std::isnan(piece.low.value(scope))) ||
+               (piece.high.present() && std::isnan(piece.high.value(scope)));
+    });
+}
+
 double chooseNumber(const Argument& argument, const Bounds& bounds, int sizeClass, const std::vector<double>& earlier,
                     Decisions& decisions) {
     if (bounds.notNumber) return std::numeric_limits<double>::quiet_NaN();

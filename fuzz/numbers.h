@@ -27,6 +27,8 @@ struct Bounds {
 Bounds boundsOf(const Piece& piece, const Element& element, const Scope& scope, double i = 0);
 // Those pieces of the range that are not empty.
 std::vector<Bounds> boundsOf(const Range& range, const Element& element, const Scope& scope, double i = 0);
+// An end that is not a number: nothing can be said to be outside.
+bool unclear(const Range& range, const Scope& scope);
 
 // How large sizes may become.
 inline constexpr int sizeClasses = 8;

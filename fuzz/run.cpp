@@ -29,6 +29,7 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
     expected_ = expected;
     expectedAt_ = 0;
     otherwise_ = otherwise;
+    keep_ = otherwise != Wrong::builds && layout.failAllocation == 0;
     finding_ = Finding();
     results.side = layout.side;
     results.statuses.clear();
@@ -355,10 +356,8 @@ bool Runner::compare(const Call& call, int i, std::size_t b, int status) {
     const Value& value = call.values[i];
     const Placed& placed = placed_[value.firstBlock + b];
     const std::size_t bytes = placed.bytes;
-    if (expected_ == nullptr) {
-        results_->bytes.insert(results_->bytes.end(), placed.data, placed.data + bytes);
-        return true;
-    }
+    if (keep_) results_->bytes.insert(results_->bytes.end(), placed.data, placed.data + bytes);
+    if (expected_ == nullptr) return true;
     if (expectedAt_ + bytes > expected_->bytes.size()) return wrong(otherwise_, i, "another number of outputs");
     const std::byte* theirs = expected_->bytes.data() + expectedAt_;
     expectedAt_ += bytes;

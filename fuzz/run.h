@@ -74,6 +74,7 @@ private:
     const Results* expected_ = nullptr;
     std::size_t expectedAt_ = 0;
     Wrong otherwise_ = Wrong::nothing;
+    bool keep_ = false;  // the outputs: others are held against them
     Finding finding_;
 };
 

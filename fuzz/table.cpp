@@ -149,6 +149,7 @@ Names Table::names(const Function& function) {
     Names names;
     names.argument = [&function](const std::string& name) { return function.argument(name); };
     names.isNumber = [&function](int argument) { return function.arguments[argument].role == Role::number; };
+    names.isFloat = [&function](int argument) { return function.arguments[argument].element.isFloat(); };
     names.field = [this](const std::string& name) { return field(name); };
     names.function = [this](const std::string& name) { return find(name); };
     names.argumentOf = [this](int other, const std::string& name) {
@@ -168,6 +169,7 @@ void Table::readFunction(const json& row, Function& function) {
         {"number", Role::number}, {"array", Role::array}, {"context", Role::context}};
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         function.arguments[i].role = named(roles, arguments[i].at("role"));
+        elementOf(arguments[i].at("type"), function.arguments[i].element);
     }
     for (std::size_t i = 0; i < arguments.size(); ++i) readArgument(arguments[i], function, function.arguments[i]);
     const json made = treeIn(row, "made");
@@ -180,6 +182,7 @@ void Table::readFunction(const json& row, Function& function) {
     function.may = row.value("may", std::vector<int>());
     function.partial = row.value("partial", std::vector<int>());
     function.unset = trueIn(row, "unset", false);
+    function.address = trueIn(row, "address", false);
 
     std::uint64_t known = 0;
     std::vector<int>& order = function.order;
