@@ -133,7 +133,12 @@ bool CallPlanner::chooseNumber(int i) {
             setPart(element, value.number.data() + part * element.part, chosen);
         }
     } else {
-        const std::vector<Bounds> bounds = boundsOf(argument.range, element, *this);
+        std::vector<Bounds> bounds = boundsOf(argument.range, element, *this);
+        // A not-a-number that is allowed can hide from the call what is wrong with another number.
+        if (call_.broken && !isBroken(i, Break::number)) {
+            bounds.erase(std::remove_if(bounds.begin(), bounds.end(), [](const Bounds& one) { return one.notNumber; }),
+                         bounds.end());
+        }
         if (unknown_) return false;
         if (isBroken(i, Break::number)) {
             if (unclear(argument.range, *this) || !chooseOutside(element, bounds, decisions_, chosen)) return false;
@@ -165,7 +170,7 @@ void CallPlanner::chooseDistance(Value& value, const Element& element) {
 }
 
 bool CallPlanner::addBlock(Value& value, double elements, const Element& element) {
-    if (!(elements >= 0)) elements = 0;
+    elements = elements > 0 ? std::floor(elements) : 0;
     const double bytes = elements * static_cast<double>(element.bytes());
     if (bytes > static_cast<double>(std::min(largestCase, Arena::largestBlock))) return false;
     if (case_.data.size() + static_cast<std::size_t>(bytes) > largestCase) return false;

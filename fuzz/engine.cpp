@@ -29,10 +29,13 @@ Engine::Engine(const std::string& table, const std::vector<std::string>& librari
 
 Outcome Engine::check(int function, Decisions& decisions) {
     Outcome outcome;
+    deciding_ = &decisions;
     outcome.planned = planner_->plan(function, decisions, case_);
-    if (!outcome.planned) return outcome;
-    outcome.broken = case_.broken;
-    outcome.finding = runAll(outcome);
+    if (outcome.planned) {
+        outcome.broken = case_.broken;
+        outcome.finding = runAll(outcome);
+    }
+    if (!outcome.finding) deciding_ = nullptr;
     return outcome;
 }
 

@@ -33,8 +33,9 @@ public:
     const Table& table() const { return table_; }
     const std::vector<std::unique_ptr<Library>>& libraries() const { return libraries_; }
     const Case& lastCase() const { return case_; }
-    // Names the function that is under test: for the death of the process.
-    const std::string& current() const { return current_; }
+    // What is being checked, for the last words of a process that dies of it; null in between.
+    const Decisions* deciding() const { return deciding_; }
+    int function() const { return case_.function; }
 
 private:
     Finding runAll(Outcome& outcome);
@@ -50,7 +51,7 @@ private:
     std::unique_ptr<Runner> runner_;
     Case case_;
     Results first_[3], other_;  // of the first library, by layout
-    std::string current_;
+    const Decisions* deciding_ = nullptr;
     bool failEach_ = false;
 };
 

@@ -2,6 +2,8 @@
 #include <cstdio>
 #include <exception>
 
+#include "built.h"
+#include "death.h"
 #include "engine.h"
 #include "options.h"
 #include "session.h"
@@ -14,10 +16,11 @@ int main(int argc, char** argv) {
         fuzz::printHelp(stdout);
         return 0;
     }
-    if (options.table.empty()) options.table = VORNSR_FUZZ_TABLE;
-    if (options.libraries.empty()) options.libraries = {VORNSR_FUZZ_LIBRARIES};
+    if (options.table.empty()) options.table = fuzz::builtTable();
+    if (options.libraries.empty()) options.libraries = fuzz::builtLibraries();
     try {
         fuzz::Engine engine(options.table, options.libraries);
+        fuzz::printCaseAtDeath(engine);
         fuzz::trap::install(options.patience);
         fuzz::Session session(engine, options);
         return options.replay.empty() ? session.run() : session.replay(options.replay);

@@ -93,7 +93,7 @@ double chooseInteger(const Bounds& bounds, Decisions& decisions) {
 
 double chooseBoundedFloat(const Element& element, const Bounds& bounds, Decisions& decisions) {
     const double low = bounds.low, high = bounds.high;
-    const double end = std::isfinite(low) ? low : std::isfinite(high) ? high : 0;
+    const double end = std::isfinite(low) ? low : std::isfinite(high) ? high : std::clamp(0.0, low, high);
     const double inwards = end == low ? 1 : -1;
     const auto within = [&](double value) { return std::clamp(inType(element, value), low, high); };
     switch (decisions.below(8)) {

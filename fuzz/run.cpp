@@ -70,17 +70,18 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
             return finding_;
         }
         _mm_setcsr(mode);
-        const bool success = function_->result == Result::pointer ? returned != nullptr : status >= 0;
+        bool success = function_->result == Result::pointer ? returned != nullptr : status >= 0;
         const bool failedNow = allocation::failed() && !failedBefore;
         if (&one == &made.calls[made.target]) results.targetStatus = success ? status : std::min(status, -1);
         results.statuses.push_back(status);
         if (failedNow) {
-            if (success) {
+            if (success && !function_->shortage) {
                 wrong(Wrong::allocationIgnored, -1,
                       "allocation " + std::to_string(layout.failAllocation) + " of the case failed, status " +
                           std::to_string(status));
                 return finding_;
             }
+            success = false;
         } else if (one.broken) {
             if (success && function_->result != Result::nothing) {
                 wrong(Wrong::accepted, -1, table_.statusName(status));
@@ -100,7 +101,8 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
         }
         if (!checkArguments(one, status, success)) return finding_;
         if (allocation::counted && allocation::live != liveBefore &&
-            !(success && (makesAny(*function_) || releases(one)))) {
+            !(success && (makesAny(*function_) || releases(one))) &&
+            !(one.makes >= 0 && contexts_[one.makes].pointer != nullptr)) {
             wrong(Wrong::leak, -1, std::to_string(allocation::live - liveBefore) + " blocks more than before the call");
             return finding_;
         }
@@ -280,13 +282,23 @@ bool Runner::checkArguments(const Call& call, int status, bool success) {
         }
         if (argument.role == Role::array) {
             if (!checkArray(call, i, success ? status : std::min(status, -1))) return false;
-        } else if (argument.makes() && !success && !allocation::failed() && !function_->mayGiveAfterWriting(status)) {
-            if (!allAre(cells_[a].data, cells_[a].bytes, fills[static_cast<int>(layout_.side)])) {
-                return wrong(Wrong::onError, i, table_.statusName(status));
-            }
+        } else if (argument.makes() && !success && !leftAlone(call, i, status)) {
+            return wrong(Wrong::onError, i, table_.statusName(status));
         }
     }
     return true;
+}
+
+// A context that was not made: its place is as it was. Where memory was short its pointer may be null, and those that
+// leave something to be released say so.
+bool Runner::leftAlone(const Call& call, int i, int status) {
+    if (allAre(cells_[i].data, cells_[i].bytes, fills[static_cast<int>(layout_.side)])) return true;
+    const bool partial = function_->mayGiveAfterWriting(status);
+    if (function_->arguments[i].verb == Verb::init) return partial;
+    void* pointer;
+    std::memcpy(&pointer, cells_[i].data, sizeof pointer);
+    if (partial && pointer != nullptr && call.makes >= 0) contexts_[call.makes].pointer = pointer;
+    return partial || (allocation::failed() && pointer == nullptr);
 }
 
 bool Runner::checkArray(const Call& call, int i, int status) {

@@ -50,6 +50,7 @@ private:
     void* placePointers(std::vector<void*>& pointers, const Value& value, int i);
     void write(const Call& call, int i, std::size_t block, std::byte* at) const;
     bool checkArguments(const Call& call, int status, bool success);
+    bool leftAlone(const Call& call, int i, int status);
     bool checkArray(const Call& call, int i, int status);
     bool checkInitial(const Call& call, int i, std::size_t b);
     bool compare(const Call& call, int i, std::size_t b, int status);

@@ -56,7 +56,12 @@ int Session::run() {
             shown = seconds;
             progress();
         }
-        oneCase(order[next % order.size()]);
+        const int function = order[next % order.size()];
+        if (endless_.count(function) == 0) {
+            oneCase(function);
+        } else if (endless_.size() == order.size()) {
+            break;
+        }
     }
     return summary();
 }
@@ -90,6 +95,7 @@ void Session::oneCase(int function) {
 }
 
 void Session::found(int function, const std::vector<std::uint8_t>& bytes, const Finding& finding) {
+    if (finding.wrong == Wrong::hang) endless_.insert(function);
     if (!found_.emplace(finding.function, finding.wrong).second) return;
     const std::vector<std::uint8_t> small = shrink(engine_, function, bytes, finding);
     Decisions decisions;
@@ -103,8 +109,8 @@ void Session::found(int function, const std::vector<std::uint8_t>& bytes, const 
     }
     const Finding& shown = outcome.finding ? outcome.finding : finding;
     if (terminal_) std::fprintf(stderr, "\r\033[K");
-    std::printf("%s%s\n  vornsr-fuzz --replay %s\n", lineOf(engine_.table(), shown).c_str(),
-                outcome.finding ? "" : " (not again)",
+    std::printf("%s%s\n  vornsr-fuzz%s --replay %s\n", lineOf(engine_.table(), shown).c_str(),
+                outcome.finding ? "" : " (not again)", options_.allocations ? " --allocations" : "",
                 replayOf(engine_.table(), function, again ? small : bytes).c_str());
     if (options_.show) {
         show(stdout, engine_.table(), engine_.lastCase());

@@ -33,6 +33,7 @@ private:
     Engine& engine_;
     const Options& options_;
     std::vector<int> functions_;
+    std::set<int> endless_;  // functions that did not end once: no more of them
     std::vector<Record> records_;
     std::set<std::pair<int, Wrong>> found_;
     std::uint64_t cases_ = 0, calls_ = 0, random_ = 0;

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <fstream>
 #include <functional>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 
 namespace fuzz {
@@ -182,6 +183,7 @@ void Table::readFunction(const json& row, Function& function) {
     function.may = row.value("may", std::vector<int>());
     function.partial = row.value("partial", std::vector<int>());
     function.unset = trueIn(row, "unset", false);
+    function.shortage = trueIn(row, "shortage", false);
     function.address = trueIn(row, "address", false);
 
     std::uint64_t known = 0;
