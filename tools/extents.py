@@ -164,6 +164,10 @@ class Expression:
             if len(arguments) == 2:
                 return ["sum", *arguments]
             raise Fault(f"sum takes an array, or a count and an expression: {self.text!r}")
+        if name == "run":
+            if len(arguments) != 2 or not isinstance(arguments[0], str):
+                raise Fault(f"run takes an array and a place: {self.text!r}")
+            return ["run", *arguments]
         if name in FUNCTIONS:
             if len(arguments) != FUNCTIONS[name]:
                 raise Fault(f"{name} takes {FUNCTIONS[name]} operands: {self.text!r}")
@@ -194,7 +198,7 @@ def names_in(tree):
         return set(), set()
     if tree[0] in ("total", "field"):
         return set(), {tree[1]}
-    if tree[0] in ("at", "fieldat"):
+    if tree[0] in ("at", "fieldat", "run"):
         numbers, others = names_in(tree[2])
         return numbers, others | {tree[1]}
     operands = tree[3].values() if tree[0] == "call" else tree[1:]
@@ -310,7 +314,7 @@ def array(result, verb, groups, rest, functions):
             raise Fault(f"{name}: nonull is of rows by pointers")
         result["nonull"] = True
         rest = rest[len("nonull"):].strip()
-    found = re.fullmatch(r"(?:=(!?)\s*(rising |strict )?([^@]+))?(?:@\s*(\w+(?:\s*\|\s*\w+)*))?", rest.strip())
+    found = re.fullmatch(r"(?:=(!?)\s*(rising |strict |falling )?([^@]+))?(?:@\s*(\w+(?:\s*\|\s*\w+)*))?", rest.strip())
     if not found:
         raise Fault(f"{name}: cannot read {rest!r}")
     untested, order, content, same = found.groups()

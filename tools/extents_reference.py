@@ -72,7 +72,7 @@ def argument(one):
     elif one["role"] == "array":
         words = f"{shape(one)}, {DIRECTIONS[one['direction']]}"
         if one["content"]:
-            order = {"rising": ", rising", "strict": ", each above the one before", None: ""}[one["content"]["order"]]
+            order = {"rising": ", rising", "strict": ", each above the one before", "falling": ", falling", None: ""}[one["content"]["order"]]
             tested = "" if one["content"]["tested"] else " (not tested)"
             words += f"; values {numbers(one['content']['range'])}{order}{tested}"
         if one["same"]:
@@ -85,6 +85,8 @@ def argument(one):
             words += f", {text(one['bytes'])} bytes"
         if one["memory"]:
             words += f" in {one['memory']}"
+        for name, tree in one["fields"].items():
+            words += f"; {name} is {text(tree)}"
         if not one["formTested"]:
             words += " (the form is not tested)"
     if one.get("nullable"):

@@ -72,6 +72,8 @@ class Reader(unittest.TestCase):
         tree = extents.Expression("2*a - b/3 - 1 << c", FUNCTIONS).tree()
         self.assertEqual(tree, ["<<", ["-", ["-", ["*", 2, "a"], ["/", "b", 3]], 1], "c"])
         self.assertEqual(extents_reference.text(tree), "2 * a - b / 3 - 1 << c")
+        tree = extents.Expression("run(x, i)", FUNCTIONS).tree()
+        self.assertEqual(extents.names_in(tree), ({"i"}, {"x"}))
         tree = extents.Expression("a - (b - c) * (d + 1)", FUNCTIONS).tree()
         self.assertEqual(tree, ["-", "a", ["*", ["-", "b", "c"], ["+", "d", 1]]])
         self.assertEqual(extents_reference.text(tree), "a - (b - c) * (d + 1)")
