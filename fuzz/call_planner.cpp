@@ -261,7 +261,7 @@ bool CallPlanner::fillImage(int i) {
     return !unknown_;
 }
 
-// One element is put outside the range of its place, or below the one before it.
+// One element is put outside the range of its place, or out of order with the one before it.
 void CallPlanner::breakContent(int i) {
     const Argument& argument = this->argument(i);
     const Element& element = argument.element;
@@ -278,8 +278,9 @@ void CallPlanner::breakContent(int i) {
     double chosen = 0;
     if (argument.order != Order::none && n > 0 && decisions_.below(2)) {
         const double before = partAt(element, at + (n - 1) * element.part);
-        chosen = argument.order == Order::strict && decisions_.below(2) ? before : before - 1;
-        if (chosen < lowest(element)) unknown_ = true;
+        const double against = argument.order == Order::falling ? 1 : -1;
+        chosen = argument.order == Order::strict && decisions_.below(2) ? before : before + against;
+        if (chosen < lowest(element) || chosen > highest(element)) unknown_ = true;
     } else if (argument.content.any ||
                !chooseOutside(element, boundsOf(argument.content, element, *this, static_cast<double>(n)), decisions_,
                               chosen)) {

@@ -171,11 +171,12 @@ bool fillContent(const Element& element, std::byte* at, std::size_t count,
                  std::uint64_t seed) {
     std::uint64_t state = seed;
     const Style chosen = styleOf[style % styles];
-    double previous = -std::numeric_limits<double>::infinity();
+    double previous = 0;
     for (std::size_t i = 0; i < count; ++i, at += element.part) {
         const std::vector<Bounds> all = boundsAt(i);
         if (all.empty()) return false;
         const std::uint64_t bits = nextRandom(state);
+        const double fraction = static_cast<double>(bits >> 11) / 9007199254740992.0;
         Bounds bounds = all[bits % all.size()];
         double value;
         if (bounds.notNumber || bounds.nonzero) {
@@ -187,14 +188,16 @@ bool fillContent(const Element& element, std::byte* at, std::size_t count,
             // Small steps, and no further than leaves room for the rest.
             const double step = order == Order::strict ? 1 : 0;
             const double rest = static_cast<double>(count - 1 - i);
-            bounds.low = std::max(bounds.low, previous + step);
+            const bool falls = order == Order::falling;
+            if (i > 0 && falls) bounds.high = std::min(bounds.high, previous);
+            if (i > 0 && !falls) bounds.low = std::max(bounds.low, previous + step);
+            bounds.low = std::max(bounds.low, lowest(element));
             bounds.high = std::min(bounds.high - (element.isFloat() ? 0 : rest * step), highest(element));
             if (!(bounds.low <= bounds.high)) return false;
-            if (bounds.low == -std::numeric_limits<double>::infinity()) bounds.low = lowest(element);
             const double room = (bounds.high - bounds.low) / (rest + 1);
-            const double fraction = static_cast<double>(bits >> 11) / 9007199254740992.0;
             const double most = std::min(room, 1.0 + static_cast<double>(seed % 8));
-            value = bounds.low + (chosen == Style::alike ? 0 : most * fraction);
+            const double way = chosen == Style::alike ? 0 : most * fraction;
+            value = falls ? bounds.high - way : bounds.low + way;
             if (!element.isFloat()) value = std::round(value);
         } else {
             // What the style would give, if it is allowed; else something between the bounds.
@@ -204,7 +207,6 @@ bool fillContent(const Element& element, std::byte* at, std::size_t count,
             if (!bounds.contains(value)) {
                 const double low = std::max(bounds.low, lowest(element)),
                              high = std::min(bounds.high, highest(element));
-                const double fraction = static_cast<double>(bits >> 11) / 9007199254740992.0;
                 const bool narrow = high - low <= 65536;
                 value = bits % 13 == 0   ? low
                         : bits % 13 == 1 ? high

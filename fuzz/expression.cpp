@@ -57,8 +57,8 @@ int Expression::add(const json& tree, const Names& names) {
         if (operation == "total") {
             node.operation = Operation::total;
             node.a = argument(tree.at(1), names);
-        } else if (operation == "at") {
-            node.operation = Operation::element;
+        } else if (operation == "at" || operation == "run") {
+            node.operation = operation == "at" ? Operation::element : Operation::run;
             node.a = argument(tree.at(1), names);
             node.b = add(tree.at(2), names);
         } else if (operation == "field") {
@@ -119,6 +119,12 @@ double Expression::evaluate(int at, const Scope& scope, double i) const {
             return i;
         case Operation::element:
             return scope.element(node.a, b());
+    case Operation::run: {
+        const double place = b();
+        double size = 0, end = 0;
+        for (double k = 0; end <= place && k < 65536; ++k) end += size = scope.element(node.a, k);
+        return size;
+    }
         case Operation::total:
             return scope.total(node.a);
         case Operation::field:

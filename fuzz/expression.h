@@ -55,6 +55,7 @@ private:
         number,
         index,
         element,
+        run,
         total,
         field,
         fieldAt,

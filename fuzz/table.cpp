@@ -216,7 +216,7 @@ void Table::readArgument(const json& row, Function& function, Argument& argument
     static const std::map<std::string, Shape> shapes = {
         {"flat", Shape::flat}, {"rows", Shape::rows}, {"list", Shape::list}};
     static const std::map<std::string, Order> orders = {
-        {"none", Order::none}, {"rising", Order::rising}, {"strict", Order::strict}};
+        {"none", Order::none}, {"rising", Order::rising}, {"strict", Order::strict}, {"falling", Order::falling}};
     static const std::map<std::string, Verb> verbs = {{"new", Verb::make},    {"init", Verb::init},
                                                       {"use", Verb::use},     {"set", Verb::set},
                                                       {"ready", Verb::ready}, {"free", Verb::release}};

@@ -28,7 +28,7 @@ struct Range {
 enum class Role : std::uint8_t { number, array, context };
 enum class Direction : std::uint8_t { in, out, inout, work };
 enum class Shape : std::uint8_t { flat, rows, list };
-enum class Order : std::uint8_t { none, rising, strict };
+enum class Order : std::uint8_t { none, rising, strict, falling };
 enum class Verb : std::uint8_t { make, init, use, set, ready, release };
 
 struct Argument {
