@@ -62,6 +62,7 @@ struct Case {
     int function = 0;
     bool broken = false;
     bool inPlace = false;         // some call of it can be made in place
+    unsigned rounding = 0;        // the caller's mode: nearest, down, up, to zero
     unsigned failAllocation = 0;  // 0: none; else each one, or one of these if there are many
     std::vector<Call> calls;
     std::size_t target = 0;  // of the calls

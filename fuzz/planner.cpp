@@ -11,7 +11,7 @@ namespace fuzz {
 
 void Case::clear() {
     broken = inPlace = false;
-    failAllocation = 0;
+    rounding = failAllocation = 0;
     calls.clear();
     target = 0;
     blocks.clear();
@@ -34,6 +34,7 @@ bool Planner::plan(int function, Decisions& decisions, Case& made) {
 bool Planner::attempt(int function, int sizeClass, Decisions& decisions, Case& made) {
     const Function& target = table_.at(function);
     made.broken = decisions.rarely(4);
+    made.rounding = decisions.rarely(8) ? 1 + decisions.below(3) : 0;
     made.failAllocation = decisions.rarely(6) ? 1 + decisions.below(255) : 0;
     CallPlanner planner(*this, made, decisions, sizeClass, 0);
     if (made.broken && !planner.breakRules(target)) made.broken = false;

@@ -89,6 +89,8 @@ std::string lineOf(const Table& table, const Finding& finding) {
 }
 
 void show(std::FILE* out, const Table& table, const Case& made) {
+    static const char* const modes[] = {"to nearest", "down", "up", "to zero"};
+    if (made.rounding != 0) std::fprintf(out, "  in the rounding mode %s\n", modes[made.rounding]);
     for (std::size_t c = 0; c < made.calls.size(); ++c) {
         const Call& call = made.calls[c];
         const Function& function = table.at(call.function);

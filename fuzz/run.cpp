@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t zeroedBytes = 4096;
 constexpr unsigned exceptionFlags = 0x3F;
+constexpr unsigned roundingShift = 13;  // where the mode stands among the control bits
 
 bool allAre(const std::byte* at, std::size_t bytes, unsigned char value) {
     return bytes == 0 || (at[0] == std::byte{value} && std::memcmp(at, at + 1, bytes - 1) == 0);
@@ -50,26 +51,27 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
         placeArguments(one);
         void* returned = nullptr;
         int status = 0;
-        const unsigned mode = _mm_getcsr();
+        const unsigned usual = _mm_getcsr();
+        const unsigned mode = (usual & ~_MM_ROUND_MASK) | made.rounding << roundingShift;
         const int liveBefore = allocation::live;
         const bool failedBefore = allocation::failed();
         allocation::watching = true;
+        _mm_setcsr(mode);
         const int signal =
             trap::guarded([&] { status = callers_.call(one.function, address, values_.data(), &returned); });
+        const unsigned left = _mm_getcsr();
+        _mm_setcsr(usual);
         allocation::watching = false;
         ++results.calls;
         finding_.function = one.function;
         if (signal != 0) {
-            _mm_setcsr(mode);
             wrong(signal == trap::hang ? Wrong::hang : Wrong::crash, -1, trap::nameOf(signal));
             return finding_;
         }
-        if (((mode ^ _mm_getcsr()) & ~exceptionFlags) != 0) {
-            _mm_setcsr(mode);
+        if (((mode ^ left) & ~exceptionFlags) != 0) {
             wrong(Wrong::mode, -1, "control bits of the vector unit");
             return finding_;
         }
-        _mm_setcsr(mode);
         bool success = function_->result == Result::pointer ? returned != nullptr : status >= 0;
         const bool failedNow = allocation::failed() && !failedBefore;
         if (&one == &made.calls[made.target]) results.targetStatus = success ? status : std::min(status, -1);
