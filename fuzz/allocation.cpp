@@ -17,6 +17,7 @@ void reset(unsigned failing) {
     live = 0;
 }
 
+#ifndef VORNSR_SANITIZED
 namespace {
 
 // Counts one, and tells whether it is the one that fails.
@@ -28,6 +29,7 @@ bool refused() {
 }
 
 }  // namespace
+#endif
 }  // namespace fuzz::allocation
 
 #ifndef VORNSR_SANITIZED

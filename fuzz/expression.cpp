@@ -119,12 +119,12 @@ double Expression::evaluate(int at, const Scope& scope, double i) const {
             return i;
         case Operation::element:
             return scope.element(node.a, b());
-    case Operation::run: {
-        const double place = b();
-        double size = 0, end = 0;
-        for (double k = 0; end <= place && k < 65536; ++k) end += size = scope.element(node.a, k);
-        return size;
-    }
+        case Operation::run: {
+            const double place = b();
+            double size = 0, end = 0;
+            for (double k = 0; end <= place && k < 65536; ++k) end += size = scope.element(node.a, k);
+            return size;
+        }
         case Operation::total:
             return scope.total(node.a);
         case Operation::field:

@@ -13,6 +13,7 @@ sigjmp_buf jump;
 volatile bool inside = false;
 volatile unsigned long calls = 0;
 
+#ifndef VORNSR_SANITIZED
 namespace {
 
 constexpr int looks = 4;
@@ -44,6 +45,7 @@ void looked(int) {
 }
 
 }  // namespace
+#endif
 
 void install([[maybe_unused]] double patience) {
 #ifndef VORNSR_SANITIZED
