@@ -1,13 +1,10 @@
-// The paths that the build put in.
+// The paths that the build put in, and where libraries stand in a build folder.
 #include "built.h"
+
+#include <filesystem>
 
 namespace fuzz {
 namespace {
-
-struct Built {
-    const char* processor;
-    const char* path;
-};
 
 bool processorRuns(const std::string& processor) {
     __builtin_cpu_init();
@@ -26,11 +23,13 @@ bool processorRuns(const std::string& processor) {
 
 std::string builtTable() { return VORNSR_FUZZ_TABLE; }
 
-std::vector<std::string> builtLibraries() {
-    static constexpr Built all[] = {VORNSR_FUZZ_LIBRARIES};
+std::string builtFolder() { return VORNSR_FUZZ_BUILD; }
+
+std::vector<std::string> librariesOf(const std::string& folder) {
     std::vector<std::string> libraries;
-    for (const Built& one : all) {
-        if (processorRuns(one.processor)) libraries.push_back(one.path);
+    for (const char* processor : {"m7", "x86-64-v3", "x86-64-v4"}) {
+        const std::string path = folder + "/lib/" + processor + "/libvornsrm7.so.5.1";
+        if (processorRuns(processor) && std::filesystem::exists(path)) libraries.push_back(path);
     }
     return libraries;
 }

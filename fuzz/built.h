@@ -7,7 +7,9 @@
 namespace fuzz {
 
 std::string builtTable();
-// The builds that this processor can run.
-std::vector<std::string> builtLibraries();
+// The folder of this build.
+std::string builtFolder();
+// The libraries of a build folder that this processor can run.
+std::vector<std::string> librariesOf(const std::string& folder);
 
 }  // namespace fuzz

@@ -22,8 +22,9 @@ fuzz::Engine& engine() {
         try {
             const char* table = std::getenv("VORNSR_FUZZ_TABLE");
             const char* library = std::getenv("VORNSR_FUZZ_LIBRARY");
-            made = new fuzz::Engine(table != nullptr ? table : fuzz::builtTable(),
-                                    library != nullptr ? std::vector<std::string>{library} : fuzz::builtLibraries());
+            made = new fuzz::Engine(
+                table != nullptr ? table : fuzz::builtTable(),
+                library != nullptr ? std::vector<std::string>{library} : fuzz::librariesOf(fuzz::builtFolder()));
         } catch (const std::exception& error) {
             std::fprintf(stderr, "vornsr-fuzz-coverage: %s\n", error.what());
             std::exit(2);
@@ -53,7 +54,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto replay = [&](const std::vector<std::uint8_t>& bytes) {
         std::fprintf(stderr, "  vornsr-fuzz --replay %s\n", fuzz::replayOf(tested.table(), function, bytes).c_str());
     };
-    if (announced && size > 2) replay({data + 2, data + size});
+    if (announced && size >= 2) replay({data + 2, data + size});
     const fuzz::Outcome outcome = tested.check(function, decisions);
     if (outcome.finding) {
         std::fprintf(stderr, "%s\n", fuzz::lineOf(tested.table(), outcome.finding).c_str());

@@ -1,6 +1,7 @@
 // vornsr-fuzz: calls every function of the built libraries with random arguments.
 #include <cstdio>
 #include <exception>
+#include <stdexcept>
 
 #include "built.h"
 #include "death.h"
@@ -17,8 +18,13 @@ int main(int argc, char** argv) {
         return 0;
     }
     if (options.table.empty()) options.table = fuzz::builtTable();
-    if (options.libraries.empty()) options.libraries = fuzz::builtLibraries();
+    if (options.libraries.empty() && options.builds.empty()) options.builds.push_back(fuzz::builtFolder());
     try {
+        for (const std::string& build : options.builds) {
+            const std::vector<std::string> libraries = fuzz::librariesOf(build);
+            if (libraries.empty()) throw std::runtime_error("no library in " + build);
+            options.libraries.insert(options.libraries.end(), libraries.begin(), libraries.end());
+        }
         fuzz::Engine engine(options.table, options.libraries);
         fuzz::printCaseAtDeath(engine);
         fuzz::trap::install(options.patience);

@@ -14,7 +14,9 @@ void printHelp(std::FILE* out) {
         out,
         "vornsr-fuzz: calls every function with random arguments, kept and broken, and holds the builds against each "
         "other\n"
-        "  --library PATH     a built library; may be given several times (default: those built beside this program)\n"
+        "  --library PATH     a built library; may be given several times\n"
+        "  --build FOLDER     the libraries of a build folder that this processor can run; may be given several times\n"
+        "                     (default: those built beside this program)\n"
         "  --table PATH       what the functions ask for, from tools/extents.py --json (default: the one built with "
         "it)\n"
         "  --seconds N        stop after so long (default: 60, if no number of cases is given)\n"
@@ -71,6 +73,8 @@ bool read(int argc, char** argv, Options& options) {
         try {
             if (is("--library")) {
                 options.libraries.push_back(value);
+            } else if (is("--build")) {
+                options.builds.push_back(value);
             } else if (is("--table")) {
                 options.table = value;
             } else if (is("--seconds")) {

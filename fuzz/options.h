@@ -9,7 +9,7 @@
 namespace fuzz {
 
 struct Options {
-    std::vector<std::string> libraries;
+    std::vector<std::string> libraries, builds;
     std::string table;
     double seconds = 0;  // 0: until it is interrupted, or the cases are made
     std::uint64_t cases = 0;
