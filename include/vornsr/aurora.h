@@ -26,7 +26,8 @@ VORN_BEGIN_DECLS
  *
  * **Noise spectrum.** in is the spectrum of a frame, a an element of it; noise the estimate so far, b an element. Each
  * becomes b (0.9 + (0.1 a / (a + b)) (1 + b / (b + 0.1 a))): the estimate falls by a tenth at most and rises by 4 % at
- * most, so that speech does not carry it away.
+ * most, so that speech does not carry it away. An estimate that has become 0 stays 0 (frames of zeros bring it there in
+ * the end), and on the way there it is denormal, which most processors take their time for: keep it above a floor.
  * - `32f`: in single, truncated at each step, whatever the caller's rounding mode: p = 0.1 a, r1 = 1 / (a + b), r2 = 1
  *   / (b + p), and dst = b ((b r2 + 1) (p r1) + 0.9). Exactly 0 where a + b or b + p is zero; other not-a-numbers
  *   stay. For a and b from 1e-18 to 1e18 it is within 4.5 ulp of the formula with the singles 0.1 and 0.9.
@@ -185,7 +186,9 @@ VornStatus vornsWaveProcessing_Aurora_16s(const Vorn16s* src, Vorn16s* dst);
  * A detector is a record of 64 bytes in the caller's memory, at any address (`GetBufSize` gives 64); it needs no
  * clearing. `Init` fills it, `Decision` takes one frame, and after the last frame of a stream `Flush` takes what the
  * ring still holds. The record belongs to one stream, and a stream to one family: `32f`, or `16s`, which runs the same
- * steps in integers. After a flush the detector is used again through `Init` alone. *result is a VornVADDecision. The
+ * steps in integers. After a flush the detector is used again through `Init` alone. The trackers follow slowly upwards:
+ * a quarter of a second of zeros (25 frames in `32f`, 30 in `16s`) takes them so low that all that follows is speech,
+ * until the next `Init`; faint noise in the place of zeros keeps them up. *result is a VornVADDecision. The
  * record's fields in their order: the 16-bit flagBands, flagLow, flagVar, onsetSeen; the trackers bandMean, lowTrack,
  * bandTrack, varTrack, lowPrev, lowLast, singles or 32-bit integers; the 32-bit ringHead, ringTail, hangReload,
  * hangCount, shortHang; seven bytes of the ring, one that is unused, and the 32-bit frameCount, which is n below.

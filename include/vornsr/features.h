@@ -729,11 +729,11 @@ VornStatus vornsReflectionToAbsTilt_16s_Sfs(const Vorn16s* src1, const Vorn16s* 
  * @endcode
  *
  * So cut, the fixed form gives the bits and the number of samples of one call, for hours: it takes the time to the
- * nearest phase, trunc(out (*pTime - base) + 0.5) (a time down to -0.5/out is 0), so that roundings of the time never
- * add up. The variable form adds 1/factor for each output, rounded; the outputs are those of one call bit for bit if
- * src stays and the time goes on, or if the steps are exact in both (such as 3 or 0.625). Otherwise positions differ by
- * at most 2^-53 of the largest time with each output: in blocks of a second at 44100 Hz less than 0.01 of a sample in a
- * day.
+ * nearest phase, trunc(out (*pTime - base) + 0.5) (a time down to -0.5/out is 0), so that its outputs never gather
+ * roundings (*pTime itself may gain one in each call, which would take centuries to reach half a phase). The variable
+ * form adds 1/factor for each output, rounded; the outputs are those of one call bit for bit if src stays and the time
+ * goes on, or if the steps are exact in both (such as 3 or 0.625). Otherwise positions differ by at most 2^-53 of the
+ * largest time with each output: in blocks of a second at 44100 Hz less than 0.01 of a sample in a day.
  *
  * Design. nStep: points of the filter per input sample; the linear interpolation between them leaves images at -71 dB
  * with 32 points, -95 dB with 128 and -100 dB with 512. window: width of the filter in input samples, or in output

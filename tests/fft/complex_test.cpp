@@ -3,7 +3,6 @@
 
 #include <cmath>
 #include <memory>
-#include <thread>
 
 #include "forms.h"
 #include "support/allocation.h"
@@ -323,28 +322,6 @@ TYPED_TEST(ComplexFft, NullBufferIsAllocatedForTheCall) {
             EXPECT_EQ(re.untouched(), order >= 4);
         }
     }
-}
-
-TYPED_TEST(ComplexFft, ThreadsShareAContext) {
-    using T = TypeParam;
-    using F = Float<T>;
-    test::Random random(7);
-    const test::Context<VornsFFTSpec> context(F::pairForm, 10, 1);
-    const Signal<T> x(random, 10);
-    const auto src = x.pairs(), expected = staged(x, 10, false, 1).pairs();
-    std::vector<std::thread> threads;
-    std::vector<int> wrong(3);
-    for (int& count : wrong) {
-        threads.emplace_back([&] {
-            auto dst = src;
-            for (int round = 0; round < 30; ++round) {
-                F::forward(src.data(), dst.data(), context, nullptr);
-                count += !test::sameBits(dst, expected);
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong, std::vector<int>(3));
 }
 
 // A single value is copied, whatever the direction; its factor is 1.

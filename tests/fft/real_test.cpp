@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <memory>
-#include <thread>
 
 #include "forms.h"
 #include "support/allocation.h"
@@ -463,30 +462,6 @@ TYPED_TEST(RealFft, NullBufferIsAllocatedForTheCall) {
         EXPECT_EQ(R::forward[Ccs](x.data(), dst, context, buffer.data()), vornStsNoErr);
         EXPECT_EQ(count.calls(), 0) << "a given buffer is used";
     }
-}
-
-TYPED_TEST(RealFft, ThreadsShareAContext) {
-    using T = TypeParam;
-    using R = Real<T>;
-    test::Random random(8);
-    const int order = 11;
-    const test::Context<VornsFFTSpec> context(R::form, order, 1);
-    const std::vector<T> x = this->noise(random, order);
-    const std::vector<T> expected = this->ccs(x, order, 1);
-    std::vector<std::thread> threads;
-    std::vector<int> wrong(4);
-    for (std::size_t i = 0; i < wrong.size(); ++i) {
-        threads.emplace_back([&, i] {
-            std::vector<Vorn8u> buffer(static_cast<std::size_t>(context.bufSize()));
-            std::vector<T> dst(expected.size());
-            for (int round = 0; round < 50; ++round) {
-                R::forward[Ccs](x.data(), dst.data(), context, i % 2 ? buffer.data() : nullptr);
-                wrong[i] += !test::sameBits(dst, expected);
-            }
-        });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(wrong, std::vector<int>(4));
 }
 
 // Order 0 has two values in CCS and nothing behind them, order 1 four.

@@ -294,6 +294,26 @@ class Vocabulary(unittest.TestCase):
                 self.assertIsNotNone(re.search(told, table), f"{name} of {header}")
 
 
+class SharedContexts(unittest.TestCase):
+    """A context that a call only reads may be shared by threads: tests/threads calls every such function."""
+    CONTEXT = re.compile(r"\bconst (?:VornsFFT\w*Spec|VornFBankState_\w+|VornDCTLifterState_\w+|VornResample\w*State_\w+|"
+                         r"VornCdbkState|VornBlockDMatrix_\w+)\s*\*")
+    # Their context is one thread's at a time, although they do not change what it stands for.
+    NOT_SHARED = {"vornsDCTLifter_16s_Sfs", "vornsDCTLifter_32s16s_Sfs"}
+    OF_A_FORM = re.compile(r"vornsFFTGetBufSize_\w+")  # through the table of forms in tests/fft/forms.h
+
+    def test_threads_share_each(self):
+        tests = "".join(code(path) for path in sources("tests/threads"))
+        count = 0
+        for header in env.public_headers():
+            declarations = re.sub(r"/\*.*?\*/", "", env.text("include", "vornsr", header), flags=re.S)
+            for name, parameters in re.findall(r"\b(vorn\w+)\s*\(([^()]*)\)\s*;", declarations):
+                if self.CONTEXT.search(parameters) and name not in self.NOT_SHARED and not self.OF_A_FORM.fullmatch(name):
+                    count += 1
+                    self.assertIsNotNone(re.search(rf"\b{name}\b", tests), name)
+        self.assertGreater(count, 100, "the headers were read")
+
+
 if __name__ == "__main__":
     if env.SANITIZE:
         env.skip("the source files are the same as in the plain builds, where this test runs")

@@ -205,6 +205,28 @@ TYPED_TEST(FilterBank, OddMelScalesStayInside) {
     }
 }
 
+// Edges that are no numbers: the sign of the first argument that is none decides, otherwise that of 0/0, and not the
+// order in which a compiler adds two of them.
+TYPED_TEST(FilterBank, MissingEdgesAreTheSameInEveryBuild) {
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    const auto edges = [](float high, float melMul, float melDiv, int flags) {
+        const Bank<TypeParam> bank({8, 8, 3, 2, 8000, 64, high, melMul, melDiv}, flags);
+        return std::vector<Vorn32s>(bank->pCenters, bank->pCenters + 4);
+    };
+    const std::vector<Vorn32s> above(4, 2147483647), below(4, -2147483647 - 1);
+    for (int flags : {vornFBankWeightMel, vornFBankWeightFreq}) {
+        EXPECT_EQ(edges(nan, 1127, 700, flags), above);
+        EXPECT_EQ(edges(-nan, 1127, 700, flags), below);
+        EXPECT_EQ(edges(nan, 0, 0, flags), above);
+        EXPECT_EQ(edges(-nan, 0, 0, flags), below);
+        EXPECT_EQ(edges(4000, 0, 700, flags), below);
+        EXPECT_EQ(edges(4000, 0, 0, flags), below);
+        EXPECT_EQ(edges(4000, nan, -nan, flags), above);
+        EXPECT_EQ(edges(4000, -nan, nan, flags), below);
+        EXPECT_EQ(edges(4000, 1127, nan, flags), above);
+    }
+}
+
 template <class Form>
 struct InitArguments {
     typename Form::State* made = reinterpret_cast<typename Form::State*>(8);

@@ -1,6 +1,7 @@
 #include "features/bank/build.h"
 
 #include <algorithm>
+#include <bit>
 #include <climits>
 
 #include "elementary/elementary.h"
@@ -27,8 +28,21 @@ VornStatus makeBank(typename Form::State& bank, const BankShape& shape, int flag
     return pieces.template makeTransform<Form>(&bank.pFftSpec, shape.fftOrder, specSize, initSize);
 }
 
+// What edges become that the arguments say nothing of: the first argument that is not a number, otherwise what the
+// processor makes of 0/0. Its sign decides the bin. Which of two not-a-numbers an operation hands on is left to the
+// compiler, so it must not be asked.
+template <class... Arguments>
+Vorn32f missingEdge(Arguments... arguments) {
+    const Vorn32f all[] = {arguments...};
+    for (Vorn32f argument : all) {
+        if (argument != argument) return argument;
+    }
+    return std::bit_cast<Vorn32f>(0xFFC00000u);
+}
+
 // The bins of x in hertz-like units, rounded or truncated.
-void toBins(const Vorn32f* x, Vorn32s* bins, int count, int flags) {
+void toBins(Vorn32f* x, Vorn32f missing, Vorn32s* bins, int count, int flags) {
+    for (int i = 0; i < count; ++i) x[i] = x[i] == x[i] ? x[i] : missing;
     vornsConvert_32f32s_Sfs(x, bins, count, flags & vornFBankWeightFreq ? vornRndNear : vornRndZero, 0);
 }
 
@@ -52,7 +66,7 @@ void melEdges(int count, Vorn32f low, Vorn32f high, Vorn32f binScale, const MelS
         bank::exponentials(run, n);
         for (int i = 0; i < n; ++i) bins[first + i] = static_cast<Vorn32f>(run[i] - 1.0) * binScale;
     }
-    toBins(bins, centers, count, flags);
+    toBins(bins, missingEdge(low, high, scale.melMul, scale.melDiv), centers, count, flags);
 }
 
 // Centres and weights. first and second: shape.rows() elements each to work in.
@@ -82,7 +96,7 @@ void fillBank(typename Form::State& bank, const BankShape& shape, const MixedBan
         hertz[i] = static_cast<Vorn32f>(i) * range / static_cast<Vorn32f>(lastEdge) + lowFreq;
         second[i] = hertz[i] * binsPerHz;
     }
-    toBins(second, bank.pCenters, lastEdge + 1, flags);
+    toBins(second, missingEdge(highLinFreq), bank.pCenters, lastEdge + 1, flags);
     if (!allLinear) {
         melEdges(shape.nFilter - nLinear + 2, highLinFreq, highFreq, binsPerHz * scale.melDiv, scale, flags, second,
                  second, bank.pCenters + nLinear);

@@ -72,7 +72,6 @@ public:
         const Vorn32f most = squared_ * static_cast<Vorn32f>(tolerance);
         return distance <= most;
     }
-    bool isNegative() const { return squared_ < 0; }
 
 private:
     Vorn32f squared_;
@@ -81,10 +80,9 @@ private:
 // Words as long as they hold the limit, up to all; keep(n, found) takes one as number n, or leaves it out.
 template <class T, class Keep>
 VornStatus withinLimit(const T* src, VornCdbkState& book, const Limit& limit, int& count, const Keep& keep) {
-    count = 0;
-    if (limit.isNegative()) return vornStsNoErr;
     if (!rankingOf(src, book)) return vornStsMemAllocErr;
     Ranking ranking(book.scratch, book.cdbkSize, 0);  // mostly few
+    count = 0;
     for (int rank = 0; rank < book.cdbkSize; ++rank) {
         const Found found = ranking.next();
         if (found.index < 0 || !limit.holds(found.distance, src)) break;
