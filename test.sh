@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 . ./cmake/debian-setup.sh
 debian_setup g++ clang-14 libclang-rt-14-dev cmake ninja-build ccache pkg-config python3 binutils libgtest-dev \
-    libmpfr-dev libsndfile1-dev qemu-user python3-mpmath
+    libmpfr-dev libsndfile1-dev qemu-user python3-mpmath libffi-dev nlohmann-json3-dev
 
 case "${1:-}" in
 "") presets=(release clang) ;;

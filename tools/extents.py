@@ -368,7 +368,7 @@ def row(line, functions, known_statuses):
         raise Fault("no header declares it")
     if len(columns) not in (2, 3):
         raise Fault("name, arguments and perhaps notes, with tabs between them, expected")
-    function = dict(functions[name], made=None, may=[], partial=[], unset=False)
+    function = dict(functions[name], made=None, may=[], partial=[], unset=False, address=False, shortage=False)
     texts = [text for text in columns[1].split(";") if text.strip()]
     made = [text for text in texts if re.match(r"\s*new return\b", text)]
     texts = [text for text in texts if text not in made]
@@ -382,6 +382,8 @@ def row(line, functions, known_statuses):
         word, _, names = note.strip().partition(" ")
         if word == "unset":
             function["unset"] = True
+        elif word in ("address", "shortage"):
+            function[word] = True
         elif word in ("may", "partial"):
             for status in names.split("|"):
                 if known_statuses.get(status.strip(), 1) > 0:
