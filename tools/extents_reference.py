@@ -107,6 +107,10 @@ def comment(row):
     if row["partial"]:
         lines.append(" * @par Outputs may have been written after")
         lines.append(f" * {', '.join(names[status] for status in row['partial'])}")
+    if row["address"]:
+        lines += [" * @par Addresses", " * The results depend on those of the arrays, as the family says."]
+    if row["shortage"]:
+        lines += [" * @par Shortage of memory", " * There may be no error, as the family says."]
     return "\n".join(lines + [" */", ""])
 
 
