@@ -263,7 +263,7 @@ def drawn(options, texts):
     if options.only:
         path, _, line = options.only.partition(":")
         for mutants in of(path).values():
-            yield from (m for m in mutants if not line or m.line == int(line))
+            yield from (m for m in mutants if not (line and m.line != int(line)) and not sites.changes_nothing(m))
         return
     paths = [p for p in texts if not options.room or f"{os.path.dirname(p)}/".replace("/src/", "/").startswith(
         options.room.rstrip("/") + "/")]
@@ -277,7 +277,7 @@ def drawn(options, texts):
             idle += 1
             continue
         mutant = dice.choice(kinds[dice.choice(list(kinds))])
-        if mutant.id in seen:
+        if mutant.id in seen or sites.changes_nothing(mutant):
             idle += 1
             continue
         seen.add(mutant.id)

@@ -200,6 +200,18 @@ EARLY_RETURN = re.compile(r"^[ \t]+(?P<x>if \([^\n]*\) (?:return[^\n]*|continue|
 CHECK = re.compile(r"^[ \t]+(?P<x>VORN_CHECK\([^\n]*\);)[ \t]*$", re.M)
 
 
+# What checks answer that do not name a status.
+ANSWERS = {"positive": "vornStsSizeErr", "atLeast": "vornStsSizeErr", "notNull": "vornStsNullPtrErr",
+           "strideHolds": "vornStsStrideErr"}
+
+
+def answer_of(check):
+    """The one status that a check can answer, or the check itself."""
+    named = re.findall(r"\bvornSts\w+", check)
+    function = re.match(r"VORN_CHECK\((?:\w+::)*(\w+)", check)
+    return named[-1] if named else ANSWERS.get(function.group(1) if function else "", check)
+
+
 def in_brackets(code, begin, end):
     """Inside the angle brackets of a template's arguments."""
     line = code[code.rfind("\n", 0, begin) + 1:begin]
@@ -243,10 +255,16 @@ def mutants_of(path, text):
         add("check", *match.span("x"), "")
     for one, two in zip(checks, checks[1:]):
         if not code[one.end():two.start("x")].strip():
-            a, b = one.group("x"), two.group("x")
             a, b = text[one.start("x"):one.end("x")], text[two.start("x"):two.end("x")]
             add("check", one.start("x"), two.end("x"), b + text[one.end("x"):two.start("x")] + a)
     return sorted(found, key=lambda m: (m.begin, m.end, m.new))
+
+
+def changes_nothing(mutant):
+    """Two neighbouring checks with one answer may stand in any order."""
+    checks = mutant.before.split("\n")
+    return (mutant.kind == "check" and len(checks) == 2 and len(mutant.after.split("\n")) == 2
+            and answer_of(checks[0].strip()) == answer_of(checks[1].strip()))
 
 
 def size_of(text):
