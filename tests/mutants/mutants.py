@@ -5,6 +5,7 @@ Takes the test programs of a full build as they are; compiles the broken source 
 the others. Start it again to go on where it was cut: what was found stands in the journal."""
 import argparse
 import collections
+import fcntl
 import glob
 import json
 import os
@@ -22,7 +23,7 @@ import sites
 from build import HIDDEN, ROOT, Failed, Includes, Settings, Tree, read, same, sources
 from run import Tests, programs_of, room_of, sweeps_of
 
-MOST_UNITS = 40       # that a header's mutant is compiled in
+MOST_UNITS = 20       # that a header's mutant is compiled in
 ENOUGH_CHANGED = 10   # of them with other code
 NOT_A_FUNCTION = re.compile(r"\s*(?:if|for|while|switch|return|else|\}|case|do|const auto|auto)\b")
 
@@ -38,6 +39,10 @@ def function_around(text, line):
     return ""
 
 
+class Later(Exception):
+    """Needs the objects of a whole build that has none yet."""
+
+
 class Judge:
     def __init__(self, options):
         self.settings, self.includes = Settings(options.build), Includes()
@@ -46,7 +51,7 @@ class Judge:
         self.base_lock, self.bases = threading.RLock(), set()
         self.first_tree = Tree(self.settings, self.includes, self.work, "-base")
         self.tests = Tests(self.settings, {})
-        self.keep = options.keep
+        self.keep, self.sweeps, self.patient = options.keep, options.sweeps, bool(options.only)
 
     # What is unchanged.
 
@@ -110,6 +115,8 @@ class Judge:
         seen, outcome = self.in_headers_tests(mutant, tree)
         if outcome:
             return self.kill(outcome)
+        if mutant.build not in self.bases and not self.patient:
+            raise Later
         changed, complete = {}, True
         for chunk, all_of_them in self.chunks(mutant):
             fresh = {}
@@ -224,7 +231,7 @@ class Judge:
         """Everything that tests the rooms."""
         library = f"{tree.out}/libvornsrm7.so.5.1"
         programs = list(dict.fromkeys(p for unit in changed for p in programs_of(unit)))
-        sweeps = list(dict.fromkeys(p for unit in changed for p in sweeps_of(unit)))
+        sweeps = list(dict.fromkeys(p for unit in changed for p in sweeps_of(unit)) if self.sweeps else {})
         for guard, names in (("behind", programs), ("before", programs), ("behind", sweeps)):
             for name in names:
                 self.measure([name])
@@ -295,6 +302,7 @@ def main():
     parser.add_argument("--only", metavar="FILE:LINE", help="every mutant of a line, or of a file")
     parser.add_argument("--jobs", type=int, default=1)
     parser.add_argument("--again", action="store_true", help="survivors of the journal are tried again")
+    parser.add_argument("--sweeps", action="store_true", help="survivors meet the sweeps over all arguments, too")
     parser.add_argument("--keep", action="store_true", help="keep the objects of survivors, in WORK/kept")
     parser.add_argument("--report", action="store_true", help="only say what the journal holds")
     options = parser.parse_args()
@@ -305,10 +313,15 @@ def main():
     if options.report:
         return report.tell(journal.entries.values(), explained)
 
+    alone = open(f"{options.work}/lock", "w", encoding="utf-8")
+    try:
+        fcntl.flock(alone, fcntl.LOCK_EX | fcntl.LOCK_NB)
+    except OSError:
+        raise SystemExit(f"another run uses {options.work}") from None
     judge = Judge(options)
     judge.need_base("m7")
     judge.measure([*sorted({p for unit in judge.units for p in programs_of(unit)}), "test-simd-m7", "digests"])
-    entries, lock, start, tried = [], threading.Lock(), time.time(), [0]
+    entries, lock, start, tried, put_off = [], threading.Lock(), time.time(), [0], []
     wanted = drawn(options, texts)
     trees = [Tree(judge.settings, judge.includes, judge.work, job) for job in range(options.jobs)]
 
@@ -318,14 +331,22 @@ def main():
     def work(tree):
         while True:
             with lock:
-                mutant = None if not options.only and counted() >= options.count else next(wanted, None)
+                mutant = None
+                if options.only or counted() + len(put_off) < options.count:
+                    mutant = next(wanted, None)
+                if mutant is None and put_off:
+                    mutant, judge.patient = put_off.pop(), True
                 if mutant is None:
                     return
                 known = journal.entries.get(mutant.id)
                 if known and not (options.again and known["verdict"] == "survived"):
                     entries.append(known)
                     continue
-            entry = judge.judge(mutant, tree)
+            try:
+                entry = judge.judge(mutant, tree)
+            except Later:
+                put_off.append(mutant)
+                continue
             with lock:
                 journal.add(entry)
                 entries.append(entry)

@@ -27,6 +27,7 @@ class Mutant:
     new: str
     kind: str
     build: str
+    column: int    # counted from 0
     before: str    # the lines that the change touches, and what becomes of them
     after: str
 
@@ -34,6 +35,10 @@ class Mutant:
     def id(self):
         text = "\n".join((self.path, self.before, self.after, str(self.line)))
         return hashlib.sha1(text.encode()).hexdigest()[:12]
+
+    @property
+    def old(self):
+        return self.before[self.column:len(self.before) - len(self.after) + self.column + len(self.new)]
 
     def apply(self, text):
         return text[:self.begin] + self.new + text[self.end:]
@@ -209,7 +214,7 @@ def answer_of(check):
     """The one status that a check can answer, or the check itself."""
     named = re.findall(r"\bvornSts\w+", check)
     function = re.match(r"VORN_CHECK\((?:\w+::)*(\w+)", check)
-    return named[-1] if named else ANSWERS.get(function.group(1) if function else "", check)
+    return " ".join(sorted(set(named))) if named else ANSWERS.get(function.group(1) if function else "", check)
 
 
 def in_brackets(code, begin, end):
@@ -231,7 +236,7 @@ def mutants_of(path, text):
         first, last = text.rfind("\n", 0, begin) + 1, text.find("\n", end)
         lines = text[first:last]
         changed = text[first:begin] + new + text[end:last]
-        found.append(Mutant(path, line + 1, begin, end, new, kind, build, lines, changed))
+        found.append(Mutant(path, line + 1, begin, end, new, kind, build, begin - first, lines, changed))
 
     for kind, pattern, become in RULES:
         for match in pattern.finditer(code):
@@ -260,11 +265,20 @@ def mutants_of(path, text):
     return sorted(found, key=lambda m: (m.begin, m.end, m.new))
 
 
+ROOM = re.compile(r"(?<!return )(?:(?<=\w )|(?<=\w\* )|(?<=> ))\w+(?:\[[^\]\n]*\])*\[(?P<x>\d+)$")
+
+
 def changes_nothing(mutant):
-    """Two neighbouring checks with one answer may stand in any order."""
+    """Two neighbouring checks with one answer may stand in any order, and an array may have room for one more."""
     checks = mutant.before.split("\n")
-    return (mutant.kind == "check" and len(checks) == 2 and len(mutant.after.split("\n")) == 2
-            and answer_of(checks[0].strip()) == answer_of(checks[1].strip()))
+    if mutant.kind == "check":
+        return (len(checks) == 2 and len(mutant.after.split("\n")) == 2
+                and answer_of(checks[0].strip()) == answer_of(checks[1].strip()))
+    if mutant.kind == "integer" and mutant.new.isdigit():
+        old = mutant.old
+        declared = ROOM.search(mutant.before[:mutant.column] + old)
+        return bool(declared) and int(mutant.new) > int(old)
+    return False
 
 
 def size_of(text):
