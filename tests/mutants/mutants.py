@@ -117,7 +117,7 @@ class Judge:
             return self.kill(outcome)
         if mutant.build not in self.bases and not self.patient:
             raise Later
-        changed, complete = {}, True
+        changed, complete, passed = {}, True, set()
         for chunk, all_of_them in self.chunks(mutant):
             fresh = {}
             for unit in chunk:
@@ -128,7 +128,7 @@ class Judge:
             changed.update(fresh)
             complete = all_of_them
             if fresh:
-                outcome = self.quickly(mutant, tree, changed, list(fresh))
+                outcome = self.quickly(mutant, tree, changed, list(fresh), passed)
                 if outcome:
                     return self.kill(outcome)
             if len(changed) >= ENOUGH_CHANGED:
@@ -139,7 +139,7 @@ class Judge:
             return "equivalent", "the same code" if complete else f"the same code in {MOST_UNITS} units"
         if not seen and self.same_when_optimised(mutant, tree, changed):
             return "equivalent", "the same code at -O2"
-        outcome = self.slowly(mutant, tree, changed)
+        outcome = self.slowly(mutant, tree, changed, passed)
         return self.kill(outcome) if outcome else ("survived", "")
 
     @staticmethod
@@ -208,8 +208,10 @@ class Judge:
             return f"{self.settings.build}/tests/{name}"
         return tree.program(name, {}, inside)
 
-    def quickly(self, mutant, tree, changed, fresh):
-        """The suites that stand for the sources, and what their tables are checked with."""
+    def quickly(self, mutant, tree, changed, fresh, passed):
+        """The suites that stand for the sources, and what their tables are checked with. Programs of which these are
+        all are passed with it, as long as no more sources change."""
+        passed.clear()
         library = self.linked(mutant, tree, changed)
         if mutant.kind == "float" or "table" in mutant.path:
             outcome = self.tests.coefficients(tree.at)
@@ -225,15 +227,19 @@ class Judge:
                                            mutant.build, sorted(names))
                 if outcome.killed:
                     return outcome
+                if names >= self.tests.suites_of(program):
+                    passed.add(program)
         return None
 
-    def slowly(self, mutant, tree, changed):
+    def slowly(self, mutant, tree, changed, passed):
         """Everything that tests the rooms."""
         library = f"{tree.out}/libvornsrm7.so.5.1"
         programs = list(dict.fromkeys(p for unit in changed for p in programs_of(unit)))
         sweeps = list(dict.fromkeys(p for unit in changed for p in sweeps_of(unit)) if self.sweeps else {})
         for guard, names in (("behind", programs), ("before", programs), ("behind", sweeps)):
             for name in names:
+                if guard == "behind" and name in passed:
+                    continue
                 self.measure([name])
                 outcome = self.tests.gtest(self.program(tree, name, changed), library, name, guard, mutant.build)
                 if outcome.killed:

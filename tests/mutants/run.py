@@ -137,6 +137,11 @@ class Tests:
         best = max(scores.values(), default=0)
         return sorted({s for path, score in scores.items() if score >= best / 2 for s in suites_in(path)})
 
+    def suites_of(self, program):
+        folder = f"{ROOT}/tests/{program.removeprefix('test-')}"
+        return {s for at, _, files in os.walk(folder) for f in files if f.endswith("_test.cpp")
+                for s in suites_in(f"{at}/{f}")}
+
     def digests(self, library, processor):
         command = [sys.executable, f"{ROOT}/tests/library/digests.py"]
         code, timed_out, text, seconds = self.execute(command, library, "digests", processor=processor)
