@@ -112,7 +112,9 @@ class Judge:
         return entry
 
     def verdict(self, mutant, tree):
-        seen, outcome = self.in_headers_tests(mutant, tree)
+        # The vocabularies are tested there before all else, what other rooms' tests look at from inside at the end.
+        first = mutant.path.endswith(".h") and mutant.path.split("/")[2] in ("simd", "loops", "frame")
+        seen, outcome = self.in_headers_tests(mutant, tree) if first else (False, None)
         if outcome:
             return self.kill(outcome)
         if mutant.build not in self.bases and not self.patient:
@@ -139,6 +141,10 @@ class Judge:
             return "equivalent", "the same code" if complete else f"the same code in {MOST_UNITS} units"
         if not seen and self.same_when_optimised(mutant, tree, changed):
             return "equivalent", "the same code at -O2"
+        if mutant.path.endswith(".h") and not first:
+            outcome = self.in_headers_tests(mutant, tree)[1]
+            if outcome:
+                return self.kill(outcome)
         outcome = self.slowly(mutant, tree, changed, passed)
         return self.kill(outcome) if outcome else ("survived", "")
 
@@ -150,11 +156,9 @@ class Judge:
         """The tests that compile what is changed into themselves. Returns whether their code changes, and the first
         failure."""
         room = mutant.path.split("/")[2]
-        if not mutant.path.endswith(".h") or room not in ("simd", "loops", "frame"):
-            return False, None
-        folder = "simd" if room == "simd" else "frame"
-        program = f"test-simd-{mutant.build}" if room == "simd" else "test-frame"
-        units = [os.path.relpath(u, ROOT) for u in sorted(glob.glob(f"{ROOT}/tests/{folder}/*_test.cpp"))]
+        folder = {"simd": "simd", "loops": "frame"}.get(room, room)
+        program = f"test-simd-{mutant.build}" if room == "simd" else f"test-{folder}"
+        units = [os.path.relpath(u, ROOT) for u in sorted(glob.glob(f"{ROOT}/tests/{folder}/**/*_test.cpp", recursive=True))]
         units = [u for u in units if mutant.path in self.includes.all(u)]
         name = function_around(read(f"{ROOT}/{mutant.path}"), mutant.line)
         near = [u for u in units if name and re.search(rf"\b{name}\b", read(f"{ROOT}/{u}"))]
@@ -165,7 +169,7 @@ class Judge:
                 target = tree.compile(unit, mutant.build, f"{tree.out}/{unit.replace('/', '_')}.o")
                 if not same(target, self.base_object(unit, mutant.build)):
                     fresh = True
-                    changed[f"/{os.path.basename(unit)}.o"] = target
+                    changed[f"/{os.path.relpath(unit, f'tests/{folder}')}.o"] = target
             if fresh:
                 self.measure([program])
                 linked = tree.program(program, changed)
