@@ -69,7 +69,7 @@ inline Big expLessOneQ22(Big q) {
         E = shiftedRight(v, 9 - n);
         if (E > highest) E = highest;
     } else {
-        E = v < power2(40 - n) ? v * power2(n - 9) : highest;
+        E = n <= 40 && v < power2(40 - n) ? v * power2(n - 9) : highest;
     }
     return E - power2(22);
 }

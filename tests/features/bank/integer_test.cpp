@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "features/bank/filter_bank.h"
+#include "features/bank/integer_scale.h"
 #include "model/filter_bank_integer.h"
 #include "support/expect.h"
 #include "support/guarded.h"
@@ -75,6 +76,30 @@ private:
     }
     test::Offset<Vorn8u> block_;
 };
+
+// Centres show the scale only where one of them comes near the middle between two bins, so it is looked at itself.
+TEST(IntegerScale, TablesAreTheirDefinitions) {
+    for (int i = 0; i < 32; ++i) {
+        EXPECT_EQ(vorn::integer_bank::lnOfOneAndPower[i], model::expTable1(i)) << i;
+        EXPECT_EQ(vorn::integer_bank::lnOfOneLessPower[i], model::expTable2(i)) << i;
+    }
+}
+
+TEST(IntegerScale, LogarithmAndExponentialEqualTheModel) {
+    Random random(19);
+    for (int bits = 0; bits < 62; ++bits) {
+        for (int turn = 0; turn < 200; ++turn) {
+            const std::int64_t least = std::int64_t{1} << bits;
+            const std::int64_t x = turn == 0 ? least : least + random.integer(0, least - 1);
+            ASSERT_EQ(vorn::integer_bank::lnQ22(x), static_cast<std::int64_t>(model::lnQ22(x))) << x;
+        }
+    }
+    for (int turn = 0; turn < 20000; ++turn) {
+        const std::int64_t q = turn < 2 ? turn * ((1 << 27) - 1) : random.integer(0, (1 << 27) - 1);
+        const auto expected = static_cast<std::int64_t>(model::expLessOneQ22(q)) + (1 << 22);
+        ASSERT_EQ(vorn::integer_bank::expQ22(q), expected) << q;
+    }
+}
 
 TEST(IntegerBank, SizeIsTheFormula) {
     int size = -1;
