@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "arithmetic/members.h"
+#include "support/cache_size.h"
 #include "support/expect.h"
 #include "support/guarded.h"
 #include "support/members.h"
@@ -414,6 +415,39 @@ TEST(Arithmetic, PastTheCache) {
     ASSERT_EQ(std::count(dst, dst + n, 1000), n);
     ASSERT_EQ(vornsZero_16s(dst, n), vornStsNoErr);
     ASSERT_EQ(std::count(dst, dst + n, 0), n);
+}
+
+// The same values again and again, up to so many.
+template <class T>
+std::vector<T> repeated(const std::vector<T>& values, std::size_t len) {
+    std::vector<T> result(len);
+    for (std::size_t i = 0; i < len; ++i) result[i] = values[i % values.size()];
+    return result;
+}
+
+// Beside a small cache less is enough. What goes past it begins and ends where the wide stores want it, and the rest is
+// added at both ends: all of it is what many small calls give.
+TEST(Arithmetic, PiecesPastASmallCache) {
+    const test::CacheSize small(1 << 17);
+    members::forAll([](const auto& member) {
+        TYPES_OF(member);
+        constexpr std::size_t piece = 1000;
+        test::Random random(31);
+        const std::size_t len = (std::size_t{600} << 10) / sizeof(D) + 7;
+        const auto a = repeated(someValues<A>(random, 997), len);
+        const auto b = repeated(secondOperand<B>(random, 997, member.constant()), len);
+        for (const std::size_t ahead : {0u, 1u, 5u}) {
+            const int sf = member.scaled() ? 3 : 0;
+            std::vector<D> whole(len + ahead), pieces(len);
+            const VornStatus status = member(a.data(), b.data(), whole.data() + ahead, static_cast<int>(len), sf);
+            ASSERT_GE(status, vornStsNoErr) << member.name();
+            for (std::size_t i = 0; i < len; i += piece) {
+                const int n = static_cast<int>(std::min(piece, len - i));
+                ASSERT_GE(member(a.data() + i, b.data() + i, pieces.data() + i, n, sf), vornStsNoErr) << member.name();
+            }
+            ASSERT_TRUE(test::sameBits(whole.data() + ahead, pieces.data(), len)) << member.name() << " at " << ahead;
+        }
+    });
 }
 
 template <class T, class Call>
