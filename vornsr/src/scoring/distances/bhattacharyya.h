@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <type_traits>
 
+#include "frame/opaque.h"
 #include "scoring/gauss/terms.h"
 #include "simd/divide.h"
 #include "simd/simd.h"
@@ -161,7 +162,7 @@ inline std::ptrdiff_t termCount(const Vorn64f*, std::ptrdiff_t len) { return len
 struct WholeDistance {
     template <class T>
     Vorn64f operator()(T l, T k, std::ptrdiff_t len) const {
-        const Vorn64f logarithms = Vorn64f{l * T(0.5)} - static_cast<Vorn64f>(len) * 1.386294 * 0.5;
+        const Vorn64f logarithms = Vorn64f{l * T(0.5)} - opaque(static_cast<Vorn64f>(len) * 1.386294) * 0.5;
         return logarithms * 0.5 + Vorn64f{k * T(0.25)};
     }
 };
@@ -169,7 +170,7 @@ struct DistanceFromSums {
     Vorn32f sumLog1, sumLog2;
     template <class T>
     Vorn64f operator()(T l, T k, std::ptrdiff_t len) const {
-        const Vorn64f logarithms = (Vorn64f{l} - static_cast<Vorn64f>(len) * 0.693147) * 0.5;
+        const Vorn64f logarithms = (Vorn64f{l} - opaque(static_cast<Vorn64f>(len) * 0.693147)) * 0.5;
         return (logarithms - Vorn64f{(sumLog1 + sumLog2) * 0.25f}) + Vorn64f{k * T(0.25)};
     }
 };
