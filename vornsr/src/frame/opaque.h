@@ -1,18 +1,18 @@
 // Values that the compiler must not know.
 #pragma once
 
-#include <cstdint>
+#include <type_traits>
 
 namespace vorn {
 
 // The same value, of which the compiler knows nothing. What it may make of a - 0.5 b, of a + (-h) b or of 0 - x by
 // knowing the constant, its mirror image, is the same to nearest alone; in the caller's directed modes signs count.
-template <class Float>
-inline __attribute__((always_inline)) Float opaque(Float value) {
-    asm("" : "+x"(value));
+// Integers have no such signs, and stay as they are.
+template <class Number>
+inline __attribute__((always_inline)) Number opaque(Number value) {
+    if constexpr (std::is_floating_point_v<Number>) asm("" : "+x"(value));
     return value;
 }
-inline __attribute__((always_inline)) std::int32_t opaque(std::int32_t value) { return value; }
 
 // val - sum / 2.
 template <class Float>

@@ -311,7 +311,7 @@ template <class Sum, class T, class Store>
 VORN_INLINE void splitFew(const T* src, std::ptrdiff_t outputs, const T* taps, std::ptrdiff_t tapsLen, T* low, T* high,
                           Store stored) {
     for (std::ptrdiff_t n = 0; n < outputs; ++n, src += 2) {
-        Sum even = 0, odd = 0;
+        Sum even = opaque(Sum{0}), odd = even;
         for (std::ptrdiff_t k = 0; k + 1 < tapsLen; k += 2) {
             even += static_cast<Sum>(src[k]) * static_cast<Sum>(taps[k]);
             odd += static_cast<Sum>(src[k + 1]) * static_cast<Sum>(taps[k + 1]);
