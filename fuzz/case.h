@@ -74,6 +74,8 @@ struct Case {
     void clear();
 };
 
+inline constexpr unsigned roundingShift = 13;  // where the caller's mode stands among the control bits
+
 // The fill of what is only written: another one on either side, so that what is not written shows. (As floats -1.0e5
 // and 0.0115.)
 inline constexpr unsigned char fills[2] = {0xC7, 0x3C};

@@ -1,6 +1,8 @@
 // The call in plain memory.
 #include "rehearsal.h"
 
+#include <immintrin.h>
+
 #include <cstring>
 
 #include "trap.h"
@@ -45,8 +47,11 @@ Rehearsal::Rehearsal(Planner& planner, const Case& made, const Call& call, int a
     int status = -1;
     void* unused = nullptr;
     const auto address = planner.library().address(call.function);
+    const unsigned usual = _mm_getcsr();
+    _mm_setcsr((usual & ~_MM_ROUND_MASK) | made.rounding << roundingShift);
     const int signal =
         trap::guarded([&] { status = planner.callers().call(call.function, address, values.data(), &unused); });
+    _mm_setcsr(usual);
     if (signal != 0 || status < 0) return;
     if (maker.verb == Verb::init) {
         context_ = pointers[argument];

@@ -14,7 +14,6 @@ namespace {
 
 constexpr std::size_t zeroedBytes = 4096;
 constexpr unsigned exceptionFlags = 0x3F;
-constexpr unsigned roundingShift = 13;  // where the mode stands among the control bits
 
 bool allAre(const std::byte* at, std::size_t bytes, unsigned char value) {
     return bytes == 0 || (at[0] == std::byte{value} && std::memcmp(at, at + 1, bytes - 1) == 0);
