@@ -18,9 +18,9 @@ namespace {
 
 constexpr int longestSignal = 4096, mostCombTeeth = 6;
 
-// A copy of the signal, so that whole registers can be read at its end.
+// A copy of the signal with zeros behind it, so that whole registers can be read at its end.
 template <class T>
-using Copy = T[longestSignal + Wide<T>::lanes];
+using Copy = T[longestSignal + 2 * Wide<T>::lanes];
 
 // What the search has found. A new mean must be strictly larger, so the first of equal ones stays. test(teeth) tells of
 // the sums of combs in lanes which may be better than what is there; meet() looks at one of them.
@@ -147,6 +147,7 @@ VORN_INLINE void copy(const T* src, std::ptrdiff_t len, T* dst, Change change) {
     std::ptrdiff_t i = 0;
     for (; i + V::lanes <= len; i += V::lanes) store(dst + i, change(load<V>(src + i)));
     store(dst + i, change(i < len ? loadPart<V>(src + i, len - i) : splat<V>(0)));
+    store(dst + i + V::lanes, splat<V>(0));
 }
 
 // All bits that are set in a sample, and the exact total of samples that are not negative.
