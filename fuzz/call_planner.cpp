@@ -14,6 +14,7 @@ namespace {
 // Data of one case, and rows of one list: more would take too long.
 constexpr std::size_t largestCase = std::size_t{96} << 10;
 constexpr double mostRows = 400;
+constexpr double mostElements = 1e9;  // sizes of broken arguments may be anything
 constexpr int deepest = 3;
 #ifdef VORNSR_SANITIZED
 constexpr bool alignedOnly = true;  // to the size of a component: the sanitizer takes anything else for a mistake
@@ -198,7 +199,7 @@ bool CallPlanner::chooseArray(int i) {
     value.lasting = memories_ & bit(i);
     value.firstBlock = case_.blocks.size();
     const auto bytesOf = [&](double elements) {
-        return static_cast<std::size_t>(std::max(0.0, elements)) * argument.element.bytes();
+        return static_cast<std::size_t>(std::min(std::max(0.0, elements), mostElements)) * argument.element.bytes();
     };
     if (argument.shape == Shape::list) {
         const double height = argument.height.value(*this);

@@ -91,6 +91,8 @@ Finding Engine::failAllocations(Outcome& outcome, unsigned allocations) {
         const std::size_t library = n % libraries_.size();
         if (Finding finding = run(library, {Side::behind, false, n}, other_, nullptr, Wrong::nothing, outcome))
             return finding;
+        const unsigned before = first_[0].beforeTarget;
+        outcome.failed += n > before && n <= before + first_[0].targetAllocations;
     }
     return Finding();
 }

@@ -18,6 +18,7 @@ struct Outcome {
     bool broken = false;
     bool success = false;  // the call that the case is about succeeded
     unsigned calls = 0;
+    unsigned failed = 0;  // allocations of the call that the case is about which were made to fail
     Finding finding;
 };
 

@@ -33,6 +33,8 @@ const char* nameOf(Wrong wrong) {
             return "in-place-differs";
         case Wrong::leak:
             return "leak";
+        case Wrong::allocates:
+            return "allocates";
         case Wrong::allocationIgnored:
             return "allocation-ignored";
         case Wrong::noContext:

@@ -23,6 +23,7 @@ enum class Wrong : std::uint8_t {
     alignment,  // other bits at another alignment
     inPlace,    // other bits in place
     leak,
+    allocates,          // takes memory, and the table says that it takes none
     allocationIgnored,  // went on although an allocation failed
     noContext,          // success, and no context
     mode,               // the processor's modes are not as they were

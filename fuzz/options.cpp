@@ -19,7 +19,7 @@ void printHelp(std::FILE* out) {
         "                     (default: those built beside this program)\n"
         "  --table PATH       what the functions ask for, from tools/extents.py --json (default: the one built with "
         "it)\n"
-        "  --seconds N        stop after so long (default: 60, if no number of cases is given)\n"
+        "  --seconds N        stop after so long (default: 60, if no number of cases is given; 600 with --allocations)\n"
         "  --cases N          stop after so many cases\n"
         "  --function GLOB    only these functions; may be given several times\n"
         "  --except GLOB      not these\n"
@@ -27,7 +27,7 @@ void printHelp(std::FILE* out) {
         "  --replay NAME:HEX  one case, as a finding printed it\n"
         "  --show             findings, or the replayed case, with arguments and data\n"
         "  --list             how often arguments are found for each function, and succeed\n"
-        "  --allocations      lets each allocation of every function that allocates fail\n"
+        "  --allocations      only functions that allocate, and lets each of their allocations fail, five or more of each function\n"
         "  --patience N       seconds after which a call counts as endless (default: 5)\n"
         "  --quiet            findings alone\n"
         "The exit status is 0 if nothing was found, 1 if something was, 2 if the options cannot be understood.\n");
@@ -101,7 +101,7 @@ bool read(int argc, char** argv, Options& options) {
             return false;
         }
     }
-    if (!seconds && options.cases == 0) options.seconds = 60;
+    if (!seconds && options.cases == 0) options.seconds = options.allocations ? 600 : 60;
     return true;
 }
 

@@ -34,7 +34,7 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
     results.side = layout.side;
     results.statuses.clear();
     results.bytes.clear();
-    results.calls = 0;
+    results.calls = results.beforeTarget = results.targetAllocations = 0;
     lasting_.clear();
     lastingPlaced_.clear();
     contexts_.assign(made.contexts.size(), Live());
@@ -53,6 +53,7 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
         const unsigned usual = _mm_getcsr();
         const unsigned mode = (usual & ~_MM_ROUND_MASK) | made.rounding << roundingShift;
         const int liveBefore = allocation::live;
+        const unsigned madeBefore = allocation::made;
         const bool failedBefore = allocation::failed();
         allocation::watching = true;
         _mm_setcsr(mode);
@@ -71,9 +72,18 @@ Finding Runner::run(const Case& made, const Library& library, const Layout& layo
             wrong(Wrong::mode, -1, "control bits of the vector unit");
             return finding_;
         }
+        const unsigned taken = allocation::made - madeBefore;
+        if (taken != 0 && !function_->memory) {
+            wrong(Wrong::allocates, -1, std::to_string(taken) + " blocks");
+            return finding_;
+        }
         bool success = function_->result == Result::pointer ? returned != nullptr : status >= 0;
         const bool failedNow = allocation::failed() && !failedBefore;
-        if (&one == &made.calls[made.target]) results.targetStatus = success ? status : std::min(status, -1);
+        if (&one == &made.calls[made.target]) {
+            results.targetStatus = success ? status : std::min(status, -1);
+            results.beforeTarget = madeBefore;
+            results.targetAllocations = taken;
+        }
         results.statuses.push_back(status);
         if (failedNow) {
             if (success && !function_->shortage) {
@@ -200,6 +210,7 @@ void Runner::placeArguments(const Call& call) {
 void Runner::write(const Call& call, int i, std::size_t b, std::byte* at) const {
     const Value& value = call.values[i];
     const Block& block = case_->blocks[value.firstBlock + b];
+    if (block.bytes == 0) return;
     if (value.hasImage) {
         std::memcpy(at, case_->data.data() + block.image, block.bytes);
         return;

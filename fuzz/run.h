@@ -16,7 +16,8 @@ struct Results {
     Side side = Side::behind;
     std::vector<int> statuses;
     std::vector<std::byte> bytes;  // of the outputs, one behind the other
-    unsigned allocations = 0;
+    unsigned allocations = 0;                            // of the run
+    unsigned beforeTarget = 0, targetAllocations = 0;    // before and in the call that the case is about
     unsigned calls = 0;
     int targetStatus = 0;
 };

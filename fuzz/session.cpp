@@ -14,7 +14,11 @@
 namespace fuzz {
 namespace {
 
-constexpr double longCase = 400;  // microseconds a case: above, sizes become smaller; far below, larger
+// Microseconds a case: above, sizes become smaller; far below, larger. Many functions allocate only when sizes are large.
+constexpr double longCase = 400;
+constexpr double longCaseOfAllocations = 4000;
+// Of the allocations of a function, that were made to fail: then the others' turn is what is left of the time.
+constexpr std::uint64_t enoughFailures = 5;
 
 double secondsSince(std::chrono::steady_clock::time_point begin) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
@@ -26,9 +30,11 @@ Session::Session(Engine& engine, const Options& options) : engine_(engine), opti
     const auto& functions = engine.table().functions();
     records_.resize(functions.size());
     for (std::size_t i = 0; i < functions.size(); ++i) {
+        if (options.allocations && !functions[i].memory) continue;
         if (options.chosen(functions[i].name)) functions_.push_back(static_cast<int>(i));
     }
-    for (Record& record : records_) record.largest = 5;
+    longCase_ = options.allocations ? longCaseOfAllocations : longCase;
+    for (Record& record : records_) record.largest = options.allocations ? sizeClasses - 1 : 5;
     terminal_ = isatty(STDERR_FILENO) && !options.quiet;
     engine.failEachAllocation(options.allocations);
 }
@@ -57,9 +63,9 @@ int Session::run() {
             progress();
         }
         const int function = order[next % order.size()];
-        if (endless_.count(function) == 0) {
+        if (done_.count(function) == 0) {
             oneCase(function);
-        } else if (endless_.size() == order.size()) {
+        } else if (done_.size() == order.size()) {
             break;
         }
     }
@@ -70,7 +76,9 @@ void Session::oneCase(int function) {
     Record& record = records_[function];
     const std::uint64_t seed = nextRandom(random_);
     // The first decision is the size: drawn here, so that slow functions get small ones.
-    const std::uint8_t size = static_cast<std::uint8_t>(nextRandom(random_) % (record.largest + 1));
+    const unsigned least = options_.allocations && record.cases % 4 != 0 ? record.largest : 0;
+    const std::uint8_t size =
+        static_cast<std::uint8_t>(least + nextRandom(random_) % (record.largest - least + 1));
     Decisions decisions;
     decisions.draw(seed, size);
     const auto begin = std::chrono::steady_clock::now();
@@ -84,18 +92,20 @@ void Session::oneCase(int function) {
         if (outcome.success && !outcome.broken) ++record.successes;
         if (!outcome.success) ++record.errors;
     }
+    record.failures += outcome.failed;
+    if (options_.allocations && record.failures >= enoughFailures) done_.insert(function);
     record.microseconds += (microseconds - record.microseconds) / 8;
-    if (record.microseconds > longCase && record.largest > 1) {
+    if (record.microseconds > longCase_ && record.largest > 1) {
         --record.largest;
-        record.microseconds = longCase / 2;
-    } else if (record.microseconds < longCase / 8 && record.largest + 1 < sizeClasses && record.cases % 64 == 0) {
+        record.microseconds = longCase_ / 2;
+    } else if (record.microseconds < longCase_ / 8 && record.largest + 1 < sizeClasses && record.cases % 64 == 0) {
         ++record.largest;
     }
     if (outcome.finding) found(function, decisions.used(), outcome.finding);
 }
 
 void Session::found(int function, const std::vector<std::uint8_t>& bytes, const Finding& finding) {
-    if (finding.wrong == Wrong::hang) endless_.insert(function);
+    if (finding.wrong == Wrong::hang) done_.insert(function);
     if (!found_.emplace(finding.function, finding.wrong).second) return;
     const std::vector<std::uint8_t> small = shrink(engine_, function, bytes, finding);
     Decisions decisions;
@@ -157,22 +167,26 @@ void Session::progress() {
 int Session::summary() {
     if (terminal_) std::fprintf(stderr, "\r\033[K");
     std::size_t called = 0, successful = 0, refused = 0;
-    std::vector<std::string> never;
+    std::uint64_t failures = 0;  // of allocations
+    std::vector<std::string> never, withoutFailure;
     for (const int function : functions_) {
         const Record& record = records_[function];
         called += record.cases > record.unplanned;
         successful += record.successes > 0;
         refused += record.errors > 0;
         if (record.successes == 0) never.push_back(engine_.table().at(function).name);
+        failures += record.failures;
+        if (record.failures == 0) withoutFailure.push_back(engine_.table().at(function).name);
     }
     if (options_.list) {
         for (const int function : functions_) {
             const Record& record = records_[function];
-            std::printf("%-60s %8llu cases %8llu without arguments %8llu successes %8llu errors %8.1f us, size %u\n",
+            std::printf("%-60s %8llu cases %8llu without arguments %8llu successes %8llu errors %8llu failed allocations %8.1f us, size %u\n",
                         engine_.table().at(function).name.c_str(), static_cast<unsigned long long>(record.cases),
                         static_cast<unsigned long long>(record.unplanned),
                         static_cast<unsigned long long>(record.successes),
-                        static_cast<unsigned long long>(record.errors), record.microseconds, record.largest);
+                        static_cast<unsigned long long>(record.errors),
+                        static_cast<unsigned long long>(record.failures), record.microseconds, record.largest);
         }
     }
     if (!options_.quiet) {
@@ -185,9 +199,14 @@ int Session::summary() {
             "                %zu\n",
             called, functions_.size(), successful, refused, found_.size());
         for (const std::string& name : never) std::printf("never with success: %s\n", name.c_str());
+        if (options_.allocations) {
+            std::printf("allocations that failed  %llu, of %zu functions\n", static_cast<unsigned long long>(failures),
+                        functions_.size() - withoutFailure.size());
+            for (const std::string& name : withoutFailure) std::printf("never allocated: %s\n", name.c_str());
+        }
     }
-    const bool all = never.empty() || !options_.functions.empty() || options_.allocations;
-    return found_.empty() && all ? 0 : 1;
+    const bool all = never.empty() && (!options_.allocations || withoutFailure.empty());
+    return found_.empty() && (all || !options_.functions.empty()) ? 0 : 1;
 }
 
 }  // namespace fuzz

@@ -21,6 +21,7 @@ public:
 private:
     struct Record {
         std::uint64_t cases = 0, unplanned = 0, successes = 0, errors = 0;  // errors: of broken arguments
+        std::uint64_t failures = 0;                                         // of its allocations, that were made to
         double microseconds = 0;                                            // a case, of late
         unsigned largest = 0;                                               // size class
     };
@@ -33,9 +34,10 @@ private:
     Engine& engine_;
     const Options& options_;
     std::vector<int> functions_;
-    std::set<int> endless_;  // functions that did not end once: no more of them
+    std::set<int> done_;  // functions that did not end once, or whose allocations have failed often enough
     std::vector<Record> records_;
     std::set<std::pair<int, Wrong>> found_;
+    double longCase_ = 0;
     std::uint64_t cases_ = 0, calls_ = 0, random_ = 0;
     std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
     bool terminal_ = false;

@@ -183,6 +183,7 @@ void Table::readFunction(const json& row, Function& function) {
     function.may = row.value("may", std::vector<int>());
     function.partial = row.value("partial", std::vector<int>());
     function.unset = trueIn(row, "unset", false);
+    function.memory = trueIn(row, "memory", false);
     function.shortage = trueIn(row, "shortage", false);
     function.address = trueIn(row, "address", false);
 
@@ -338,7 +339,13 @@ void Table::findSizes() {
                 argument.size =
                     argument.size || (piece.low.present() && !piece.high.present() && !argument.element.isFloat());
             }
-            argument.exponent = argument.size && exponents_.count(argument.name) != 0;
+            // An order of a transform ends at a constant; other orders bear the name as well.
+            const auto endsByItself = [](const Piece& piece) {
+                return piece.high.present() && piece.high.standsOn() == 0;
+            };
+            const auto& pieces = argument.range.pieces;
+            argument.exponent = argument.size && exponents_.count(argument.name) != 0 &&
+                                std::all_of(pieces.begin(), pieces.end(), endsByItself);
         }
     }
 }

@@ -86,6 +86,7 @@ struct Function {
     std::vector<Argument> arguments;
     std::vector<int> may, partial;
     bool unset = false;
+    bool memory = false;     // it may allocate
     bool shortage = false;   // it may give no error where memory is short
     bool address = false;    // its results depend on the addresses of its arrays
     std::vector<int> order;  // in which arguments are chosen, so that what they need is known

@@ -368,7 +368,7 @@ def row(line, functions, known_statuses):
         raise Fault("no header declares it")
     if len(columns) not in (2, 3):
         raise Fault("name, arguments and perhaps notes, with tabs between them, expected")
-    function = dict(functions[name], made=None, may=[], partial=[], unset=False, address=False, shortage=False)
+    function = dict(functions[name], made=None, may=[], partial=[], unset=False, address=False, memory=False, shortage=False)
     texts = [text for text in columns[1].split(";") if text.strip()]
     made = [text for text in texts if re.match(r"\s*new return\b", text)]
     texts = [text for text in texts if text not in made]
@@ -382,7 +382,7 @@ def row(line, functions, known_statuses):
         word, _, names = note.strip().partition(" ")
         if word == "unset":
             function["unset"] = True
-        elif word in ("address", "shortage"):
+        elif word in ("address", "memory", "shortage"):
             function[word] = True
         elif word in ("may", "partial"):
             for status in names.split("|"):
@@ -391,6 +391,10 @@ def row(line, functions, known_statuses):
                 function[word].append(known_statuses[status.strip()])
         else:
             raise Fault(f"a note {note.strip()!r}")
+    if function["made"] or any(one.get("verb") == "new" and one["memory"] is None for one in function["args"]):
+        if function["memory"]:
+            raise Fault("what makes something in memory of its own needs no such note")
+        function["memory"] = True
     check_names(function)
     return function
 

@@ -109,6 +109,8 @@ def comment(row):
         lines.append(f" * {', '.join(names[status] for status in row['partial'])}")
     if row["address"]:
         lines += [" * @par Addresses", " * The results depend on those of the arrays, as the family says."]
+    if row["memory"]:
+        lines += [" * @par Memory", " * The function allocates some."]
     if row["shortage"]:
         lines += [" * @par Shortage of memory", " * There may be no error, as the family says."]
     return "\n".join(lines + [" */", ""])

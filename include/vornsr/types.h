@@ -31,6 +31,9 @@
  * Threads. There is no shared mutable state. Every function may run on several threads at once on separate buffers, and
  * contexts that a call only reads may be shared.
  *
+ * Memory. A function allocates only if its page says so under "Memory", and gives back before it returns whatever it has
+ * not made for the caller. Where memory is short nothing stays allocated.
+ *
  * Alignment is never an error. Unless a family says otherwise it never changes a result either.
  *
  * Bits. The same arguments give the same bits on every processor and in every build. Excepted are the sign and the

@@ -206,6 +206,14 @@ int plantedIgnoresShortage(const float* src, float* dst, int len) {
     return copied(src, dst, len);
 }
 
+/* Its row does not say so. */
+int plantedAllocates(const float* src, float* dst, int len) {
+    void* volatile scratch = malloc(64);
+    CHECK(scratch != NULL, memory);
+    free(scratch);
+    return copied(src, dst, len);
+}
+
 int plantedWritesBeforeAllocation(const float* src, float* dst, int len) {
     const int status = copied(src, dst, len);
     CHECK(status == ok, status);

@@ -88,6 +88,7 @@ FUNCTIONS = {
     "plantedLeaks": (COPY, ("leak",)),
     "plantedIgnoresShortage": (COPY, ("allocation-ignored",)),
     "plantedWritesBeforeAllocation": (COPY, ("written-on-error", "allocation-written")),
+    "plantedAllocates": (COPY, ("allocates",)),
     "plantedSumMake": ([context("sum", "new"), SUM_LEN], ()),
     "plantedSumSize": ([SUM_LEN, array("size", 1, "out", kind="int")], ()),
     "plantedSumInit": ([context("block", "init", type="void", bytes=SUM_BYTES), SUM_LEN], ()),
@@ -105,16 +106,19 @@ FUNCTIONS = {
     "plantedBlock": ([LEN], ()),
     "plantedRelease": ([context("block", "free", type="void", forms=["block"], nullable=True, formTested=False)], ()),
 }
+# What the rows say (one of them without a reason); whatever makes a context in memory of its own allocates as well.
+ALLOCATING = {"plantedLeaks", "plantedIgnoresShortage", "plantedWritesBeforeAllocation", "plantedWarning", "plantedBlock"}
 # What only this program's own signals and allocator show; a sanitizer takes their places. (The last one is no kind of
 # finding: it marks what is written before an allocation fails.)
-NOT_SANITIZED = {"hang", "leak", "allocation-ignored", "allocation-written"}
+NOT_SANITIZED = {"hang", "leak", "allocates", "allocation-ignored", "allocation-written"}
 
 
 def table():
     functions = []
     for name, (arguments, _) in FUNCTIONS.items():
         functions.append({"name": name, "header": "planted.h", "returns": "VornStatus", "args": arguments, "made": None,
-                          "may": [], "partial": [], "unset": False})
+                          "may": [], "partial": [], "unset": False,
+                          "memory": name in ALLOCATING or any(one.get("verb") == "new" for one in arguments)})
         if name == "plantedBlock":
             functions[-1].update(returns="Vorn32f*", made={"count": "len", "form": "block"})
         elif name == "plantedRelease":
@@ -143,7 +147,7 @@ class Planted(unittest.TestCase):
         return result.returncode, result.stdout, result.stderr
 
     def findings(self, output):
-        return re.findall(r"^(\S+) (\w+)[^\n]*\n  vornsr-fuzz --replay (\w+:[0-9a-f]*)$", output, re.M)
+        return re.findall(r"^(\S+) (\w+)[^\n]*\n  vornsr-fuzz(?: --allocations)? --replay (\w+:[0-9a-f]*)$", output, re.M)
 
     def test_each_planted_fault(self):
         for name, (_, kinds) in FUNCTIONS.items():
@@ -190,6 +194,21 @@ class Planted(unittest.TestCase):
         found = {function for _, function, _ in self.findings(output)}
         self.assertEqual(found, {name for name, (_, kinds) in FUNCTIONS.items() if kinds})
         self.assertRegex(output, rf"functions called +{len(FUNCTIONS)} of {len(FUNCTIONS)}")
+
+    def test_allocations(self):
+        """Each allocation fails once, of those that allocate; who never does is named."""
+        if SANITIZED:
+            self.skipTest("a sanitizer takes the allocator's place")
+        run = ("--allocations", "--cases", "400", "--seed", "3")
+        status, output, _ = self.fuzz(*run, "--function", "plantedSumMake", "--function", "plantedCopy")
+        self.assertEqual(status, 0, output)
+        self.assertRegex(output, r"functions called +1 of 1\b")
+        self.assertRegex(output, r"allocations that failed +[1-9]\d*, of 1 functions")
+        _, output, _ = self.fuzz(*run, "--function", "plantedWarning")
+        self.assertIn("never allocated: plantedWarning", output)
+        status, output, _ = self.fuzz(*run)
+        self.assertEqual(status, 1)
+        self.assertIn("plantedWritesBeforeAllocation", {function for _, function, _ in self.findings(output)})
 
     def test_a_function_that_never_succeeds_is_named(self):
         status, output, _ = self.fuzz("--function", "plantedCopy", "--cases", "1", "--seed", "1", "--except", "plantedCopy")

@@ -2,9 +2,13 @@
 import collections
 import os
 import re
+import sys
 import unittest
 
 import environment as env
+
+sys.path.insert(0, os.path.join(env.SOURCE, "tools"))
+import extents  # noqa: E402
 
 LIBRARY = os.environ["VORNSR_TEST_LIBRARY"]
 
@@ -36,6 +40,14 @@ AFTER_SSE3 = re.compile(
 ESTIMATE = re.compile(r"^v?(rcp|rsqrt)(14|28)?[sp][sdh]$")
 MULTIPLY_ADD = re.compile(r"^vf(n?m(add|sub)|maddsub|msubadd)\w*[sp][sdh]$")
 STACK_UNIT = re.compile(r"^f(i?ld|i?st|i?add|i?mul|i?div|i?sub|sin|cos|yl2x|2xm1|ptan|patan|sqrt|rndint|scale|prem)\w*$")
+
+
+# From these the code leads to the allocator, and still they never call it.
+NEVER_ALLOCATE = {
+    r"vorns(FFTInit_[CR]|MelFBankInit)_\w+": "makes a context as its allocating sister does, in the caller's memory",
+    r"vornsEvalFBank_\w+": "transforms with the bank's own work area",
+    r"vorns(Split)?VQ(Dist)?(Single)?(_Sort|_Thresh)?_32f\w*": "16-bit vectors alone are converted",
+}
 
 
 class Needs(unittest.TestCase):
@@ -179,6 +191,48 @@ class Code(unittest.TestCase):
             self.assertFalse(newer)
         else:
             self.assertTrue(newer, "the list does not recognise what the wider builds are full of")
+
+
+class Memory(unittest.TestCase):
+    """Who allocates is said in the table of extents. A caller who must not wait for memory counts on it."""
+
+    def callers_of(self, target):
+        """The functions from which calls and jumps lead to it, and how many functions were seen in all."""
+        callers, function = collections.defaultdict(set), ""
+        names = collections.defaultdict(set)
+        for line in env.output("objdump", "--disassemble", "--no-show-raw-insn", LIBRARY).splitlines():
+            start = re.match(r"([0-9a-f]+) <(.*)>:$", line)
+            if start:
+                function = int(start.group(1), 16)
+                names[function].add(start.group(2))
+            reference = re.search(r"([0-9a-f]+) <(.*?)(\+0x[0-9a-f]+)?>$", line) if not start else None
+            if reference:
+                place = int(reference.group(1), 16) - int(reference.group(3) or "0", 16)
+                callers[place].add(function)
+        # An exported name may stand beside others at one address.
+        for line in env.output("nm", "--defined-only", LIBRARY).splitlines():
+            address, _, name = line.split(None, 2)
+            if int(address, 16) in names:
+                names[int(address, 16)].add(name)
+        waiting = [place for place, its in names.items() if target in its]
+        reached = set(waiting)
+        while waiting:
+            for caller in callers[waiting.pop()] - reached:
+                reached.add(caller)
+                waiting.append(caller)
+        return {name for place in reached for name in names[place]}
+
+    def test_only_those_allocate_that_say_so(self):
+        rows, faults = extents.read([extents.TABLE], extents.declared())
+        self.assertEqual(faults, [])
+        said = {name for name, row in rows.items() if row["memory"]}
+        reached = self.callers_of("malloc@plt") & set(env.exported_names())
+        self.assertFalse(said - reached, "no way leads to the allocator")
+        silent = reached - said
+        known = {pattern: {name for name in silent if re.fullmatch(pattern, name)} for pattern in NEVER_ALLOCATE}
+        self.assertFalse(silent - set().union(*known.values()), "may allocate, and the table does not say so")
+        for pattern in NEVER_ALLOCATE:
+            self.assertFalse({name for name in said if re.fullmatch(pattern, name)}, pattern)
 
 
 if __name__ == "__main__":

@@ -874,15 +874,20 @@ TEST(VQ, EveryAllocationMayFail) {
     Random random(10);
     const Book book =
         makeBook<Vorn16s>(vectorsAround<Vorn16s>(random, 130, 8, 300), someWeights<Vorn16s>(random, 130), 130, 8, 1);
-    const auto x = vectorsAround<Vorn16s>(random, 130, 1, 300);
-    const VornCdbkState* const streams[] = {book.get()};
+    const auto x = vectorsAround<Vorn16s>(random, 133, 1, 300);
+    // The first of the streams takes no memory: its indices, too, wait until there is enough for the second one.
+    const Book narrow = makeBook<Vorn16s>(vectorsAround<Vorn16s>(random, 3, 8, 300), {}, 3, 8, 1);
+    const VornCdbkState* const streams[] = {narrow.get(), book.get()};
     Guarded<Vorn32s> index(8), distance(8);
-    Guarded<Vorn16s> indices(1);
+    Guarded<Vorn16s> indices(2);
+    Guarded<Vorn8u> bytes(2);
     int count = 77;
     const std::function<VornStatus()> calls[] = {
         [&] { return vornsVQ_16s(x.data(), 130, index, 1, book.get()); },
         [&] { return vornsVQDist_16s32s_Sfs(x.data(), 130, index, distance, 1, book.get(), 0); },
-        [&] { return vornsSplitVQ_16s16s(x.data(), 130, indices, 1, 1, streams, 1); },
+        [&] { return vornsSplitVQ_16s16s(x.data(), 133, indices, 2, 1, streams, 2); },
+        [&] { return vornsSplitVQ_16s8u(x.data(), 133, bytes, 2, 1, streams, 2); },
+        [&] { return vornsSplitVQ_16s1u(x.data(), 133, bytes, 16, 1, streams, 2); },
         [&] { return vornsVQSingle_Sort_16s(x.data(), index, book.get(), 8); },
         [&] { return vornsVQDistSingle_Sort_16s32s_Sfs(x.data(), index, distance, book.get(), 8, 0); },
         [&] { return vornsVQSingle_Thresh_16s(x.data(), index, book.get(), &count, 2); },
@@ -898,12 +903,12 @@ TEST(VQ, EveryAllocationMayFail) {
         }
         ASSERT_GT(allocations, 0);
         for (int n = 1; n <= allocations; ++n) {
-            index.fillPattern(), distance.fillPattern(), indices.fillPattern();
+            index.fillPattern(), distance.fillPattern(), indices.fillPattern(), bytes.fillPattern();
             count = 77;
             const test::FailAllocation failing(n);
             EXPECT_EQ(call(), vornStsMemAllocErr) << n;
             EXPECT_EQ(failing.outstanding(), 0) << n;
-            EXPECT_TRUE(index.untouched() && distance.untouched() && indices.untouched()) << n;
+            EXPECT_TRUE(index.untouched() && distance.untouched() && indices.untouched() && bytes.untouched()) << n;
             EXPECT_EQ(count, 77) << n;
         }
     }

@@ -1,6 +1,7 @@
 // The codebooks of vectors that are cut into several streams.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 
 #include "frame/checks.h"
@@ -22,6 +23,11 @@ struct Streams {
         std::int64_t sum = 0;
         for (int s = 0; s < count; ++s) sum += (*this)[s].*field;
         return sum;
+    }
+    int widest() const {
+        int widest = 0;
+        for (int s = 0; s < count; ++s) widest = std::max(widest, (*this)[s].vecLen);
+        return widest;
     }
 };
 

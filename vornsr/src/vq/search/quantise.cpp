@@ -20,8 +20,9 @@ VornStatus checkRows(const T* src, int srcStep, const Vorn32s* dstIndex, const D
 template <class T>
 VornStatus withDistances(const T* src, std::ptrdiff_t srcStep, Vorn32s* dstIndex, Vorn32f* dstDist, int height,
                          const VornCdbkState& book) {
-    const Search<T> search(book);
-    if (!search) return vornStsMemAllocErr;
+    const SearchRoom<T> room(book.vecLen);
+    if (!room) return vornStsMemAllocErr;
+    const Search<T> search(book, room);
     return search.overRows(src, srcStep, height, [&](std::ptrdiff_t row, const Found& found) {
         dstIndex[row] = found.index;
         dstDist[row] = search.withDistance(src + row * srcStep, found).root();
@@ -31,8 +32,9 @@ VornStatus withDistances(const T* src, std::ptrdiff_t srcStep, Vorn32s* dstIndex
 template <class T>
 VornStatus indicesOnly(const T* src, int srcStep, Vorn32s* dstIndex, int height, const VornCdbkState* book) {
     VORN_CHECK(checkRows(src, srcStep, dstIndex, dstIndex, height, book));
-    const Search<T> search(*book);
-    if (!search) return vornStsMemAllocErr;
+    const SearchRoom<T> room(book->vecLen);
+    if (!room) return vornStsMemAllocErr;
+    const Search<T> search(*book, room);
     return search.overRows(src, srcStep, height,
                            [=](std::ptrdiff_t row, const Found& found) { dstIndex[row] = found.index; });
 }

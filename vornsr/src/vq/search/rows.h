@@ -30,4 +30,19 @@ private:
     ShortScratch<Vorn32f, 128> memory_;
 };
 
+// What the search for a vector converts: the vector, and the weights beside it. Test it before anything is written.
+template <class T>
+struct SearchRoom {
+    explicit SearchRoom(int width) : vector(width), weights(width) {}
+    explicit operator bool() const { return vector && weights; }
+
+    // Null where all are 1.
+    const Vorn32f* weightsOf(const VornCdbkState& book) const {
+        if (!(book.mode & isWeighted)) return nullptr;
+        return weights.of(static_cast<const T*>(book.weights), book.vecLen);
+    }
+
+    AsSingles<T> vector, weights;
+};
+
 }  // namespace vorn::vq

@@ -24,14 +24,9 @@ inline bool isSearched(const VornCdbkState& book) {
 template <class T>
 class Search {
 public:
-    explicit Search(const VornCdbkState& book)
-        : book_(book), weighted_((book.mode & isWeighted) != 0), single_(book.vecLen), singleWeights_(book.vecLen) {
-        if (weighted_ && singleWeights_) {
-            weight_ = singleWeights_.of(static_cast<const T*>(book.weights), book.vecLen);
-        }
-    }
-    // False where memory for singles is short.
-    explicit operator bool() const { return single_ && singleWeights_; }
+    // room: for as many elements as the codebook's vectors have.
+    Search(const VornCdbkState& book, const SearchRoom<T>& room)
+        : book_(book), room_(room), weight_(room.weightsOf(book)) {}
 
     // Calls put(row, found) for the rows in their order; for a codebook of an unknown hint for none. Distances are
     // those that the search goes by, in a tree no number at all.
@@ -55,7 +50,7 @@ public:
     }
 
 private:
-    Query queryOf(const T* vector) const { return {single_.of(vector, book_.vecLen), weight_, book_.vecLen}; }
+    Query queryOf(const T* vector) const { return {room_.vector.of(vector, book_.vecLen), weight_, book_.vecLen}; }
 
     template <class Put>
     void scanRows(const T* src, std::ptrdiff_t step, std::ptrdiff_t height, const Put& put) const {
@@ -83,7 +78,7 @@ private:
         const T* weight = static_cast<const T*>(book_.weights);
         for (std::ptrdiff_t r = 0; r < height; ++r) {
             const T* x = src + r * step;
-            const Cluster* leaf = weighted_ ? searchTree(book_, ByScore<T>{x, weight, book_.vecLen})
+            const Cluster* leaf = weight_ != nullptr ? searchTree(book_, ByScore<T>{x, weight, book_.vecLen})
                                             : searchTree(book_, ByDistance<T>{queryOf(x)});
             VORN_CHECK(require(leaf != nullptr, vornStsErr));
             put(r, Found{leaf->index});
@@ -94,9 +89,8 @@ private:
     bool isTree() const { return book_.hint != wordsAsGiven; }
 
     const VornCdbkState& book_;
-    bool weighted_;
-    AsSingles<T> single_, singleWeights_;
-    const Vorn32f* weight_ = nullptr;  // where all are 1
+    const SearchRoom<T>& room_;
+    const Vorn32f* weight_;
 };
 
 }  // namespace vorn::vq

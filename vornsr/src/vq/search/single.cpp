@@ -17,22 +17,19 @@ Vorn32s scaledInteger(Vorn32f x, int scaleFactor) {
     return integer;
 }
 
-// All words' distances from x, in the context's room for them. False where memory for singles is short.
+// All words' distances from x, in the context's room for them.
 template <class T>
-bool rankingOf(const T* x, VornCdbkState& book) {
-    const AsSingles<T> single(book.vecLen), weights(book.vecLen);
-    if (!single || !weights) return false;
-    const Vorn32f* weight = nullptr;
-    if (book.mode & isWeighted) weight = weights.of(static_cast<const T*>(book.weights), book.vecLen);
-    distancesOfWords(Query{single.of(x, book.vecLen), weight, book.vecLen}, static_cast<const T*>(book.words),
-                     book.rowStep, book.cdbkSize, book.scratch);
-    return true;
+void distancesFrom(const T* x, VornCdbkState& book, const SearchRoom<T>& room) {
+    const Query query = {room.vector.of(x, book.vecLen), room.weightsOf(book), book.vecLen};
+    distancesOfWords(query, static_cast<const T*>(book.words), book.rowStep, book.cdbkSize, book.scratch);
 }
 
 // put(rank, found) for count ranks.
 template <class T, class Put>
 VornStatus inOrder(const T* src, VornCdbkState& book, int count, const Put& put) {
-    if (!rankingOf(src, book)) return vornStsMemAllocErr;
+    const SearchRoom<T> room(book.vecLen);
+    if (!room) return vornStsMemAllocErr;
+    distancesFrom(src, book, room);
     Ranking ranking(book.scratch, book.cdbkSize, count);
     for (int rank = 0; rank < count; ++rank) put(rank, ranking.next());
     return vornStsNoErr;
@@ -55,9 +52,8 @@ struct Nearest {
     Vorn32f root = 0;
 };
 template <class T>
-VornStatus nearestOne(const T* src, const VornCdbkState& book, Nearest& nearest) {
-    const Search<T> search(book);
-    if (!search) return vornStsMemAllocErr;
+VornStatus nearestOne(const T* src, const VornCdbkState& book, const SearchRoom<T>& room, Nearest& nearest) {
+    const Search<T> search(book, room);
     return search.overRows(src, book.vecLen, 1, [&](std::ptrdiff_t, const Found& found) {
         nearest = {true, search.withDistance(src, found).root()};
     });
@@ -79,8 +75,9 @@ private:
 
 // Words as long as they hold the limit, up to all; keep(n, found) takes one as number n, or leaves it out.
 template <class T, class Keep>
-VornStatus withinLimit(const T* src, VornCdbkState& book, const Limit& limit, int& count, const Keep& keep) {
-    if (!rankingOf(src, book)) return vornStsMemAllocErr;
+void withinLimit(const T* src, VornCdbkState& book, const SearchRoom<T>& room, const Limit& limit, int& count,
+                 const Keep& keep) {
+    distancesFrom(src, book, room);
     Ranking ranking(book.scratch, book.cdbkSize, 0);  // mostly few
     count = 0;
     for (int rank = 0; rank < book.cdbkSize; ++rank) {
@@ -88,7 +85,6 @@ VornStatus withinLimit(const T* src, VornCdbkState& book, const Limit& limit, in
         if (found.index < 0 || !limit.holds(found.distance, src)) break;
         if (keep(count, found)) ++count;
     }
-    return vornStsNoErr;
 }
 
 VornStatus checkFactor(Vorn32f val) { return require(!(val < 1.0f), vornStsBadArgErr); }
@@ -96,13 +92,16 @@ VornStatus checkFactor(Vorn32f val) { return require(!(val < 1.0f), vornStsBadAr
 // keep(root of the nearest distance) makes what decides on a word.
 template <class T, class KeepFor>
 VornStatus thresholded(const T* src, VornCdbkState& book, int* pCount, Vorn32f val, const KeepFor& keepFor) {
+    const SearchRoom<T> room(book.vecLen);
+    if (!room) return vornStsMemAllocErr;
     Nearest nearest;
-    VORN_CHECK(nearestOne(src, book, nearest));
+    VORN_CHECK(nearestOne(src, book, room, nearest));
     if (!nearest.searched) {
         *pCount = 0;
         return vornStsNoErr;
     }
-    return withinLimit(src, book, Limit(nearest.root, val), *pCount, keepFor(nearest.root));
+    withinLimit(src, book, room, Limit(nearest.root, val), *pCount, keepFor(nearest.root));
+    return vornStsNoErr;
 }
 
 template <class T>

@@ -32,11 +32,10 @@ struct BitColumn {
 // One stream after the other, so that each codebook stays in the cache.
 template <class T, class ColumnOf>
 VornStatus quantise(const T* src, std::ptrdiff_t srcStep, std::ptrdiff_t height, const Streams& streams,
-                    ColumnOf columnOf) {
+                    const SearchRoom<T>& room, ColumnOf columnOf) {
     for (int s = 0; s < streams.count; ++s) {
         const VornCdbkState& book = streams[s];
-        const Search<T> search(book);
-        if (!search) return vornStsMemAllocErr;
+        const Search<T> search(book, room);
         const auto column = columnOf(s, book);
         VORN_CHECK(search.overRows(src, srcStep, height,
                                    [&](std::ptrdiff_t row, const Found& found) { column.put(row, found.index); }));
@@ -56,7 +55,9 @@ VornStatus toIndices(const T* src, int srcStep, Index* dst, int dstStep, int hei
     VORN_CHECK(positive(srcStep, dstStep, height, streams.count));
     VORN_CHECK(require(streams.count <= dstStep, vornStsSizeErr));
     VORN_CHECK(checkWidths(streams, srcStep));
-    return quantise(src, srcStep, height, streams, [=](int s, const VornCdbkState&) {
+    const SearchRoom<T> room(streams.widest());
+    if (!room) return vornStsMemAllocErr;
+    return quantise(src, srcStep, height, streams, room, [=](int s, const VornCdbkState&) {
         return IndexColumn<Index>{dst + s, dstStep};
     });
 }
@@ -67,9 +68,11 @@ VornStatus toBits(const T* src, int srcStep, Vorn8u* dst, int dstBitStep, int he
     VORN_CHECK(positive(srcStep, dstBitStep, height, streams.count));
     VORN_CHECK(checkWidths(streams, srcStep));
     VORN_CHECK(require(streams.sumOf(&VornCdbkState::indexBits) <= dstBitStep, vornStsSizeErr));
+    const SearchRoom<T> room(streams.widest());
+    if (!room) return vornStsMemAllocErr;
     ownsSet_8u_M7(0, dst, (std::int64_t{dstBitStep} * height + 7) / 8);
     std::int64_t at = 0;
-    return quantise(src, srcStep, height, streams, [=](int, const VornCdbkState& book) mutable {
+    return quantise(src, srcStep, height, streams, room, [=](int, const VornCdbkState& book) mutable {
         const BitColumn column = {dst, at, dstBitStep, book.indexBits};
         at += book.indexBits;
         return column;
