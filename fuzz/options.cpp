@@ -27,7 +27,7 @@ void printHelp(std::FILE* out) {
         "  --replay NAME:HEX  one case, as a finding printed it\n"
         "  --show             findings, or the replayed case, with arguments and data\n"
         "  --list             how often arguments are found for each function, and succeed\n"
-        "  --allocations      only functions that allocate, and lets each of their allocations fail, five or more of each function\n"
+        "  --allocations      only functions that allocate, and lets each of their allocations fail\n"
         "  --patience N       seconds after which a call counts as endless (default: 5)\n"
         "  --quiet            findings alone\n"
         "The exit status is 0 if nothing was found, 1 if something was, 2 if the options cannot be understood.\n");

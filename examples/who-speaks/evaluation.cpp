@@ -105,7 +105,9 @@ void printCompression(std::FILE* to, const Compression& compression, const Run& 
 
 std::string streamName(const StreamTrial& stream) {
     if (stream.width == 1) return "c0";
-    return "c" + std::to_string(stream.first + 1) + " c" + std::to_string(stream.first + 2);
+    std::string name = "c";
+    name += std::to_string(stream.first + 1);
+    return name + " c" + std::to_string(stream.first + 2);
 }
 
 int Run::codewords() const {

@@ -31,7 +31,7 @@
  * Threads. There is no shared mutable state. Every function may run on several threads at once on separate buffers, and
  * contexts that a call only reads may be shared.
  *
- * Memory. A function allocates only if its page says so under "Memory", and gives back before it returns whatever it has
+ * Memory. A function allocates only if its page says so under "Memory", and gives back before it returns what it has
  * not made for the caller. Where memory is short nothing stays allocated.
  *
  * Alignment is never an error. Unless a family says otherwise it never changes a result either.
